@@ -1,0 +1,3 @@
+#include "bigint/bigint.h"
+
+CalcContext::~CalcContext() { BigFree(&modulus); }
