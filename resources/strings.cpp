@@ -17,6 +17,7 @@ const Entry kEntries[] = {
 #include "resources/strings_calc.inc"
 #include "resources/strings_lists.inc"
 #include "resources/strings_app.inc"
+#include "resources/strings_windows.inc"
 };
 
 }  // namespace
