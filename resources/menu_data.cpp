@@ -5,37 +5,37 @@ namespace {
 // Print items stay greyed until the text windows can print.
 #define OX_TEXT_EDIT_MENU                                                   \
     {kMenuPopup, 0, "&Edit", nullptr, 0},                                   \
-    {kMenuItem, kCmdCopy, "&Copy", "Ctrl+C", kMenuEnabler},                 \
-    {kMenuItem, kCmdCut, "Cu&t", "Ctrl+X", kMenuEnabler},                   \
-    {kMenuItem, kCmdPaste, "&Paste", "Ctrl+V", 0},                          \
-    {kMenuItem, kCmdSelectAll, "Select &All", "Ctrl+A", 0},                 \
+    {kMenuItem, kTxtCopy, "&Copy", "Ctrl+C", kMenuEnabler},                 \
+    {kMenuItem, kTxtCut, "Cu&t", "Ctrl+X", kMenuEnabler},                   \
+    {kMenuItem, kTxtPaste, "&Paste", "Ctrl+V", 0},                          \
+    {kMenuItem, kTxtSelectAll, "Select &All", "Ctrl+A", 0},                 \
     {kMenuSeparator, 0, nullptr, nullptr, 0},                               \
-    {kMenuItem, kCmdSearch, "&Search ...", "F1", 0},                        \
-    {kMenuItem, kCmdNext, "&Next", "F3", kMenuEnabler},                     \
-    {kMenuItem, kCmdRestart, "&Restart at top", "F2", 0},                   \
+    {kMenuItem, kTxtSearch, "&Search ...", "F1", 0},                        \
+    {kMenuItem, kTxtNext, "&Next", "F3", kMenuEnabler},                     \
+    {kMenuItem, kTxtRestart, "&Restart at top", "F2", 0},                   \
     {kMenuSeparator, 0, nullptr, nullptr, 0},                               \
-    {kMenuItem, kCmdFont, "&Font ...", nullptr, 0},                         \
-    {kMenuItem, kCmdMinusSigns, "&Minus signs ...", nullptr, 0},            \
+    {kMenuItem, kTxtFont, "&Font ...", nullptr, 0},                         \
+    {kMenuItem, kTxtMinusSigns, "&Minus signs ...", nullptr, 0},            \
     {kMenuEnd, 0, nullptr, nullptr, 0},                                     \
     {kMenuPopup, 0, "&Help", nullptr, 0},                                   \
-    {kMenuItem, kCmdSearchHelp, "&Help", nullptr, 0},                       \
+    {kMenuItem, kTxtSearchHelp, "&Help", nullptr, 0},                       \
     {kMenuEnd, 0, nullptr, nullptr, 0},                                     \
-    {kMenuAccel, kCmdLunch, nullptr, "F12", 0}
+    {kMenuAccel, kTxtLunch, nullptr, "F12", 0}
 
 #define OX_TEXT_PRINT_ITEMS                                                 \
-    {kMenuItem, kCmdPrint, "&Print ...", "Ctrl+P", kMenuGreyed},            \
-    {kMenuItem, kCmdSelectPrinter, "S&elect printer ...", nullptr, kMenuGreyed}, \
-    {kMenuItem, kCmdOffsets, "O&ffsets ...", nullptr, kMenuGreyed}
+    {kMenuItem, kTxtPrint, "&Print ...", "Ctrl+P", kMenuGreyed},            \
+    {kMenuItem, kTxtSelectPrinter, "S&elect printer ...", nullptr, kMenuGreyed}, \
+    {kMenuItem, kTxtOffsets, "O&ffsets ...", nullptr, kMenuGreyed}
 
 const MenuEntry kTextEntries[] = {
     {kMenuPopup, 0, "&File", nullptr, 0},
-    {kMenuItem, kCmdOpen, "&Open ...", "Ctrl+O", 0},
-    {kMenuItem, kCmdSave, "&Save", "Ctrl+S", 0},
-    {kMenuItem, kCmdSaveAs, "Save &As ...", "Ctrl+Shift+S", 0},
+    {kMenuItem, kTxtOpen, "&Open ...", "Ctrl+O", 0},
+    {kMenuItem, kTxtSave, "&Save", "Ctrl+S", 0},
+    {kMenuItem, kTxtSaveAs, "Save &As ...", "Ctrl+Shift+S", 0},
     {kMenuSeparator, 0, nullptr, nullptr, 0},
     OX_TEXT_PRINT_ITEMS,
     {kMenuSeparator, 0, nullptr, nullptr, 0},
-    {kMenuItem, kCmdClose, "&Close", nullptr, 0},
+    {kMenuItem, kTxtClose, "&Close", nullptr, 0},
     {kMenuEnd, 0, nullptr, nullptr, 0},
     OX_TEXT_EDIT_MENU,
 };
@@ -44,7 +44,7 @@ const MenuEntry kNoteEntries[] = {
     {kMenuPopup, 0, "&File", nullptr, 0},
     OX_TEXT_PRINT_ITEMS,
     {kMenuSeparator, 0, nullptr, nullptr, 0},
-    {kMenuItem, kCmdClose, "&Close", nullptr, 0},
+    {kMenuItem, kTxtClose, "&Close", nullptr, 0},
     {kMenuEnd, 0, nullptr, nullptr, 0},
     OX_TEXT_EDIT_MENU,
 };

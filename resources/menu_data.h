@@ -49,25 +49,25 @@ constexpr MenuData MakeMenu(const char* name, const MenuEntry (&entries)[N]) {
 }
 
 // Commands of the text windows.
-enum TextCommand {
-    kCmdOpen = 59,
-    kCmdSave = 57,
-    kCmdSaveAs = 58,
-    kCmdPrint = 97,
-    kCmdSelectPrinter = 93,
-    kCmdOffsets = 304,
-    kCmdCopy = 95,
-    kCmdCut = 96,
-    kCmdPaste = 99,
-    kCmdSelectAll = 119,
-    kCmdSearch = 353,
-    kCmdNext = 352,
-    kCmdRestart = 53,
-    kCmdFont = 61,
-    kCmdMinusSigns = 92,
-    kCmdSearchHelp = 351,
-    kCmdClose = 357,
-    kCmdLunch = 399,
+enum TextCommand {   // ids shared with other menus keep their numbers there
+    kTxtOpen = 59,
+    kTxtSave = 57,
+    kTxtSaveAs = 58,
+    kTxtPrint = 97,
+    kTxtSelectPrinter = 93,
+    kTxtOffsets = 304,
+    kTxtCopy = 95,
+    kTxtCut = 96,
+    kTxtPaste = 99,
+    kTxtSelectAll = 119,
+    kTxtSearch = 353,
+    kTxtNext = 352,
+    kTxtRestart = 53,
+    kTxtFont = 61,
+    kTxtMinusSigns = 92,
+    kTxtSearchHelp = 351,
+    kTxtClose = 357,
+    kTxtLunch = 399,
 };
 
 extern const MenuData kTextMenu;   // TEXTMENU: general text windows
