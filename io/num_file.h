@@ -1,0 +1,68 @@
+// Number files (*.num): one value of a label with its notebook and font.
+//
+// Layout, little-endian, no padding:
+//   int32  header     100 * version + label (1..26); negated when a
+//                     denominator follows
+//   int32  top        numerator: index of the most significant limb
+//   uint8  negative   1 when negative
+//   int16  limbs      top + 1 base-10000 limbs, least significant first
+//   (top, negative, limbs of the denominator when the header is negative)
+//   int16  length     notebook characters + 1
+//   bytes             the notebook text and a zero byte (length bytes)
+//   60 bytes          LOGFONT of the window font   } version 1 and later;
+//   uint32            a value kept with the font    } absent in version 0
+// The writer always writes version 1; files of version 0 (header = label)
+// still open. The value parts are plain limb arrays so that this file format
+// depends on nothing but the record layout of bigint/record.h.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "bigint/record.h"
+#include "io/logfont.h"
+
+// Notebook characters a file can carry: the stored length + 1 is 16-bit.
+constexpr int kNumFileNotebookChars = 32766;
+
+struct NumLimbs {
+    std::vector<Limb> limbs;   // least significant first, top limb non-zero unless 0
+    bool negative = false;
+};
+
+struct NumFile {
+    int label = 1;             // as stored: 1..26 in sound files, anything in others
+    int version = 1;
+    NumLimbs numerator;
+    bool hasDenominator = false;
+    NumLimbs denominator;      // 1 when the file has none
+    std::string notebook;
+    bool hasFont = false;      // always true when written, false in version 0
+    LogFont font;
+    uint32_t fontExtra = 0;
+};
+
+// The limbs of a value record (a released record reads as zero).
+NumLimbs LimbsOf(const BigInt* v);
+
+// The bytes of a number file. A denominator is written only when
+// hasDenominator is set and it is not 1; a longer notebook is cut.
+std::string EncodeNumFile(const NumFile& file);
+
+// Decodes a number file's bytes: 0, or 11 when they are truncated or cannot
+// describe a number (a top index past the data, a limb outside 0..9999, a zero
+// denominator). The notebook is taken up to its first zero byte.
+int DecodeNumFile(const char* data, std::size_t size, NumFile* out);
+
+// Whole files: 0, 11 (cannot open or decode), 12 (cannot save).
+int ReadNumFile(const std::string& path, NumFile* out);
+int WriteNumFile(const std::string& path, const NumFile& file);
+
+// The label an opened file goes to: its own when that is 1..26 and free,
+// otherwise the first free label; 0 when all 26 are in use.
+int LabelForOpenedFile(int fileLabel, const bool inUse[26]);
+
+// A number window opened from `path` is named path + ".num" (so a file
+// "x.num" saves back as "x.num.num"): the name the window saves under.
+std::string NumWindowName(const std::string& path);
