@@ -104,3 +104,17 @@ void ShowError(QWidget* owner, int code) { TheModal().errorMessage(owner, code, 
 int AskMessage(QWidget* owner, const QString& caption, const QString& text, int kind) {
     return TheModal().messageBox(owner, caption, text, kind);
 }
+
+QString FileFilter(const char* pairs) {
+    const QStringList parts = QString::fromUtf8(pairs).split('|');
+    QStringList filters;
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        // The description's own "(*.TXT)" is replaced by the pattern that
+        // really matches on a case-sensitive file system.
+        QString description = parts[i];
+        const int paren = description.indexOf('(');
+        if (paren >= 0) description.truncate(paren);
+        filters << description.trimmed() + " (" + parts[i + 1] + ")";
+    }
+    return filters.join(QStringLiteral(";;"));
+}

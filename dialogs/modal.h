@@ -55,6 +55,10 @@ Modal& TheModal();
 // Installs m (nullptr restores the real dialogs); answers the previous one.
 Modal* SetModal(Modal* m);
 
+// A file filter of the program's resources ("Text Files (*.TXT)|*.txt", pairs
+// of description and pattern) in Qt's form ("Text Files (*.txt)").
+QString FileFilter(const char* pairs);
+
 // Shorthands for the common cases.
 void ShowError(QWidget* owner, int code);
 int AskMessage(QWidget* owner, const QString& caption, const QString& text, int kind);

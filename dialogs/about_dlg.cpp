@@ -1,0 +1,68 @@
+#include "dialogs/about_dlg.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "dialogs/modal.h"
+#include "resources/strings.h"
+
+namespace {
+
+constexpr int kMinorVersion = 2;
+
+QString S(int id) { return QString::fromUtf8(OxString(id)); }
+
+QPointer<TAboutDlg> g_open;
+
+}  // namespace
+
+QString TAboutDlg::Caption() { return S(730) + S(731) + QString::number(kMinorVersion) + "]"; }
+
+QString TAboutDlg::Text() {
+    QStringList lines{QString(), S(732), S(733) + " 5 " + S(734) + " 2012", QString(), QString()};
+    // The notice: blank lines after its third and seventh lines.
+    for (int id = 735; id <= 741; ++id) {
+        lines << S(id);
+        if (id == 737 || id == 741) lines << QString();
+    }
+    lines << S(742);
+    return lines.join('\n');
+}
+
+TAboutDlg::TAboutDlg(QWidget* parent) : TGenDlg(parent) {
+    setObjectName(QStringLiteral("ABOUTBOX"));
+    setWindowTitle(Caption());
+    auto* box = new QVBoxLayout(this);
+    auto* text = new QPlainTextEdit(Text(), this);
+    text->setObjectName(QStringLiteral("ctl211"));
+    text->setReadOnly(true);
+    text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    const QFontMetrics fm(text->font());
+    const int lines = Text().count('\n') + 1;
+    text->setMinimumSize(fm.horizontalAdvance(S(741)) + 40, fm.lineSpacing() * (lines + 1) + 12);
+    box->addWidget(text);
+    auto* row = new QHBoxLayout;
+    auto* ok = new QPushButton(QStringLiteral("ok"), this);
+    ok->setObjectName(QStringLiteral("ctl1"));
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    row->addStretch(1);
+    row->addWidget(ok);
+    row->addStretch(1);
+    box->addLayout(row);
+}
+
+void ShowAbout(QWidget* owner) {
+    if (g_open) {
+        g_open->raise();
+        g_open->activateWindow();
+        return;
+    }
+    TAboutDlg dlg(owner);
+    g_open = &dlg;
+    TheModal().runDialog(&dlg);
+}

@@ -1,0 +1,289 @@
+// Text windows driven as a user would: commands, keys and the modal seam.
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "resources/limits.h"
+#include "scripted_modal.h"
+#include "windows/help_win.h"
+#include "windows/note_win.h"
+#include "windows/text_win.h"
+
+namespace {
+
+QString Selected(TPreTextWin& w) { return w.editor()->textCursor().selectedText(); }
+int SelStart(TPreTextWin& w) { return w.editor()->textCursor().selectionStart(); }
+
+QByteArray ReadAll(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
+}
+
+}  // namespace
+
+class TestTextWindows : public QObject {
+    Q_OBJECT
+private slots:
+    void searchStartsAtCaretOnlyAfterRestart() {
+        ScriptedModal modal;
+        TTextWin w(nullptr, "t", "", "abc abc ABC", 0);
+        modal.answerText("abc");
+        w.command(kTxtSearch);            // fresh window: a match at the first character
+        QCOMPARE(SelStart(w), 0);
+        w.command(kTxtNext);
+        QCOMPARE(SelStart(w), 4);
+        w.command(kTxtNext);              // case does not matter
+        QCOMPARE(Selected(w), QStringLiteral("ABC"));
+        w.command(kTxtNext);              // miss: caret to the top, restart set
+        QCOMPARE(modal.lastError(), 2);
+        QCOMPARE(SelStart(w), 0);
+        QVERIFY(!w.editor()->textCursor().hasSelection());
+        w.command(kTxtNext);              // so the first match is found again
+        QCOMPARE(SelStart(w), 0);
+        QCOMPARE(Selected(w), QStringLiteral("abc"));
+        w.command(kTxtRestart);
+        w.command(kTxtNext);
+        QCOMPARE(SelStart(w), 0);
+        QCOMPARE(modal.count("error"), 1);
+    }
+
+    void searchDialogAndItsAnswers() {
+        ScriptedModal modal;
+        TTextWin w(nullptr, "t", "", "one two", 0);
+        QVERIFY(!w.commandEnabled(kTxtNext));   // no search text yet
+        modal.answerText("");
+        w.command(kTxtSearch);
+        QCOMPARE(modal.lastError(), 9);         // nothing to do
+        QCOMPARE(modal.calls[0].caption, QStringLiteral("input"));
+        QCOMPARE(modal.calls[0].text, QStringLiteral("search for"));
+        QCOMPARE(modal.calls[0].kind, kMaxFieldChars);
+        modal.answerText("three");
+        w.command(kTxtSearch);
+        QCOMPARE(modal.lastError(), 2);
+        QCOMPARE(w.searchText(), QStringLiteral("three"));   // kept although missed
+        QVERIFY(w.commandEnabled(kTxtNext));
+        modal.answerCancel();
+        w.command(kTxtSearch);
+        QCOMPARE(modal.defaults.last(), QStringLiteral("three"));
+        QCOMPARE(w.searchText(), QStringLiteral("three"));
+    }
+
+    void matchIsScrolledToFourthLine() {
+        QStringList lines;
+        for (int i = 0; i < 300; ++i) lines << QStringLiteral("line %1").arg(i);
+        lines[200] = QStringLiteral("needle here");
+        TTextWin w(nullptr, "t", "", lines.join('\n'), 0);
+        w.editor()->setLineWrapMode(QPlainTextEdit::NoWrap);
+        w.resize(400, 300);
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QCOMPARE(w.find("NEEDLE"), 0);
+        QCOMPARE(w.editor()->verticalScrollBar()->value(), 197);
+        w.command(kTxtRestart);
+        QCOMPARE(w.editor()->verticalScrollBar()->value(), 0);
+    }
+
+    void keysReachTheCommands() {
+        ScriptedModal modal;
+        TTextWin w(nullptr, "t", "", "alpha beta", 0);
+        w.show();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        modal.answerText("beta");
+        QTest::keyClick(&w, Qt::Key_F1);
+        QCOMPARE(Selected(w), QStringLiteral("beta"));
+        QTest::keyClick(&w, Qt::Key_F2);
+        QCOMPARE(SelStart(w), 0);
+        QTest::keyClick(&w, Qt::Key_F3);
+        QCOMPARE(Selected(w), QStringLiteral("beta"));
+        modal.answer(QDialog::Rejected);
+        QTest::keyClick(&w, Qt::Key_F12);
+        QCOMPARE(modal.calls.last().caption, QStringLiteral("LUNCH"));
+        QCOMPARE(modal.lastError(), 0);   // a declined lunch says nothing
+        QCOMPARE(modal.unexpected, 0);
+    }
+
+    void textIsHeldToTheBufferSize() {
+        const QString big(kTextBufferChars + 10, 'x');
+        TTextWin w(nullptr, "t", "", big, 0);
+        QCOMPARE(w.text().size(), kTextBufferChars);
+        w.replaceText(QString(kTextBufferChars - 3, 'y'));
+        w.appendText("12345");
+        QVERIFY(w.text().endsWith("yyy123"));
+        QCOMPARE(w.text().size(), kTextBufferChars);
+        w.show();
+        QVERIFY(QTest::qWaitForWindowActive(&w));
+        w.editor()->moveCursor(QTextCursor::End);
+        QTest::keyClicks(w.editor(), "zz");         // typing stops at the limit
+        QCOMPARE(w.text().size(), kTextBufferChars);
+        QApplication::clipboard()->setText("pasted");
+        w.editor()->moveCursor(QTextCursor::Start);
+        w.editor()->moveCursor(QTextCursor::Right, QTextCursor::KeepAnchor);
+        w.command(kTxtPaste);                       // replaces one character: one fits
+        QCOMPARE(w.text().size(), kTextBufferChars);
+        QVERIFY(w.text().startsWith("pyy"));
+    }
+
+    void minusSignsTakeCodesTwoTo255() {
+        ScriptedModal modal;
+        TTextWin w(nullptr, "t", "", "-1 - 2", 0);
+        const struct { const char* answer; QString text; int error; } cases[] = {
+            {"1", "-1 - 2", 1}, {"256", "-1 - 2", 1}, {"abc", "-1 - 2", 1},
+            {"150", QString::fromUtf8("\u20131 \u2013 2"), 0}};
+        for (const auto& c : cases) {
+            modal.calls.clear();
+            modal.answerText(c.answer);
+            w.command(kTxtMinusSigns);
+            QCOMPARE(w.text(), c.text);
+            QCOMPARE(modal.lastError(), c.error);
+        }
+        QCOMPARE(modal.calls[0].caption, QStringLiteral("lengthen hyphens"));
+        QCOMPARE(modal.defaults.last(), QStringLiteral("150"));
+        QVERIFY(w.isModified());
+        TTextWin v(nullptr, "t", "", "a-b", 0);
+        modal.answerText("2");   // the lowest code accepted
+        v.command(kTxtMinusSigns);
+        QCOMPARE(v.text(), QStringLiteral("a\x02" "b"));
+    }
+
+    void saveWritesTrailingZeroAndOpenReadsItBack() {
+        QTemporaryDir dir;
+        ScriptedModal modal;
+        const QString path = dir.filePath("out.txt");
+        TTextWin w(nullptr, "t", "", QString::fromUtf8("r\u00e9sum\u00e9\n2 \u2013 1"), 0);
+        modal.answerFile(path);
+        w.command(kTxtSave);   // no file yet: asks for one
+        QCOMPARE(modal.calls.last().what, QStringLiteral("save"));
+        QCOMPARE(modal.calls.last().text, QStringLiteral("Text Files (*.txt)"));
+        QByteArray expect = QString::fromUtf8("r\u00e9sum\u00e9\n2 \u2013 1").toUtf8();
+        expect.append('\0');
+        QCOMPARE(ReadAll(path), expect);
+        QVERIFY(!w.isModified());
+
+        TTextWin r(nullptr, "t", "", "", 0);
+        modal.answerFile(path);
+        r.command(kTxtOpen);
+        QCOMPARE(r.text(), w.text());   // the zero byte is not part of the text
+        QCOMPARE(r.fileName(), path);
+
+        QFile old(dir.filePath("old.txt"));   // an 8-bit file of older days
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("caf\xe9 \x96 x");
+        old.close();
+        QCOMPARE(r.openFile(old.fileName()), 0);
+        QCOMPARE(r.text(), QString::fromUtf8("caf\u00e9 \u2013 x"));
+
+        QCOMPARE(r.openFile(dir.filePath("missing.txt")), 11);
+        QCOMPARE(r.saveFile(dir.filePath("no/such/dir.txt")), 12);
+        modal.answerFile(dir.filePath("missing.txt"));
+        r.command(kTxtOpen);
+        QCOMPARE(modal.lastError(), 11);
+    }
+
+    void closingModifiedTextAsksToSave() {
+        QTemporaryDir dir;
+        ScriptedModal modal;
+        const QString path = dir.filePath("keep.txt");
+        TTextWin w(nullptr, "t", path, "x", 0);
+        w.show();
+        w.editor()->insertPlainText("changed ");
+        modal.answer(kMbCancel);
+        QVERIFY(!w.close());
+        QCOMPARE(modal.calls.last().caption, QStringLiteral("careful!"));
+        QCOMPARE(modal.calls.last().text, "save changes to " + path + "?");
+        QCOMPARE(modal.calls.last().kind, int(kMsgYesNoCancel));
+        QVERIFY(!QFile::exists(path));
+
+        modal.answer(kMbYes);
+        QVERIFY(w.close());
+        QCOMPARE(ReadAll(path), QByteArray("changed x\0", 10));
+
+        TTextWin f(nullptr, "t", dir.filePath("no/dir.txt"), "x", 0);
+        f.show();
+        f.editor()->insertPlainText("y");
+        modal.answer(kMbYes);         // the save fails: the window stays
+        QVERIFY(!f.close());
+        QCOMPARE(modal.lastError(), 12);
+        modal.answer(kMbNo);
+        QVERIFY(f.close());
+        QVERIFY(!modal.pending());
+
+        TTextWin clean(nullptr, "t", path, "x", 0);   // unmodified: no question
+        const int asked = modal.count("message");
+        clean.show();
+        QVERIFY(clean.close());
+        QCOMPARE(modal.count("message"), asked);
+    }
+
+    void editCommandsFollowTheSelection() {
+        TTextWin w(nullptr, "t", "", "copy me", 0);
+        QVERIFY(!w.commandEnabled(kTxtCopy));
+        QVERIFY(!w.commandEnabled(kTxtCut));
+        w.command(kTxtSelectAll);
+        QVERIFY(w.commandEnabled(kTxtCut));
+        w.command(kTxtCopy);
+        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("copy me"));
+        QVERIFY(!FindMenuAction(&w, kTxtPrint)->isEnabled());   // until printing lands
+    }
+
+    void fontCommandKeepsChosenFontInTable() {
+        ScriptedModal modal;
+        TTextWin w(nullptr, "t", "", "x", 2);
+        QFont chosen("DejaVu Serif");
+        chosen.setPixelSize(21);
+        chosen.setItalic(true);
+        modal.answerFont(chosen);
+        w.command(kTxtFont);
+        QCOMPARE(w.editor()->font().pixelSize(), 21);
+        QVERIFY(w.editor()->font().italic());
+        QCOMPARE(QString::fromLatin1(w.fontEntry(2).faceName), QStringLiteral("DejaVu Serif"));
+        QCOMPARE(w.fontEntry(2).height, -21);
+        QCOMPARE(w.fontEntry(0).height, FontTableEntry(0, w.logicalDpiY()).height);
+    }
+
+    void notebookCaptionAndMenu() {
+        TNoteWin n(nullptr, "number3.num", "made by 2^100", 0);
+        QCOMPARE(n.windowTitle(), QStringLiteral("notebook [number3.num]"));
+        QVERIFY(!FindMenuAction(&n, kTxtOpen));
+        QVERIFY(!FindMenuAction(&n, kTxtSave));
+        QVERIFY(FindMenuAction(&n, kTxtSearch));
+        n.appendText("\nmore");
+        QCOMPARE(n.text(), QStringLiteral("made by 2^100\nmore"));
+        n.setNumberFileName("x.num.num");
+        n.clearNotebook();
+        QCOMPARE(n.text(), QString());
+        QCOMPARE(n.windowTitle(), QStringLiteral("notebook [x.num.num]"));
+        ScriptedModal modal;
+        n.show();
+        n.editor()->insertPlainText("typed");
+        QVERIFY(n.close());   // a notebook hides without asking
+        QCOMPARE(modal.calls.size(), 0);
+    }
+
+    void helpWindowShowsEveryText() {
+        ScriptedModal modal;
+        THelpWin h(nullptr);
+        QCOMPARE(h.windowTitle(), QStringLiteral("ordix help"));
+        QVERIFY(h.isHidden());
+        for (const char* name : {"PROGHELP", "OXFILEH", "OXLISTH", "OXVIEWH", "OXNFILEH",
+                                 "OXNEDITH", "OXNSECTH"}) {
+            h.showHelp(name);
+            QVERIFY2(h.text().size() > 200, name);
+            QVERIFY(h.isVisible());
+        }
+        QCOMPARE(HelpText("NOSUCH"), QString());
+        h.command(kTxtSearchHelp);
+        QCOMPARE(modal.calls.last().caption, QStringLiteral("searching"));
+        QCOMPARE(modal.calls.last().text.count('\n'), 3);
+        h.editor()->insertPlainText("scribble");
+        QVERIFY(h.close());   // no save question for help
+        QCOMPARE(modal.count("message"), 1);
+    }
+};
+
+QTEST_MAIN(TestTextWindows)
+#include "test_text_windows.moc"

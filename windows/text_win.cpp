@@ -1,0 +1,116 @@
+#include "windows/text_win.h"
+
+#include <QCloseEvent>
+#include <QFile>
+#include <QStringDecoder>
+
+#include <string>
+
+#include "dialogs/modal.h"
+#include "io/byte_io.h"
+#include "resources/limits.h"
+#include "resources/strings.h"
+#include "windows/text_search.h"
+
+namespace {
+
+QString S(int id) { return QString::fromUtf8(OxString(id)); }
+constexpr int kCancelled = -12;
+
+std::string LocalPath(const QString& path) { return QFile::encodeName(path).toStdString(); }
+
+}  // namespace
+
+QString DecodeTextBytes(const QByteArray& bytes) {
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8.decode(bytes);
+    if (!utf8.hasError()) return text;
+    text.clear();
+    text.reserve(bytes.size());
+    for (char b : bytes) {
+        const int code = static_cast<unsigned char>(b);
+        text += code < 2 ? QChar(code) : CharOfCode(code);
+    }
+    return text;
+}
+
+TTextWin::TTextWin(QWidget* parent, const QString& title, const QString& fileName,
+                   const QString& text, int fontIndex)
+    : TTextWin(parent, title, fileName, text, fontIndex, &kTextMenu) {}
+
+TTextWin::TTextWin(QWidget* parent, const QString& title, const QString& fileName,
+                   const QString& text, int fontIndex, const MenuData* menu)
+    : TPreTextWin(parent, title, fileName, text, fontIndex, menu) {}
+
+int TTextWin::openFile(const QString& path) {
+    std::string bytes;
+    if (!ReadWholeFile(LocalPath(path), &bytes)) return 11;
+    // A file saved here ends with a zero byte: it is no part of the text.
+    const std::size_t end = bytes.find('\0');
+    if (end != std::string::npos) bytes.resize(end);
+    replaceText(DecodeTextBytes(QByteArray::fromStdString(bytes)));
+    markNotModified();
+    setFileName(path);
+    return 0;
+}
+
+int TTextWin::saveFile(const QString& path) {
+    QByteArray bytes = text().toUtf8();
+    bytes.append('\0');
+    if (!WriteWholeFile(LocalPath(path), bytes.toStdString())) return 12;
+    setFileName(path);
+    markNotModified();
+    return 0;
+}
+
+int TTextWin::save() { return fileName().isEmpty() ? saveAs() : saveFile(fileName()); }
+
+int TTextWin::saveAs() {
+    const QString path =
+        TheModal().saveFileName(this, QString(), FileFilter(OxString(708)), "txt", fileName());
+    return path.isEmpty() ? kCancelled : saveFile(path);
+}
+
+void TTextWin::command(int id) {
+    switch (id) {
+    case kTxtOpen: {
+        const QString path = TheModal().openFileName(this, QString(), FileFilter(OxString(708)),
+                                                     "txt", fileName());
+        if (!path.isEmpty()) report(openFile(path));
+        break;
+    }
+    case kTxtSave: {
+        const int code = save();
+        if (code != kCancelled) report(code);
+        break;
+    }
+    case kTxtSaveAs: {
+        const int code = saveAs();
+        if (code != kCancelled) report(code);
+        break;
+    }
+    default: TPreTextWin::command(id); break;
+    }
+}
+
+void TTextWin::closeEvent(QCloseEvent* e) {
+    if (!askToSave_ || !isModified()) {
+        e->accept();
+        return;
+    }
+    const QString name = fileName().isEmpty() ? windowTitle() : fileName();
+    switch (AskMessage(this, S(2), S(703) + name + "?", kMsgYesNoCancel)) {
+    case kMbYes: {
+        const int code = save();
+        if (code == 0) {
+            e->accept();
+        } else {
+            if (code != kCancelled) report(code);
+            e->ignore();
+        }
+        break;
+    }
+    case kMbNo: e->accept(); break;
+    default: e->ignore(); break;
+    }
+}
