@@ -19,13 +19,12 @@ QStringList FallbacksFor(const QString& face) {
     return {};
 }
 
-QFont::StyleHint HintFor(uint8_t pitchAndFamily) {
+QFont::StyleHint HintFor(const QString& face, uint8_t pitchAndFamily) {
     if ((pitchAndFamily & 0x03) == kFixedPitch) return QFont::TypeWriter;
-    switch (pitchAndFamily & 0xF0) {
-    case kFamilyRoman: return QFont::Serif;
-    case kFamilyModern: return QFont::TypeWriter;
-    default: return QFont::AnyStyle;
-    }
+    const QString f = face.toLower();
+    if ((pitchAndFamily & 0xF0) == kFamilyRoman || f.startsWith(QLatin1String("times")))
+        return QFont::Serif;
+    return QFont::AnyStyle;
 }
 
 }  // namespace
@@ -41,7 +40,7 @@ QFont FontFromLogFont(const LogFont& f) {
         families << FallbacksFor(family);
         font.setFamilies(families);
     }
-    font.setStyleHint(HintFor(f.pitchAndFamily));
+    font.setStyleHint(HintFor(family, f.pitchAndFamily));
     font.setFixedPitch((f.pitchAndFamily & 0x03) == kFixedPitch);
     // Heights come from files: keep them to a readable, drawable range.
     const int pixels = std::abs(f.height);
