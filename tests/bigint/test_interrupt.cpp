@@ -2,24 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
 
 #include "support.h"
 
 namespace {
 
-std::string Digits(int count, char fill) { return std::string(1, '1') + std::string(count - 1, fill); }
+std::string Digits(int count, char fill) { return "1" + std::string(count - 1, fill); }
 
-// Answers a key that is not Q on every poll.
-class OtherKey : public CalcContext {
+// Answers a key other than Q on every poll, or reports a pending window
+// action from the given poll on.
+class OtherKeyThenAction : public CalcContext {
 public:
+    explicit OtherKeyThenAction(int polls) : left_(polls) {}
     int PollQuitKey() override { return 'A'; }
-};
-
-// Reports a pending window action after the given number of polls.
-class InterruptAfter : public CalcContext {
-public:
-    explicit InterruptAfter(int polls) : left_(polls) {}
     bool PollInterrupt() override { return left_-- <= 0; }
 
 private:
@@ -27,12 +22,10 @@ private:
 };
 
 TEST(Interruption, ProductPollsOncePerRowOfTheSecondFactor) {
-    Num x(Digits(12, '3')), y(Digits(28, '7')), r;
-    StopAfter counting(1000000);
+    Num x(Digits(12, '3')), y(Digits(28, '7')), zero("0"), r;
+    StopAfter counting(1000000), untouched(0);
     ASSERT_EQ(BigMul(&counting, &r.v, &x.v, &y.v), 0);
     EXPECT_EQ(counting.polls(), 7);
-    Num zero("0");
-    StopAfter untouched(0);
     EXPECT_EQ(BigMul(&untouched, r.Out(), &zero.v, &y.v), 0);
     EXPECT_EQ(untouched.polls(), 0);
 }
@@ -43,10 +36,10 @@ TEST(Interruption, LongProductStopsWithOne) {
     EXPECT_EQ(BigMul(&stop, &r.v, &x.v, &y.v), -1);
     EXPECT_EQ(stop.polls(), 11);
     EXPECT_EQ(Text(r), "1");
-    InterruptAfter moved(3);
-    EXPECT_EQ(BigMul(&moved, r.Out(), &x.v, &y.v), -1);
-    OtherKey ignored;
-    EXPECT_EQ(BigMul(&ignored, r.Out(), &x.v, &y.v), 0);
+    OtherKeyThenAction keyIgnoredThenMoved(3);
+    EXPECT_EQ(BigMul(&keyIgnoredThenMoved, r.Out(), &x.v, &y.v), -1);
+    OtherKeyThenAction keyIgnored(1 << 30);
+    EXPECT_EQ(BigMul(&keyIgnored, r.Out(), &x.v, &y.v), 0);
 }
 
 TEST(Interruption, DivisionStopsAndLeavesZeros) {
@@ -57,53 +50,41 @@ TEST(Interruption, DivisionStopsAndLeavesZeros) {
     EXPECT_EQ(Text(q) + " " + Text(r), "0 0");
 }
 
-TEST(Interruption, FactorialAndBinomialStop) {
-    Num n("3000"), k("1500"), r;
-    StopAfter stop(100);
-    EXPECT_EQ(BigFact(&stop, &r.v, &n.v), -1);
-    EXPECT_EQ(Text(r), "1");
-    StopAfter stop2(100);
-    EXPECT_EQ(BigBinomial(&stop2, r.Out(), &n.v, &k.v), -1);
-}
-
 TEST(Interruption, InverseOfAMultipleRunsUntilStopped) {
     // With a one-limb modulus the zero divisor is subtracted without end.
-    Num a("20"), m("10"), r;
-    StopAfter stop(5000);
+    Num a("20"), m("10"), one("1"), r, d;
+    StopAfter stop(5000), viaDivision(50);
     EXPECT_EQ(ModInverse(&stop, &a.v, &m.v, &r.v), -1);
     EXPECT_EQ(stop.polls(), 5001);
     EXPECT_EQ(Text(r), "1");
-    StopAfter viaDivision(50);
     viaDivision.modulusMode = true;
     BigFromInt(&viaDivision.modulus, 10);
-    Num one("1"), twenty("20"), n, dd;
-    EXPECT_EQ(FracDiv(&viaDivision, &n.v, &dd.v, &one.v, &one.v, &twenty.v, &one.v), -1);
+    EXPECT_EQ(FracDiv(&viaDivision, r.Out(), &d.v, &one.v, &one.v, &a.v, &one.v), -1);
 }
 
 TEST(Interruption, StopsPassThroughEveryCompositeOperation) {
     const std::string big = Digits(3000, '7');
-    Num x(big), y(Digits(2900, '3')), one("1"), m(Digits(2000, '1')), e(Digits(60, '5'));
-    auto stopsSoon = [](const std::function<int(CalcContext*)>& op) {
+    Num x(big), y(Digits(2900, '3')), one("1"), two("2"), m(Digits(2000, '1')),
+        e(Digits(60, '5')), n("3000"), k("1500"), r, s;
+    const std::function<int(CalcContext*)> ops[] = {
+        [&](CalcContext* c) { return BigFact(c, r.Out(), &n.v); },
+        [&](CalcContext* c) { return BigBinomial(c, r.Out(), &n.v, &k.v); },
+        [&](CalcContext* c) { return BigGcd(c, &x.v, &y.v, r.Out()); },
+        [&](CalcContext* c) { return BigLcm(c, &x.v, &y.v, r.Out()); },
+        [&](CalcContext* c) { return BigMod(c, &x.v, &y.v, r.Out()); },
+        [&](CalcContext* c) { return ModPow(c, &x.v, &e.v, r.Out(), &m.v); },
+        [&](CalcContext* c) { return BigPowInt(c, &x.v, 5, r.Out()); },
+        [&](CalcContext* c) { return BigCbrt(c, &x.v, r.Out()); },
+        [&](CalcContext* c) { return FracAdd(c, r.Out(), s.Out(), &one.v, &two.v, &x.v, &y.v); },
+        [&](CalcContext* c) {
+            std::string text = big;
+            return ConvertBase(c, 10, 16, &text);
+        }};
+    for (size_t i = 0; i < sizeof ops / sizeof ops[0]; ++i) {
         StopAfter stop(3);
-        return op(&stop);
-    };
-    Num r, s;
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) { return BigGcd(c, &x.v, &y.v, r.Out()); }), -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) { return BigLcm(c, &x.v, &y.v, r.Out()); }), -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) { return BigMod(c, &x.v, &y.v, r.Out()); }), -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) { return ModPow(c, &x.v, &e.v, r.Out(), &m.v); }), -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) { return BigPowInt(c, &x.v, 5, r.Out()); }), -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) { return BigCbrt(c, &x.v, r.Out()); }), -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) {
-                  Num half("2");
-                  return FracAdd(c, r.Out(), s.Out(), &one.v, &half.v, &x.v, &y.v);
-              }),
-              -1);
-    EXPECT_EQ(stopsSoon([&](CalcContext* c) {
-                  std::string text = big;
-                  return ConvertBase(c, 10, 16, &text);
-              }),
-              -1);
+        EXPECT_EQ(ops[i](&stop), -1) << "operation " << i;
+        EXPECT_EQ(stop.polls(), 4) << "operation " << i;
+    }
 }
 
 }  // namespace
