@@ -88,12 +88,14 @@ int DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
 
 // Truncating division: the quotient rounds toward zero and the remainder
 // takes the dividend's sign (7 / -2 = -3 rest 1; -7 / 2 = -3 rest -1).
-// Division by zero answers 104 with both results 0.
+// Division by zero answers 104 with both results 0; a zero read with more
+// than one limb counts as zero here, where it would otherwise stall the
+// long division.
 int BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
               BigInt* remainder) {
     BigInt q = {}, r = {};
     int code = 0;
-    if (BigIsZero(d)) {
+    if (BigIsZeroMagnitude(d)) {
         code = 104;
     } else if (BigIsZero(x)) {
         code = 0;

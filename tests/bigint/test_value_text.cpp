@@ -85,6 +85,11 @@ TEST(Text, ReadingCutsFromTheRightAfterDroppingZerosAndNoise) {
     Num v;
     ASSERT_EQ(BigFromText(text, &v.v), 0);
     EXPECT_EQ(v.Limbs(), (Limbs{0, 0}));
+    CalcContext ctx;
+    Num big("1000000000000"), q, r;  // it still divides and roots as zero
+    EXPECT_EQ(BigDivMod(&ctx, &big.v, &v.v, &q.v, &r.v), 104);
+    EXPECT_EQ(BigSqrt(&ctx, &v.v, r.Out()), 0);
+    EXPECT_EQ(Text(r), "0");
     char empty[] = "";
     EXPECT_EQ(BigFromText(empty, v.Out()), 2);
 }
