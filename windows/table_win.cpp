@@ -152,7 +152,9 @@ void TTableWin::display() {
             if (atBottom) bar->setValue(bar->maximum());
         }
     } else {
+        // A new page puts the caret at its start, where the next search begins.
         edit_->setPlainText(text_.mid(qsizetype(start), qsizetype(length)));
+        restart_ = true;
     }
     shownStart_ = start;
     shownLength_ = length;
@@ -192,6 +194,7 @@ int TTableWin::find(const QString& pattern) {
         c.setPosition(at + pattern.size(), QTextCursor::KeepAnchor);
         edit_->setTextCursor(c);
         ScrollSelectionToFourthLine(edit_);
+        restart_ = false;
         return 0;
     }
     restartAtTop();

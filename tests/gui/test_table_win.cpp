@@ -233,6 +233,12 @@ private slots:
         QCOMPARE(w.shownSection(), 0);
         w.command(kTxtNext);
         QCOMPARE(w.editor()->textCursor().selectionStart(), 20 * 99 + 1);
+        // A section just turned to is searched from its very first character.
+        w.command(kTblForward);
+        modal.answerText("0000300");
+        w.command(kTxtSearch);
+        QCOMPARE(w.editor()->textCursor().selectionStart(), 0);
+        QCOMPARE(w.shownSection(), 1);
         modal.answerText("");
         w.command(kTxtSearch);
         QCOMPARE(modal.lastError(), 9);
