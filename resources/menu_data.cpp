@@ -2,7 +2,6 @@
 
 namespace {
 
-// Print items stay greyed until the text windows can print.
 #define OX_TEXT_EDIT_MENU                                                   \
     {kMenuPopup, 0, "&Edit", nullptr, 0},                                   \
     {kMenuItem, kTxtCopy, "&Copy", "Ctrl+C", kMenuEnabler},                 \
@@ -23,9 +22,9 @@ namespace {
     {kMenuAccel, kTxtLunch, nullptr, "F12", 0}
 
 #define OX_TEXT_PRINT_ITEMS                                                 \
-    {kMenuItem, kTxtPrint, "&Print ...", "Ctrl+P", kMenuGreyed},            \
-    {kMenuItem, kTxtSelectPrinter, "S&elect printer ...", nullptr, kMenuGreyed}, \
-    {kMenuItem, kTxtOffsets, "O&ffsets ...", nullptr, kMenuGreyed}
+    {kMenuItem, kTxtPrint, "&Print ...", "Ctrl+P", 0},                      \
+    {kMenuItem, kTxtSelectPrinter, "S&elect printer ...", nullptr, 0},      \
+    {kMenuItem, kTxtOffsets, "O&ffsets ...", nullptr, 0}
 
 const MenuEntry kTextEntries[] = {
     {kMenuPopup, 0, "&File", nullptr, 0},

@@ -12,6 +12,7 @@
 #include <QTextLayout>
 
 #include "dialogs/modal.h"
+#include "io/print.h"
 #include "resources/limits.h"
 #include "resources/strings.h"
 #include "windows/font_map.h"
@@ -65,20 +66,20 @@ TPreTextWin::TPreTextWin(QWidget* parent, const QString& title, const QString& f
     replaceText(text);
     markNotModified();
     if (menu) installMenu(*menu);
-    resize(defaultSize());
+    resize(TextWindowSize(this, edit_));
     // New text windows cascade below their owner, a little apart in height.
     const QPoint base = parent ? parent->geometry().topLeft() : QPoint(60, 40);
     move(base + QPoint(40, 40 + QRandomGenerator::global()->bounded(51)));
 }
 
-QSize TPreTextWin::defaultSize() const {
-    const QFontMetrics fm(edit_->font());
-    const int margins = 2 * int(edit_->document()->documentMargin()) + 4;
+QSize TextWindowSize(const QMainWindow* win, const QPlainTextEdit* edit) {
+    const QFontMetrics fm(edit->font());
+    const int margins = 2 * int(edit->document()->documentMargin()) + 4;
     QSize size(fm.horizontalAdvance(QLatin1Char('8')) * kDefaultColumns + margins +
-                   edit_->verticalScrollBar()->sizeHint().width(),
+                   edit->verticalScrollBar()->sizeHint().width(),
                fm.lineSpacing() * kDefaultLines + margins +
-                   (menuBar() ? menuBar()->sizeHint().height() : 0));
-    if (const QScreen* screen = this->screen())
+                   (win->menuBar() ? win->menuBar()->sizeHint().height() : 0));
+    if (const QScreen* screen = win->screen())
         size = size.boundedTo(screen->availableGeometry().size() * 9 / 10);
     return size;
 }
@@ -117,20 +118,20 @@ int TPreTextWin::find(const QString& pattern) {
     c.setPosition(at);
     c.setPosition(at + pattern.size(), QTextCursor::KeepAnchor);
     edit_->setTextCursor(c);
-    scrollToFourthLine();
+    ScrollSelectionToFourthLine(edit_);
     return 0;
 }
 
 // The scroll bar of a plain-text editor counts laid-out lines.
-void TPreTextWin::scrollToFourthLine() {
-    const QTextCursor c = edit_->textCursor();
+void ScrollSelectionToFourthLine(QPlainTextEdit* edit) {
+    const QTextCursor c = edit->textCursor();
     const QTextBlock block = c.block();
     int line = block.firstLineNumber();
     if (const QTextLayout* layout = block.layout()) {
         const QTextLine l = layout->lineForTextPosition(c.selectionStart() - block.position());
         if (l.isValid()) line += l.lineNumber();
     }
-    edit_->verticalScrollBar()->setValue(qMax(0, line - kMatchLine));
+    edit->verticalScrollBar()->setValue(qMax(0, line - kMatchLine));
 }
 
 void TPreTextWin::search() {
@@ -202,6 +203,12 @@ void TPreTextWin::command(int id) {
     case kTxtFont: chooseFont(); break;
     case kTxtMinusSigns: minusSigns(); break;
     case kTxtSearchHelp: AskMessage(this, S(705), S(706), kMsgOk); break;
+    case kTxtPrint:
+    case kTxtSelectPrinter:
+    case kTxtOffsets:
+        RunPrintCommand(id, this, fileName_.isEmpty() ? windowTitle() : fileName_, text(),
+                        edit_->font(), &printFormat_);
+        break;
     case kTxtClose: close(); break;
     default: TFontWin::command(id); break;
     }

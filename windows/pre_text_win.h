@@ -12,9 +12,17 @@
 
 #include <QString>
 
+#include "io/page_layout.h"
 #include "windows/kel_win.h"
 
 class QPlainTextEdit;
+
+// Shared by the windows whose client area is one editor (text and table
+// windows): the size of a new window, 80 columns by 26 lines of the editor's
+// font within the screen; and the scroll that puts the selection's line
+// fourth from the top.
+QSize TextWindowSize(const QMainWindow* win, const QPlainTextEdit* edit);
+void ScrollSelectionToFourthLine(QPlainTextEdit* edit);
 
 class TPreTextWin : public TFontWin {
     Q_OBJECT
@@ -35,6 +43,7 @@ public:
     void setFileName(const QString& name) { fileName_ = name; }
     QString searchText() const { return searchText_; }
     QPlainTextEdit* editor() const { return edit_; }
+    PrintFormat& printFormat() { return printFormat_; }
 
     // The search of F1 and F3 with the given pattern: 0 (found, selected),
     // 9 (empty pattern) or 2 (not found: caret to the start, restart set).
@@ -48,16 +57,15 @@ protected:
     void report(int code);
 
 private:
-    QSize defaultSize() const;   // 80 columns by 26 lines of the font, within the screen
     void search();
     void restartAtTop();
     void chooseFont();
     void minusSigns();
-    void scrollToFourthLine();
 
     QPlainTextEdit* edit_;
     QString fileName_;
     QString searchText_;
     int fontIndex_;
     bool restart_ = true;
+    PrintFormat printFormat_;
 };

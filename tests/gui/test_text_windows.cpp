@@ -227,7 +227,7 @@ private slots:
         QVERIFY(w.commandEnabled(kTxtCut));
         w.command(kTxtCopy);
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("copy me"));
-        QVERIFY(!FindMenuAction(&w, kTxtPrint)->isEnabled());   // until printing lands
+        QVERIFY(FindMenuAction(&w, kTxtPrint)->isEnabled());
     }
 
     void fontCommandKeepsChosenFontInTable() {
