@@ -80,7 +80,6 @@ int ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint3
 
     // Newest first, as listed.
     std::vector<std::vector<uint32_t>> found;
-    int code = kListDone;
     // Fewer than m non-parallel directions (or none at all): no round could end.
     if (2 * q >= sides) {
         const std::string quit = OxString(601);
@@ -115,5 +114,6 @@ int ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint3
     out->caption = std::string(OxString(272)) + " [" + OxString(236) + " " + Dec(sides) + ", " +
                    OxString(225) + " " + Dec(squaredLength) + "] : " +
                    Dec(static_cast<uint32_t>(found.size()));
-    return code;
+    // The search has no other end than the user's stop: that is its normal end.
+    return kListDone;
 }
