@@ -27,6 +27,14 @@ int BigFromDecimal(const std::string& text, BigInt* value) {
     return BigFromText(copy.data(), value);
 }
 
+// The value of a record of at most four limbs (below 10^16); what is left
+// of a number up to the factoring limit always is.
+uint64_t SmallValue(const BigInt* v) {
+    uint64_t value = 0;
+    for (int32_t i = v->top; i >= 0; --i) value = value * kLimbBase + static_cast<uint64_t>(v->limbs[i]);
+    return value;
+}
+
 void FreeAll(std::vector<BigInt>* values) {
     for (BigInt& v : *values) BigFree(&v);
     values->clear();
@@ -56,7 +64,7 @@ int ReadFactorInput(const std::string& text, BigInt* value) {
 int FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* factors) {
     factors->clear();
     if (BigIsOne(value)) return 0;
-    ScopedBig rest, quotient, remainder, prime, square;
+    ScopedBig rest, quotient, remainder, prime;
     if (BigCopy(&rest.v, value) != 0) return 3;
     uint32_t small = 0;
     if (rest.v.top == 0 && BigToUnsigned(&rest.v, &small) && small < 4) {
@@ -64,9 +72,8 @@ int FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* f
         return 0;
     }
     for (uint32_t p : ListPrimeTable()) {
+        if (uint64_t{p} * p > SmallValue(&rest.v)) break;
         if (BigFromUnsigned(prime.Fresh(), p) != 0) return 3;
-        if (int code = BigMul(ctx, square.Fresh(), &prime.v, &prime.v)) return code;
-        if (BigCompareMag(&square.v, &rest.v) < 0) break;   // p^2 > rest
         uint32_t e = 0;
         for (;;) {
             if (int code = BigDivMod(ctx, &rest.v, &prime.v, quotient.Fresh(), remainder.Fresh()))

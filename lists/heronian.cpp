@@ -30,7 +30,7 @@ int ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* o
         // for perimeters below 65536, so the product is exact in 64 bits.
         const uint64_t z = uint64_t{p * (p - 2 * a)} * uint64_t{(p - 2 * b) * (p - 2 * c)};
         const uint64_t root = ISqrt64(z);
-        if (root * root != z) return true;
+        if (root * root != z || !PrimitiveTriangle(a, b, c)) return true;
         std::string row = p != lastRowPerimeter ? PadLeft(perimWidth, Dec(p))
                                                 : std::string(static_cast<size_t>(perimWidth), ' ');
         lastRowPerimeter = p;

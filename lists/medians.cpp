@@ -49,7 +49,7 @@ int RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOption
 
     uint32_t count = 0, lastRowPerimeter = 0, lastP = 0;
     auto visit = [&](uint32_t p, uint32_t a, uint32_t b, uint32_t c) {
-        if (!list.considered(a, b, c, options)) return true;
+        if (!list.considered(a, b, c, options) || !PrimitiveTriangle(a, b, c)) return true;
         int rational = 0;
         const std::string medians = MediansText(a, b, c, &rational);
         if (!list.listed(rational, options)) return true;
