@@ -70,8 +70,7 @@ TEST(Interruption, InverseOfAMultipleRunsUntilStopped) {
 
 TEST(Interruption, StopsPassThroughEveryCompositeOperation) {
     const std::string big = Digits(100, '7');
-    Num x(big), y(Digits(60, '3')), one("1"), two("2"), m(Digits(90, '1')), e(Digits(30, '5')),
-        r, s;
+    Num x(big), y(Digits(60, '3')), m(Digits(90, '1')), e(Digits(30, '5')), r, s;
     const std::function<int(CalcContext*)> ops[] = {
         [&](CalcContext* c) { return BigGcd(c, &x.v, &y.v, r.Out()); },
         [&](CalcContext* c) { return BigLcm(c, &x.v, &y.v, r.Out()); },
@@ -79,7 +78,7 @@ TEST(Interruption, StopsPassThroughEveryCompositeOperation) {
         [&](CalcContext* c) { return ModPow(c, &x.v, &e.v, r.Out(), &m.v); },
         [&](CalcContext* c) { return BigPowInt(c, &x.v, 5, r.Out()); },
         [&](CalcContext* c) { return BigCbrt(c, &x.v, r.Out()); },
-        [&](CalcContext* c) { return FracAdd(c, r.Out(), s.Out(), &one.v, &two.v, &x.v, &y.v); },
+        [&](CalcContext* c) { return FracAdd(c, r.Out(), s.Out(), &y.v, &x.v, &x.v, &y.v); },
         [&](CalcContext* c) {
             std::string text = big;
             return ConvertBase(c, 10, 16, &text);
