@@ -22,6 +22,6 @@ inline uint32_t TruncSqrt(uint64_t v) {
 inline uint64_t ISqrt64(uint64_t v) {
     uint64_t r = static_cast<uint64_t>(std::sqrt(static_cast<long double>(v)));
     while (r > 0 && r * r > v) --r;
-    while ((r + 1) * (r + 1) <= v) ++r;
+    while (r < 0xFFFFFFFFull && (r + 1) * (r + 1) <= v) ++r;
     return r;
 }
