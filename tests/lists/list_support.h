@@ -1,4 +1,4 @@
-// Helpers of the list tests: scripted stop polls and row access.
+// Helpers of the list tests: a scripted quit key and row access.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 #include "bigint/context.h"
 
-// Answers Q at the given poll (1-based), and at every later one; 0 never.
+// Answers Q from the given poll (1-based) on; counts the polls.
 class QuitAtPoll : public CalcContext {
 public:
     explicit QuitAtPoll(long at) : at_(at) {}
-    int PollQuitKey() override { return ++polls_ >= at_ && at_ > 0 ? kQuitKey : 0; }
+    int PollQuitKey() override { return ++polls_ >= at_ ? kQuitKey : 0; }
     long polls() const { return polls_; }
 
 private:
@@ -18,28 +18,12 @@ private:
     long polls_ = 0;
 };
 
-// Answers an interrupting action at the given poll.
-class InterruptAtPoll : public CalcContext {
-public:
-    explicit InterruptAtPoll(long at) : at_(at) {}
-    bool PollInterrupt() override { return ++polls_ >= at_; }
-
-private:
-    long at_;
-    long polls_ = 0;
-};
-
-// The rows of a list text, without their "\r\n"; a text must end in "\r\n"
-// unless its last row is unterminated (then that row is returned as well).
+// The rows of a list text without their "\r\n".
 inline std::vector<std::string> Rows(const std::string& text) {
     std::vector<std::string> rows;
-    size_t start = 0;
-    while (start < text.size()) {
+    for (size_t start = 0; start < text.size();) {
         size_t end = text.find("\r\n", start);
-        if (end == std::string::npos) {
-            rows.push_back(text.substr(start));
-            break;
-        }
+        if (end == std::string::npos) end = text.size();
         rows.push_back(text.substr(start, end - start));
         start = end + 2;
     }
@@ -49,12 +33,11 @@ inline std::vector<std::string> Rows(const std::string& text) {
 // The blank-separated words of a row.
 inline std::vector<std::string> Words(const std::string& row) {
     std::vector<std::string> words;
-    size_t i = 0;
-    while (i < row.size()) {
-        while (i < row.size() && row[i] == ' ') ++i;
-        size_t start = i;
-        while (i < row.size() && row[i] != ' ') ++i;
-        if (i > start) words.push_back(row.substr(start, i - start));
+    for (size_t i = 0; i < row.size();) {
+        size_t start = row.find_first_not_of(' ', i);
+        if (start == std::string::npos) break;
+        i = std::min(row.find(' ', start), row.size());
+        words.push_back(row.substr(start, i - start));
     }
     return words;
 }

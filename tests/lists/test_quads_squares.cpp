@@ -19,52 +19,19 @@ QuadOptions Lengths(uint32_t lo, uint32_t hi) {
 
 using Quad = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t>;
 
-std::vector<Quad> QuadsOf(const std::string& text, uint32_t onlyD) {
+// The rows of a list with a d column.
+std::vector<Quad> QuadsOf(const std::string& text) {
     std::vector<Quad> quads;
     std::vector<std::string> rows = Rows(text);
     for (size_t i = 2; i < rows.size(); ++i) {
         std::vector<std::string> w = Words(rows[i]);
         if (!w.empty() && w.back().back() == '*') w.back().pop_back();
-        if (w.size() == 3) w.push_back(std::to_string(onlyD));
         quads.emplace_back(std::stoul(w[0]), std::stoul(w[1]), std::stoul(w[2]), std::stoul(w[3]));
     }
     return quads;
 }
 
 }  // namespace
-
-TEST(Quadruples, SingleLength) {
-    ListOutput out;
-    QuadOptions o = Lengths(3, 3);
-    ASSERT_EQ(ListQuadruples(nullptr, o, &out), 0);
-    EXPECT_EQ(out.text, " a b c\r\n-------\r\n 2 2 1*\r\n") << "no d column for one length";
-    EXPECT_EQ(out.caption, "Pythagorean quadruples [length = 3] : 1");
-    o.ascending = true;
-    ASSERT_EQ(ListQuadruples(nullptr, o, &out), 0);
-    EXPECT_EQ(Rows(out.text)[2], " 1 2 2*");
-    o.kind = QuadKind::distinct;
-    ASSERT_EQ(ListQuadruples(nullptr, o, &out), 0);
-    EXPECT_EQ(out.caption, "Pythagorean quadruples [distinct; length = 0] : 0")
-        << "bounds become those of the rows kept";
-}
-
-TEST(Quadruples, ZerosAdmittedInSearchOrder) {
-    QuadOptions o = Lengths(3, 10);
-    o.zeros = true;
-    ListOutput out;
-    ASSERT_EQ(ListQuadruples(nullptr, o, &out), 0);
-    EXPECT_EQ(QuadsOf(out.text, 0), (std::vector<Quad>{{2, 2, 1, 3}, {4, 3, 0, 5}, {4, 4, 2, 6}, {6, 3, 2, 7},
-                                                        {8, 4, 1, 9}, {7, 4, 4, 9}, {6, 6, 3, 9}, {8, 6, 0, 10}}));
-    EXPECT_EQ(Rows(out.text)[0], "  a  b  c   d");
-    EXPECT_EQ(Rows(out.text)[1], std::string(14, '-'));
-    EXPECT_EQ(out.caption, "Pythagorean quadruples [2 < length < 11] : 8");
-    o.zeros = false;
-    ASSERT_EQ(ListQuadruples(nullptr, o, &out), 0);
-    for (const Quad& q : QuadsOf(out.text, 0)) {
-        EXPECT_NE(std::get<2>(q), 0u);
-        EXPECT_NE(std::get<3>(q), 5u) << "5 has no quadruple without a zero";
-    }
-}
 
 TEST(Quadruples, AgreeWithBruteForceForEveryOption) {
     const uint32_t lo = 3, hi = 45;
@@ -106,7 +73,7 @@ TEST(Quadruples, AgreeWithBruteForceForEveryOption) {
             }
             ListOutput out;
             ASSERT_EQ(ListQuadruples(nullptr, o, &out), 0);
-            const std::vector<Quad> listed = QuadsOf(out.text, 0);
+            const std::vector<Quad> listed = QuadsOf(out.text);
             EXPECT_EQ(listed, expected) << "flags " << flags << " kind " << int(kind);
             // Only primitive rows listed: no stars.
             if (o.primitiveOnly) {
@@ -122,7 +89,7 @@ TEST(Quadruples, StoppedSearchKeepsSearchOrderAndCountsRowsWritten) {
     QuitAtPoll quit(40);
     ListOutput out;
     EXPECT_EQ(ListQuadruples(&quit, o, &out), -1);
-    std::vector<Quad> listed = QuadsOf(out.text, 0);
+    std::vector<Quad> listed = QuadsOf(out.text);
     ASSERT_GT(listed.size(), 2u);
     // Not re-ordered: within one d the largest leg (shown last) falls, as searched.
     for (size_t i = 1; i < listed.size(); ++i)
@@ -135,35 +102,11 @@ TEST(Quadruples, StoppedSearchKeepsSearchOrderAndCountsRowsWritten) {
     EXPECT_EQ(out.caption.substr(out.caption.rfind(' ') + 1), std::to_string(listed.size()));
 }
 
-TEST(Quadruples, BoundChecks) {
+TEST(TwoSquares, TopOfTheRangePrintsUnsigned) {
     ListOutput out;
-    EXPECT_EQ(ListQuadruples(nullptr, Lengths(10, 9), &out), 6);
-    EXPECT_EQ(ListQuadruples(nullptr, Lengths(2, 9), &out), 17);
-    EXPECT_EQ(ListQuadruples(nullptr, Lengths(3, 65536), &out), 17);
-}
-
-TEST(TwoSquares, ExamplesAndCaptions) {
-    ListOutput out;
-    ListTwoSquares(32045, &out);
-    std::vector<std::string> rows = Rows(out.text);
-    ASSERT_EQ(rows.size(), 8u);
-    EXPECT_EQ(rows.front(), "[179,  2] (32041 + 4)");
-    EXPECT_EQ(rows.back(), "[131,122] (17161 + 14884)");
-    EXPECT_EQ(out.caption, "32045 = 8 sums of two squares");
-    ListTwoSquares(25, &out);
-    EXPECT_EQ(out.text, "[5,0] (25 + 0)\r\n[4,3] (16 + 9)\r\n");
-    ListTwoSquares(3, &out);
-    EXPECT_EQ(out.text, "");
-    EXPECT_EQ(out.caption, "3 = 0 sums of two squares");
-    ListTwoSquares(2, &out);
-    EXPECT_EQ(out.text, "[1,1] (1 + 1)\r\n");
-    EXPECT_EQ(out.caption, "2 = 1 sum of two squares");
-    ListTwoSquares(0, &out);
-    EXPECT_EQ(out.text, "[0,0] (0 + 0)\r\n");
-    // The top of the 32-bit range: printed unsigned, never wrapped.
     ListTwoSquares(4294967295u, &out);
     EXPECT_EQ(out.caption, "4294967295 = 0 sums of two squares");
-    ListTwoSquares(4294836225u, &out);   // 65535^2
+    ListTwoSquares(4294836225u, &out);   // 65535^2: the widest x and square
     EXPECT_EQ(Rows(out.text).front(), "[65535,    0] (4294836225 + 0)");
 }
 
