@@ -53,7 +53,11 @@ int CheckListValue(ListKind kind, uint32_t value);
 // Parse and check: 17 for text that is not a number, then CheckListValue.
 int ReadListValue(ListKind kind, const std::string& text, uint32_t* value);
 
-// The two-bound dialogs of the triangle lists and the quadruples.
+// The two-bound dialogs of the triangle lists and the quadruples, with the
+// presets of the triangle dialogs (the perpendicular-median dialog presets 54).
+constexpr uint32_t kPerimeterPresetMin = 12;
+constexpr uint32_t kPerimeterPresetMax = 1000;
+constexpr uint32_t kPerpendicularPresetMin = 54;
 constexpr uint32_t kPerimeterMin = 12;
 constexpr uint32_t kPerimeterMax = 65535;
 constexpr uint32_t kQuadLengthMin = 3;
