@@ -22,14 +22,15 @@ constexpr const char* kFactorLimitText = "2556298938649";
 int ReadFactorInput(const std::string& text, BigInt* value);
 
 // The factors of value (>= 1) in increasing order; none for 1. A cofactor left
-// after the table is listed as it is. 0, 3, or -1 when stopped.
+// after the table is listed as it is. ctx (not null) is polled by the
+// divisions. 0, 3, or -1 when stopped.
 int FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* factors);
 
 // "(2^3)*(3^2)*5": powers bracketed unless they stand alone.
 std::string FactorizationLine(const std::vector<PrimeFactor>& factors);
 
 // Every divisor of the factored number, ascending (1 first). The records are
-// the caller's to free. 0, 3, or -1 when stopped.
+// the caller's to free. ctx as for FactorBig. 0, 3, or -1 when stopped.
 int DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors, std::vector<BigInt>* divisors);
 
 // The decimal text of a value.

@@ -118,6 +118,9 @@ int CheckQuadBounds(uint32_t minLength, uint32_t maxLength) {
     return 0;
 }
 
+std::string PolygonLengthPrompt() { return std::string(OxString(225)) + " < 4294967296"; }
+std::string PolygonSidesPrompt() { return std::string(OxString(226)) + " (6, 8, 10, 12)"; }
+
 int CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
     if (squaredLength < 5 || sides < 6 || sides > 12 || sides % 2 != 0) return 17;
     return 0;

@@ -66,5 +66,10 @@ constexpr uint32_t kQuadLengthMax = 65535;
 int CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter);
 int CheckQuadBounds(uint32_t minLength, uint32_t maxLength);
 
+// The polygon search's two-input dialog (caption: string 5): prompts and presets.
+std::string PolygonLengthPrompt();   // "squared length < 4294967296"
+std::string PolygonSidesPrompt();    // "number of sides (6, 8, 10, 12)"
+constexpr const char* kPolygonLengthPreset = "32045";
+constexpr const char* kPolygonSidesPreset = "6";
 // The polygon search's two inputs: 17 unless N >= 5 and m is 6, 8, 10 or 12.
 int CheckPolygonInputs(uint32_t squaredLength, uint32_t sides);
