@@ -6,13 +6,16 @@
 #include <vector>
 
 #include "bigint/bigint.h"
+#include "lists/list_frame.h"
 
-struct ListOutput {
-    std::string caption;
-    std::string text;   // rows separated by "\r\n", as in the list window
-};
-
-// args[0] is the list's name (primes, factor, divisors, ...), the rest its
-// arguments as typed. Answers 0, or a message code (17, 10, 6, 4, -1, ...)
-// with out left as the run left it.
+// args[0] is the list's name, the rest its arguments as typed:
+//   primes N · factor N · divisors N · triples N · alltriples N ·
+//   generators N · common N · tri60 N · tri120 N · squares N · cyclotomic N ·
+//   heron MIN MAX [right] [isosceles] · ratmed MIN MAX [right] [isosceles] [two] ·
+//   perpmed MIN MAX · quads MIN MAX [primitive] [ascending] [distinct|repeats] [zeros] ·
+//   polygons N M ROUNDS [SEED]
+// Answers 0, or the list's code (17, 10, 6, 4, -1, ...; 1 for arguments the
+// command does not understand, 2 for an unknown list) with out left as the
+// run left it. A row that does not fit ends a run here instead of waiting
+// for a Q that no one will type.
 int RunListCommand(CalcContext* ctx, const std::vector<std::string>& args, ListOutput* out);

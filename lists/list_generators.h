@@ -1,0 +1,62 @@
+// Every list generator. Each checks its inputs again (the same checks as
+// list_inputs.h), writes its text and caption into out and answers a code as
+// described in list_frame.h. ctx supplies the stop polls and may be null.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "bigint/context.h"
+#include "lists/list_frame.h"
+#include "lists/list_random.h"
+
+// The first primes up to bound (2..1598843), numbered below 67402 rows.
+int ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out);
+// The factorization line of the number typed (up to 2556298938649).
+int ListFactor(CalcContext* ctx, const std::string& input, ListOutput* out);
+// The ascending divisors of the number typed and their sum.
+int ListDivisors(CalcContext* ctx, const std::string& input, ListOutput* out);
+
+// Pythagorean triples by hypotenuse up to bound; primitive ones only, or all
+// with a star on the primitive ones.
+int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out);
+// Primitive triples from their generating pairs n = 2..bound.
+int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out);
+// Every triple with the number as hypotenuse or as leg.
+int ListCommonEntry(CalcContext* ctx, uint32_t number, ListOutput* out);
+// Triangles with a 60- or 120-degree angle from generators n up to bound.
+int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out);
+
+struct TriangleOptions {
+    uint32_t minPerimeter = 12;
+    uint32_t maxPerimeter = 1000;
+    bool right = false;       // include right triangles
+    bool isosceles = false;   // include isosceles triangles
+    bool atLeastTwo = false;  // rational medians: rows with two rational medians or more
+};
+int ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
+int ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
+// Uses only the bounds of options.
+int ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
+
+enum class QuadKind { any = 0, distinct = 1, repeats = 2 };
+struct QuadOptions {
+    uint32_t minLength = 3;
+    uint32_t maxLength = 100;
+    bool primitiveOnly = false;
+    bool ascending = false;   // display a < b < c
+    QuadKind kind = QuadKind::any;
+    bool zeros = false;
+};
+int ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* out);
+
+// Every way of writing n as x^2 + y^2, x >= y >= 0.
+int ListTwoSquares(uint32_t n, ListOutput* out);
+// The coefficients of the nth cyclotomic polynomial (1..65535).
+int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out);
+// Random search for convex lattice polygons with sides of squared length n,
+// no two parallel; runs until the context stops it or after maxRounds rounds
+// (the desktop program passes kPolygonRoundCap).
+constexpr uint32_t kPolygonRoundCap = 2147483647u;
+int ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
+                 ListRandom* rng, ListOutput* out);

@@ -1,0 +1,127 @@
+#include "lists/list_inputs.h"
+
+#include <cctype>
+
+#include "resources/strings.h"
+
+namespace {
+
+struct KindRange {
+    uint32_t low, high;   // both accepted
+    int belowCode;
+};
+
+struct KindData {
+    ListDialog dialog;
+    KindRange range;
+};
+
+constexpr uint32_t kAll = 0xFFFFFFFFu;
+
+const KindData& DataOf(ListKind kind) {
+    // In the order of ListKind.
+    static const KindData table[] = {
+        {{610, 208, 195, "", 30}, {2, 1598843, 17}},
+        {{612, 198, 5, " < = 2556298938649", 20}, {0, kAll, 17}},
+        {{638, 199, 5, " < = 2556298938649", 20}, {0, kAll, 17}},
+        // The hypotenuse lists accept their own advertised limits: kept inclusive.
+        {{620, 5, 218, " [ < 197890 ]", 30}, {5, 197890, 10}},
+        {{621, 5, 218, " [ < 95150 ]", 30}, {5, 95150, 10}},
+        {{622, 5, 256, " [ < 399 ]", 30}, {2, 398, 10}},
+        {{623, 5, 214, " [ < 65536 ]", 30}, {3, 65535, 10}},
+        {{624, 5, 219, " [ < 440 ]", 30}, {2, 439, 10}},
+        {{625, 5, 219, " [ < 461 ]", 30}, {2, 460, 10}},
+        {{611, 5, 209, " < 4294967296", 20}, {0, kAll, 17}},
+        {{637, 250, 271, " [ < 65536 ]", 50}, {1, 65535, 17}},
+    };
+    return table[static_cast<int>(kind)];
+}
+
+}  // namespace
+
+const ListDialog& ListDialogOf(ListKind kind) { return DataOf(kind).dialog; }
+
+std::string ListDialogCaption(ListKind kind) { return OxString(DataOf(kind).dialog.captionId); }
+
+std::string ListDialogPrompt(ListKind kind) {
+    const ListDialog& d = DataOf(kind).dialog;
+    return std::string(OxString(d.promptId)) + d.promptTail;
+}
+
+std::string ListDialogDefault(ListKind kind, ListRandom* rng) {
+    switch (kind) {
+    case ListKind::primes: return "1598843";
+    case ListKind::factor:
+    case ListKind::divisors: return std::to_string(rng->Next() % 1111 + 111);
+    case ListKind::primitiveTriples:
+    case ListKind::allTriples: return std::to_string(rng->Next() % 1234 + 4);
+    case ListKind::generators:
+    case ListKind::tri60:
+    case ListKind::tri120: return std::to_string(rng->Next() % 256);
+    case ListKind::commonEntry: return std::to_string(rng->Next() % 65536);
+    case ListKind::twoSquares: return "32045";
+    case ListKind::cyclotomic: return std::to_string(kCyclotomicFirstIndex);
+    }
+    return std::string();
+}
+
+bool ParseListUnsigned(const std::string& text, uint32_t* value) {
+    size_t i = 0, n = text.size();
+    while (i < n && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
+    size_t first = i;
+    uint64_t v = 0;
+    while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) {
+        v = v * 10 + static_cast<uint64_t>(text[i] - '0');
+        if (v > 0xFFFFFFFFull) return false;
+        ++i;
+    }
+    if (i == first) return false;
+    while (i < n && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
+    if (i != n) return false;
+    *value = static_cast<uint32_t>(v);
+    return true;
+}
+
+uint32_t ReadListUnsignedLoose(const std::string& text) {
+    size_t i = 0, n = text.size();
+    while (i < n && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
+    uint64_t v = 0;
+    while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) {
+        v = v * 10 + static_cast<uint64_t>(text[i] - '0');
+        if (v > 0xFFFFFFFFull) return 0xFFFFFFFFu;
+        ++i;
+    }
+    return static_cast<uint32_t>(v);
+}
+
+int CheckListValue(ListKind kind, uint32_t value) {
+    const KindRange& r = DataOf(kind).range;
+    if (value < r.low) return r.belowCode;
+    if (value > r.high) return 17;
+    return 0;
+}
+
+int ReadListValue(ListKind kind, const std::string& text, uint32_t* value) {
+    if (!ParseListUnsigned(text, value)) return 17;
+    return CheckListValue(kind, *value);
+}
+
+int CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter) {
+    if (maxPerimeter < minPerimeter) return 6;
+    if (minPerimeter < kPerimeterMin || maxPerimeter > kPerimeterMax) return 17;
+    return 0;
+}
+
+int CheckQuadBounds(uint32_t minLength, uint32_t maxLength) {
+    if (maxLength < minLength) return 6;
+    if (minLength < kQuadLengthMin || maxLength > kQuadLengthMax) return 17;
+    return 0;
+}
+
+std::string PolygonLengthPrompt() { return std::string(OxString(225)) + " < 4294967296"; }
+std::string PolygonSidesPrompt() { return std::string(OxString(226)) + " (6, 8, 10, 12)"; }
+
+int CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
+    if (squaredLength < 5 || sides < 6 || sides > 12 || sides % 2 != 0) return 17;
+    return 0;
+}

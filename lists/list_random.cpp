@@ -1,0 +1,6 @@
+#include "lists/list_random.h"
+
+ListRandom& SharedListRandom() {
+    static ListRandom shared;
+    return shared;
+}
