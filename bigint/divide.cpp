@@ -1,0 +1,123 @@
+// Long division in base 10000 with a quotient-limb estimate that never
+// overshoots: each estimate is subtracted and the limb asked again until the
+// estimate is 0.
+#include "bigint/dispatch.h"
+#include "bigint/internal.h"
+
+// A lower bound of the next quotient limb of span w (top tw) by d (top td):
+// dividing by d's top limb plus one can only undershoot. 10000 signals a span
+// too long for one limb, which a correct division never produces.
+int QuotientDigitEstimate(const Limb* w, const Limb* d, int32_t tw, int32_t td) {
+    if (LimbsCompare(w, d, tw, td) > 0) return 0;
+    if (tw > td + 1) return kLimbBase;
+    if (tw == td) {
+        const int e = w[tw] / (d[td] + 1);
+        return e > 0 ? e : 1;
+    }
+    return (w[tw] * kLimbBase + w[td]) / (d[td] + 1);
+}
+
+// n (top *tn, holding |n| > |d|) is divided by d (top *td); the remainder is
+// left in n with its top in *tn, the quotient in q with its top in *td.
+// n and q hold *tn + 1 limbs, s holds the divisor's top + 2. One poll per
+// step. Answers 0, 1 for an impossible estimate, -1 when stopped.
+//
+// d must not be zero; the one caller that lets a zero through (the modular
+// inverse) relies on this loop subtracting zero until the poll stops it.
+int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int32_t* tn,
+                int32_t* td) {
+    const int32_t topN = *tn;
+    const int32_t topD = *td;
+    int32_t r = topN;          // top of the working span
+    int32_t pos = topN - topD; // index of the quotient limb being formed
+    int32_t w = topN + 1;      // next quotient write index, counting down
+    int64_t digit = 0;         // wide: the zero-divisor loop keeps adding
+    while (pos >= 0) {
+        if (r > pos && n[r] == 0) {
+            --r;
+            continue;
+        }
+        int e = 0;
+        if (r >= topD + pos) {
+            e = QuotientDigitEstimate(n + pos, d, r - pos, topD);
+            if (e > kLimbBase - 1) return 1;
+            if (e > 0) {
+                CopyLimbs(s, d, topD + 1);
+                const int32_t ts = LimbsMulSmall(s, e, topD);
+                LimbsSub(n + pos, s, r - pos, ts);
+                digit += e;
+            }
+        }
+        if (e == 0) {
+            q[--w] = static_cast<Limb>(digit);
+            --pos;
+            digit = 0;
+        }
+        if (ctx->ShouldStop()) return -1;
+    }
+    int32_t qt = topN;
+    while (qt > w && q[qt] == 0) --qt;
+    qt -= w;
+    CopyLimbs(q, q + w, qt + 1);
+    *tn = r;
+    *td = qt;
+    return 0;
+}
+
+// |x| > |d| > 1 on normalised copies, so a top limb of 10000 left by an
+// addition divides by its value.
+int DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                 BigInt* remainder) {
+    const int64_t size = static_cast<int64_t>(x->top) + 2;
+    LimbBuffer rem(size), quo(size), dn(static_cast<int64_t>(d->top) + 2),
+        scratch(static_cast<int64_t>(d->top) + 3);
+    if (!rem.ok() || !quo.ok() || !dn.ok() || !scratch.ok()) return 3;
+    CopyLimbs(rem.get(), x->limbs, x->top + 1);
+    CopyLimbs(dn.get(), d->limbs, d->top + 1);
+    int32_t tn = LimbsNormalizeTop(rem.get(), x->top);
+    int32_t td = LimbsNormalizeTop(dn.get(), d->top);
+    const int code = LimbsDivide(ctx, rem.get(), dn.get(), scratch.get(), quo.get(), &tn, &td);
+    if (code < 0) return code;
+    if (BigFromLimbs(quotient, quo.get(), td, x->negative != d->negative) != 0) return 3;
+    if (BigFromLimbs(remainder, rem.get(), tn, x->negative) != 0) {
+        BigFree(quotient);
+        return 3;
+    }
+    return 0;
+}
+
+// Truncating division: the quotient rounds toward zero and the remainder
+// takes the dividend's sign (7 / -2 = -3 rest 1; -7 / 2 = -3 rest -1).
+// Division by zero answers 104 with both results 0.
+int BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+              BigInt* remainder) {
+    BigInt q = {}, r = {};
+    int code = 0;
+    if (BigIsZero(d)) {
+        code = 104;
+    } else if (BigIsZero(x)) {
+        code = 0;
+    } else if (BigIsOne(d)) {
+        code = BigCopy(&q, x);
+        q.negative = d->negative != x->negative;
+    } else {
+        const int order = BigCompareMag(x, d);
+        if (order == 0) {
+            code = BigFromInt(&q, 1);
+            q.negative = d->negative != x->negative;
+        } else if (order > 0) {
+            code = BigCopy(&r, x);
+        } else {
+            code = DivModDispatch(ctx, x, d, &q, &r);
+        }
+    }
+    if (code != 0) {
+        BigFree(&q);
+        BigFree(&r);
+    }
+    if (!q.limbs) BigFromInt(&q, 0);
+    if (!r.limbs) BigFromInt(&r, 0);
+    BigMove(quotient, &q);
+    BigMove(remainder, &r);
+    return code;
+}

@@ -1,0 +1,54 @@
+// Helpers shared by the arithmetic files; not part of the public interface.
+#pragma once
+
+#include "bigint/alloc.h"
+#include "bigint/bigint.h"
+
+// A record released when the scope ends (BigMove hands its value on).
+struct BigTemp {
+    BigInt v = {};
+    BigTemp() = default;
+    ~BigTemp() { BigFree(&v); }
+    BigTemp(const BigTemp&) = delete;
+    BigTemp& operator=(const BigTemp&) = delete;
+};
+
+// Moves src into dst (dst's old limbs are not released, as for any result).
+inline void BigMove(BigInt* dst, BigInt* src) {
+    dst->limbs = src->limbs;
+    dst->top = src->top;
+    dst->negative = src->negative;
+    src->limbs = nullptr;
+}
+
+// Releases dst, then moves src into it.
+inline void BigReplace(BigInt* dst, BigInt* src) {
+    BigFree(dst);
+    BigMove(dst, src);
+}
+
+// The magnitude of v as a record sharing v's limbs: never released.
+inline BigInt BigMagnitudeView(const BigInt* v) {
+    BigInt m = *v;
+    m.negative = 0;
+    return m;
+}
+
+// Negative in value: a zero magnitude counts as zero whatever the flag.
+inline bool BigIsNegative(const BigInt* v) { return v->negative && !BigIsZero(v); }
+
+// The value 1 that failing operations leave in their result.
+inline void BigSetFailed(BigInt* v) { BigFromInt(v, 1); }
+
+// v := limbs 0..top of src at exact size with the given sign. 0 or 3.
+int BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
+
+// Carries a top limb of 10000 or more (left by LimbsAdd) into a new limb;
+// a must have room for top + 2 limbs. Answers the new top.
+int32_t LimbsNormalizeTop(Limb* a, int32_t top);
+
+// Lowers top past zero limbs, stopping at 0.
+inline int32_t LimbsTrimTop(const Limb* a, int32_t top) {
+    while (top > 0 && a[top] == 0) --top;
+    return top;
+}

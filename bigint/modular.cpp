@@ -1,0 +1,213 @@
+// The remainder behind [mod] and the modular sum, difference, product,
+// inverse and power of the modulus mode.
+#include "bigint/internal.h"
+#include "bigint/mul_dispatch.h"
+
+// x reduced by m. For x >= 0 the truncated remainder as it stands (7 mod -3
+// = 1), and x mod 0 = 0 without complaint. For x < 0 the answer is
+// |m| - |r|, so a negative multiple gives |m| itself: (-6) mod 3 = 3, not 0.
+// A negative x mod 0 answers 104. Memory and stops are passed on.
+int BigMod(CalcContext* ctx, const BigInt* x, const BigInt* m, BigInt* result) {
+    BigTemp q, r;
+    const int code = BigDivMod(ctx, x, m, &q.v, &r.v);
+    if (code != 0 && (code != 104 || BigIsNegative(x))) {
+        BigFromInt(result, 0);
+        return code;
+    }
+    if (!BigIsNegative(x)) {
+        BigMove(result, &r.v);
+        return 0;
+    }
+    const BigInt mm = BigMagnitudeView(m);
+    const BigInt rm = BigMagnitudeView(&r.v);
+    const int sub = BigSub(result, &mm, &rm);
+    if (sub != 0) {
+        BigFree(result);
+        BigFromInt(result, 0);
+    }
+    return sub;
+}
+
+namespace {
+
+enum class ModOp { Add, Sub, Mul };
+
+// The exact result reduced by m; on any failure the result is 1.
+int ModCombine(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y,
+               const BigInt* m, ModOp op) {
+    BigTemp exact, reduced;
+    int code = op == ModOp::Add   ? BigAdd(&exact.v, x, y)
+               : op == ModOp::Sub ? BigSub(&exact.v, x, y)
+                                  : BigMul(ctx, &exact.v, x, y);
+    if (code == 0) code = BigMod(ctx, &exact.v, m, &reduced.v);
+    if (code != 0) {
+        BigSetFailed(result);
+        return code;
+    }
+    BigMove(result, &reduced.v);
+    return 0;
+}
+
+// A quotient of the Euclid chain, most recent first.
+struct QuotientLink {
+    Limb* limbs;
+    int32_t top;
+    QuotientLink* next;
+};
+
+void FreeChain(QuotientLink* link) {
+    while (link) {
+        QuotientLink* next = link->next;
+        FreeLimbs(link->limbs);
+        delete link;
+        link = next;
+    }
+}
+
+struct Chain {
+    QuotientLink* head = nullptr;
+    ~Chain() { FreeChain(head); }
+    bool Push(const Limb* q, int32_t top) {
+        QuotientLink* link = new (std::nothrow) QuotientLink{AllocLimbs(top + 1), top, head};
+        if (!link) return false;
+        if (!link->limbs) {
+            delete link;
+            return false;
+        }
+        CopyLimbs(link->limbs, q, top + 1);
+        head = link;
+        return true;
+    }
+};
+
+// Back-substitution through the stored quotients: X := 1, Y := 0, and for
+// each quotient X, Y := X q + Y, X, flipping the sign each time. The values
+// stay below m, so arrays of m's size plus slack hold them.
+int BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt* v) {
+    LimbBuffer x(size), y(size), product(size), sum(size);
+    if (!x.ok() || !y.ok() || !product.ok() || !sum.ok()) return 3;
+    x[0] = 1;
+    y[0] = 0;
+    int32_t tx = 0, ty = 0;
+    uint8_t negative = 0;
+    for (const QuotientLink* q = chain.head; q; q = q->next) {
+        ZeroLimbs(product.get(), tx + q->top + 2);
+        int32_t tp = MulLimbs(ctx, x.get(), tx, q->limbs, q->top, product.get());
+        if (tp < 0) return -1;
+        tp = LimbsAdd(product.get(), y.get(), sum.get(), tp, ty);
+        tp = LimbsNormalizeTop(sum.get(), tp);
+        y.Swap(x);
+        ty = tx;
+        x.Swap(sum);
+        tx = tp;
+        negative ^= 1;
+    }
+    return BigFromLimbs(v, x.get(), tx, negative);
+}
+
+}  // namespace
+
+int ModAdd(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
+    return ModCombine(ctx, result, x, y, m, ModOp::Add);
+}
+
+int ModSub(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
+    return ModCombine(ctx, result, x, y, m, ModOp::Sub);
+}
+
+int ModMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
+    return ModCombine(ctx, result, x, y, m, ModOp::Mul);
+}
+
+// The v in 0 … m - 1 with a v ≡ 1 (mod m), by the extended Euclidean
+// algorithm. Answers 6 for a negative operand, and 0 with the result 0 when
+// a is not invertible. A zero divisor in the chain (a a multiple of m, or
+// zero) is divided anyway, as the calculator always has: with a modulus of
+// two limbs or more the estimate is out of range (code 1); with one limb the
+// division subtracts zero until the poll stops it (-1).
+int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
+    if (BigIsNegative(a) || BigIsNegative(m)) {
+        BigSetFailed(result);
+        return 6;
+    }
+    BigTemp reduced, v;
+    int code = 0;
+    if (BigCompareMag(a, m) < 0) {
+        code = BigMod(ctx, a, m, &reduced.v);
+        a = &reduced.v;
+    }
+    const int64_t size = static_cast<int64_t>(m->top) + 3;
+    LimbBuffer x(size), y(size), scratch(size), quotient(size);
+    if (code == 0 && (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok())) code = 3;
+    Chain chain;
+    int32_t tx = 0, ty = 0;
+    if (code == 0) {
+        CopyLimbs(x.get(), m->limbs, m->top + 1);
+        CopyLimbs(y.get(), a->limbs, a->top + 1);
+        tx = LimbsNormalizeTop(x.get(), m->top);
+        ty = LimbsNormalizeTop(y.get(), a->top);
+        if (ty == 0 && y[0] == 0 && tx > 0) code = 1;
+    }
+    while (code == 0) {
+        int32_t tq = ty;
+        code = LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
+        if (code != 0 || (tx == 0 && x[0] == 0)) break;
+        if (!chain.Push(quotient.get(), tq)) code = 3;
+        x.Swap(y);
+        const int32_t t = tx;
+        tx = ty;
+        ty = t;
+    }
+    if (code == 0 && ty == 0 && y[0] == 1) {
+        code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, &v.v);
+        if (code == 0 && v.v.negative) {
+            BigTemp sum;
+            code = BigAdd(&sum.v, m, &v.v);
+            if (code == 0) BigReplace(&v.v, &sum.v);
+        }
+    } else if (code == 0) {
+        code = BigFromInt(&v.v, 0);
+    }
+    if (code != 0) {
+        BigSetFailed(result);
+        return code;
+    }
+    BigMove(result, &v.v);
+    return 0;
+}
+
+// base^e mod m for an exponent of any size; a negative exponent powers the
+// inverse. An exponent of 0 gives 1 without reduction.
+int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt* result,
+           const BigInt* m) {
+    BigTemp r, e, b;
+    int code = BigFromInt(&r.v, 1);
+    if (code == 0) code = BigCopy(&e.v, exponent);
+    if (code == 0 && BigIsNegative(&e.v)) {
+        code = ModInverse(ctx, base, m, &b.v);
+        e.v.negative = 0;
+    } else if (code == 0) {
+        code = BigCopy(&b.v, base);
+    }
+    e.v.negative = 0;
+    while (code == 0 && !BigIsZero(&e.v)) {
+        if (!BigIsEven(&e.v)) {
+            BigTemp product;
+            code = ModMul(ctx, &product.v, &r.v, &b.v, m);
+            if (code == 0) BigReplace(&r.v, &product.v);
+            BigDecrement(&e.v);
+        }
+        BigHalve(&e.v);
+        if (code == 0 && !BigIsZero(&e.v)) {
+            BigTemp square;
+            code = ModMul(ctx, &square.v, &b.v, &b.v, m);
+            if (code == 0) BigReplace(&b.v, &square.v);
+        }
+    }
+    if (code != 0) {
+        BigSetFailed(result);
+        return code;
+    }
+    BigMove(result, &r.v);
+    return 0;
+}

@@ -1,0 +1,87 @@
+// Powers of integers and of fractions.
+#include "bigint/internal.h"
+
+// Right-to-left binary powering; the base is squared only while exponent bits
+// remain. x^0 = 1, including 0^0. A negative exponent answers 14.
+int BigPowInt(CalcContext* ctx, const BigInt* base, int32_t e, BigInt* result) {
+    BigTemp r, b;
+    int code = BigFromInt(&r.v, 1);
+    if (code == 0 && e < 0) code = 14;
+    if (code == 0) code = BigCopy(&b.v, base);
+    while (code == 0 && e > 0) {
+        if (e % 2 != 0) {
+            BigTemp product;
+            code = BigMul(ctx, &product.v, &r.v, &b.v);
+            if (code == 0) BigReplace(&r.v, &product.v);
+        }
+        e /= 2;
+        if (code == 0 && e > 0) {
+            BigTemp square;
+            code = BigMul(ctx, &square.v, &b.v, &b.v);
+            if (code == 0) BigReplace(&b.v, &square.v);
+        }
+    }
+    if (code != 0) {
+        BigSetFailed(result);
+        return code;
+    }
+    BigMove(result, &r.v);
+    return 0;
+}
+
+// The exponent must convert to a machine integer (magnitude below 10^8),
+// otherwise 17.
+int BigPow(CalcContext* ctx, BigInt* result, const BigInt* base, const BigInt* exponent) {
+    int32_t e = 0;
+    if (!BigToInt(exponent, &e)) {
+        BigSetFailed(result);
+        return 17;
+    }
+    return BigPowInt(ctx, base, e, result);
+}
+
+// (p/q)^e. A whole base in modulus mode takes the modular power, which accepts
+// any exponent; otherwise a negative exponent turns the fraction over first,
+// so (2/3)^-2 = 9/4 and 2^-3 = 1/8. Zero to a negative power answers 104.
+int FracPow(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* bn, const BigInt* bd,
+            const BigInt* exponent) {
+    const bool negativeE = BigIsNegative(exponent);
+    if (negativeE && BigIsZero(bn)) {
+        BigSetFailed(rn);
+        BigSetFailed(rd);
+        return 104;
+    }
+    BigTemp n, d, one;
+    int code = 0;
+    const BigInt* p = bn;
+    const BigInt* q = bd;
+    if (BigIsOne(bd) && ctx->modulusMode) {
+        code = ModPow(ctx, bn, exponent, &n.v, &ctx->modulus);
+        if (code == 0) code = BigFromInt(&d.v, 1);
+    } else if (BigIsOne(bd) && !negativeE) {
+        code = BigPow(ctx, &n.v, bn, exponent);
+        if (code == 0) code = BigFromInt(&d.v, 1);
+    } else {
+        if (BigIsOne(bd)) {
+            // A whole base with a negative exponent becomes 1/p.
+            code = BigFromInt(&one.v, 1);
+            p = &one.v;
+            q = bn;
+        } else if (negativeE) {
+            const BigInt* t = p;
+            p = q;
+            q = t;
+        }
+        const BigInt magnitude = BigMagnitudeView(exponent);
+        if (code == 0) code = BigPow(ctx, &n.v, p, &magnitude);
+        if (code == 0) code = BigPow(ctx, &d.v, q, &magnitude);
+    }
+    if (code != 0) {
+        BigSetFailed(rn);
+        BigSetFailed(rd);
+        return code;
+    }
+    BigMove(rn, &n.v);
+    BigMove(rd, &d.v);
+    return 0;
+}

@@ -1,0 +1,86 @@
+// Base conversion between bases 2 and 16 for numbers of any size.
+#include <algorithm>
+#include <cctype>
+
+#include "bigint/dispatch.h"
+#include "bigint/internal.h"
+
+int BigMulSmallInt(CalcContext* ctx, BigInt* result, const BigInt* x, int32_t n) {
+    BigTemp factor;
+    if (BigFromInt(&factor.v, n) != 0) {
+        BigSetFailed(result);
+        return 3;
+    }
+    return BigMul(ctx, result, x, &factor.v);
+}
+
+// From the last digit on: value += digit × power, power ×= base, so each
+// digit costs two products by a small number and one addition.
+int RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                     BigInt* value) {
+    BigTemp sum, power, b;
+    int code = BigFromInt(&sum.v, 0);
+    if (code == 0) code = BigFromInt(&power.v, 1);
+    if (code == 0) code = BigFromInt(&b.v, base);
+    for (int32_t i = count - 1; code == 0 && i >= 0; --i) {
+        BigTemp term, next, nextPower;
+        code = BigMulSmallInt(ctx, &term.v, &power.v, digits[i]);
+        if (code == 0) code = BigAdd(&next.v, &sum.v, &term.v);
+        if (code == 0) code = BigMul(ctx, &nextPower.v, &power.v, &b.v);
+        if (code == 0) {
+            BigReplace(&sum.v, &next.v);
+            BigReplace(&power.v, &nextPower.v);
+        }
+    }
+    if (code != 0) return code;
+    BigMove(value, &sum.v);
+    return 0;
+}
+
+// Repeated division by the base, one digit per division, most significant
+// digit last found.
+int BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    BigTemp rest, b;
+    int code = BigCopy(&rest.v, value);
+    if (code == 0) code = BigFromInt(&b.v, base);
+    std::string out;
+    while (code == 0 && !BigIsZero(&rest.v)) {
+        BigTemp q, r;
+        code = BigDivMod(ctx, &rest.v, &b.v, &q.v, &r.v);
+        int32_t d = 0;
+        if (code == 0) {
+            BigToInt(&r.v, &d);
+            out.push_back(kDigits[d]);
+            BigReplace(&rest.v, &q.v);
+        }
+    }
+    if (code != 0) return code;
+    std::reverse(out.begin(), out.end());
+    text->swap(out);
+    return 0;
+}
+
+// Rewrites text in fromBase as text in toBase (bases 2..16). The text is
+// upper-cased and stripped of spaces; each character's value is its code
+// minus that of "0", less 7 more above 16, so "A" is 10 and the characters
+// ":" to "@" read as 10 to 16 where the base allows. An invalid character
+// answers 1 and leaves the text partly decoded (accepted characters turned
+// into value + 10). Zero converts to the empty text; a minus sign is invalid.
+int ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text) {
+    std::string& s = *text;
+    s.erase(std::remove(s.begin(), s.end(), ' '), s.end());
+    for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (char& c : s) {
+        int value = static_cast<unsigned char>(c) - '0';
+        if (value > 16) value -= 7;
+        if (value < 0 || value + 1 > fromBase) return 1;
+        c = static_cast<char>(value + 10);
+    }
+    for (char& c : s) c = static_cast<char>(c - 10);
+    BigTemp value;
+    int code = RadixToBigDispatch(ctx, reinterpret_cast<const unsigned char*>(s.data()),
+                                  static_cast<int32_t>(s.size()), fromBase, &value.v);
+    if (code != 0) return code;
+    return BigToRadixDispatch(ctx, &value.v, toBase, text);
+}
