@@ -63,7 +63,7 @@ TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
 
     model_ = std::make_unique<CalcModel>(&ctx_);
     model_->AddObserver(this);
-    ModulusChanged(true);   // the starting modulus, window hidden
+    ModulusChanged(true);   // the starting modulus; its window starts hidden
 
     calcDlg_ = new TCalcDlg(this, this);
     applyBackgrounds();
@@ -158,7 +158,9 @@ void TCalcFrame::VariableChanged(int label) {
     w->setInscription(QString::fromStdString(v->inscription));
 }
 
-void TCalcFrame::ModulusChanged(bool atStart) {
+// Told for a new value and for a change of mode alike: the window is only
+// refilled here; the Modulus command shows it.
+void TCalcFrame::ModulusChanged(bool) {
     const NumberValue& m = model_->Modulus();
     if (!modWin_) {
         modWin_ = makeNumWin(kModulusLabel, S(206), &m.numerator, &m.denominator);
@@ -168,7 +170,6 @@ void TCalcFrame::ModulusChanged(bool atStart) {
         modWin_->refill(&m.numerator, &m.denominator);
     }
     modWin_->setInscription(QString::fromStdString(model_->ModulusFormula()));
-    if (!atStart) showWindow(modWin_);
 }
 
 void TCalcFrame::showWindow(QWidget* w) {
@@ -276,7 +277,10 @@ void TCalcFrame::modulusCommand() {
         setWindowTitle(title);
     }
     busy_ = false;
-    if (code != 0) ShowError(this, code);
+    if (code != 0)
+        ShowError(this, code);
+    else
+        showWindow(modWin_);   // a new modulus is in force at once
 }
 
 void TCalcFrame::showHelp(const char* name) {
