@@ -22,7 +22,7 @@ constexpr int kCancelledByUser = -12;
 
 CalcDlgOwner::~CalcDlgOwner() = default;
 
-TCalcDlg::TCalcDlg(QWidget* parent, CalcDlgOwner* owner) : QDialog(parent), owner_(owner) {
+TCalcDlg::TCalcDlg(QWidget* parent, CalcDlgOwner* owner) : TGenDlg(parent), owner_(owner) {
     setObjectName(QStringLiteral("CALC"));
     setWindowTitle(S(205));
     setModal(false);

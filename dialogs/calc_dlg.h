@@ -4,8 +4,9 @@
 // "press Q to quit" and its buttons do nothing.
 #pragma once
 
-#include <QDialog>
 #include <QString>
+
+#include "dialogs/gen_dlg.h"
 
 class QComboBox;
 class QLineEdit;
@@ -22,7 +23,7 @@ public:
     virtual QWidget* MainWindow() = 0;
 };
 
-class TCalcDlg : public QDialog {
+class TCalcDlg : public TGenDlg {
     Q_OBJECT
 public:
     TCalcDlg(QWidget* parent, CalcDlgOwner* owner);

@@ -80,7 +80,7 @@ int TNumWin::relayout() {
     const BigInt* parts[2] = {num_, den_};
     for (int p = 0; p < 2; ++p) {
         const int c = LayoutSections(parts[p]->top, BigTextLength(parts[p]),
-                                     parts[p]->negative && !BigIsZero(parts[p]),
+                                     parts[p]->negative != 0,
                                      lineDigits_, &layout_[p]);
         if (c != 0) code = c;
     }

@@ -36,7 +36,7 @@ std::string Render(const BigInt* v, int32_t first, int32_t last, int32_t lineDig
 }  // namespace
 
 int32_t DigitCount(const BigInt* v) {
-    return BigTextLength(v) - (v->negative && !BigIsZero(v) ? 1 : 0);
+    return BigTextLength(v) - (v->negative ? 1 : 0);   // the length counts the sign
 }
 
 std::string SectionText(const BigInt* v, const SectionLayout& layout, int32_t section,

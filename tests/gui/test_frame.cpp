@@ -168,6 +168,10 @@ private slots:
             TCalcFrame f;
             QCOMPARE(Calculate(f, "-7/2", kC), 0);
             f.numWin(kC)->notebook()->appendText(" and more");
+            QFont font("DejaVu Serif");
+            font.setPixelSize(19);
+            modal.answerFont(font);
+            f.numWin(kC)->command(kNumFont);
             modal.answerFile(path);
             f.numWin(kC)->command(kNumSaveAs);
             QCOMPARE(modal.lastError(), 0);
@@ -184,8 +188,11 @@ private slots:
         QCOMPARE(w->editor()->toPlainText(), QString("-7\n-\n2"));
         QCOMPARE(w->notebook()->text(), QString("-7/2 and more"));
         QCOMPARE(w->fileName(), path + ".num");   // the name grows on purpose
+        QCOMPARE(w->logFont().height, -19);       // the file's font, kept for later windows
+        QCOMPARE(QString(w->logFont().faceName), QString("DejaVu Serif"));
         QCOMPARE(g.openNumberFile(path), 0);      // C is taken: the first free label
         QCOMPARE(Text(g, kA), std::string("-7"));
+        QCOMPARE(g.numWin(kA)->logFont().height, -19);
         QCOMPARE(g.openNumberFile(dir_.filePath("absent.num")), 11);
     }
 

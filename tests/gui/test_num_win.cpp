@@ -213,6 +213,25 @@ private slots:
         QCOMPARE(modal.lastError(), 12);
     }
 
+    void aLargerFontGivesFewerDigitsPerLine() {
+        Value v(NonZeroDigits(3000, 3)), one("1");
+        TNumWin w(nullptr, "number2", 2, &v.v, &one.v, Font());
+        w.resize(700, 400);
+        const int32_t before = w.lineDigits();
+        QVERIFY(before > 10);
+        ScriptedModal modal;
+        QFont big = w.editor()->font();
+        if (big.pixelSize() > 0)
+            big.setPixelSize(big.pixelSize() * 2);
+        else
+            big.setPointSizeF(big.pointSizeF() * 2);
+        modal.answerFont(big);
+        w.command(kNumFont);
+        QVERIFY2(w.lineDigits() < before * 2 / 3, qPrintable(QString::number(w.lineDigits())));
+        QCOMPARE(w.editor()->toPlainText().section('\n', 0, 0).size(), int(w.lineDigits()));
+        QVERIFY(w.logFont().height != Font().height);
+    }
+
     void closingOnlyHides() {
         Value v("5"), one("1");
         TNumWin w(nullptr, "number2", 2, &v.v, &one.v, Font());
