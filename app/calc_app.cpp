@@ -4,7 +4,6 @@
 
 TCalc::TCalc(int& argc, char** argv) : app_(argc, argv) {
     QApplication::setApplicationName(QStringLiteral("ordix"));
-    QApplication::setOrganizationName(QStringLiteral("ordix"));
     frame_ = std::make_unique<TCalcFrame>();
     frame_->readSettings();
 }
