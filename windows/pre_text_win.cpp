@@ -3,7 +3,9 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QMenuBar>
 #include <QRandomGenerator>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -19,8 +21,9 @@ namespace {
 
 QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
-constexpr int kDefaultWidth = 640;
-constexpr int kDefaultHeight = 420;
+// A new window shows this many columns and lines of its font.
+constexpr int kDefaultColumns = 80;
+constexpr int kDefaultLines = 26;
 constexpr int kMatchLine = 3;   // lines shown above a match
 
 // The editor refuses input beyond the buffer's size, as a limited edit
@@ -62,10 +65,22 @@ TPreTextWin::TPreTextWin(QWidget* parent, const QString& title, const QString& f
     replaceText(text);
     markNotModified();
     if (menu) installMenu(*menu);
-    resize(kDefaultWidth, kDefaultHeight);
+    resize(defaultSize());
     // New text windows cascade below their owner, a little apart in height.
     const QPoint base = parent ? parent->geometry().topLeft() : QPoint(60, 40);
     move(base + QPoint(40, 40 + QRandomGenerator::global()->bounded(51)));
+}
+
+QSize TPreTextWin::defaultSize() const {
+    const QFontMetrics fm(edit_->font());
+    const int margins = 2 * int(edit_->document()->documentMargin()) + 4;
+    QSize size(fm.horizontalAdvance(QLatin1Char('8')) * kDefaultColumns + margins +
+                   edit_->verticalScrollBar()->sizeHint().width(),
+               fm.lineSpacing() * kDefaultLines + margins +
+                   (menuBar() ? menuBar()->sizeHint().height() : 0));
+    if (const QScreen* screen = this->screen())
+        size = size.boundedTo(screen->availableGeometry().size() * 9 / 10);
+    return size;
 }
 
 void TPreTextWin::replaceText(const QString& text) {

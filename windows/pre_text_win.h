@@ -48,6 +48,7 @@ protected:
     void report(int code);
 
 private:
+    QSize defaultSize() const;   // 80 columns by 26 lines of the font, within the screen
     void search();
     void restartAtTop();
     void chooseFont();
