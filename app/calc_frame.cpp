@@ -15,6 +15,7 @@
 
 #include <vector>
 
+#include "calc/decimal_read.h"
 #include "dialogs/about_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/modulus.h"
@@ -250,9 +251,8 @@ int TCalcFrame::openNumberFile(const QString& path) {
 int TCalcFrame::pasteNumber(const QString& text) {
     const int label = model_->FirstFreeLabel();
     if (label == 0) return 4;
-    std::string digits = text.trimmed().toStdString();
     BigInt value = {}, one = {};
-    int code = BigFromText(digits.data(), &value);
+    int code = ReadDecimal(text.trimmed().toStdString(), &value);   // a sign may follow spaces
     if (code == 0) code = BigFromInt(&one, 1);
     if (code == 0) code = model_->StoreValue(label, OxString(809), &value, &one);
     BigFree(&value);

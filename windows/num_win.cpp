@@ -12,6 +12,7 @@
 #include <QStyle>
 
 #include "bigint/bigint.h"
+#include "calc/digit_freq.h"
 #include "dialogs/modal.h"
 #include "io/num_file.h"
 #include "resources/limits.h"
@@ -151,8 +152,7 @@ void TNumWin::digitFrequencies() {
         report(3);
         return;
     }
-    BigCountDigits(&copy);
-    const std::string table = DigitFrequencyText(copy.digitCount, "\n");
+    const std::string table = WithBreaks(DigitFrequencyText(&copy).c_str(), "\n");
     BigFree(&copy);
     if (!notebook_->text().isEmpty()) notebook_->appendText("\n\n");
     notebook_->appendText(QString::fromLatin1(table.c_str()));

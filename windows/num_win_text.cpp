@@ -7,9 +7,6 @@
 #include "bigint/bigint.h"
 #include "resources/limits.h"
 
-namespace {
-
-// BigToText breaks lines with CR LF; the editors want their own break.
 std::string WithBreaks(const char* text, const char* lineBreak) {
     std::string out;
     const std::string br = lineBreak;
@@ -23,6 +20,8 @@ std::string WithBreaks(const char* text, const char* lineBreak) {
     }
     return out;
 }
+
+namespace {
 
 std::string Render(const BigInt* v, int32_t first, int32_t last, int32_t lineDigits,
                    int32_t indent, const char* lineBreak) {
@@ -53,28 +52,6 @@ std::string FractionText(const BigInt* num, const BigInt* den, int32_t lineDigit
     return Render(num, -1, 0, lineDigits, 0, lineBreak) + lineBreak +
            std::string(static_cast<size_t>(std::max(rule, 1)), '-') + lineBreak +
            Render(den, -1, 0, lineDigits, 0, lineBreak);
-}
-
-std::string DigitFrequencyText(const uint32_t counts[10], const char* lineBreak) {
-    uint64_t total = 0;
-    for (int d = 0; d < 10; ++d) total += counts[d];
-    const int w = static_cast<int>(std::to_string(total).size());
-    std::string out;
-    char line[96];
-    int lastLength = 0;
-    for (int d = 0; d < 10; ++d) {
-        const double pct = total ? 100.0 * counts[d] / static_cast<double>(total) : 0.0;
-        lastLength = std::snprintf(line, sizeof line, "%d: %*u %5.1f%%", d, w, counts[d], pct);
-        out += line;
-        out += lineBreak;
-    }
-    out += std::string(static_cast<size_t>(lastLength), '-');
-    out += lineBreak;
-    std::snprintf(line, sizeof line, "%*llu 100.0%%", w + 3,
-                  static_cast<unsigned long long>(total));
-    out += line;
-    out += lineBreak;
-    return out;
 }
 
 std::string DigitLines(const BigInt* v, int32_t lineDigits, const char* lineBreak) {

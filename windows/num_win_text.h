@@ -1,5 +1,5 @@
-// Texts a number window makes from its value: the shown section, the digit
-// frequency table of its notebook and the digits of Save as Text. Qt-free;
+// Texts a number window makes from its value: the shown section and the
+// digits of Save as Text (the digit table is calc/digit_freq.h's). Qt-free;
 // `lineBreak` is "\r\n" for files and "\n" for the program's editors.
 #pragma once
 
@@ -8,6 +8,9 @@
 
 #include "bigint/record.h"
 #include "windows/num_win_layout.h"
+
+// text with every CR LF (as BigToText breaks lines) replaced by lineBreak.
+std::string WithBreaks(const char* text, const char* lineBreak);
 
 // Decimal digits of a part, the sign not counted.
 int32_t DigitCount(const BigInt* v);
@@ -21,10 +24,6 @@ std::string SectionText(const BigInt* v, const SectionLayout& layout, int32_t se
 // and denominator, each in lines of lineDigits.
 std::string FractionText(const BigInt* num, const BigInt* den, int32_t lineDigits,
                          const char* lineBreak);
-
-// The table of how often each digit 0..9 occurs in counts[0..9]: one line per
-// digit (count, percentage with one decimal), a rule and the total.
-std::string DigitFrequencyText(const uint32_t counts[10], const char* lineBreak);
 
 // The digits of a part without sign, in lines of exactly lineDigits digits
 // (the last one shorter), every line followed by lineBreak.
