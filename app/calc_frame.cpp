@@ -37,6 +37,15 @@ constexpr int kFrameHeight = 120;
 constexpr int kNumWinBaseWidth = 720;
 constexpr int kNumWinFont = 2;   // the font table's Courier New 10
 
+// White, or the grey of the desktop's windows, behind a number's digits.
+void SetBackground(TNumWin* w, bool white) {
+    QPlainTextEdit* e = w->editor();
+    QPalette p = e->palette();
+    p.setColor(QPalette::Base, white ? QColor(Qt::white)
+                                     : QApplication::palette().color(QPalette::Window));
+    e->setPalette(p);
+}
+
 std::string ConfigFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).toStdString();
 }
@@ -134,7 +143,7 @@ TNumWin* TCalcFrame::makeNumWin(int label, const QString& name, const BigInt* nu
     const QRect base(0, geometry().bottom() + 40, kNumWinBaseWidth, 0);
     const QRect place = TNumWin::Placement(label, DigitCount(num), base);
     w->setGeometry(place);
-    if (!white_) w->editor()->setBackgroundRole(QPalette::Window);
+    SetBackground(w, white_);
     return w;
 }
 
@@ -291,12 +300,12 @@ void TCalcFrame::showHelp(const char* name) {
 void TCalcFrame::applyBackgrounds() {
     QWidget* c = centralWidget();
     QPalette p = c->palette();
-    p.setColor(QPalette::Window, white_ ? QColor(Qt::white) : palette().color(QPalette::Window));
+    p.setColor(QPalette::Window,
+               white_ ? QColor(Qt::white) : QApplication::palette().color(QPalette::Window));
     c->setPalette(p);
     for (TNumWin* w : numWins_)
-        if (w) w->editor()->setBackgroundRole(white_ ? QPalette::Base : QPalette::Window);
-    if (modWin_)
-        modWin_->editor()->setBackgroundRole(white_ ? QPalette::Base : QPalette::Window);
+        if (w) SetBackground(w, white_);
+    if (modWin_) SetBackground(modWin_, white_);
 }
 
 bool TCalcFrame::commandEnabled(int id) {

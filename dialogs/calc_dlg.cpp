@@ -1,5 +1,6 @@
 #include "dialogs/calc_dlg.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -7,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "dialogs/lunch_dlg.h"
 #include "dialogs/modal.h"
 #include "resources/limits.h"
 #include "resources/strings.h"
@@ -47,6 +49,12 @@ TCalcDlg::TCalcDlg(QWidget* parent, CalcDlgOwner* owner) : TGenDlg(parent), owne
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
+
+    // F12 asks about lunch here as in every window of the program.
+    auto* lunch = new QAction(this);
+    lunch->setShortcut(QKeySequence(Qt::Key_F12));
+    connect(lunch, &QAction::triggered, this, [this] { RunLunch(this); });
+    addAction(lunch);
 
     connect(create_, &QPushButton::clicked, this, [this] { create(); });
     connect(close_, &QPushButton::clicked, this, [this] {

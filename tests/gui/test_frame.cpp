@@ -210,10 +210,17 @@ private slots:
     }
 
     void whiteBackgroundsToggles() {
+        ScriptedModal modal;
         TCalcFrame f;
+        QCOMPARE(Calculate(f, "1", kA), 0);
+        auto base = [&] { return f.numWin(kA)->editor()->palette().color(QPalette::Base); };
         QVERIFY(f.commandChecked(kCmdWhiteBackgrounds));
+        QCOMPARE(base(), QColor(Qt::white));
         f.command(kCmdWhiteBackgrounds);
         QVERIFY(!f.commandChecked(kCmdWhiteBackgrounds));
+        QCOMPARE(base(), QApplication::palette().color(QPalette::Window));
+        QCOMPARE(Calculate(f, "2", kB), 0);   // new windows follow the option
+        QCOMPARE(f.numWin(kB)->editor()->palette().color(QPalette::Base), base());
         QVERIFY(!FindMenuAction(&f, kCmdDefine)->isEnabled());   // not there yet: greyed
     }
 

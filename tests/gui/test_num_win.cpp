@@ -223,6 +223,11 @@ private slots:
         QVERIFY2(w.lineDigits() < before * 2 / 3, qPrintable(QString::number(w.lineDigits())));
         QCOMPARE(w.editor()->toPlainText().section('\n', 0, 0).size(), int(w.lineDigits()));
         QVERIFY(w.logFont().height != Font().height);
+        const int32_t wide = w.lineDigits();
+        w.show();
+        w.resize(350, 400);   // a narrower window re-lays the number out
+        QVERIFY(w.lineDigits() < wide);
+        QCOMPARE(w.editor()->toPlainText().section('\n', 0, 0).size(), int(w.lineDigits()));
     }
 
     void closingOnlyHides() {
