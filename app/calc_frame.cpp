@@ -128,9 +128,17 @@ void TCalcFrame::closeEvent(QCloseEvent* e) {
         e->ignore();
         return;
     }
+    // Every other window closes (number windows only hide); a text window
+    // whose owner keeps it open after the save question keeps the program open.
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w == this || !w->isVisible()) continue;
+        if (!w->close() && w->isVisible()) {
+            e->ignore();
+            return;
+        }
+    }
     writeSettings();
     model_->ClearRecursion();
-    QApplication::closeAllWindows();
     e->accept();
 }
 

@@ -197,11 +197,19 @@ private slots:
     }
 
     void settingsAreWrittenAtCloseAndReadAtStart() {
+        QFile::remove(dir_.filePath("ox.ini"));
         {
+            ScriptedModal modal;
             TCalcFrame f;
             f.setGeometry(100, 120, 500, 150);
-            QCOMPARE(f.writeSettings(), 0);
+            f.show();
+            QCOMPARE(Calculate(f, "1", kA), 0);
+            QVERIFY(f.numWin(kA)->isVisible());
+            f.command(kCmdExit);
+            QVERIFY(!f.isVisible());
+            QVERIFY(!f.numWin(kA)->isVisible());   // the number windows go with it
         }
+        QVERIFY(QFile::exists(dir_.filePath("ox.ini")));
         TCalcFrame g;
         g.readSettings();
         QCOMPARE(g.settings().left, 100);
