@@ -17,7 +17,8 @@ int GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
     int32_t ty = LimbsNormalizeTop(y.get(), b->top);
     for (;;) {
         int32_t tq = ty;
-        const int code = LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
+        const int code =
+            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
         if (code != 0) return code;
         if (tx == 0 && x[0] == 0) break;
         // The remainder becomes the new divisor.

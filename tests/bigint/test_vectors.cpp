@@ -45,7 +45,10 @@ Outcome RunCase(CalcContext* c, const std::string& op, const std::vector<std::st
         o.code = BigDivMod(c, X(0), X(1), &r.v, &s.v);
         return {{Text(r), Text(s)}, o.code};
     } else if (pair) {
-        auto frac = op == "frac+" ? FracAdd : op == "frac-" ? FracSub : op == "frac*" ? FracMul : FracDiv;
+        auto frac = op == "frac+"   ? FracAdd
+                    : op == "frac-" ? FracSub
+                    : op == "frac*" ? FracMul
+                                    : FracDiv;
         o.code = op == "fpow" ? FracPow(c, &r.v, &s.v, X(0), D(0), X(1))
                               : frac(c, &r.v, &s.v, X(0), D(0), X(1), D(1));
         return {{Text(r) + "/" + Text(s)}, o.code};
