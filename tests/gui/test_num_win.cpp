@@ -139,6 +139,13 @@ private slots:
 
             w.setLineDigits(60);   // wide lines: one section, no section part
             QCOMPARE(w.windowTitle(), QString("A [number1.num] [digits: 30103]"));
+
+            power.negative = 1;   // the sign is no digit, and shares the first line
+            w.refill(&power, &one);
+            w.setLineDigits(1);
+            QCOMPARE(w.windowTitle(), QString("A [number1.num] [digits: 30103] [section 1/2]"));
+            QCOMPARE(w.layout(0).offset, 2);   // one place less than for the positive number
+            QVERIFY(w.editor()->toPlainText().simplified().startsWith("- 9 9 9 0 0 2"));
         }
         BigFree(&two);
         BigFree(&power);
