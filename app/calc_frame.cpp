@@ -176,9 +176,15 @@ void TCalcFrame::VariableChanged(int label) {
     w->setInscription(QString::fromStdString(v->inscription));
 }
 
-// Told for a new value and for a change of mode alike: the window is only
-// refilled here; the Modulus command shows it.
+// Told for a new value and for a change of mode alike. A change of mode
+// comes from the window being shown or hidden and leaves it as it is; a new
+// value refills it (the Modulus command then shows it).
 void TCalcFrame::ModulusChanged(bool) {
+    const bool mode = model_->ModulusMode();
+    if (modWin_ && mode != modeSeen_) {
+        modeSeen_ = mode;
+        return;
+    }
     const NumberValue& m = model_->Modulus();
     if (!modWin_) {
         modWin_ = makeNumWin(kModulusLabel, S(206), &m.numerator, &m.denominator);
@@ -294,10 +300,13 @@ void TCalcFrame::modulusCommand() {
         setWindowTitle(title);
     }
     busy_ = false;
-    if (code != 0)
+    if (code != 0) {
         ShowError(this, code);
-    else
-        showWindow(modWin_);   // a new modulus is in force at once
+        return;
+    }
+    // The model takes the formula after it has told about the value.
+    modWin_->setInscription(QString::fromStdString(model_->ModulusFormula()));
+    showWindow(modWin_);   // a new modulus is in force at once
 }
 
 void TCalcFrame::showHelp(const char* name) {

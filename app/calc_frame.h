@@ -89,6 +89,7 @@ private:
     uint32_t lastFontExtra_ = 0;
     QString pendingName_;   // the name of the window a store is about to make
     FrameSettings settings_;
+    bool modeSeen_ = false;   // the modulus mode as last told
     bool white_ = true;
     bool busy_ = false;
 };

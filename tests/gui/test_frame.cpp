@@ -130,8 +130,10 @@ private slots:
         QCOMPARE(Calculate(f, "10+3", kB), 0);
         QCOMPARE(Text(f, kB), std::string("13"));
 
-        f.command(kCmdViewModulus);   // showing the window brings it back
+        m->notebook()->appendText(" noted");
+        f.command(kCmdViewModulus);   // showing the window brings it back as it was
         QVERIFY(f.model().ModulusMode());
+        QCOMPARE(m->notebook()->text(), QString("3+4 noted"));
         m->command(kNumClose);
         QVERIFY(!f.model().ModulusMode());
 
