@@ -111,6 +111,9 @@ void TCalcFrame::readSettings() {
         move(screen.left() + 20 + r->bounded(100), screen.top() + 20 + r->bounded(60));
     }
     settings_ = s;
+    // The modulus window was made before the frame found its place.
+    if (modWin_ && !modWin_->isVisible())
+        placeNumWin(modWin_, DigitCount(&model_->Modulus().numerator));
 }
 
 int TCalcFrame::writeSettings() {
@@ -148,11 +151,15 @@ TNumWin* TCalcFrame::makeNumWin(int label, const QString& name, const BigInt* nu
                                 const BigInt* den) {
     auto* w = new TNumWin(this, name, label, num, den, lastFont_);
     w->setFontExtra(lastFontExtra_);
-    const QRect base(0, geometry().bottom() + 40, kNumWinBaseWidth, 0);
-    const QRect place = TNumWin::Placement(label, DigitCount(num), base);
-    w->setGeometry(place);
+    placeNumWin(w, DigitCount(num));
     SetBackground(w, white_);
     return w;
+}
+
+// Number windows cascade below the frame.
+void TCalcFrame::placeNumWin(TNumWin* w, int32_t digits) {
+    const QRect base(0, geometry().bottom() + 40, kNumWinBaseWidth, 0);
+    w->setGeometry(TNumWin::Placement(w->label(), digits, base));
 }
 
 void TCalcFrame::VariableChanged(int label) {

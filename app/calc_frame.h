@@ -72,6 +72,7 @@ protected:
 
 private:
     TNumWin* makeNumWin(int label, const QString& name, const BigInt* num, const BigInt* den);
+    void placeNumWin(TNumWin* w, int32_t digits);
     void rebuildViewMenu();
     void showHelp(const char* name);
     void modulusCommand();
