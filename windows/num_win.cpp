@@ -179,7 +179,8 @@ void TNumWin::saveAsText() {
 
 int TNumWin::saveNumber(const QString& path) {
     NumFile file;
-    file.label = label_;
+    // The modulus has no label of its own: its file opens in the first free one.
+    file.label = label_ > 0 ? label_ : 0;
     file.numerator = LimbsOf(num_);
     file.hasDenominator = !(BigIsOne(den_) && !den_->negative);
     if (file.hasDenominator) file.denominator = LimbsOf(den_);

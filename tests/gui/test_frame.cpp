@@ -196,6 +196,11 @@ private slots:
         QCOMPARE(Text(g, kA), std::string("-7"));
         QCOMPARE(g.numWin(kA)->logFont().height, -19);
         QCOMPARE(g.openNumberFile(dir_.filePath("absent.num")), 11);
+
+        const QString modulus = dir_.filePath("m.num");
+        QCOMPARE(g.numWin(kModulusLabel)->saveNumber(modulus), 0);
+        QCOMPARE(g.openNumberFile(modulus), 0);   // a modulus reopens as a variable
+        QCOMPARE(g.model().Variable(kB)->inscription, g.model().ModulusFormula());
     }
 
     void settingsAreWrittenAtCloseAndReadAtStart() {
