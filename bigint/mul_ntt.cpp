@@ -1,0 +1,189 @@
+// Product by number-theoretic transforms over two primes, joined by the
+// Chinese remainder theorem.
+//
+// The limbs themselves are the coefficients. A coefficient of the cyclic
+// convolution is a sum of at most min(la, lb) products of limbs of at most
+// 20000, so it stays below 2^25 · 4·10^8 ≈ 1.3·10^16 for every length the
+// primes allow (2^25), under p1·p2 ≈ 7.9·10^16: the residues determine it.
+//
+// Both primes are below 2^30 so that Montgomery products can run lazily on
+// values in [0, 2p): forward transform by decimation in frequency (natural
+// order in, bit-reversed out), pointwise product, and the inverse by
+// decimation in time with the forward roots (bit-reversed in, natural out)
+// followed by reversing indices 1 … N−1, which turns w into w^−1.
+#include <algorithm>
+#include <cassert>
+
+#include "bigint/mul_kernels.h"
+
+namespace {
+
+struct Prime {
+    uint32_t p;
+    uint32_t generator;
+    int maxLog;     // 2^maxLog divides p − 1
+};
+
+constexpr Prime kP1 = {469762049u, 3, 26};   // 7·2^26 + 1
+constexpr Prime kP2 = {167772161u, 3, 25};   // 5·2^25 + 1
+constexpr int kMaxLog = 25;
+
+uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
+    uint64_t r = 1;
+    b %= m;
+    while (e > 0) {
+        if (e & 1) r = r * b % m;
+        b = b * b % m;
+        e >>= 1;
+    }
+    return static_cast<uint32_t>(r);
+}
+
+// Montgomery arithmetic with R = 2^32.
+struct Mont {
+    uint32_t p;
+    uint32_t pinv;   // −p^−1 mod 2^32
+    uint32_t r2;     // R^2 mod p
+
+    explicit Mont(uint32_t prime) : p(prime) {
+        uint32_t inv = prime;   // Newton: each step doubles the correct low bits
+        for (int i = 0; i < 4; ++i) inv *= 2 - prime * inv;
+        pinv = 0u - inv;
+        const uint64_t r = (uint64_t(1) << 32) % prime;
+        r2 = static_cast<uint32_t>(r * r % prime);
+    }
+    // x < p·2^32 gives a result in [0, 2p).
+    uint32_t Reduce(uint64_t x) const {
+        const uint32_t m = static_cast<uint32_t>(x) * pinv;
+        return static_cast<uint32_t>((x + uint64_t(m) * p) >> 32);
+    }
+    uint32_t Mul(uint32_t a, uint32_t b) const { return Reduce(uint64_t(a) * b); }
+    uint32_t ToMont(uint32_t a) const { return Mul(a, r2); }
+};
+
+// roots[m + j] = w_2m^j in Montgomery form, for m = 1, 2, 4 … n/2.
+bool MakeRoots(const Prime& pr, const Mont& mt, int32_t n, uint32_t* roots) {
+    for (int32_t m = 1; m < n; m <<= 1) {
+        const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / (2 * uint64_t(m)), pr.p));
+        uint32_t x = mt.ToMont(1);
+        for (int32_t j = 0; j < m; ++j) {
+            roots[m + j] = x;
+            x = mt.Mul(x, w);
+        }
+    }
+    return true;
+}
+
+inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : x; }
+
+bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t m = n / 2; m >= 1; m >>= 1) {
+        const uint32_t* w = roots + m;
+        for (int32_t s = 0; s < n; s += 2 * m) {
+            uint32_t* x = a + s;
+            uint32_t* y = x + m;
+            for (int32_t j = 0; j < m; ++j) {
+                const uint32_t u = x[j], v = y[j];
+                x[j] = Fold(u + v, twoP);
+                y[j] = mt.Mul(u - v + twoP, w[j]);
+            }
+        }
+        if (clk.Tick(n / 2)) return false;
+    }
+    return true;
+}
+
+bool Inverse(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t m = 1; m < n; m <<= 1) {
+        const uint32_t* w = roots + m;
+        for (int32_t s = 0; s < n; s += 2 * m) {
+            uint32_t* x = a + s;
+            uint32_t* y = x + m;
+            for (int32_t j = 0; j < m; ++j) {
+                const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
+                x[j] = Fold(u + t, twoP);
+                y[j] = Fold(u - t + twoP, twoP);
+            }
+        }
+        if (clk.Tick(n / 2)) return false;
+    }
+    std::reverse(a + 1, a + n);
+    return true;
+}
+
+void Load(const Limb* a, int32_t la, uint32_t* f, int32_t n) {
+    for (int32_t i = 0; i < la; ++i) f[i] = static_cast<uint16_t>(a[i]);
+    std::fill(f + la, f + n, 0u);
+}
+
+// The cyclic convolution of a and b (b null: a with itself) modulo one prime,
+// reduced to [0, p), left in fa; fb is scratch.
+bool Convolve(PollClock& clk, const Prime& pr, const Limb* a, int32_t la, const Limb* b,
+              int32_t lb, uint32_t* fa, uint32_t* fb, uint32_t* roots, int32_t n) {
+    const Mont mt(pr.p);
+    MakeRoots(pr, mt, n, roots);
+    if (clk.Tick(n)) return false;
+    Load(a, la, fa, n);
+    if (!Forward(clk, mt, roots, fa, n)) return false;
+    if (b != nullptr) {
+        Load(b, lb, fb, n);
+        if (!Forward(clk, mt, roots, fb, n)) return false;
+        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(fa[i], fb[i]);
+    } else {
+        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(fa[i], fa[i]);
+    }
+    if (!Inverse(clk, mt, roots, fa, n)) return false;
+    // The pointwise product left a factor R^−1 and the inverse a factor n:
+    // multiply by R^2 / n in Montgomery form.
+    const uint32_t scale = static_cast<uint32_t>(
+        uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = mt.Mul(fa[i], scale);
+        fa[i] = v >= pr.p ? v - pr.p : v;
+    }
+    return true;
+}
+
+int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    const int32_t len = la + lb;
+    assert(len <= NttMaxLength());
+    int32_t n = 1;
+    while (n < len - 1) n <<= 1;
+    Scratch<uint32_t> buf(4 * int64_t(n));
+    if (!buf) return kNoMemory;
+    uint32_t* r1 = buf.get();
+    uint32_t* fa = r1 + n;
+    uint32_t* fb = fa + n;
+    uint32_t* roots = fb + n;
+    if (!Convolve(clk, kP1, a, la, b, lb, r1, fb, roots, n)) return kStopped;
+    if (!Convolve(clk, kP2, a, la, b, lb, fa, fb, roots, n)) return kStopped;
+
+    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57.
+    const uint64_t p1 = kP1.p, p2 = kP2.p;
+    const uint64_t inv = PowMod(p1 % p2, p2 - 2, kP2.p);
+    uint64_t carry = 0;
+    for (int32_t k = 0; k < len - 1; ++k) {
+        const uint64_t x1 = r1[k];
+        const uint64_t d = (fa[k] + p2 - x1 % p2) % p2;
+        const uint64_t v = x1 + p1 * (d * inv % p2) + carry;
+        carry = v / kLimbBase;
+        p[k] = static_cast<Limb>(v - carry * kLimbBase);
+    }
+    assert(carry < 32768);
+    p[len - 1] = static_cast<Limb>(carry);
+    return clk.Tick(len) ? kStopped : 0;
+}
+
+}  // namespace
+
+int32_t NttMaxLength() { return (int32_t(1) << kMaxLog) + 1; }
+
+int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    return Run(clk, a, la, b, lb, p);
+}
+
+int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+    return Run(clk, a, la, nullptr, la, p);
+}
