@@ -61,54 +61,103 @@ struct Mont {
     uint32_t ToMont(uint32_t a) const { return Mul(a, r2); }
 };
 
-// roots[m + j] = w_2m^j in Montgomery form, for m = 1, 2, 4 … n/2.
-bool MakeRoots(const Prime& pr, const Mont& mt, int32_t n, uint32_t* roots) {
+// roots[m + j] = w_2m^j in Montgomery form, for m = 1, 2, 4 … n/2, kept
+// between products and grown as longer transforms are asked for (the
+// program's transforms run on one thread). Null when memory ran out.
+const uint32_t* Roots(int index, const Prime& pr, const Mont& mt, int32_t n) {
+    static uint32_t* table[2] = {nullptr, nullptr};
+    static int32_t size[2] = {0, 0};
+    if (size[index] >= n) return table[index];
+    uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
+    if (!t) return nullptr;
     for (int32_t m = 1; m < n; m <<= 1) {
         const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / (2 * uint64_t(m)), pr.p));
         uint32_t x = mt.ToMont(1);
         for (int32_t j = 0; j < m; ++j) {
-            roots[m + j] = x;
+            t[m + j] = x;
             x = mt.Mul(x, w);
         }
     }
-    return true;
+    std::free(table[index]);
+    table[index] = t;
+    size[index] = n;
+    return t;
 }
 
 inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : x; }
 
-bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+// Transforms of at most this many points run all their stages while the
+// array is in cache; larger ones do one stage over the whole array and
+// recurse into the halves, which are independent transforms of half length.
+constexpr int32_t kCacheBlock = 1 << 13;
+
+void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
     const uint32_t twoP = 2 * mt.p;
-    for (int32_t m = n / 2; m >= 1; m >>= 1) {
-        const uint32_t* w = roots + m;
-        for (int32_t s = 0; s < n; s += 2 * m) {
-            uint32_t* x = a + s;
-            uint32_t* y = x + m;
-            for (int32_t j = 0; j < m; ++j) {
-                const uint32_t u = x[j], v = y[j];
-                x[j] = Fold(u + v, twoP);
-                y[j] = mt.Mul(u - v + twoP, w[j]);
-            }
+    if (m == 1) {   // the only twiddle is 1
+        for (int32_t s = 0; s < n; s += 2) {
+            const uint32_t u = a[s], v = a[s + 1];
+            a[s] = Fold(u + v, twoP);
+            a[s + 1] = Fold(u - v + twoP, twoP);
         }
-        if (clk.Tick(n / 2)) return false;
+        return;
     }
-    return true;
+    const uint32_t* w = roots + m;
+    for (int32_t s = 0; s < n; s += 2 * m) {
+        uint32_t* x = a + s;
+        uint32_t* y = x + m;
+        for (int32_t j = 0; j < m; ++j) {
+            const uint32_t u = x[j], v = y[j];
+            x[j] = Fold(u + v, twoP);
+            y[j] = mt.Mul(u - v + twoP, w[j]);
+        }
+    }
+}
+
+void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    const uint32_t twoP = 2 * mt.p;
+    if (m == 1) {
+        for (int32_t s = 0; s < n; s += 2) {
+            const uint32_t u = a[s], t = a[s + 1];
+            a[s] = Fold(u + t, twoP);
+            a[s + 1] = Fold(u - t + twoP, twoP);
+        }
+        return;
+    }
+    const uint32_t* w = roots + m;
+    for (int32_t s = 0; s < n; s += 2 * m) {
+        uint32_t* x = a + s;
+        uint32_t* y = x + m;
+        for (int32_t j = 0; j < m; ++j) {
+            const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
+            x[j] = Fold(u + t, twoP);
+            y[j] = Fold(u - t + twoP, twoP);
+        }
+    }
+}
+
+bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (n <= kCacheBlock) {
+        for (int32_t m = n / 2; m >= 1; m >>= 1) ForwardStage(mt, roots, a, n, m);
+        return !clk.Tick(int64_t(n / 2) * 14);
+    }
+    ForwardStage(mt, roots, a, n, n / 2);
+    if (clk.Tick(n / 2)) return false;
+    return Forward(clk, mt, roots, a, n / 2) && Forward(clk, mt, roots, a + n / 2, n / 2);
+}
+
+bool InverseRec(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (n <= kCacheBlock) {
+        for (int32_t m = 1; m < n; m <<= 1) InverseStage(mt, roots, a, n, m);
+        return !clk.Tick(int64_t(n / 2) * 14);
+    }
+    if (!InverseRec(clk, mt, roots, a, n / 2) || !InverseRec(clk, mt, roots, a + n / 2, n / 2))
+        return false;
+    InverseStage(mt, roots, a, n, n / 2);
+    return !clk.Tick(n / 2);
 }
 
 bool Inverse(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
-    const uint32_t twoP = 2 * mt.p;
-    for (int32_t m = 1; m < n; m <<= 1) {
-        const uint32_t* w = roots + m;
-        for (int32_t s = 0; s < n; s += 2 * m) {
-            uint32_t* x = a + s;
-            uint32_t* y = x + m;
-            for (int32_t j = 0; j < m; ++j) {
-                const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
-                x[j] = Fold(u + t, twoP);
-                y[j] = Fold(u - t + twoP, twoP);
-            }
-        }
-        if (clk.Tick(n / 2)) return false;
-    }
+    if (!InverseRec(clk, mt, roots, a, n)) return false;
     std::reverse(a + 1, a + n);
     return true;
 }
@@ -118,23 +167,24 @@ void Load(const Limb* a, int32_t la, uint32_t* f, int32_t n) {
     std::fill(f + la, f + n, 0u);
 }
 
-// The cyclic convolution of a and b (b null: a with itself) modulo one prime,
-// reduced to [0, p), left in fa; fb is scratch.
-bool Convolve(PollClock& clk, const Prime& pr, const Limb* a, int32_t la, const Limb* b,
-              int32_t lb, uint32_t* fa, uint32_t* fb, uint32_t* roots, int32_t n) {
+// The cyclic convolution of a and b (b null: a with itself) modulo prime
+// number index, reduced to [0, p), left in fa; fb is scratch.
+int Convolve(PollClock& clk, int index, const Prime& pr, const Limb* a, int32_t la,
+             const Limb* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
     const Mont mt(pr.p);
-    MakeRoots(pr, mt, n, roots);
-    if (clk.Tick(n)) return false;
+    const uint32_t* roots = Roots(index, pr, mt, n);
+    if (!roots) return kNoMemory;
+    if (clk.Tick(n)) return kStopped;
     Load(a, la, fa, n);
-    if (!Forward(clk, mt, roots, fa, n)) return false;
+    if (!Forward(clk, mt, roots, fa, n)) return kStopped;
     if (b != nullptr) {
         Load(b, lb, fb, n);
-        if (!Forward(clk, mt, roots, fb, n)) return false;
+        if (!Forward(clk, mt, roots, fb, n)) return kStopped;
         for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(fa[i], fb[i]);
     } else {
         for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(fa[i], fa[i]);
     }
-    if (!Inverse(clk, mt, roots, fa, n)) return false;
+    if (!Inverse(clk, mt, roots, fa, n)) return kStopped;
     // The pointwise product left a factor R^−1 and the inverse a factor n:
     // multiply by R^2 / n in Montgomery form.
     const uint32_t scale = static_cast<uint32_t>(
@@ -143,7 +193,7 @@ bool Convolve(PollClock& clk, const Prime& pr, const Limb* a, int32_t la, const 
         const uint32_t v = mt.Mul(fa[i], scale);
         fa[i] = v >= pr.p ? v - pr.p : v;
     }
-    return true;
+    return 0;
 }
 
 int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
@@ -151,14 +201,14 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
     assert(len <= NttMaxLength());
     int32_t n = 1;
     while (n < len - 1) n <<= 1;
-    Scratch<uint32_t> buf(4 * int64_t(n));
+    Scratch<uint32_t> buf(3 * int64_t(n));
     if (!buf) return kNoMemory;
     uint32_t* r1 = buf.get();
     uint32_t* fa = r1 + n;
     uint32_t* fb = fa + n;
-    uint32_t* roots = fb + n;
-    if (!Convolve(clk, kP1, a, la, b, lb, r1, fb, roots, n)) return kStopped;
-    if (!Convolve(clk, kP2, a, la, b, lb, fa, fb, roots, n)) return kStopped;
+    int rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
+    if (rc == 0) rc = Convolve(clk, 1, kP2, a, la, b, lb, fa, fb, n);
+    if (rc != 0) return rc;
 
     // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57.
     const uint64_t p1 = kP1.p, p2 = kP2.p;
