@@ -1,7 +1,42 @@
+// Algorithm choice for the heavy operations: the reference kernel below its
+// threshold, the fast kernel of fast_paths.h above.
 #include "bigint/dispatch.h"
 
+#include "bigint/fast_paths.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+// |v| for the fast kernels, which take magnitudes with exact limb counts: a
+// view of v's limbs, or a canonical copy when v's top limb is 10000 (left by
+// LimbsAdd). The view is never released.
+struct Magnitude {
+    BigInt view = {};
+    BigTemp copy;
+    const BigInt* get() const { return copy.v.limbs ? &copy.v : &view; }
+};
+
+int MakeMagnitude(const BigInt* v, Magnitude* m) {
+    m->view = BigMagnitudeView(v);
+    if (v->limbs[v->top] < kLimbBase) return 0;
+    const int code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
+    return code != 0 ? code : FastCanonical(&m->copy.v);
+}
+
+}  // namespace
+
 int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
-    return DivModSchool(ctx, x, d, q, r);
+    const int32_t limit = gFastThresholds.divNewton;
+    const int32_t m = d->top + 1;
+    if (m < limit || x->top + 1 - m + 1 < limit) return DivModSchool(ctx, x, d, q, r);
+    Magnitude xm, dm;
+    int code = MakeMagnitude(x, &xm);
+    if (code == 0) code = MakeMagnitude(d, &dm);
+    if (code == 0) code = DivModNewton(ctx, xm.get(), dm.get(), q, r);
+    if (code != 0) return code;
+    q->negative = x->negative != d->negative;
+    r->negative = x->negative;
+    return 0;
 }
 int SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     return SqrtSchool(ctx, x, result);

@@ -49,12 +49,15 @@ std::vector<Limb> Operand(int32_t n, Shape shape) {
     return a;
 }
 
+void SetLimbs(BigInt* v, const std::vector<Limb>& limbs, bool negative) {
+    v->limbs = new Limb[limbs.size()];
+    std::copy(limbs.begin(), limbs.end(), v->limbs);
+    v->top = int32_t(limbs.size()) - 1;
+    v->negative = negative;
+}
+
 void RandomBig(BigInt* v, int32_t n, bool allowNegative) {
-    std::vector<Limb> a = Operand(n, Shape::Random);
-    v->limbs = new Limb[n];
-    for (int32_t i = 0; i < n; ++i) v->limbs[i] = a[i];
-    v->top = n - 1;
-    v->negative = allowNegative && Uniform(0, 1) == 1;
+    SetLimbs(v, Operand(n, Shape::Random), allowNegative && Uniform(0, 1) == 1);
 }
 
 std::vector<Limb> Normalised(const Limb* p, int32_t n) {

@@ -25,6 +25,8 @@ constexpr Shape kShapes[] = {Shape::Random, Shape::Zeros, Shape::Nines,
 
 // n limbs of the given shape, top limb non-zero.
 std::vector<Limb> Operand(int32_t n, Shape shape);
+// v := the given limbs (least significant first) and sign.
+void SetLimbs(BigInt* v, const std::vector<Limb>& limbs, bool negative);
 // A random record of n limbs, random sign.
 void RandomBig(BigInt* v, int32_t n, bool allowNegative = true);
 

@@ -60,6 +60,16 @@ TEST(FastMul, EveryPathAroundItsThresholdAndEveryShape) {
     }
 }
 
+TEST(FastMul, LowestThresholdsTakeEveryPathOnTinyOperands) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t la = 1; la <= 40; ++la) {
+        for (int32_t lb = 1; lb <= la; ++lb) {
+            for (Shape s : kShapes) CheckProduct(Operand(la, s), Operand(lb, Shape::RunsOfZeroAndNine));
+        }
+        CheckProduct(Operand(la, Shape::Nines), {}, true);
+    }
+}
+
 TEST(FastMul, ProductOfTwoTopLimbsOfTenThousandFillsEveryLimb) {
     // 10000·B^(n-1) squared is B^(2n): the carry lands in the top limb.
     ThresholdScope scope(SmallLadder());
