@@ -91,6 +91,28 @@ inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : 
 // recurse into the halves, which are independent transforms of half length.
 constexpr int32_t kCacheBlock = 1 << 13;
 
+// One row of butterflies; the halves and the twiddles never overlap, which
+// lets the compiler vectorise the loop.
+inline void ForwardRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
+                       const uint32_t* __restrict w, int32_t m) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t j = 0; j < m; ++j) {
+        const uint32_t u = x[j], v = y[j];
+        x[j] = Fold(u + v, twoP);
+        y[j] = mt.Mul(u - v + twoP, w[j]);
+    }
+}
+
+inline void InverseRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
+                       const uint32_t* __restrict w, int32_t m) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t j = 0; j < m; ++j) {
+        const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
+        x[j] = Fold(u + t, twoP);
+        y[j] = Fold(u - t + twoP, twoP);
+    }
+}
+
 void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
     const uint32_t twoP = 2 * mt.p;
     if (m == 1) {   // the only twiddle is 1
@@ -101,16 +123,7 @@ void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n,
         }
         return;
     }
-    const uint32_t* w = roots + m;
-    for (int32_t s = 0; s < n; s += 2 * m) {
-        uint32_t* x = a + s;
-        uint32_t* y = x + m;
-        for (int32_t j = 0; j < m; ++j) {
-            const uint32_t u = x[j], v = y[j];
-            x[j] = Fold(u + v, twoP);
-            y[j] = mt.Mul(u - v + twoP, w[j]);
-        }
-    }
+    for (int32_t s = 0; s < n; s += 2 * m) ForwardRow(mt, a + s, a + s + m, roots + m, m);
 }
 
 void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
@@ -123,16 +136,7 @@ void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n,
         }
         return;
     }
-    const uint32_t* w = roots + m;
-    for (int32_t s = 0; s < n; s += 2 * m) {
-        uint32_t* x = a + s;
-        uint32_t* y = x + m;
-        for (int32_t j = 0; j < m; ++j) {
-            const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
-            x[j] = Fold(u + t, twoP);
-            y[j] = Fold(u - t + twoP, twoP);
-        }
-    }
+    for (int32_t s = 0; s < n; s += 2 * m) InverseRow(mt, a + s, a + s + m, roots + m, m);
 }
 
 bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
@@ -210,14 +214,21 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
     if (rc == 0) rc = Convolve(clk, 1, kP2, a, la, b, lb, fa, fb, n);
     if (rc != 0) return rc;
 
-    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57.
-    const uint64_t p1 = kP1.p, p2 = kP2.p;
-    const uint64_t inv = PowMod(p1 % p2, p2 - 2, kP2.p);
+    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57. r1 < p1 < 3·p2
+    // is brought below p2 by two conditional subtractions, and the product
+    // by p1^−1 runs in Montgomery form (the factor carries R).
+    const Mont m2(kP2.p);
+    const uint32_t p2 = kP2.p;
+    const uint32_t invR = static_cast<uint32_t>(
+        uint64_t(PowMod(kP1.p % p2, p2 - 2, p2)) * ((uint64_t(1) << 32) % p2) % p2);
     uint64_t carry = 0;
     for (int32_t k = 0; k < len - 1; ++k) {
-        const uint64_t x1 = r1[k];
-        const uint64_t d = (fa[k] + p2 - x1 % p2) % p2;
-        const uint64_t v = x1 + p1 * (d * inv % p2) + carry;
+        uint32_t x1 = r1[k];
+        uint32_t x1m = x1 >= p2 ? x1 - p2 : x1;
+        x1m = x1m >= p2 ? x1m - p2 : x1m;
+        uint32_t d = m2.Mul(fa[k] + p2 - x1m, invR);
+        d = d >= p2 ? d - p2 : d;
+        const uint64_t v = x1 + uint64_t(kP1.p) * d + carry;
         carry = v / kLimbBase;
         p[k] = static_cast<Limb>(v - carry * kLimbBase);
     }
