@@ -39,13 +39,22 @@ int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q
     return 0;
 }
 int SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
-    return SqrtSchool(ctx, x, result);
+    if (x->top + 1 < gFastThresholds.sqrtRecursive) return SqrtSchool(ctx, x, result);
+    Magnitude xm;
+    const int code = MakeMagnitude(x, &xm);
+    return code != 0 ? code : SqrtRecursive(ctx, xm.get(), result);
 }
 int CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
-    return CbrtSchool(ctx, x, result);
+    if (x->top + 1 < gFastThresholds.cbrtNewton) return CbrtSchool(ctx, x, result);
+    Magnitude xm;
+    int code = MakeMagnitude(x, &xm);
+    if (code == 0) code = CbrtNewton(ctx, xm.get(), result);
+    if (code == 0 || code == 1) result->negative = x->negative;
+    return code;
 }
 int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
-    return RangeProductSchool(ctx, c, n, result);
+    if (n - c < 2 * gFastThresholds.productTree) return RangeProductSchool(ctx, c, n, result);
+    return RangeProductTree(ctx, c, n, result);
 }
 int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     return GcdSchool(ctx, a, b, result);
