@@ -11,10 +11,18 @@
 // order in, bit-reversed out), pointwise product, and the inverse by
 // decimation in time with the forward roots (bit-reversed in, natural out)
 // followed by reversing indices 1 … N−1, which turns w into w^−1.
+//
+// Long transforms run the second prime on a helper thread. Only the calling
+// thread polls; when it is told to stop it cancels the helper and waits for
+// it, which takes at most one stage of the helper's transform.
 #include <algorithm>
+#include <atomic>
 #include <cassert>
+#include <system_error>
+#include <thread>
 
 #include "bigint/mul_kernels.h"
+#include "bigint/thresholds.h"
 
 namespace {
 
@@ -205,13 +213,38 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
     assert(len <= NttMaxLength());
     int32_t n = 1;
     while (n < len - 1) n <<= 1;
-    Scratch<uint32_t> buf(3 * int64_t(n));
+    const int32_t parallelFrom = gFastThresholds.nttParallel;
+    const bool parallel = parallelFrom > 0 && n >= parallelFrom;
+    Scratch<uint32_t> buf((parallel ? 4 : 3) * int64_t(n));
     if (!buf) return kNoMemory;
     uint32_t* r1 = buf.get();
     uint32_t* fa = r1 + n;
     uint32_t* fb = fa + n;
-    int rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
-    if (rc == 0) rc = Convolve(clk, 1, kP2, a, la, b, lb, fa, fb, n);
+    int rc = kStopped;
+    std::thread helper;
+    std::atomic<bool> cancel{false};
+    int helperRc = 0;
+    // Both root tables are made here, before the helper reads its own.
+    if (parallel && Roots(0, kP1, Mont(kP1.p), n) && Roots(1, kP2, Mont(kP2.p), n)) {
+        uint32_t* fb2 = fb + n;
+        try {
+            helper = std::thread([&, fb2] {
+                PollClock helperClock(nullptr, &cancel);
+                helperRc = Convolve(helperClock, 1, kP2, a, la, b, lb, fa, fb2, n);
+            });
+        } catch (const std::system_error&) {
+            // No thread to be had: both primes run here.
+        }
+    }
+    if (helper.joinable()) {
+        rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
+        if (rc != 0) cancel = true;
+        helper.join();
+        if (rc == 0) rc = helperRc;
+    } else {
+        rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
+        if (rc == 0) rc = Convolve(clk, 1, kP2, a, la, b, lb, fa, fb, n);
+    }
     if (rc != 0) return rc;
 
     // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57. r1 < p1 < 3·p2

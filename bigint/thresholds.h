@@ -19,6 +19,7 @@ struct FastThresholds {
     int32_t productTree = 16;      // factors in one leaf of the tree
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
     int32_t radixDivide = 2000;    // digits (in) or limbs (out) for divide and conquer
+    int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
 
     // Every threshold at or near its minimum; for tests.
@@ -34,6 +35,7 @@ struct FastThresholds {
         t.productTree = 2;
         t.gcdLehmer = 3;
         t.radixDivide = 8;
+        t.nttParallel = 64;
         t.pollWork = 256;
         return t;
     }
