@@ -57,12 +57,20 @@ int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result)
     return RangeProductTree(ctx, c, n, result);
 }
 int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
-    return GcdSchool(ctx, a, b, result);
+    if (b->top + 1 < gFastThresholds.gcdLehmer) return GcdSchool(ctx, a, b, result);
+    Magnitude am, bm;
+    int code = MakeMagnitude(a, &am);
+    if (code == 0) code = MakeMagnitude(b, &bm);
+    return code != 0 ? code : GcdLehmer(ctx, am.get(), bm.get(), result);
 }
 int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                        BigInt* value) {
-    return RadixToBigSchool(ctx, digits, count, base, value);
+    if (count < gFastThresholds.radixDivide) return RadixToBigSchool(ctx, digits, count, base, value);
+    return RadixToBigSplit(ctx, digits, count, base, value);
 }
 int BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
-    return BigToRadixSchool(ctx, value, base, text);
+    if (value->top + 1 < gFastThresholds.radixDivide) return BigToRadixSchool(ctx, value, base, text);
+    Magnitude vm;
+    const int code = MakeMagnitude(value, &vm);
+    return code != 0 ? code : BigToRadixSplit(ctx, vm.get(), base, text);
 }

@@ -1,5 +1,7 @@
 #include "bigint/fast_ops.h"
 
+#include "bigint/dispatch.h"
+
 int FastCanonical(BigInt* v) {
     int32_t top = LimbsTrimTop(v->limbs, v->top);
     if (v->limbs[top] < kLimbBase) {
@@ -55,4 +57,27 @@ int FastPowerOfBase(BigInt* r, int32_t k) {
     if (!work.ok()) return 3;
     work[k] = 1;
     return BigFromLimbs(r, work.get(), k, 0);
+}
+
+int FastDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
+    const int order = BigCompareMag(x, d);
+    if (order > 0 || BigIsZero(x)) {
+        const int code = BigFromInt(q, 0);
+        return code != 0 ? code : BigFromLimbs(r, x->limbs, x->top, 0);
+    }
+    if (order == 0) {
+        const int code = BigFromInt(q, 1);
+        return code != 0 ? code : BigFromInt(r, 0);
+    }
+    if (BigIsOne(d)) {
+        const int code = BigFromLimbs(q, x->limbs, x->top, 0);
+        return code != 0 ? code : BigFromInt(r, 0);
+    }
+    const BigInt xm = BigMagnitudeView(x), dm = BigMagnitudeView(d);
+    const int code = DivModDispatch(ctx, &xm, &dm, q, r);
+    if (code == 0) {
+        q->negative = 0;
+        r->negative = 0;
+    }
+    return code;
 }

@@ -16,6 +16,9 @@ int FastAdd(BigInt* r, const BigInt* x, const BigInt* y);
 int FastSub(BigInt* r, const BigInt* x, const BigInt* y);
 // Product with the sign rule of BigMul: 0, 3, or -1 (stopped).
 int FastMul(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y);
+// q, r = |x| divmod |d| for d != 0 and any x: the dispatcher's division
+// without its |x| > |d| > 1 precondition. Both non-negative.
+int FastDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r);
 // floor(|v| / 10000^k); zero when k passes the top.
 int FastShiftDown(BigInt* r, const BigInt* v, int32_t k);
 // |v| · 10000^k.

@@ -16,30 +16,6 @@
 
 namespace {
 
-// q, r = |x| divmod |d| for d > 0 and any x >= 0.
-int DivModAny(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
-    const int order = BigCompareMag(x, d);
-    if (order > 0 || BigIsZero(x)) {
-        const int code = BigFromInt(q, 0);
-        return code != 0 ? code : BigFromLimbs(r, x->limbs, x->top, 0);
-    }
-    if (order == 0) {
-        const int code = BigFromInt(q, 1);
-        return code != 0 ? code : BigFromInt(r, 0);
-    }
-    if (BigIsOne(d)) {
-        const int code = BigFromLimbs(q, x->limbs, x->top, 0);
-        return code != 0 ? code : BigFromInt(r, 0);
-    }
-    const BigInt xm = BigMagnitudeView(x), dm = BigMagnitudeView(d);
-    const int code = DivModDispatch(ctx, &xm, &dm, q, r);
-    if (code == 0) {
-        q->negative = 0;
-        r->negative = 0;
-    }
-    return code;
-}
-
 int AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     BigTemp t;
     const int code = BigFromInt(&t.v, n);
@@ -65,7 +41,7 @@ int SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     if (code == 0) code = FastShiftUp(&num1.v, &r1.v, l);
     if (code == 0) code = FastAdd(&num.v, &num1.v, &a1.v);
     if (code == 0) code = FastAdd(&two.v, &s1.v, &s1.v);
-    if (code == 0) code = DivModAny(ctx, &num.v, &two.v, &q.v, &u.v);
+    if (code == 0) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
     // s = s'·β + q;  r = u·β + a0 − q²
     if (code == 0) code = FastShiftUp(&t1.v, &s1.v, l);
     if (code == 0) code = FastAdd(&ss.v, &t1.v, &q.v);
@@ -116,11 +92,11 @@ int CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
     while (code == 0) {
         BigTemp sq, quo, rem, twice, sum, next, three, r3;
         code = FastMul(ctx, &sq.v, &cur, &cur);
-        if (code == 0) code = DivModAny(ctx, x, &sq.v, &quo.v, &rem.v);
+        if (code == 0) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
         if (code == 0) code = FastAdd(&twice.v, &cur, &cur);
         if (code == 0) code = FastAdd(&sum.v, &twice.v, &quo.v);
         if (code == 0) code = BigFromInt(&three.v, 3);
-        if (code == 0) code = DivModAny(ctx, &sum.v, &three.v, &next.v, &r3.v);
+        if (code == 0) code = FastDivMod(ctx, &sum.v, &three.v, &next.v, &r3.v);
         if (code != 0 || BigCompareMag(&next.v, &cur) <= 0) break;
         BigReplace(&cur, &next.v);
     }

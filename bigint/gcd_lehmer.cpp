@@ -1,0 +1,145 @@
+// Greatest common divisor by Lehmer's method.
+//
+// The leading four limbs of a and b (a number below 10^16) run Euclid's
+// algorithm on machine integers for as long as the quotients they give are
+// those of the full numbers (Knuth's test with the cofactors on both
+// sides); the cofactors, below 10^8 in magnitude, then replace a and b by
+// two linear combinations in one pass over their limbs. Each pass removes
+// about eight digits, where long division removes one quotient limb per
+// pass. When the leading limbs cannot decide a quotient (a far longer than
+// b, or a single huge quotient) one full division step is taken instead.
+#include <utility>
+
+#include "bigint/fast_paths.h"
+#include "bigint/reference.h"
+#include "bigint/mul_kernels.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+struct Number {
+    LimbBuffer limbs;
+    int32_t len = 0;
+};
+
+// Leading four limbs of x taken at positions n − 4 … n − 1 (missing limbs 0).
+int64_t Leading(const Number& x, int32_t n) {
+    int64_t v = 0;
+    for (int32_t i = n - 1; i >= n - 4; --i) v = v * kLimbBase + (i >= 0 && i < x.len ? x.limbs[i] : 0);
+    return v;
+}
+
+// out := p·a + q·b for a combination known to be non-negative; out holds
+// a.len + 1 limbs and may not alias the inputs.
+void Combine(int64_t p, const Number& a, int64_t q, const Number& b, Number* out) {
+    int64_t carry = 0;
+    for (int32_t i = 0; i < a.len; ++i) {
+        const int64_t t = p * a.limbs[i] + q * (i < b.len ? b.limbs[i] : 0) + carry;
+        int64_t hi = t / kLimbBase;
+        int64_t lo = t - hi * kLimbBase;
+        if (lo < 0) {
+            lo += kLimbBase;
+            --hi;
+        }
+        out->limbs[i] = static_cast<Limb>(lo);
+        carry = hi;
+    }
+    int32_t len = a.len;
+    while (carry > 0) {
+        out->limbs[len++] = static_cast<Limb>(carry % kLimbBase);
+        carry /= kLimbBase;
+    }
+    while (len > 1 && out->limbs[len - 1] == 0) --len;
+    out->len = len;
+}
+
+int FromRecord(const BigInt* v, int32_t room, Number* n) {
+    if (!n->limbs.Reset(room)) return 3;
+    CopyLimbs(n->limbs.get(), v->limbs, v->top + 1);
+    n->len = v->top + 1;
+    return 0;
+}
+
+// a := a mod b by one division (a >= b > 0).
+int DivisionStep(CalcContext* ctx, Number* a, const Number& b) {
+    BigInt av = {}, bv = {};
+    av.limbs = a->limbs.get();
+    av.top = a->len - 1;
+    bv.limbs = b.limbs.get();
+    bv.top = b.len - 1;
+    BigTemp q, r;
+    const int code = FastDivMod(ctx, &av, &bv, &q.v, &r.v);
+    if (code != 0) return code;
+    CopyLimbs(a->limbs.get(), r.v.limbs, r.v.top + 1);
+    a->len = r.v.top + 1;
+    return 0;
+}
+
+bool IsZero(const Number& x) { return x.len == 1 && x.limbs[0] == 0; }
+
+void Exchange(Number* x, Number* y) {
+    x->limbs.Swap(y->limbs);
+    std::swap(x->len, y->len);
+}
+
+}  // namespace
+
+int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+    const int32_t room = a->top + 2;
+    Number x, y, s, t;
+    int code = FromRecord(a, room, &x);
+    if (code == 0) code = FromRecord(b, room, &y);
+    if (code == 0 && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = 3;
+    PollClock clk(ctx);
+    const int32_t small = gFastThresholds.gcdLehmer;
+    while (code == 0 && !IsZero(y) && y.len >= small) {
+        if (clk.Tick(4 * int64_t(x.len))) {
+            code = -1;
+            break;
+        }
+        // x >= y > 0 here.
+        int64_t A = 1, B = 0, C = 0, D = 1;
+        if (x.len - y.len < 2) {
+            int64_t xh = Leading(x, x.len), yh = Leading(y, x.len);
+            while (yh + C != 0 && yh + D != 0) {
+                const int64_t q = (xh + A) / (yh + C);
+                if (q != (xh + B) / (yh + D)) break;
+                int64_t r = A - q * C;
+                A = C;
+                C = r;
+                r = B - q * D;
+                B = D;
+                D = r;
+                r = xh - q * yh;
+                xh = yh;
+                yh = r;
+            }
+        }
+        if (B == 0) {
+            code = DivisionStep(ctx, &x, y);
+            Exchange(&x, &y);
+            continue;
+        }
+        Combine(A, x, B, y, &s);
+        Combine(C, x, D, y, &t);
+        Exchange(&x, &s);
+        Exchange(&y, &t);
+    }
+    // The rest by long division, on numbers below the threshold.
+    if (code == 0) {
+        BigInt xv = {}, yv = {};
+        xv.limbs = x.limbs.get();
+        xv.top = x.len - 1;
+        yv.limbs = y.limbs.get();
+        yv.top = y.len - 1;
+        if (IsZero(y)) {
+            code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+        } else {
+            const int order = BigCompareMag(&xv, &yv);
+            if (order == 0) code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+            else if (order < 0) code = GcdSchool(ctx, &xv, &yv, result);
+            else code = GcdSchool(ctx, &yv, &xv, result);
+        }
+    }
+    return code;
+}
