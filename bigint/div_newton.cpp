@@ -98,16 +98,36 @@ int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     return code;
 }
 
+int NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
+    divisor->d = d;
+    divisor->k = d->top + 1;
+    return Reciprocal(ctx, d, divisor->k, &divisor->R);
+}
+
 int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                  BigInt* remainder) {
     const int32_t n = x->top + 1, m = d->top + 1;
     const int32_t total = n - m + 1;              // quotient limbs at most
     const int32_t block = total < m ? total : m;
-    const int32_t k = block + 2 < m ? block + 2 : m;
-    BigTemp dk, R;
-    int code = FastShiftDown(&dk.v, d, m - k);
-    if (code == 0) code = Reciprocal(ctx, &dk.v, k, &R.v);
-    if (code != 0) return code;
+    NewtonDivisor divisor;
+    divisor.d = d;
+    divisor.k = block + 2 < m ? block + 2 : m;
+    BigTemp dk;
+    int code = FastShiftDown(&dk.v, d, m - divisor.k);
+    if (code == 0) code = Reciprocal(ctx, &dk.v, divisor.k, &divisor.R);
+    return code != 0 ? code : DivModWithDivisor(ctx, x, &divisor, quotient, remainder);
+}
+
+int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
+                      BigInt* quotient, BigInt* remainder) {
+    const BigInt* d = divisor->d;
+    const int32_t n = x->top + 1, m = d->top + 1;
+    if (BigCompareMag(x, d) >= 0) return FastDivMod(ctx, x, d, quotient, remainder);
+    const int32_t total = n - m + 1;
+    const int32_t block = total < m ? total : m;
+    const int32_t k = divisor->k;
+    const BigInt* R = &divisor->R;
+    int code = 0;
 
     // rem starts as x's leading m − 1 limbs (below d); each block appends the
     // next c limbs of x and yields c limbs of quotient.
@@ -128,7 +148,7 @@ int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
             BigFree(&piece.v);
             code = FastAdd(&piece.v, &shifted.v, &X.v);
         }
-        if (code == 0) code = DivideBlock(ctx, &piece.v, d, &R.v, k, &qb.v, &rb.v);
+        if (code == 0) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
         if (code == 0) {
             assert(qb.v.top < c || BigIsZero(&qb.v));
             CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);

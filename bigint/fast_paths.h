@@ -11,6 +11,22 @@
 // of d; quotient and remainder non-negative. 0, 3, -1.
 int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                  BigInt* remainder);
+// A divisor with its reciprocal, for many divisions by the same number.
+struct NewtonDivisor {
+    const BigInt* d = nullptr;   // not owned
+    BigInt R = {};
+    int32_t k = 0;               // leading limbs of d behind R
+    NewtonDivisor() = default;
+    ~NewtonDivisor() { BigFree(&R); }
+    NewtonDivisor(const NewtonDivisor&) = delete;
+    NewtonDivisor& operator=(const NewtonDivisor&) = delete;
+};
+// Reciprocal of all of d (at least 2 limbs, canonical), good for any quotient.
+int NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor);
+// |x| divmod d for any x >= 0 with a prepared divisor (or one made by
+// DivModNewton for quotients as long as x's).
+int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
+                      BigInt* quotient, BigInt* remainder);
 // An approximation within a few units of 10000^(2k) / D, for D of exactly
 // k >= 2 limbs. 0, 3, -1.
 int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result);

@@ -27,25 +27,19 @@ void LimbsAddInto(Limb* p, int32_t lp, const Limb* t, int32_t lt) {
 
 void LimbsSubFrom(Limb* t, int32_t lt, const Limb* s, int32_t ls) {
     assert(ls <= lt);
+    // Limbs of s are at most 20000 and the borrow at most 2, so a difference
+    // is at least −20002: up to three borrows, found without branches.
     int32_t borrow = 0;
     int32_t i = 0;
     for (; i < ls; ++i) {
         int32_t v = t[i] - s[i] - borrow;
-        borrow = 0;
-        while (v < 0) {
-            v += kLimbBase;
-            ++borrow;
-        }
-        t[i] = static_cast<Limb>(v);
+        borrow = (v < 0) + (v < -kLimbBase) + (v < -2 * kLimbBase);
+        t[i] = static_cast<Limb>(v + borrow * kLimbBase);
     }
     for (; borrow != 0 && i < lt; ++i) {
         int32_t v = t[i] - borrow;
-        borrow = 0;
-        while (v < 0) {
-            v += kLimbBase;
-            ++borrow;
-        }
-        t[i] = static_cast<Limb>(v);
+        borrow = v < 0;
+        t[i] = static_cast<Limb>(v + borrow * kLimbBase);
     }
     assert(borrow == 0);
 }

@@ -32,10 +32,11 @@ int MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_
     uint64_t* c = acc.get();
     for (int32_t k = 0; k < n; ++k) c[k] = 0;
     for (int32_t i = 0; i < lb; ++i) {
-        const uint64_t bi = static_cast<uint16_t>(b[i]);
+        const uint32_t bi = static_cast<uint16_t>(b[i]);
         if (bi == 0) continue;
         uint64_t* row = c + i;
-        for (int32_t j = 0; j < la; ++j) row[j] += bi * static_cast<uint16_t>(a[j]);
+        // 32 × 32 → 64-bit products: the form the vector units multiply.
+        for (int32_t j = 0; j < la; ++j) row[j] += uint64_t(bi) * uint32_t(uint16_t(a[j]));
     }
     Normalise(c, n, p);
     return clk.Tick(int64_t(la) * lb) ? kStopped : 0;
@@ -49,10 +50,10 @@ int SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     for (int32_t k = 0; k < n; ++k) c[k] = 0;
     // Off-diagonal products once, doubled afterwards, then the squares.
     for (int32_t i = 0; i < la; ++i) {
-        const uint64_t ai = static_cast<uint16_t>(a[i]);
+        const uint32_t ai = static_cast<uint16_t>(a[i]);
         uint64_t* row = c + 2 * i + 1;
         const Limb* rest = a + i + 1;
-        for (int32_t j = 0; j < la - i - 1; ++j) row[j] += ai * static_cast<uint16_t>(rest[j]);
+        for (int32_t j = 0; j < la - i - 1; ++j) row[j] += uint64_t(ai) * uint32_t(uint16_t(rest[j]));
     }
     for (int32_t k = 0; k < n; ++k) c[k] *= 2;
     for (int32_t i = 0; i < la; ++i) {

@@ -90,8 +90,25 @@ int LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
 struct Powers {
     std::vector<BigInt> p;   // p[i] = base^(leaf·2^i)
     int32_t leaf = 0;
+    // Reciprocals of the long powers, made once: every division of one level
+    // of the tree is by the same power.
+    std::vector<NewtonDivisor> inverse;
     ~Powers() {
         for (BigInt& v : p) BigFree(&v);
+    }
+    int PrepareDivisors(CalcContext* ctx) {
+        inverse = std::vector<NewtonDivisor>(p.size());
+        for (size_t i = 0; i < p.size(); ++i) {
+            if (p[i].top + 1 < gFastThresholds.divNewton) continue;
+            const int code = NewtonDivisorPrepare(ctx, &p[i], &inverse[i]);
+            if (code != 0) return code;
+        }
+        return 0;
+    }
+    int DivMod(CalcContext* ctx, const BigInt* v, size_t i, BigInt* q, BigInt* r) const {
+        if (i < inverse.size() && inverse[i].d != nullptr)
+            return DivModWithDivisor(ctx, v, &inverse[i], q, r);
+        return FastDivMod(ctx, v, &p[i], q, r);
     }
     // Powers up to the first whose digit count reaches count.
     int Build(CalcContext* ctx, int base, int32_t count) {
@@ -130,7 +147,7 @@ int ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int base,
     if (width == 0 && BigCompareMag(v, &pw.p[i]) > 0)   // v < P_i: no high half
         return ToText(ctx, pw, v, i - 1, base, 0, out);
     BigTemp q, r;
-    int code = FastDivMod(ctx, v, &pw.p[i], &q.v, &r.v);
+    int code = pw.DivMod(ctx, v, size_t(i), &q.v, &r.v);
     if (code == 0) code = ToText(ctx, pw, &q.v, i - 1, base, width > 0 ? width - low : 0, out);
     if (code == 0) code = ToText(ctx, pw, &r.v, i - 1, base, low, out);
     return code;
@@ -182,6 +199,7 @@ int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string
     pw.leaf = gFastThresholds.radixDivide;
     const int32_t digitsAtMost = int32_t(int64_t(value->top + 1) * 14 + 1);  // 4·log2(10) per limb
     int code = pw.Build(ctx, base, digitsAtMost);
+    if (code == 0) code = pw.PrepareDivisors(ctx);
     if (code == 0) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
     if (code == 0) text->swap(out);
     return code;

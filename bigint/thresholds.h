@@ -2,23 +2,24 @@
 //
 // Sizes count base-10000 limbs of the smaller operand unless noted. Each
 // entry is the smallest size at which the faster method takes over; the
-// values were tuned with bench/ordix_bench on a 2-core Xeon. Tests lower them
+// values come from timing each method at sizes around its crossover on a
+// shared 2-core Xeon, and bench/ordix_bench --set name=value tries others. Tests lower them
 // (FastThresholds::Lowered) so that small operands take every path.
 #pragma once
 
 #include <cstdint>
 
 struct FastThresholds {
-    int32_t mulKaratsuba = 40;     // schoolbook below
-    int32_t mulNtt = 900;          // Karatsuba below
-    int32_t sqrKaratsuba = 56;
-    int32_t sqrNtt = 1200;
-    int32_t divNewton = 150;       // divisor and quotient both at least this long
+    int32_t mulKaratsuba = 80;     // schoolbook below
+    int32_t mulNtt = 450;          // Karatsuba below
+    int32_t sqrKaratsuba = 100;
+    int32_t sqrNtt = 600;
+    int32_t divNewton = 40;        // divisor and quotient both at least this long
     int32_t sqrtRecursive = 120;   // limbs of the radicand
     int32_t cbrtNewton = 120;      // limbs of the radicand
     int32_t productTree = 16;      // factors in one leaf of the tree
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
-    int32_t radixDivide = 2000;    // digits (in) or limbs (out) for divide and conquer
+    int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
     int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
 
