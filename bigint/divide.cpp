@@ -1,6 +1,8 @@
 // Long division in base 10000 with a quotient-limb estimate that never
 // overshoots: each estimate is subtracted and the limb asked again until the
 // estimate is 0.
+#include <cassert>
+
 #include "bigint/dispatch.h"
 #include "bigint/internal.h"
 
@@ -28,6 +30,7 @@ int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int3
                 int32_t* td) {
     const int32_t topN = *tn;
     const int32_t topD = *td;
+    assert(topD >= 0 && topN >= topD && n != q);
     int32_t r = topN;          // top of the working span
     int32_t pos = topN - topD; // index of the quotient limb being formed
     int32_t w = topN + 1;      // next quotient write index, counting down
@@ -68,6 +71,7 @@ int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int3
 // addition divides by its value.
 int DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                  BigInt* remainder) {
+    assert(BigCompareMag(x, d) < 0 && !BigIsOne(d));
     const int64_t size = static_cast<int64_t>(x->top) + 2;
     LimbBuffer rem(size), quo(size), dn(static_cast<int64_t>(d->top) + 2),
         scratch(static_cast<int64_t>(d->top) + 3);
@@ -88,12 +92,14 @@ int DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
 
 // Truncating division: the quotient rounds toward zero and the remainder
 // takes the dividend's sign (7 / -2 = -3 rest 1; -7 / 2 = -3 rest -1).
-// Division by zero answers 104 with both results 0.
+// Division by zero answers 104 with both results 0; a zero read with more
+// than one limb counts as zero here, where it would otherwise stall the
+// long division.
 int BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
               BigInt* remainder) {
     BigInt q = {}, r = {};
     int code = 0;
-    if (BigIsZero(d)) {
+    if (BigIsZeroMagnitude(d)) {
         code = 104;
     } else if (BigIsZero(x)) {
         code = 0;

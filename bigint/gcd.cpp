@@ -1,10 +1,13 @@
 // Greatest common divisor and least common multiple.
+#include <cassert>
+
 #include "bigint/dispatch.h"
 #include "bigint/internal.h"
 
 // Euclid by long division on four arrays of |a|'s size: the pair, the
 // scratch and the quotient. |a| > |b| > 0; the answer is non-negative.
 int GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+    assert(BigCompareMag(a, b) < 0 && !BigIsZero(b));
     const int64_t size = static_cast<int64_t>(a->top) + 3;
     LimbBuffer x(size), y(size), scratch(size), quotient(size);
     if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return 3;
@@ -14,7 +17,8 @@ int GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
     int32_t ty = LimbsNormalizeTop(y.get(), b->top);
     for (;;) {
         int32_t tq = ty;
-        const int code = LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
+        const int code =
+            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
         if (code != 0) return code;
         if (tx == 0 && x[0] == 0) break;
         // The remainder becomes the new divisor.

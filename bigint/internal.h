@@ -43,12 +43,19 @@ inline void BigSetFailed(BigInt* v) { BigFromInt(v, 1); }
 // v := limbs 0..top of src at exact size with the given sign. 0 or 3.
 int BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
 
-// Carries a top limb of 10000 or more (left by LimbsAdd) into a new limb;
-// a must have room for top + 2 limbs. Answers the new top.
-int32_t LimbsNormalizeTop(Limb* a, int32_t top);
-
 // Lowers top past zero limbs, stopping at 0.
 inline int32_t LimbsTrimTop(const Limb* a, int32_t top) {
     while (top > 0 && a[top] == 0) --top;
     return top;
+}
+
+// Brings a copied magnitude to normal form at its top: zero top limbs (a text
+// such as "+00000" reads as a zero of two limbs) are dropped, and a top limb
+// of 10000 or more (left by LimbsAdd) is carried into a new limb; a must have
+// room for top + 2 limbs. Answers the new top.
+int32_t LimbsNormalizeTop(Limb* a, int32_t top);
+
+// True when every limb is 0, whatever the top says.
+inline bool BigIsZeroMagnitude(const BigInt* v) {
+    return v->limbs && v->limbs[LimbsTrimTop(v->limbs, v->top)] == 0;
 }

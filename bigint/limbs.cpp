@@ -89,6 +89,7 @@ int32_t LimbsAddSmall(Limb* a, int32_t v, int32_t t) {
 }
 
 int32_t LimbsNormalizeTop(Limb* a, int32_t top) {
+    top = LimbsTrimTop(a, top);
     if (a[top] < kLimbBase) return top;
     a[top + 1] = static_cast<Limb>(a[top] / kLimbBase);
     a[top] = static_cast<Limb>(a[top] % kLimbBase);

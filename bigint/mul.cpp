@@ -1,4 +1,6 @@
 // Schoolbook multiplication, one poll per row so a long product can be stopped.
+#include <cassert>
+
 #include "bigint/internal.h"
 #include "bigint/mul_dispatch.h"
 
@@ -8,6 +10,7 @@
 // context asks to stop (p then holds a partial sum).
 int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_t ta,
                  int32_t tb) {
+    assert(ta >= 0 && tb >= 0 && p != a && p != b);
     int32_t k = 0;
     for (int32_t i = 0; i <= tb; ++i) {
         const int32_t bi = b[i];

@@ -1,4 +1,5 @@
 // Permutations, factorials and binomial coefficients.
+#include <cassert>
 #include <cmath>
 
 #include "bigint/dispatch.h"
@@ -9,6 +10,7 @@
 // product is never reallocated. Each factor multiplies the product row by
 // row over the product's limbs, one poll per row.
 int RangeProductSchool(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+    assert(0 <= c && c < n);
     long double logSum = 0.0L;
     for (int32_t i = c + 1; i <= n; ++i) logSum += std::log(static_cast<long double>(i));
     const int64_t size = (std::llround(logSum) + 20) / 4;

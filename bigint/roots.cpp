@@ -93,7 +93,8 @@ int CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result) {
     const int32_t rootTop = (x->top + 1) / 3;
     const int64_t wide = static_cast<int64_t>(x->top) + 6;
     LimbBuffer root(static_cast<int64_t>(rootTop) + 1), r(static_cast<int64_t>(x->top) + 2),
-        p(wide), w(wide), t(static_cast<int64_t>(rootTop) + 4), u(static_cast<int64_t>(rootTop) + 4);
+        p(wide), w(wide), t(static_cast<int64_t>(rootTop) + 4),
+        u(static_cast<int64_t>(rootTop) + 4);
     if (!root.ok() || !r.ok() || !p.ok() || !w.ok() || !t.ok() || !u.ok()) return 3;
     CopyLimbs(r.get(), x->limbs, x->top + 1);
     Remainder rem{r.get(), LimbsNormalizeTop(r.get(), x->top)};

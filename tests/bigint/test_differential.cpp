@@ -1,0 +1,206 @@
+// Random operands checked against GMP. Seeded: the seed is printed and can be
+// given back through the environment variable ORDIX_SEED.
+#include <gmp.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <random>
+
+#include "support.h"
+
+namespace {
+
+uint64_t Seed() {
+    static const uint64_t seed = [] {
+        const char* env = std::getenv("ORDIX_SEED");
+        const uint64_t s = env ? std::strtoull(env, nullptr, 10) : std::random_device{}();
+        std::cout << "ORDIX_SEED=" << s << " (set it to replay these random tests)\n";
+        return s;
+    }();
+    return seed;
+}
+
+// An mpz_t that frees itself; built from a record limb by limb, so a top limb
+// of 10000 counts at its value.
+struct Z {
+    mpz_t z;
+    Z() { mpz_init(z); }
+    explicit Z(const Num& v) : Z() {
+        for (int32_t i = v.v.top; i >= 0; --i) {
+            mpz_mul_ui(z, z, 10000);
+            mpz_add_ui(z, z, static_cast<unsigned long>(v.v.limbs[i]));
+        }
+        if (v.v.negative) mpz_neg(z, z);
+    }
+    ~Z() { mpz_clear(z); }
+    std::string Str(int base = 10) const {
+        char* s = mpz_get_str(nullptr, -base, z);
+        std::string out(s);
+        void (*release)(void*, size_t);
+        mp_get_memory_functions(nullptr, nullptr, &release);
+        release(s, out.size() + 1);
+        return out;
+    }
+};
+
+// Decimal text of a random value: random limbs mixed with runs of 0 and of
+// 9999, from one limb to maxLimbs, either sign.
+std::string RandomText(std::mt19937_64& rng, int maxLimbs, bool signedValue = true) {
+    auto below = [&rng](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
+    const int caps[] = {1, 2, 3, 10, 100, maxLimbs};
+    const int limbs = 1 + below(std::min(maxLimbs, caps[below(6)]));
+    std::string digits;
+    for (int i = 0, run = 0, runValue = 0; i < limbs; ++i) {
+        if (run == 0 && below(4) == 0) run = 1 + below(20), runValue = below(2) * 9999;
+        const int limb = run > 0 ? (--run, runValue) : below(10000);
+        char buf[8];
+        std::snprintf(buf, sizeof buf, "%04d", limb);
+        digits += buf;
+    }
+    digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size() - 1));
+    return (signedValue && digits != "0" && below(2)) ? "-" + digits : digits;
+}
+
+#define EXPECT_SAME(value, expected, what) \
+    EXPECT_EQ(Text(value), (expected).Str()) << what << "  ORDIX_SEED=" << Seed()
+
+class Differential : public ::testing::Test {
+protected:
+    CalcContext ctx;
+    std::mt19937_64 rng{Seed()};
+    int Below(int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); }
+};
+
+TEST_F(Differential, AddSubMulDivModGcd) {
+    for (int round = 0; round < 1200; ++round) {
+        const std::string xs = RandomText(rng, 750), ys = RandomText(rng, 750);
+        Num x(xs), y(ys), r, q;
+        ASSERT_EQ(Text(x), xs) << "text round trip";
+        Z zx(x), zy(y), e, e2;
+        for (const bool swapped : {false, true}) {
+            const Num& a = swapped ? y : x;
+            const Num& b = swapped ? x : y;
+            const Z& za = swapped ? zy : zx;
+            const Z& zb = swapped ? zx : zy;
+            const std::string what = Text(a) + " , " + Text(b);
+            BigAdd(r.Out(), &a.v, &b.v);
+            mpz_add(e.z, za.z, zb.z);
+            EXPECT_SAME(r, e, "add " << what);
+            BigSub(r.Out(), &a.v, &b.v);
+            mpz_sub(e.z, za.z, zb.z);
+            EXPECT_SAME(r, e, "sub " << what);
+            ASSERT_EQ(BigMul(&ctx, r.Out(), &a.v, &b.v), 0);
+            mpz_mul(e.z, za.z, zb.z);
+            EXPECT_SAME(r, e, "mul " << what);
+            if (mpz_sgn(zb.z) == 0) continue;
+            ASSERT_EQ(BigDivMod(&ctx, &a.v, &b.v, q.Out(), r.Out()), 0);
+            mpz_tdiv_qr(e.z, e2.z, za.z, zb.z);
+            EXPECT_SAME(q, e, "quotient " << what);
+            EXPECT_SAME(r, e2, "remainder " << what);
+            // A negative dividend answers |m| - |r|: a multiple gives |m|.
+            ASSERT_EQ(BigMod(&ctx, &a.v, &b.v, r.Out()), 0);
+            if (mpz_sgn(za.z) < 0) {
+                mpz_abs(e.z, zb.z);
+                mpz_abs(e2.z, e2.z);
+                mpz_sub(e2.z, e.z, e2.z);
+            }
+            EXPECT_SAME(r, e2, "mod " << what);
+        }
+        // A sum may end in a top limb of 10000; later operations take it at its value.
+        Num sum;
+        BigAdd(&sum.v, &x.v, &y.v);
+        Z zs(sum);
+        if (mpz_sgn(zy.z) != 0) {
+            BigDivMod(&ctx, &sum.v, &y.v, q.Out(), r.Out());
+            mpz_tdiv_qr(e.z, e2.z, zs.z, zy.z);
+            EXPECT_SAME(q, e, "quotient of the sum " << xs << " , " << ys);
+            EXPECT_SAME(r, e2, "remainder of the sum " << xs << " , " << ys);
+        }
+        ASSERT_EQ(BigMul(&ctx, r.Out(), &x.v, &x.v), 0);  // one record on both sides
+        mpz_mul(e.z, zx.z, zx.z);
+        EXPECT_SAME(r, e, "square " << xs);
+        if (mpz_sgn(zx.z) != 0) {
+            BigDivMod(&ctx, &x.v, &x.v, q.Out(), r.Out());
+            EXPECT_EQ(Text(q) + " " + Text(r), "1 0");
+        }
+        if (round % 3 != 0 || (mpz_sgn(zx.z) == 0 && mpz_sgn(zy.z) == 0)) continue;
+        ASSERT_EQ(BigGcd(&ctx, &x.v, &y.v, r.Out()), 0);
+        if (mpz_sgn(zx.z) == 0 || mpz_cmpabs(zx.z, zy.z) == 0) {
+            mpz_set(e.z, zy.z);  // y as it stands, sign included
+        } else if (mpz_sgn(zy.z) == 0) {
+            mpz_set(e.z, zx.z);
+        } else {
+            mpz_gcd(e.z, zx.z, zy.z);
+        }
+        EXPECT_SAME(r, e, "gcd " << xs << " , " << ys);
+    }
+}
+
+TEST_F(Differential, PowersAndRoots) {
+    for (int round = 0; round < 400; ++round) {
+        const std::string xs = RandomText(rng, round % 4 == 0 ? 750 : 60);
+        const bool manyBits = round % 4 == 1;
+        const std::string bs = xs.substr(0, manyBits ? 3 : 40);  // a minus sign included
+        const int exponent = manyBits ? Below(1000) : Below(25);
+        Num x(xs), base(bs), r, square, cube;
+        Z zx(x), zb(base), e, rest;
+        ASSERT_EQ(BigPowInt(&ctx, &base.v, exponent, &r.v), 0);
+        mpz_pow_ui(e.z, zb.z, static_cast<unsigned long>(exponent));
+        EXPECT_SAME(r, e, "pow " << bs << " ^ " << exponent);
+
+        mpz_abs(zb.z, zx.z);
+        mpz_sqrtrem(e.z, rest.z, zb.z);
+        EXPECT_EQ(BigSqrt(&ctx, &x.v, r.Out()), mpz_sgn(rest.z) == 0 ? 0 : 1) << "sqrt " << xs;
+        EXPECT_SAME(r, e, "sqrt " << xs);
+        const bool exact = mpz_root(e.z, zx.z, 3) != 0;
+        EXPECT_EQ(BigCbrt(&ctx, &x.v, r.Out()), exact ? 0 : 1) << "cbrt " << xs;
+        EXPECT_SAME(r, e, "cbrt " << xs);
+        BigMul(&ctx, &square.v, &x.v, &x.v);
+        BigMul(&ctx, &cube.v, &square.v, &x.v);
+        EXPECT_EQ(BigSqrt(&ctx, &square.v, r.Out()), 0) << "square of " << xs;
+        EXPECT_SAME(r, zb, "square root of the square of " << xs);
+        if (xs.size() > 800) continue;
+        EXPECT_EQ(BigCbrt(&ctx, &cube.v, r.Out()), 0) << "cube of " << xs;
+        EXPECT_SAME(r, zx, "cube root of the cube of " << xs);
+    }
+}
+
+TEST_F(Differential, ModularInverseAndPower) {
+    for (int round = 0; round < 500; ++round) {
+        const std::string ms = RandomText(rng, round % 5 == 0 ? 750 : 50, false);
+        const std::string as = RandomText(rng, 750, false), es = RandomText(rng, 10);
+        Num m(ms), a(as), ex(es), base(as.substr(0, 100)), r;
+        Z zm(m), za(a), ze(ex), zb(base), e;
+        if (mpz_cmp_ui(zm.z, 1) <= 0 || mpz_divisible_p(za.z, zm.z)) continue;  // zero divisor
+        ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, &r.v), 0) << as << " mod " << ms;
+        if (!mpz_invert(e.z, za.z, zm.z)) mpz_set_ui(e.z, 0);  // not invertible: 0
+        EXPECT_SAME(r, e, "inverse of " << as << " mod " << ms);
+
+        if (ms.size() > 200 || (mpz_sgn(ze.z) < 0 && !mpz_invert(e.z, zb.z, zm.z))) continue;
+        ASSERT_EQ(ModPow(&ctx, &base.v, &ex.v, r.Out(), &m.v), 0);
+        mpz_powm(e.z, zb.z, ze.z, zm.z);
+        if (mpz_sgn(ze.z) == 0) mpz_set_ui(e.z, 1);  // not reduced
+        EXPECT_SAME(r, e, "power " << Text(base) << " ^ " << es << " mod " << ms);
+    }
+}
+
+TEST_F(Differential, BaseConversion) {
+    for (int round = 0; round < 150; ++round) {
+        const std::string xs = RandomText(rng, round % 10 == 0 ? 250 : 20, false);
+        Num x(xs);
+        Z zx(x);
+        const int from = 2 + Below(15), to = 2 + Below(15);
+        std::string text = zx.Str(from);
+        if (Below(3) == 0) {
+            std::transform(text.begin(), text.end(), text.begin(), ::tolower);
+            text.insert(static_cast<size_t>(Below(static_cast<int>(text.size()) + 1)), " ");
+        }
+        ASSERT_EQ(ConvertBase(&ctx, from, to, &text), 0) << xs << " " << from << "->" << to;
+        EXPECT_EQ(text, xs == "0" ? "" : zx.Str(to)) << xs << " " << from << "->" << to
+                                                     << "  ORDIX_SEED=" << Seed();
+    }
+}
+
+}  // namespace
