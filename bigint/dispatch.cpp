@@ -53,7 +53,12 @@ int CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     return code;
 }
 int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
-    if (n - c < 2 * gFastThresholds.productTree) return RangeProductSchool(ctx, c, n, result);
+    const FastThresholds& t = gFastThresholds;
+    if (n - c < 2 * t.productTree) return RangeProductSchool(ctx, c, n, result);
+    // The factorisation pays when the range is long and starts low: its
+    // sieve runs over all of 1 … n.
+    if (n - c >= t.rangePrimes && n <= t.rangePrimesSieve && c <= n / 2)
+        return RangeProductPrimes(ctx, c, n, result);
     return RangeProductTree(ctx, c, n, result);
 }
 int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {

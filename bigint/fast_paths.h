@@ -39,6 +39,8 @@ int CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result);
 
 // (c + 1) × … × n by a balanced product tree. 0, 3, -1.
 int RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
+// The same from the prime factorisation of n! / c!; sieves up to n.
+int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
 
 // gcd of |a| > |b| > 0 by Lehmer's method. 0, 3, -1.
 int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);

@@ -18,6 +18,8 @@ struct FastThresholds {
     int32_t sqrtRecursive = 120;   // limbs of the radicand
     int32_t cbrtNewton = 120;      // limbs of the radicand
     int32_t productTree = 16;      // factors in one leaf of the tree
+    int32_t rangePrimes = 2000;    // factors, from which range products go by prime factorisation
+    int32_t rangePrimesSieve = 20000000;  // largest n sieved for it
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
     int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
@@ -34,6 +36,7 @@ struct FastThresholds {
         t.sqrtRecursive = 5;
         t.cbrtNewton = 4;
         t.productTree = 2;
+        t.rangePrimes = 40;
         t.gcdLehmer = 3;
         t.radixDivide = 8;
         t.nttParallel = 64;

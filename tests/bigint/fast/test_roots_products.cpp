@@ -81,12 +81,12 @@ TEST(FastRoots, LargeRootsMatchGmp) {
     mpz_clears(x, s, nullptr);
 }
 
-TEST(FastProducts, RangeProductsAgreeWithTheRunningProduct) {
+TEST(FastProducts, RangeProductsByTreeAndByPrimesAgreeWithTheRunningProduct) {
     ThresholdScope scope(FastThresholds::Lowered());
     CalcContext ctx;
     struct Range { int32_t c, n; };
     for (Range r : {Range{0, 4}, Range{0, 5}, Range{3, 40}, Range{99990, 100017},
-                    Range{99999000, 99999999}, Range{0, 777}}) {
+                    Range{99999000, 99999999}, Range{0, 777}, Range{300, 1000}, Range{1, 4099}}) {
         Big a, b;
         ASSERT_EQ(RangeProductSchool(&ctx, r.c, r.n, &a), 0);
         ASSERT_EQ(RangeProductDispatch(&ctx, r.c, r.n, &b), 0);
