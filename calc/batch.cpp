@@ -1,0 +1,118 @@
+// Batch calculation: one formula in A and B over every pair of values from
+// two comma-separated lists, written row by row to a text.
+#include <vector>
+
+#include "calc/decimal_read.h"
+#include "calc/model.h"
+#include "resources/strings.h"
+
+namespace {
+
+constexpr int kBatchLineLength = 72;
+constexpr int kBatchTitleString = 278;   // "batch calculation"
+
+std::string WithoutSpaces(const std::string& text) {
+    std::string out;
+    for (char c : text)
+        if (c != ' ') out.push_back(c);
+    return out;
+}
+
+// The items of a list that ends with a comma, as typed.
+std::vector<std::string> SplitList(const std::string& list) {
+    std::vector<std::string> items;
+    size_t start = 0;
+    for (size_t comma = list.find(','); comma != std::string::npos;
+         comma = list.find(',', start)) {
+        items.push_back(list.substr(start, comma - start));
+        start = comma + 1;
+    }
+    return items;
+}
+
+// A or B during a batch: either an existing variable whose numerator is kept
+// and given back, or a temporary one (value 1) that is removed afterwards.
+struct BatchVariable {
+    bool temporary = false;
+    BigInt kept = {};
+};
+
+}  // namespace
+
+int CalcModel::Batch(const std::string& formula, const std::string& list1,
+                     const std::string& list2, BatchResult* out) {
+    out->shown = false;
+    std::string first = WithoutSpaces(list1);
+    std::string second = WithoutSpaces(list2);
+    if (first.empty() || second.empty()) return 6;
+    int code = Compile(formula);
+    if (code != 0) return code;
+    if (first.back() != ',') first += ',';
+    if (second.back() != ',') second += ',';
+
+    // The variables are changed and given back without notifying anyone: to
+    // the rest of the program they never changed.
+    BatchVariable vars[2];
+    for (int i = 0; i < 2; ++i) {
+        std::unique_ptr<NumberValue>& slot = slots_[i];
+        if (slot) {
+            if (BigCopy(&vars[i].kept, &slot->numerator) != 0) code = 3;
+        } else {
+            vars[i].temporary = true;
+            slot = std::make_unique<NumberValue>();
+            BigFromInt(&slot->numerator, 1);
+            BigFromInt(&slot->denominator, 1);
+        }
+    }
+
+    out->text.clear();
+    // A page of kTextBufferChars characters, two more per line break.
+    std::vector<char> page(kTextBufferChars + 2 * (kTextBufferChars / kBatchLineLength + 2) + 1);
+    for (const std::string& a : SplitList(first)) {
+        for (const std::string& b : SplitList(second)) {
+            if (code == 3) break;
+            BigInt va = {}, vb = {};
+            code = ReadDecimal(a, &va);
+            if (code == 0) code = ReadDecimal(b, &vb);
+            if (code != 0) {
+                BigFree(&va);
+                BigFree(&vb);
+                continue;
+            }
+            // Only the numerators are replaced; denominators stay.
+            BigFree(&slots_[0]->numerator);
+            slots_[0]->numerator = va;
+            BigFree(&slots_[1]->numerator);
+            slots_[1]->numerator = vb;
+            ExprNode* root = tree_.get();
+            code = Evaluate(ctx_, *this, root);
+            if (code == 0) {
+                int32_t digits = BigTextLength(&root->numerator);
+                if (digits < kTextBufferChars &&
+                    digits + static_cast<int64_t>(out->text.size()) < kTextBufferChars) {
+                    BigToText(&root->numerator, page.data(), kTextBufferChars, kBatchLineLength,
+                              -1, 0, 0);
+                    out->text += "A=" + a + ", B=" + b + "\r\n";
+                    out->text += page.data();
+                    out->text += "\r\n\r\n";
+                }
+            }
+            ReleaseValues(root);
+        }
+    }
+    out->title = std::string(OxString(kBatchTitleString)) + " [" + formula + "]";
+    out->shown = true;
+
+    for (int i = 0; i < 2; ++i) {
+        if (vars[i].temporary) {
+            slots_[i].reset();
+        } else {
+            BigFree(&slots_[i]->numerator);
+            slots_[i]->numerator = vars[i].kept;
+        }
+    }
+    tree_.reset();
+    // Deliberately only the last pair's code: an earlier failure is
+    // forgotten when a later pair succeeds.
+    return code;
+}

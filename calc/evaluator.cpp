@@ -1,0 +1,173 @@
+#include "calc/evaluator.h"
+
+#include "calc/codes.h"
+#include "resources/strings.h"
+
+NumberValue::~NumberValue() {
+    BigFree(&numerator);
+    BigFree(&denominator);
+}
+
+VariableReader::~VariableReader() = default;
+
+namespace {
+
+bool IsWhole(const ExprNode* n) { return n && BigIsOne(&n->denominator); }
+
+bool IsNegative(const BigInt* v) { return v->negative && !BigIsZero(v); }
+
+// node := value / 1 through StoreResult (reduced modulo M in modulus mode).
+int StoreWhole(CalcContext* ctx, ExprNode* node, BigInt* value, int code) {
+    if (code != 0) {
+        BigFree(value);
+        return code;
+    }
+    if (BigFromInt(&node->denominator, 1) != 0) {
+        BigFree(value);
+        return 3;
+    }
+    return StoreResult(ctx, &node->numerator, value);
+}
+
+// node := value / 1 as computed, without reduction.
+int SetWhole(ExprNode* node, BigInt* value) {
+    node->numerator = *value;
+    *value = BigInt{};
+    return BigFromInt(&node->denominator, 1) != 0 ? 3 : 0;
+}
+
+// The integer part of a fraction: the quotient truncated toward zero.
+int IntegerPart(CalcContext* ctx, ExprNode* node, const BigInt* num, const BigInt* den) {
+    BigInt q = {}, r = {};
+    int code = BigDivMod(ctx, num, den, &q, &r);
+    BigFree(&r);
+    if (code != 0) {
+        BigFree(&q);
+        return code;
+    }
+    return SetWhole(node, &q);
+}
+
+int CopyValue(ExprNode* node, const BigInt* num, const BigInt* den) {
+    if (BigCopy(&node->numerator, num) != 0) return 3;
+    if (BigCopy(&node->denominator, den) != 0) return 3;
+    return 0;
+}
+
+// The node's own operation, its children already evaluated.
+int Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
+    ExprNode* l = node->left;
+    ExprNode* r = node->right;
+    const int kind = node->kind;
+    BigInt t = {};
+
+    if (IsLetterCode(kind)) {
+        const NumberValue* v = variables.Variable(kind - 'A' + 1);
+        if (!v) return 2;
+        return CopyValue(node, &v->numerator, &v->denominator);
+    }
+    switch (kind) {
+    case kCodePlus: case kCodeMinus: case kCodeTimes: case kCodeDivide: {
+        if (!l || !r) return 6;
+        auto op = kind == kCodePlus ? FracAdd
+                  : kind == kCodeMinus ? FracSub
+                  : kind == kCodeTimes ? FracMul : FracDiv;
+        return op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
+                  &r->numerator, &r->denominator);
+    }
+    case kCodePower:
+        if (!l || !r || !IsWhole(r)) return 6;
+        return FracPow(ctx, &node->numerator, &node->denominator, &l->numerator,
+                       &l->denominator, &r->numerator);
+    case kCodeFact:
+        if (!IsWhole(r)) return 6;
+        return StoreWhole(ctx, node, &t, BigFact(ctx, &t, &r->numerator));
+    case kCodeAbs: {
+        if (!r) return 6;
+        int code = CopyValue(node, &r->numerator, &r->denominator);
+        node->numerator.negative = 0;
+        return code;
+    }
+    case kCodeBinom: case kCodePerm: case kCodeMod: case kCodeGcd: case kCodeLcm: {
+        if (!IsWhole(l) || !IsWhole(r)) return 6;
+        const BigInt* a = &l->numerator;
+        const BigInt* b = &r->numerator;
+        int code = kind == kCodeBinom ? BigBinomial(ctx, &t, a, b)
+                   : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
+                   : kind == kCodeMod ? BigMod(ctx, a, b, &t)
+                   : kind == kCodeGcd ? BigGcd(ctx, a, b, &t)
+                                      : BigLcm(ctx, a, b, &t);
+        return StoreWhole(ctx, node, &t, code);
+    }
+    case kCodeHail: {
+        if (!IsWhole(r)) return 6;
+        if (BigCopy(&t, &r->numerator) != 0) {
+            BigFree(&t);
+            return 3;
+        }
+        int code = BigHail(ctx, &t);
+        if (code > 0) {   // the odd branch answers -1 on success
+            BigFree(&t);
+            return code;
+        }
+        return SetWhole(node, &t);
+    }
+    case kCodeQuo: {
+        if (!l || !r) return 6;
+        BigInt qd = {};
+        int code = FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator, &r->numerator,
+                           &r->denominator);
+        if (code == 0) code = IntegerPart(ctx, node, &t, &qd);
+        BigFree(&t);
+        BigFree(&qd);
+        return code;
+    }
+    case kCodeInt:
+        if (!r) return 6;
+        return IntegerPart(ctx, node, &r->numerator, &r->denominator);
+    case kCodeSqrt: case kCodeCurt: {
+        if (!IsWhole(r)) return 6;
+        if (kind == kCodeSqrt && IsNegative(&r->numerator)) return 14;
+        int code = kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t)
+                                     : BigCbrt(ctx, &r->numerator, &t);
+        if (code != 0 && code != 1 && code != 2) {   // 0, 1, 2 tell exactness only
+            BigFree(&t);
+            return code;
+        }
+        return SetWhole(node, &t);
+    }
+    default:
+        return 0;
+    }
+}
+
+}  // namespace
+
+int Evaluate(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
+    if (!node || node->kind == kCodeOperand) return 0;
+    if (node->left) {
+        int code = Evaluate(ctx, variables, node->left);
+        if (code != 0) return code;
+    }
+    if (node->right) {
+        int code = Evaluate(ctx, variables, node->right);
+        if (code != 0) return code;
+    }
+    BigFree(&node->numerator);
+    BigFree(&node->denominator);
+    return Apply(ctx, variables, node);
+}
+
+int StoreResult(CalcContext* ctx, BigInt* destination, BigInt* temporary) {
+    int code;
+    if (ctx->modulusMode) {
+        code = BigMod(ctx, temporary, &ctx->modulus, destination);
+    } else {
+        code = BigCopy(destination, temporary) != 0 ? 3 : 0;
+    }
+    BigFree(temporary);
+    return code;
+}
+
+std::string ReportText(int code) { return OxMessage(code); }
+std::string ReportTitle() { return OxString(62); }

@@ -1,0 +1,53 @@
+// The hailstone sequence x -> x/2 (even) or 3x+1 (odd) from a seed variable
+// down to 1, keeping its largest term in a second variable.
+#include "calc/model.h"
+
+int CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
+    const NumberValue* seed = Variable(seedLabel);
+    if (!seed) return 2;
+    if (seedLabel == maxLabel) return 6;
+    if (maxLabel < 1 || maxLabel > kLabelCount) return 17;
+    // 0 stays 0 and negative seeds fall into cycles: neither reaches 1.
+    if (BigIsZero(&seed->numerator) || seed->numerator.negative) return 14;
+
+    BigInt x = {}, one = {};
+    if (BigCopy(&x, &seed->numerator) != 0 || BigFromInt(&one, 1) != 0) {
+        BigFree(&x);
+        BigFree(&one);
+        return 3;
+    }
+    int code = StoreValue(maxLabel, "", &x, &one);
+    BigFree(&one);
+    NumberValue* maximum = Slot(maxLabel);
+    int steps = 0, stepsToMaximum = 0;
+    while (code == 0 && !BigIsOne(&x)) {
+        // Not in the step itself: a seed of millions of digits takes long.
+        if (ctx_->ShouldStop()) {
+            code = -1;
+            break;
+        }
+        ++steps;
+        int step = BigHail(ctx_, &x);
+        if (step > 0) {
+            code = step;
+        } else if (step == -1 && BigCompareMag(&maximum->numerator, &x) == 1) {
+            // -1 is the odd branch's success; only odd steps can raise the maximum.
+            BigInt copy = {};
+            if (BigCopy(&copy, &x) != 0) {
+                BigFree(&copy);
+                code = 3;
+            } else {
+                BigFree(&maximum->numerator);
+                maximum->numerator = copy;
+                stepsToMaximum = steps;
+            }
+        }
+    }
+    BigFree(&x);
+    NotifyVariable(maxLabel);
+    if (code == 0) {
+        out->steps = steps;
+        out->stepsToMaximum = stepsToMaximum;
+    }
+    return code;
+}

@@ -1,0 +1,146 @@
+#include "calc/model.h"
+
+#include <algorithm>
+#include <random>
+
+#include "calc/compiler.h"
+
+CalcObserver::~CalcObserver() = default;
+
+CalcModel::CalcModel(CalcContext* ctx) : ctx_(ctx) {
+    // The starting modulus is deliberately an odd pseudo-random 4..26.
+    std::random_device device;
+    int r = static_cast<int>(device() % 23) + 4;
+    BigInt value = {};
+    BigFromInt(&value, r);
+    SetModulus(&value, true);
+    BigFree(&value);
+    modulusFormula_ = std::to_string(r);
+    ctx_->modulusMode = false;
+}
+
+CalcModel::~CalcModel() = default;
+
+void CalcModel::AddObserver(CalcObserver* observer) { observers_.push_back(observer); }
+
+void CalcModel::RemoveObserver(CalcObserver* observer) {
+    observers_.erase(std::remove(observers_.begin(), observers_.end(), observer),
+                     observers_.end());
+}
+
+void CalcModel::NotifyVariable(int label) {
+    for (CalcObserver* o : observers_) o->VariableChanged(label);
+}
+
+void CalcModel::NotifyModulus(bool atStart) {
+    for (CalcObserver* o : observers_) o->ModulusChanged(atStart);
+}
+
+void CalcModel::NotifyRecursion() {
+    for (CalcObserver* o : observers_) o->RecursionChanged();
+}
+
+NumberValue* CalcModel::Slot(int label) {
+    if (label < 1 || label > kLabelCount) return nullptr;
+    return slots_[label - 1].get();
+}
+
+const NumberValue* CalcModel::Variable(int label) const {
+    if (label < 1 || label > kLabelCount) return nullptr;
+    return slots_[label - 1].get();
+}
+
+int CalcModel::FirstFreeLabel() const {
+    for (int label = 1; label <= kLabelCount; ++label)
+        if (!slots_[label - 1]) return label;
+    return 0;
+}
+
+int CalcModel::StoreValue(int label, const std::string& inscription, const BigInt* numerator,
+                          const BigInt* denominator) {
+    if (label < 1 || label > kLabelCount) return 17;
+    // Copies first, so that a failure leaves the old value in place.
+    BigInt num = {}, den = {};
+    if (BigCopy(&num, numerator) != 0 || BigCopy(&den, denominator) != 0) {
+        BigFree(&num);
+        BigFree(&den);
+        return 3;
+    }
+    std::unique_ptr<NumberValue>& slot = slots_[label - 1];
+    if (!slot) slot = std::make_unique<NumberValue>();
+    BigFree(&slot->numerator);
+    BigFree(&slot->denominator);
+    slot->numerator = num;
+    slot->denominator = den;
+    slot->inscription = inscription;
+    NotifyVariable(label);
+    return 0;
+}
+
+int CalcModel::Compile(const std::string& formula) {
+    tree_.reset();
+    ExprNode* root = nullptr;
+    int code = CompileFormula(formula, &root);
+    tree_.reset(root);
+    return code;
+}
+
+int CalcModel::EvaluateFormula(const std::string& formula, NumberValue* result) {
+    int code = Compile(formula);
+    if (code == 0) code = Evaluate(ctx_, *this, tree_.get());
+    if (code == 0) {
+        BigFree(&result->numerator);
+        BigFree(&result->denominator);
+        if (BigCopy(&result->numerator, &tree_->numerator) != 0 ||
+            BigCopy(&result->denominator, &tree_->denominator) != 0)
+            code = 3;
+    }
+    tree_.reset();
+    return code;
+}
+
+int CalcModel::Calculate(int label, const std::string& formula) {
+    if (label < 1 || label > kLabelCount) return 17;
+    NumberValue value;
+    int code = EvaluateFormula(formula, &value);
+    if (code != 0) return code;
+    return StoreValue(label, formula, &value.numerator, &value.denominator);
+}
+
+bool CalcModel::ModulusMode() const { return ctx_->modulusMode; }
+
+void CalcModel::SetModulusMode(bool on) {
+    if (ctx_->modulusMode == on) return;
+    ctx_->modulusMode = on;
+    NotifyModulus(false);
+}
+
+int CalcModel::SetModulus(const BigInt* value, bool atStart) {
+    BigInt num = {}, den = {}, shared = {};
+    if (BigCopy(&num, value) != 0 || BigFromInt(&den, 1) != 0 || BigCopy(&shared, value) != 0) {
+        BigFree(&num);
+        BigFree(&den);
+        BigFree(&shared);
+        return 3;
+    }
+    BigFree(&modulus_.numerator);
+    BigFree(&modulus_.denominator);
+    modulus_.numerator = num;
+    modulus_.denominator = den;
+    // The context's copy is the one the arithmetic reduces by.
+    BigFree(&ctx_->modulus);
+    ctx_->modulus = shared;
+    NotifyModulus(atStart);
+    return 0;
+}
+
+int CalcModel::ModulusCommand(const std::string& formula) {
+    NumberValue value;
+    int code = EvaluateFormula(formula, &value);
+    if (code != 0) return code;
+    // A modulus below 1 would make every reduction meaningless (x mod 0 is 0).
+    if (BigIsZero(&value.numerator) || value.numerator.negative) return 14;
+    code = SetModulus(&value.numerator);
+    if (code == 0) modulusFormula_ = formula;
+    return code;
+}

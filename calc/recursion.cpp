@@ -1,0 +1,178 @@
+// Recursion: steps "X=formula" applied to the variables over and over, all
+// right sides seeing the values from before the step, halted by conditions
+// that stop being positive.
+#include <algorithm>
+#include <cctype>
+#include <climits>
+#include <cstdlib>
+
+#include "calc/compiler.h"
+#include "calc/model.h"
+
+namespace {
+
+// The working text of an entry: spaces removed, upper case.
+std::string WorkingText(const std::string& text) {
+    std::string out;
+    for (char c : text)
+        if (c != ' ') out.push_back(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
+    return out;
+}
+
+// Zero or negative, as a fraction (a denominator may carry the sign).
+bool IsNotPositive(const ExprNode* node) {
+    if (BigIsZero(&node->numerator)) return true;
+    bool negative = node->numerator.negative != 0;
+    if (!BigIsZero(&node->denominator) && node->denominator.negative) negative = !negative;
+    return negative;
+}
+
+}  // namespace
+
+int CalcModel::EnterStep(const std::string& text) {
+    std::string work = WorkingText(text);
+    if (work.size() < 2 || work[0] < 'A' || work[0] > 'Z' || work[1] != '=') return 1;
+    ExprNode* root = nullptr;
+    int code = CompileFormula(work.substr(2), &root);
+    if (code != 0) return code;
+    RecursionStep step;
+    step.text = text;
+    step.label = work[0] - 'A' + 1;
+    step.tree.reset(root);
+    steps_.insert(steps_.begin(), std::move(step));
+    NotifyRecursion();
+    return 0;
+}
+
+int CalcModel::EnterCondition(const std::string& text) {
+    ExprNode* root = nullptr;
+    int code = CompileFormula(WorkingText(text), &root);
+    if (code != 0) return code;
+    RecursionCondition condition;
+    condition.text = text;
+    condition.tree.reset(root);
+    conditions_.insert(conditions_.begin(), std::move(condition));
+    NotifyRecursion();
+    return 0;
+}
+
+int CalcModel::EnterRecursion(const std::string& text, bool condition) {
+    if (text.empty()) return 0;
+    return condition ? EnterCondition(text) : EnterStep(text);
+}
+
+bool CalcModel::DeleteRecursionRow(int row) {
+    const int r = static_cast<int>(steps_.size());
+    if (row < 0 || row >= r + static_cast<int>(conditions_.size())) return false;
+    if (row > r - 1)
+        conditions_.erase(conditions_.begin() + (row - r));
+    else
+        steps_.erase(steps_.begin() + row);
+    NotifyRecursion();
+    return true;
+}
+
+void CalcModel::ClearRecursion() {
+    steps_.clear();
+    conditions_.clear();
+    NotifyRecursion();
+}
+
+std::vector<std::string> CalcModel::RecursionRows() const {
+    std::vector<std::string> rows;
+    for (const RecursionStep& s : steps_) rows.push_back(s.text);
+    for (const RecursionCondition& c : conditions_) rows.push_back("0 < " + c.text);
+    return rows;
+}
+
+// Every target without a value gets 0 (denominator 1); the targets in list
+// order, each once.
+int CalcModel::PrepareTargets(std::vector<int>* targets) {
+    BigInt zero = {}, one = {};
+    BigFromInt(&zero, 0);
+    BigFromInt(&one, 1);
+    int code = 0;
+    for (const RecursionStep& s : steps_) {
+        if (std::find(targets->begin(), targets->end(), s.label) != targets->end()) continue;
+        targets->push_back(s.label);
+        if (code == 0 && !HasVariable(s.label) && StoreValue(s.label, "", &zero, &one) != 0)
+            code = 3;
+    }
+    BigFree(&zero);
+    BigFree(&one);
+    return code;
+}
+
+// One step: conditions in list order (the first that fails or is not
+// positive ends the run), then every right side, and only then the stores,
+// so that all right sides read the values from before the step.
+int CalcModel::RunOneStep() {
+    int code = 0;
+    for (RecursionCondition& c : conditions_) {
+        code = Evaluate(ctx_, *this, c.tree.get());
+        if (code == 0 && IsNotPositive(c.tree.get())) code = kRunHalted;
+        ReleaseValues(c.tree.get());
+        if (code != 0) return code;
+    }
+    for (RecursionStep& s : steps_) {
+        code = Evaluate(ctx_, *this, s.tree.get());
+        if (code != 0) break;
+    }
+    for (RecursionStep& s : steps_) {
+        if (code == 0) {
+            // Only the numerator is replaced; the target keeps its denominator.
+            NumberValue* target = Slot(s.label);
+            BigInt copy = {};
+            if (BigCopy(&copy, &s.tree->numerator) != 0) {
+                BigFree(&copy);
+                code = 3;
+            } else {
+                BigFree(&target->numerator);
+                target->numerator = copy;
+            }
+        }
+        ReleaseValues(s.tree.get());
+    }
+    return code;
+}
+
+int CalcModel::RunSteps(int n) {
+    stopRequested_ = false;
+    std::vector<int> targets;
+    int code = PrepareTargets(&targets);
+    if (code != 0) return code;
+    for (CalcObserver* o : observers_) o->RunStarted(targets);
+    while (n > 0 && code == 0) {
+        code = RunOneStep();
+        if (code == 0) {
+            for (int label : targets) NotifyVariable(label);
+            for (CalcObserver* o : observers_) o->StepDone(targets);
+        }
+        // A pending key is read, and then window actions looked at, but
+        // neither ends the run: n steps are n steps unless a code stops it.
+        if (ctx_->PollQuitKey() != kQuitKey) ctx_->PollInterrupt();
+        if (code == 0 && stopRequested_) code = -1;
+        --n;
+    }
+    for (CalcObserver* o : observers_) o->RunFinished(code);
+    return code;
+}
+
+int CalcModel::OneStep() {
+    int code = RunSteps(1);
+    return code == kRunHalted ? 0 : code;
+}
+
+int CalcModel::ManySteps(int count) {
+    if (count < 1) return 14;
+    int code = RunSteps(count);
+    if (code == 0) stepCountDefault_ = count;
+    return code == kRunHalted ? 0 : code;
+}
+
+int CalcModel::ManySteps(const std::string& countText) {
+    long n = std::strtol(countText.c_str(), nullptr, 10);
+    if (n > INT_MAX) n = INT_MAX;
+    if (n < 1) return 14;
+    return ManySteps(static_cast<int>(n));
+}

@@ -1,0 +1,134 @@
+// ordix-cli [--wrap N] [-e LINE]... [FILE]
+//
+// Runs the -e lines in order, then FILE's lines; with neither, standard input
+// (with a prompt on a terminal). A failing statement is reported on standard
+// error and the run goes on. Exit status: 0 when every statement succeeded,
+// 1 otherwise, 2 for a usage error.
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "cli/interpreter.h"
+#include "cli/signal_context.h"
+#include "resources/strings.h"
+
+namespace {
+
+const char kUsage[] = "usage: ordix-cli [--wrap N] [-e LINE]... [FILE]\n";
+
+int UsageError(const std::string& message) {
+    std::fprintf(stderr, "ordix-cli: %s\n%s", message.c_str(), kUsage);
+    return 2;
+}
+
+// Runs lines and reports failures; answers whether all succeeded.
+class Session {
+public:
+    Session(Interpreter* interpreter) : interpreter_(interpreter) {}
+
+    void RunLine(const std::string& line, long number) {
+        SignalContext::Clear();
+        int code = interpreter_->Run(line);
+        if (code == 0) return;
+        ok_ = false;
+        std::fflush(stdout);
+        std::fprintf(stderr, "ordix-cli: line %ld: %s (code %d)\n", number, OxMessage(code), code);
+    }
+
+    // Lines of f until its end; a prompt before each when interactive.
+    void RunStream(std::FILE* f, bool interactive) {
+        char* buffer = nullptr;
+        size_t capacity = 0;
+        long number = 0;
+        for (;;) {
+            if (interactive) {
+                std::fputs("ordix> ", stdout);
+                std::fflush(stdout);
+            }
+            errno = 0;
+            ssize_t n = getline(&buffer, &capacity, f);
+            if (n < 0) {
+                // Ctrl+C at the prompt drops the line being typed.
+                if (errno == EINTR && interactive) {
+                    std::clearerr(f);
+                    SignalContext::Clear();
+                    std::fputc('\n', stdout);
+                    continue;
+                }
+                break;
+            }
+            RunLine(std::string(buffer, static_cast<size_t>(n)), ++number);
+            if (interactive) std::fflush(stdout);
+        }
+        std::free(buffer);
+        if (interactive) std::fputc('\n', stdout);
+    }
+
+    bool ok() const { return ok_; }
+
+private:
+    Interpreter* interpreter_;
+    bool ok_ = true;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int wrap = 0;
+    std::vector<std::string> lines;
+    const char* fileName = nullptr;
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        if (arg == "--wrap" || arg == "-e") {
+            if (i + 1 == argc) return UsageError(arg + " needs a value");
+            std::string value = argv[++i];
+            if (arg == "-e") {
+                lines.push_back(value);
+                continue;
+            }
+            char* end = nullptr;
+            long n = std::strtol(value.c_str(), &end, 10);
+            if (value.empty() || *end != '\0' || n < 1 || n > 1000000)
+                return UsageError("--wrap needs a positive number");
+            wrap = static_cast<int>(n);
+        } else if (arg == "-h" || arg == "--help") {
+            std::fputs(kUsage, stdout);
+            return 0;
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            return UsageError("unknown option " + arg);
+        } else if (fileName) {
+            return UsageError("only one file");
+        } else {
+            fileName = argv[i];
+        }
+    }
+    std::FILE* file = nullptr;
+    if (fileName) {
+        file = std::fopen(fileName, "r");
+        if (!file) return UsageError(std::string("cannot open file ") + fileName);
+    }
+
+    const bool interactive = !fileName && lines.empty() && isatty(STDIN_FILENO);
+    if (!interactive) {
+        static char outputBuffer[1 << 16];
+        std::setvbuf(stdout, outputBuffer, _IOFBF, sizeof outputBuffer);
+    }
+    SignalContext::Install();
+    SignalContext context;
+    Interpreter interpreter(&context, stdout, wrap);
+    Session session(&interpreter);
+    for (size_t i = 0; i < lines.size(); ++i) session.RunLine(lines[i], static_cast<long>(i + 1));
+    if (file) {
+        session.RunStream(file, false);
+        std::fclose(file);
+    } else if (lines.empty()) {
+        session.RunStream(stdin, interactive);
+    }
+    std::fflush(stdout);
+    return session.ok() ? 0 : 1;
+}

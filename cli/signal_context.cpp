@@ -1,0 +1,31 @@
+#include "cli/signal_context.h"
+
+#include <csignal>
+
+namespace {
+
+volatile std::sig_atomic_t gInterrupted = 0;
+
+extern "C" void OnInterrupt(int) {
+    if (gInterrupted) {
+        std::signal(SIGINT, SIG_DFL);
+        std::raise(SIGINT);
+        return;
+    }
+    gInterrupted = 1;
+}
+
+}  // namespace
+
+void SignalContext::Install() {
+    struct sigaction action = {};
+    action.sa_handler = OnInterrupt;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = 0;   // no restart: a read at the prompt returns
+    sigaction(SIGINT, &action, nullptr);
+}
+
+bool SignalContext::Interrupted() { return gInterrupted != 0; }
+void SignalContext::Clear() { gInterrupted = 0; }
+
+int SignalContext::PollQuitKey() { return gInterrupted ? kQuitKey : 0; }
