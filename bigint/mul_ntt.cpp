@@ -122,34 +122,60 @@ inline void InverseRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
 }
 
 void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
-    const uint32_t twoP = 2 * mt.p;
-    if (m == 1) {   // the only twiddle is 1
-        for (int32_t s = 0; s < n; s += 2) {
-            const uint32_t u = a[s], v = a[s + 1];
-            a[s] = Fold(u + v, twoP);
-            a[s + 1] = Fold(u - v + twoP, twoP);
-        }
-        return;
-    }
     for (int32_t s = 0; s < n; s += 2 * m) ForwardRow(mt, a + s, a + s + m, roots + m, m);
 }
 
 void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    for (int32_t s = 0; s < n; s += 2 * m) InverseRow(mt, a + s, a + s + m, roots + m, m);
+}
+
+// The stages of half length 2 and 1 together, four points at a time: their
+// rows are too short to vectorise, and three of their four twiddles are 1.
+void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
     const uint32_t twoP = 2 * mt.p;
-    if (m == 1) {
-        for (int32_t s = 0; s < n; s += 2) {
-            const uint32_t u = a[s], t = a[s + 1];
-            a[s] = Fold(u + t, twoP);
-            a[s + 1] = Fold(u - t + twoP, twoP);
-        }
+    if (n == 2) {
+        const uint32_t u = a[0], v = a[1];
+        a[0] = Fold(u + v, twoP);
+        a[1] = Fold(u - v + twoP, twoP);
         return;
     }
-    for (int32_t s = 0; s < n; s += 2 * m) InverseRow(mt, a + s, a + s + m, roots + m, m);
+    const uint32_t w = roots[3];
+    for (int32_t s = 0; s + 3 < n; s += 4) {
+        uint32_t* x = a + s;
+        const uint32_t y0 = Fold(x[0] + x[2], twoP), y2 = Fold(x[0] - x[2] + twoP, twoP);
+        const uint32_t y1 = Fold(x[1] + x[3], twoP), y3 = mt.Mul(x[1] - x[3] + twoP, w);
+        x[0] = Fold(y0 + y1, twoP);
+        x[1] = Fold(y0 - y1 + twoP, twoP);
+        x[2] = Fold(y2 + y3, twoP);
+        x[3] = Fold(y2 - y3 + twoP, twoP);
+    }
+}
+
+void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const uint32_t twoP = 2 * mt.p;
+    if (n == 2) {
+        const uint32_t u = a[0], t = a[1];
+        a[0] = Fold(u + t, twoP);
+        a[1] = Fold(u - t + twoP, twoP);
+        return;
+    }
+    const uint32_t w = roots[3];
+    for (int32_t s = 0; s + 3 < n; s += 4) {
+        uint32_t* x = a + s;
+        const uint32_t y0 = Fold(x[0] + x[1], twoP), y1 = Fold(x[0] - x[1] + twoP, twoP);
+        const uint32_t y2 = Fold(x[2] + x[3], twoP), y3 = Fold(x[2] - x[3] + twoP, twoP);
+        const uint32_t t = mt.Mul(y3, w);
+        x[0] = Fold(y0 + y2, twoP);
+        x[2] = Fold(y0 - y2 + twoP, twoP);
+        x[1] = Fold(y1 + t, twoP);
+        x[3] = Fold(y1 - t + twoP, twoP);
+    }
 }
 
 bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
     if (n <= kCacheBlock) {
-        for (int32_t m = n / 2; m >= 1; m >>= 1) ForwardStage(mt, roots, a, n, m);
+        for (int32_t m = n / 2; m >= 4; m >>= 1) ForwardStage(mt, roots, a, n, m);
+        if (n >= 2) ForwardTail(mt, roots, a, n);
         return !clk.Tick(int64_t(n / 2) * 14);
     }
     ForwardStage(mt, roots, a, n, n / 2);
@@ -159,7 +185,8 @@ bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a,
 
 bool InverseRec(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
     if (n <= kCacheBlock) {
-        for (int32_t m = 1; m < n; m <<= 1) InverseStage(mt, roots, a, n, m);
+        if (n >= 2) InverseHead(mt, roots, a, n);
+        for (int32_t m = 4; m < n; m <<= 1) InverseStage(mt, roots, a, n, m);
         return !clk.Tick(int64_t(n / 2) * 14);
     }
     if (!InverseRec(clk, mt, roots, a, n / 2) || !InverseRec(clk, mt, roots, a + n / 2, n / 2))
@@ -180,32 +207,27 @@ void Load(const Limb* a, int32_t la, uint32_t* f, int32_t n) {
 }
 
 // The cyclic convolution of a and b (b null: a with itself) modulo prime
-// number index, reduced to [0, p), left in fa; fb is scratch.
+// number index, left in fa as values in [0, 2p); fb is scratch.
 int Convolve(PollClock& clk, int index, const Prime& pr, const Limb* a, int32_t la,
              const Limb* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
     const Mont mt(pr.p);
     const uint32_t* roots = Roots(index, pr, mt, n);
     if (!roots) return kNoMemory;
     if (clk.Tick(n)) return kStopped;
+    // The pointwise product leaves a factor R^−1 and the inverse a factor n:
+    // each point is also multiplied by R^2 / n in Montgomery form.
+    const uint32_t scale = static_cast<uint32_t>(
+        uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
     Load(a, la, fa, n);
     if (!Forward(clk, mt, roots, fa, n)) return kStopped;
     if (b != nullptr) {
         Load(b, lb, fb, n);
         if (!Forward(clk, mt, roots, fb, n)) return kStopped;
-        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(fa[i], fb[i]);
+        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(mt.Mul(fa[i], fb[i]), scale);
     } else {
-        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(fa[i], fa[i]);
+        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(mt.Mul(fa[i], fa[i]), scale);
     }
-    if (!Inverse(clk, mt, roots, fa, n)) return kStopped;
-    // The pointwise product left a factor R^−1 and the inverse a factor n:
-    // multiply by R^2 / n in Montgomery form.
-    const uint32_t scale = static_cast<uint32_t>(
-        uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
-    for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = mt.Mul(fa[i], scale);
-        fa[i] = v >= pr.p ? v - pr.p : v;
-    }
-    return 0;
+    return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
 }
 
 int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
@@ -247,19 +269,21 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
     }
     if (rc != 0) return rc;
 
-    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57. r1 < p1 < 3·p2
-    // is brought below p2 by two conditional subtractions, and the product
-    // by p1^−1 runs in Montgomery form (the factor carries R).
+    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57. The residues
+    // arrive below 2p and are folded below p; r1 < p1 < 3·p2 is brought below
+    // p2 by two conditional subtractions, and the product by p1^−1 runs in
+    // Montgomery form (the factor carries R).
     const Mont m2(kP2.p);
     const uint32_t p2 = kP2.p;
     const uint32_t invR = static_cast<uint32_t>(
         uint64_t(PowMod(kP1.p % p2, p2 - 2, p2)) * ((uint64_t(1) << 32) % p2) % p2);
     uint64_t carry = 0;
     for (int32_t k = 0; k < len - 1; ++k) {
-        uint32_t x1 = r1[k];
+        const uint32_t x1 = r1[k] >= kP1.p ? r1[k] - kP1.p : r1[k];
+        const uint32_t x2 = fa[k] >= p2 ? fa[k] - p2 : fa[k];
         uint32_t x1m = x1 >= p2 ? x1 - p2 : x1;
         x1m = x1m >= p2 ? x1m - p2 : x1m;
-        uint32_t d = m2.Mul(fa[k] + p2 - x1m, invR);
+        uint32_t d = m2.Mul(x2 + p2 - x1m, invR);
         d = d >= p2 ? d - p2 : d;
         const uint64_t v = x1 + uint64_t(kP1.p) * d + carry;
         carry = v / kLimbBase;
