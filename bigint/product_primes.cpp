@@ -10,23 +10,24 @@
 #include <vector>
 
 #include "bigint/fast_paths.h"
+#include "bigint/poll_clock.h"
 #include "bigint/thresholds.h"
 
 namespace {
 
-// Primes up to n (n >= 2) by a sieve over odd numbers.
-std::vector<uint32_t> Primes(int32_t n) {
-    std::vector<uint32_t> primes;
-    if (n < 2) return primes;
-    primes.push_back(2);
+// Primes up to n (n >= 2) by a sieve over odd numbers; false when stopped.
+bool Primes(PollClock& clk, int32_t n, std::vector<uint32_t>* primes) {
+    if (n < 2) return true;
+    primes->push_back(2);
     std::vector<bool> composite(size_t(n) / 2 + 1, false);   // index i stands for 2i + 1
     for (int64_t i = 1; 2 * i + 1 <= n; ++i) {
+        if ((i & 0xFFFF) == 0 && clk.Tick(0x10000)) return false;
         if (composite[size_t(i)]) continue;
         const int64_t p = 2 * i + 1;
-        primes.push_back(uint32_t(p));
+        primes->push_back(uint32_t(p));
         for (int64_t q = p * p; q <= n; q += 2 * p) composite[size_t(q / 2)] = true;
     }
-    return primes;
+    return true;
 }
 
 int32_t Legendre(int32_t m, uint32_t p) {
@@ -37,7 +38,8 @@ int32_t Legendre(int32_t m, uint32_t p) {
 
 // Product of f[lo..hi) by a balanced tree; leaves multiply factors (each
 // below 10^8) into a limb array one at a time.
-int ListProduct(CalcContext* ctx, const std::vector<uint32_t>& f, size_t lo, size_t hi, BigInt* v) {
+int ListProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& f, size_t lo,
+                size_t hi, BigInt* v) {
     if (hi - lo <= size_t(gFastThresholds.productTree)) {
         LimbBuffer work(2 * int64_t(hi - lo) + 2, true);
         if (!work.ok()) return 3;
@@ -56,20 +58,22 @@ int ListProduct(CalcContext* ctx, const std::vector<uint32_t>& f, size_t lo, siz
                 carry /= kLimbBase;
             }
         }
-        if (ctx->ShouldStop()) return -1;
+        if (clk.Tick(int64_t(hi - lo) * len)) return -1;
         return BigFromLimbs(v, a, len - 1, 0);
     }
     const size_t mid = lo + (hi - lo) / 2;
     BigTemp left, right;
-    int code = ListProduct(ctx, f, lo, mid, &left.v);
-    if (code == 0) code = ListProduct(ctx, f, mid, hi, &right.v);
+    int code = ListProduct(ctx, clk, f, lo, mid, &left.v);
+    if (code == 0) code = ListProduct(ctx, clk, f, mid, hi, &right.v);
     return code != 0 ? code : FastMul(ctx, v, &left.v, &right.v);
 }
 
 }  // namespace
 
 int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
-    const std::vector<uint32_t> primes = Primes(n);
+    PollClock clk(ctx);
+    std::vector<uint32_t> primes;
+    if (!Primes(clk, n, &primes)) return -1;
     std::vector<int32_t> exponent(primes.size());
     int32_t maxExponent = 0;
     for (size_t i = 0; i < primes.size(); ++i) {
@@ -89,7 +93,7 @@ int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
         BigTemp sq, part, next;
         code = FastMul(ctx, &sq.v, &acc, &acc);
         if (code == 0 && !chosen.empty()) {
-            code = ListProduct(ctx, chosen, 0, chosen.size(), &part.v);
+            code = ListProduct(ctx, clk, chosen, 0, chosen.size(), &part.v);
             if (code == 0) code = FastMul(ctx, &next.v, &sq.v, &part.v);
             if (code == 0) BigMove(&sq.v, &next.v);
         }

@@ -7,6 +7,7 @@
 // fast multiplications pay.
 #include "bigint/fast_paths.h"
 #include "bigint/mul_dispatch.h"
+#include "bigint/poll_clock.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -34,10 +35,12 @@ int Leaf(int32_t lo, int32_t hi, BigInt* v) {
     return BigFromLimbs(v, a, len - 1, 0);
 }
 
-int Tree(CalcContext* ctx, int32_t lo, int32_t hi, BigInt* v) {
+// Leaves are charged to clk (a leaf costs about its factor count times its
+// length); the joining products poll through their own clocks.
+int Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v) {
     if (hi - lo <= gFastThresholds.productTree) {
         const int code = Leaf(lo, hi, v);
-        if (code == 0 && ctx->ShouldStop()) {
+        if (code == 0 && clk.Tick(int64_t(hi - lo) * (v->top + 1))) {
             BigFree(v);
             return -1;
         }
@@ -45,8 +48,8 @@ int Tree(CalcContext* ctx, int32_t lo, int32_t hi, BigInt* v) {
     }
     const int32_t mid = lo + (hi - lo) / 2;
     BigTemp left, right;
-    int code = Tree(ctx, lo, mid, &left.v);
-    if (code == 0) code = Tree(ctx, mid, hi, &right.v);
+    int code = Tree(ctx, clk, lo, mid, &left.v);
+    if (code == 0) code = Tree(ctx, clk, mid, hi, &right.v);
     if (code == 0) code = FastMul(ctx, v, &left.v, &right.v);
     return code;
 }
@@ -54,7 +57,8 @@ int Tree(CalcContext* ctx, int32_t lo, int32_t hi, BigInt* v) {
 }  // namespace
 
 int RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
-    const int code = Tree(ctx, c, n, result);
+    PollClock clk(ctx);
+    const int code = Tree(ctx, clk, c, n, result);
     if (code == 0) result->negative = 0;
     return code;
 }
