@@ -2,6 +2,8 @@
 // threshold, the fast kernel of fast_paths.h above.
 #include "bigint/dispatch.h"
 
+#include <cstring>
+
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
 
@@ -23,6 +25,34 @@ int MakeMagnitude(const BigInt* v, Magnitude* m) {
     return code != 0 ? code : FastCanonical(&m->copy.v);
 }
 
+// The reciprocal of the last long divisor, kept for the next division by the
+// same number: the modulus of modular arithmetic, the powers of base
+// conversion. The arithmetic runs on one thread.
+struct DivisorCache {
+    BigInt d = {};
+    NewtonDivisor divisor;
+    ~DivisorCache() { BigFree(&d); }
+
+    // The prepared divisor for dm in *out. 0, 3, -1 (the cache is then empty).
+    int For(CalcContext* ctx, const BigInt* dm, const NewtonDivisor** out) {
+        *out = &divisor;
+        if (d.limbs && d.top == dm->top &&
+            std::memcmp(d.limbs, dm->limbs, sizeof(Limb) * size_t(d.top + 1)) == 0)
+            return 0;
+        BigFree(&d);
+        BigFree(&divisor.R);
+        divisor.d = nullptr;
+        int code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
+        if (code == 0) code = NewtonDivisorPrepare(ctx, &d, &divisor);
+        if (code != 0) {
+            BigFree(&d);
+            BigFree(&divisor.R);
+            divisor.d = nullptr;
+        }
+        return code;
+    }
+};
+
 }  // namespace
 
 int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
@@ -32,7 +62,17 @@ int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q
     Magnitude xm, dm;
     int code = MakeMagnitude(x, &xm);
     if (code == 0) code = MakeMagnitude(d, &dm);
-    if (code == 0) code = DivModNewton(ctx, xm.get(), dm.get(), q, r);
+    // A quotient as long as the divisor (a product reduced by a modulus)
+    // goes through the cached reciprocal; others get one sized to them.
+    static DivisorCache cache;
+    const int32_t quotientLimbs = x->top - d->top + 1;
+    if (code == 0 && quotientLimbs + 2 >= m) {
+        const NewtonDivisor* known = nullptr;
+        code = cache.For(ctx, dm.get(), &known);
+        if (code == 0) code = DivModWithDivisor(ctx, xm.get(), known, q, r);
+    } else if (code == 0) {
+        code = DivModNewton(ctx, xm.get(), dm.get(), q, r);
+    }
     if (code != 0) return code;
     q->negative = x->negative != d->negative;
     r->negative = x->negative;

@@ -94,3 +94,22 @@ TEST(FastDivide, QStopsALongQuotient) {
         EXPECT_EQ(ctx.polls(), stopAt);
     }
 }
+
+TEST(FastDivide, RepeatedDivisorsReuseNothingStale) {
+    // The same divisor twice, then one differing in its lowest limb only,
+    // then the first again after a division stopped while preparing it.
+    ThresholdScope scope(FastThresholds::Lowered());
+    const std::vector<Limb> d1 = Operand(20, Shape::Random);
+    std::vector<Limb> d2 = d1;
+    d2[0] = static_cast<Limb>((d2[0] + 1) % kLimbBase);
+    for (const std::vector<Limb>* d : {&d1, &d1, static_cast<const std::vector<Limb>*>(&d2), &d1}) {
+        CheckAgainstSchool(Operand(39, Shape::Random), *d, false, false);
+        CheckAgainstSchool(Operand(40, Shape::Nines), *d, true, false);
+    }
+    Big x, d, q, r;
+    SetLimbs(&x, Operand(40, Shape::Random), false);
+    SetLimbs(&d, d2, false);
+    ScriptedContext stopping(1);
+    ASSERT_EQ(DivModDispatch(&stopping, &x, &d, &q, &r), -1);
+    CheckAgainstSchool(Operand(39, Shape::Random), d2, false, true);
+}
