@@ -29,28 +29,39 @@ int64_t Leading(const Number& x, int32_t n) {
     return v;
 }
 
-// out := p·a + q·b for a combination known to be non-negative; out holds
-// a.len + 1 limbs and may not alias the inputs.
-void Combine(int64_t p, const Number& a, int64_t q, const Number& b, Number* out) {
-    int64_t carry = 0;
-    for (int32_t i = 0; i < a.len; ++i) {
-        const int64_t t = p * a.limbs[i] + q * (i < b.len ? b.limbs[i] : 0) + carry;
-        int64_t hi = t / kLimbBase;
-        int64_t lo = t - hi * kLimbBase;
-        if (lo < 0) {
-            lo += kLimbBase;
-            --hi;
+// s := A·x + B·y and t := C·x + D·y in one pass, for combinations known to
+// be non-negative (y no longer than x); s and t hold x.len + 1 limbs and
+// alias neither input. A term stays below 2·10^12 in magnitude, so adding
+// kBias (a multiple of the base) makes it non-negative and the carry is an
+// unsigned division by a constant.
+void Combine(int64_t A, int64_t B, int64_t C, int64_t D, const Number& x, const Number& y,
+             Number* s, Number* t) {
+    constexpr int64_t kBias = int64_t(kLimbBase) << 44;
+    constexpr int64_t kBiasCarry = kBias / kLimbBase;
+    int64_t c1 = 0, c2 = 0;
+    Limb* so = s->limbs.get();
+    Limb* to = t->limbs.get();
+    const Limb* xs = x.limbs.get();
+    const Limb* ys = y.limbs.get();
+    for (int32_t i = 0; i < x.len; ++i) {
+        const int64_t xi = xs[i], yi = i < y.len ? ys[i] : 0;
+        const uint64_t u1 = uint64_t(A * xi + B * yi + c1 + kBias);
+        const uint64_t u2 = uint64_t(C * xi + D * yi + c2 + kBias);
+        const uint64_t q1 = u1 / kLimbBase, q2 = u2 / kLimbBase;
+        so[i] = static_cast<Limb>(u1 - q1 * kLimbBase);
+        to[i] = static_cast<Limb>(u2 - q2 * kLimbBase);
+        c1 = int64_t(q1) - kBiasCarry;
+        c2 = int64_t(q2) - kBiasCarry;
+    }
+    for (auto [out, carry] : {std::pair<Number*, int64_t>{s, c1}, std::pair<Number*, int64_t>{t, c2}}) {
+        int32_t len = x.len;
+        while (carry > 0) {
+            out->limbs[len++] = static_cast<Limb>(carry % kLimbBase);
+            carry /= kLimbBase;
         }
-        out->limbs[i] = static_cast<Limb>(lo);
-        carry = hi;
+        while (len > 1 && out->limbs[len - 1] == 0) --len;
+        out->len = len;
     }
-    int32_t len = a.len;
-    while (carry > 0) {
-        out->limbs[len++] = static_cast<Limb>(carry % kLimbBase);
-        carry /= kLimbBase;
-    }
-    while (len > 1 && out->limbs[len - 1] == 0) --len;
-    out->len = len;
 }
 
 int FromRecord(const BigInt* v, int32_t room, Number* n) {
@@ -120,8 +131,7 @@ int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
             Exchange(&x, &y);
             continue;
         }
-        Combine(A, x, B, y, &s);
-        Combine(C, x, D, y, &t);
+        Combine(A, B, C, D, x, y, &s, &t);
         Exchange(&x, &s);
         Exchange(&y, &t);
     }
