@@ -1,11 +1,11 @@
 // Greatest common divisor by Lehmer's method.
 //
-// The leading four limbs of a and b (a number below 10^16) run Euclid's
-// algorithm on machine integers for as long as the quotients they give are
-// those of the full numbers (Knuth's test with the cofactors on both
-// sides); the cofactors, below 10^8 in magnitude, then replace a and b by
+// The leading four or five limbs of a and b (a number below 9·10^18) run
+// Euclid's algorithm on machine integers for as long as the quotients they
+// give are those of the full numbers (Knuth's test with the cofactors on both
+// sides); the cofactors, below 3·10^9 in magnitude, then replace a and b by
 // two linear combinations in one pass over their limbs. Each pass removes
-// about eight digits, where long division removes one quotient limb per
+// seven to nine digits, where long division removes one quotient limb per
 // pass. When the leading limbs cannot decide a quotient (a far longer than
 // b, or a single huge quotient) one full division step is taken instead.
 #include <utility>
@@ -22,16 +22,16 @@ struct Number {
     int32_t len = 0;
 };
 
-// Leading four limbs of x taken at positions n − 4 … n − 1 (missing limbs 0).
-int64_t Leading(const Number& x, int32_t n) {
+// Leading limbs of x at positions n − count … n − 1 (missing limbs 0).
+int64_t Leading(const Number& x, int32_t n, int32_t count) {
     int64_t v = 0;
-    for (int32_t i = n - 1; i >= n - 4; --i) v = v * kLimbBase + (i >= 0 && i < x.len ? x.limbs[i] : 0);
+    for (int32_t i = n - 1; i >= n - count; --i) v = v * kLimbBase + (i >= 0 && i < x.len ? x.limbs[i] : 0);
     return v;
 }
 
 // s := A·x + B·y and t := C·x + D·y in one pass, for combinations known to
 // be non-negative (y no longer than x); s and t hold x.len + 1 limbs and
-// alias neither input. A term stays below 2·10^12 in magnitude, so adding
+// alias neither input. A term stays below 10^14 in magnitude, so adding
 // kBias (a multiple of the base) makes it non-negative and the carry is an
 // unsigned division by a constant.
 void Combine(int64_t A, int64_t B, int64_t C, int64_t D, const Number& x, const Number& y,
@@ -111,7 +111,10 @@ int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
         // x >= y > 0 here.
         int64_t A = 1, B = 0, C = 0, D = 1;
         if (x.len - y.len < 2) {
-            int64_t xh = Leading(x, x.len), yh = Leading(y, x.len);
+            // Five limbs when they stay below 9·10^18, else four: the more
+            // digits, the more quotients one pass settles.
+            const int32_t count = x.limbs[x.len - 1] < 900 ? 5 : 4;
+            int64_t xh = Leading(x, x.len, count), yh = Leading(y, x.len, count);
             while (yh + C != 0 && yh + D != 0) {
                 const int64_t q = (xh + A) / (yh + C);
                 if (q != (xh + B) / (yh + D)) break;
