@@ -1,24 +1,121 @@
+// Algorithm choice for the heavy operations: the reference kernel below its
+// threshold, the fast kernel of fast_paths.h above.
 #include "bigint/dispatch.h"
 
+#include <cstring>
+
+#include "bigint/fast_paths.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+// |v| for the fast kernels, which take magnitudes with exact limb counts: a
+// view of v's limbs, or a canonical copy when v's top limb is 10000 (left by
+// LimbsAdd). The view is never released.
+struct Magnitude {
+    BigInt view = {};
+    BigTemp copy;
+    const BigInt* get() const { return copy.v.limbs ? &copy.v : &view; }
+};
+
+int MakeMagnitude(const BigInt* v, Magnitude* m) {
+    m->view = BigMagnitudeView(v);
+    if (v->limbs[v->top] < kLimbBase) return 0;
+    const int code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
+    return code != 0 ? code : FastCanonical(&m->copy.v);
+}
+
+// The reciprocal of the last long divisor, kept for the next division by the
+// same number: the modulus of modular arithmetic, the powers of base
+// conversion. The arithmetic runs on one thread.
+struct DivisorCache {
+    BigInt d = {};
+    NewtonDivisor divisor;
+    ~DivisorCache() { BigFree(&d); }
+
+    // The prepared divisor for dm in *out. 0, 3, -1 (the cache is then empty).
+    int For(CalcContext* ctx, const BigInt* dm, const NewtonDivisor** out) {
+        *out = &divisor;
+        if (d.limbs && d.top == dm->top &&
+            std::memcmp(d.limbs, dm->limbs, sizeof(Limb) * size_t(d.top + 1)) == 0)
+            return 0;
+        BigFree(&d);
+        BigFree(&divisor.R);
+        divisor.d = nullptr;
+        int code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
+        if (code == 0) code = NewtonDivisorPrepare(ctx, &d, &divisor);
+        if (code != 0) {
+            BigFree(&d);
+            BigFree(&divisor.R);
+            divisor.d = nullptr;
+        }
+        return code;
+    }
+};
+
+}  // namespace
+
 int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
-    return DivModSchool(ctx, x, d, q, r);
+    const int32_t limit = gFastThresholds.divNewton;
+    const int32_t m = d->top + 1;
+    if (m < limit || x->top + 1 - m + 1 < limit) return DivModSchool(ctx, x, d, q, r);
+    Magnitude xm, dm;
+    int code = MakeMagnitude(x, &xm);
+    if (code == 0) code = MakeMagnitude(d, &dm);
+    // A quotient as long as the divisor (a product reduced by a modulus)
+    // goes through the cached reciprocal; others get one sized to them.
+    static DivisorCache cache;
+    const int32_t quotientLimbs = x->top - d->top + 1;
+    if (code == 0 && quotientLimbs + 2 >= m) {
+        const NewtonDivisor* known = nullptr;
+        code = cache.For(ctx, dm.get(), &known);
+        if (code == 0) code = DivModWithDivisor(ctx, xm.get(), known, q, r);
+    } else if (code == 0) {
+        code = DivModNewton(ctx, xm.get(), dm.get(), q, r);
+    }
+    if (code != 0) return code;
+    q->negative = x->negative != d->negative;
+    r->negative = x->negative;
+    return 0;
 }
 int SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
-    return SqrtSchool(ctx, x, result);
+    if (x->top + 1 < gFastThresholds.sqrtRecursive) return SqrtSchool(ctx, x, result);
+    Magnitude xm;
+    const int code = MakeMagnitude(x, &xm);
+    return code != 0 ? code : SqrtRecursive(ctx, xm.get(), result);
 }
 int CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
-    return CbrtSchool(ctx, x, result);
+    if (x->top + 1 < gFastThresholds.cbrtNewton) return CbrtSchool(ctx, x, result);
+    Magnitude xm;
+    int code = MakeMagnitude(x, &xm);
+    if (code == 0) code = CbrtNewton(ctx, xm.get(), result);
+    if (code == 0 || code == 1) result->negative = x->negative;
+    return code;
 }
 int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
-    return RangeProductSchool(ctx, c, n, result);
+    const FastThresholds& t = gFastThresholds;
+    if (n - c < 2 * t.productTree) return RangeProductSchool(ctx, c, n, result);
+    // The factorisation pays when the range is long and starts low: its
+    // sieve runs over all of 1 … n.
+    if (n - c >= t.rangePrimes && n <= t.rangePrimesSieve && c <= n / 2)
+        return RangeProductPrimes(ctx, c, n, result);
+    return RangeProductTree(ctx, c, n, result);
 }
 int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
-    return GcdSchool(ctx, a, b, result);
+    if (b->top + 1 < gFastThresholds.gcdLehmer) return GcdSchool(ctx, a, b, result);
+    Magnitude am, bm;
+    int code = MakeMagnitude(a, &am);
+    if (code == 0) code = MakeMagnitude(b, &bm);
+    return code != 0 ? code : GcdLehmer(ctx, am.get(), bm.get(), result);
 }
 int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                        BigInt* value) {
-    return RadixToBigSchool(ctx, digits, count, base, value);
+    if (count < gFastThresholds.radixDivide) return RadixToBigSchool(ctx, digits, count, base, value);
+    return RadixToBigSplit(ctx, digits, count, base, value);
 }
 int BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
-    return BigToRadixSchool(ctx, value, base, text);
+    if (value->top + 1 < gFastThresholds.radixDivide) return BigToRadixSchool(ctx, value, base, text);
+    Magnitude vm;
+    const int code = MakeMagnitude(value, &vm);
+    return code != 0 ? code : BigToRadixSplit(ctx, vm.get(), base, text);
 }

@@ -1,5 +1,79 @@
+// Choice of the multiplication algorithm by operand sizes.
+//
+// Ladder (lb the shorter operand, thresholds from gFastThresholds):
+//   lb < mulKaratsuba            schoolbook
+//   lb < mulNtt                  Karatsuba, after cutting a into pieces of
+//                                lb limbs when la >= 2·lb
+//   otherwise                    one transform of length la + lb while the
+//                                primes allow it; beyond, Karatsuba over
+//                                transform-sized halves
+// Squares have their own ladder. MulLimbs keeps LimbsMul (with its row polls)
+// below the Karatsuba threshold, and falls back to it when scratch memory
+// runs out, since LimbsMul needs none.
 #include "bigint/mul_dispatch.h"
 
+#include <algorithm>
+#include <cassert>
+
+#include "bigint/mul_kernels.h"
+
+FastThresholds gFastThresholds;
+
+namespace {
+
+// a·b for la >= 2·lb: pieces of a of lb limbs (the last may be shorter),
+// each a balanced product, added into place.
+int MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    Scratch<Limb> t(2 * int64_t(lb));
+    if (!t) return kNoMemory;
+    std::fill(p, p + la + lb, Limb(0));
+    for (int32_t off = 0; off < la; off += lb) {
+        const int32_t piece = std::min(lb, la - off);
+        const int rc = piece >= lb ? MulRec(clk, a + off, piece, b, lb, t.get())
+                                   : MulRec(clk, b, lb, a + off, piece, t.get());
+        if (rc != 0) return rc;
+        LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), piece + lb));
+    }
+    return 0;
+}
+
+}  // namespace
+
+int MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    assert(la >= lb && lb >= 1);
+    const FastThresholds& t = gFastThresholds;
+    if (lb < t.mulKaratsuba) return MulBasecase(clk, a, la, b, lb, p);
+    if (lb < t.mulNtt) {
+        if (la >= 2 * lb) return MulPieces(clk, a, la, b, lb, p);
+        return MulKaratsuba(clk, a, la, b, lb, p);
+    }
+    if (la + lb <= NttMaxLength()) return MulNtt(clk, a, la, b, lb, p);
+    if (la >= 2 * lb) return MulPieces(clk, a, la, b, lb, p);
+    return MulKaratsuba(clk, a, la, b, lb, p);
+}
+
+int SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+    const FastThresholds& t = gFastThresholds;
+    if (la < t.sqrKaratsuba) return SqrBasecase(clk, a, la, p);
+    if (la < t.sqrNtt || 2 * la > NttMaxLength()) return SqrKaratsuba(clk, a, la, p);
+    return SqrNtt(clk, a, la, p);
+}
+
 int32_t MulLimbs(CalcContext* ctx, const Limb* a, int32_t ta, const Limb* b, int32_t tb, Limb* p) {
-    return LimbsMul(ctx, a, b, p, ta, tb);
+    if (ta < tb) {
+        std::swap(a, b);
+        std::swap(ta, tb);
+    }
+    const bool square = a == b && ta == tb;
+    const int32_t la = ta + 1, lb = tb + 1;
+    if (lb < (square ? gFastThresholds.sqrKaratsuba : gFastThresholds.mulKaratsuba))
+        return LimbsMul(ctx, a, b, p, ta, tb);
+    PollClock clk(ctx);
+    const int rc = square ? SqrRec(clk, a, la, p) : MulRec(clk, a, la, b, lb, p);
+    if (rc == kStopped) return -1;
+    if (rc == kNoMemory) {
+        std::fill(p, p + la + lb, Limb(0));
+        return LimbsMul(ctx, a, b, p, ta, tb);
+    }
+    return p[la + lb - 1] >= 1 ? la + lb - 1 : la + lb - 2;
 }

@@ -1,0 +1,438 @@
+// Ordix arithmetic beside GMP.
+//
+// Every workload runs twice, each side in a child process of its own so that
+// its peak memory can be read from the child's resource usage: once with
+// Ordix, once with GMP, on the same decimal input text generated from a fixed
+// seed. A side times the whole run (parse, compute, print the decimal answer)
+// and the computation alone, and reports a hash of its answer text so the
+// two answers are compared.
+//
+//   ordix_bench [--scale F] [--only NAME] [--repeat N] [--set threshold=value ...]
+// --scale shrinks every size (0.1 for a quick run while developing);
+// --repeat runs each side N times and keeps its fastest run, which steadies
+// the ratios on a machine shared with other work.
+#include <gmp.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bigint/bigint.h"
+#include "bigint/thresholds.h"
+#include "calc/model.h"
+
+namespace {
+
+double gScale = 1.0;
+
+using Clock = std::chrono::steady_clock;
+double Seconds(Clock::time_point a, Clock::time_point b) {
+    return std::chrono::duration<double>(b - a).count();
+}
+
+struct Report {
+    double total = 0;     // parse + compute + print
+    double compute = 0;
+    uint64_t hash = 0;
+    int code = 0;
+};
+
+uint64_t Fnv(const char* s, size_t n, uint64_t h = 1469598103934665603ull) {
+    for (size_t i = 0; i < n; ++i) h = (h ^ static_cast<unsigned char>(s[i])) * 1099511628211ull;
+    return h;
+}
+
+int32_t Scaled(double n) { return std::max<int32_t>(1, static_cast<int32_t>(std::lround(n * gScale))); }
+
+// n random decimal digits, no leading zero.
+std::string Digits(int32_t n, uint64_t seed) {
+    std::mt19937_64 rng(seed);
+    std::string s(n, '0');
+    for (auto& c : s) c = static_cast<char>('0' + rng() % 10);
+    s[0] = static_cast<char>('1' + rng() % 9);
+    return s;
+}
+
+// ---- Ordix side -------------------------------------------------------------
+
+struct Ours {
+    CalcContext ctx;
+    std::vector<BigInt> vals;
+    ~Ours() {
+        for (auto& v : vals) BigFree(&v);
+    }
+    BigInt* New() {
+        vals.push_back(BigInt{});
+        return &vals.back();
+    }
+    BigInt* Parse(const std::string& s) {
+        vals.reserve(16);
+        BigInt* v = New();
+        std::string copy = s;
+        BigFromText(&copy[0], v);
+        return v;
+    }
+    BigInt* Int(int32_t n) {
+        vals.reserve(16);
+        BigInt* v = New();
+        BigFromInt(v, n);
+        return v;
+    }
+    static uint64_t Print(const BigInt* v, uint64_t h = 1469598103934665603ull) {
+        std::vector<char> buf(size_t(v->top + 1) * 4 + 16);
+        BigToText(v, buf.data(), int32_t(buf.size() - 4), 0, -1, 0, 0);
+        return Fnv(buf.data(), std::strlen(buf.data()), h);
+    }
+};
+
+// ---- GMP side ---------------------------------------------------------------
+
+uint64_t PrintMpz(const mpz_t z, uint64_t h = 1469598103934665603ull, int base = 10) {
+    std::vector<char> buf(mpz_sizeinbase(z, base) + 3);
+    mpz_get_str(buf.data(), base, z);
+    for (char& c : buf) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return Fnv(buf.data(), std::strlen(buf.data()), h);
+}
+
+// ---- Workloads ----------------------------------------------------------------
+
+struct Workload {
+    const char* name;
+    const char* what;
+    double target;                       // end-to-end ratio to stay below
+    std::function<Report()> ours, gmp;
+};
+
+#define TIMED(report, field, body)                       \
+    do {                                                 \
+        auto t0_ = Clock::now();                         \
+        body;                                            \
+        (report).field = Seconds(t0_, Clock::now());     \
+    } while (0)
+
+std::vector<Workload> Workloads() {
+    std::vector<Workload> w;
+    const int32_t mulDigits = Scaled(1000000);
+    w.push_back({"mul", "1M-digit product", 0.35,
+        [=] {
+            Report r; Ours o;
+            auto t0 = Clock::now();
+            BigInt* a = o.Parse(Digits(mulDigits, 1));
+            BigInt* b = o.Parse(Digits(mulDigits, 2));
+            BigInt* p = o.New();
+            TIMED(r, compute, r.code = BigMul(&o.ctx, p, a, b));
+            r.hash = Ours::Print(p);
+            r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t a, b, p; mpz_inits(a, b, p, nullptr);
+            auto t0 = Clock::now();
+            mpz_set_str(a, Digits(mulDigits, 1).c_str(), 10);
+            mpz_set_str(b, Digits(mulDigits, 2).c_str(), 10);
+            TIMED(r, compute, mpz_mul(p, a, b));
+            r.hash = PrintMpz(p);
+            r.total = Seconds(t0, Clock::now());
+            mpz_clears(a, b, p, nullptr);
+            return r;
+        }});
+    const int32_t powE = Scaled(2000000);
+    w.push_back({"pow", "3^2000000", 0.7,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* b = o.Int(3); BigInt* p = o.New();
+            TIMED(r, compute, r.code = BigPowInt(&o.ctx, b, powE, p));
+            r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t p; mpz_init(p); auto t0 = Clock::now();
+            TIMED(r, compute, mpz_ui_pow_ui(p, 3, powE));
+            r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clear(p);
+            return r;
+        }});
+    const int32_t factN = Scaled(200000);
+    w.push_back({"fact", "200000!", 1.0,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* n = o.Int(factN); BigInt* p = o.New();
+            TIMED(r, compute, r.code = BigFact(&o.ctx, p, n));
+            r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t p; mpz_init(p); auto t0 = Clock::now();
+            TIMED(r, compute, mpz_fac_ui(p, factN));
+            r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clear(p);
+            return r;
+        }});
+    const int32_t divX = Scaled(2000000), divD = Scaled(1000000);
+    w.push_back({"divmod", "2M-digit / 1M-digit, quotient and remainder", 0.8,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* x = o.Parse(Digits(divX, 3)); BigInt* d = o.Parse(Digits(divD, 4));
+            BigInt* q = o.New(); BigInt* m = o.New();
+            TIMED(r, compute, r.code = BigDivMod(&o.ctx, x, d, q, m));
+            r.hash = Ours::Print(m, Ours::Print(q)); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t x, d, q, m; mpz_inits(x, d, q, m, nullptr); auto t0 = Clock::now();
+            mpz_set_str(x, Digits(divX, 3).c_str(), 10); mpz_set_str(d, Digits(divD, 4).c_str(), 10);
+            TIMED(r, compute, mpz_tdiv_qr(q, m, x, d));
+            r.hash = PrintMpz(m, PrintMpz(q)); r.total = Seconds(t0, Clock::now());
+            mpz_clears(x, d, q, m, nullptr);
+            return r;
+        }});
+    const int32_t sqrtDigits = Scaled(2000000);
+    w.push_back({"sqrt", "square root of 2M digits", 0.8,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* x = o.Parse(Digits(sqrtDigits, 5)); BigInt* s = o.New();
+            TIMED(r, compute, r.code = BigSqrt(&o.ctx, x, s));
+            r.hash = Ours::Print(s); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t x, s; mpz_inits(x, s, nullptr); auto t0 = Clock::now();
+            mpz_set_str(x, Digits(sqrtDigits, 5).c_str(), 10);
+            TIMED(r, compute, { mpz_sqrt(s, x); r.code = mpz_perfect_square_p(x) ? 0 : 1; });
+            r.hash = PrintMpz(s); r.total = Seconds(t0, Clock::now()); mpz_clears(x, s, nullptr);
+            return r;
+        }});
+    const int32_t binN = Scaled(1000000);
+    w.push_back({"binomial", "binomial(1000000, 500000)", 5.0,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* n = o.Int(binN); BigInt* k = o.Int(binN / 2); BigInt* c = o.New();
+            TIMED(r, compute, r.code = BigBinomial(&o.ctx, c, n, k));
+            r.hash = Ours::Print(c); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t c; mpz_init(c); auto t0 = Clock::now();
+            TIMED(r, compute, mpz_bin_uiui(c, binN, binN / 2));
+            r.hash = PrintMpz(c); r.total = Seconds(t0, Clock::now()); mpz_clear(c);
+            return r;
+        }});
+    // Two 200000-digit numbers sharing a factor of 1000 digits.
+    const int32_t gcdDigits = Scaled(200000);
+    auto gcdInputs = [=](std::string* x, std::string* y) {
+        mpz_t g, a, b; mpz_inits(g, a, b, nullptr);
+        const int32_t gd = std::max(1, gcdDigits / 200);
+        mpz_set_str(g, Digits(gd, 6).c_str(), 10);
+        mpz_set_str(a, Digits(gcdDigits - gd, 7).c_str(), 10);
+        mpz_set_str(b, Digits(gcdDigits - gd, 8).c_str(), 10);
+        mpz_mul(a, a, g); mpz_mul(b, b, g);
+        *x = std::string(mpz_get_str(nullptr, 10, a)); *y = std::string(mpz_get_str(nullptr, 10, b));
+        mpz_clears(g, a, b, nullptr);
+    };
+    w.push_back({"gcd", "gcd of two 200000-digit numbers", 8.0,
+        [=] {
+            std::string xs, ys; gcdInputs(&xs, &ys);
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* x = o.Parse(xs); BigInt* y = o.Parse(ys); BigInt* g = o.New();
+            TIMED(r, compute, r.code = BigGcd(&o.ctx, x, y, g));
+            r.hash = Ours::Print(g); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            std::string xs, ys; gcdInputs(&xs, &ys);
+            Report r; mpz_t x, y, g; mpz_inits(x, y, g, nullptr); auto t0 = Clock::now();
+            mpz_set_str(x, xs.c_str(), 10); mpz_set_str(y, ys.c_str(), 10);
+            TIMED(r, compute, mpz_gcd(g, x, y));
+            r.hash = PrintMpz(g); r.total = Seconds(t0, Clock::now()); mpz_clears(x, y, g, nullptr);
+            return r;
+        }});
+    const int32_t expDigits = Scaled(1000), modDigits = Scaled(1000);
+    const std::string expText = "1" + std::string(expDigits, '0');
+    w.push_back({"powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* b = o.Int(3); BigInt* e = o.Parse(expText); BigInt* m = o.Parse(Digits(modDigits, 9));
+            BigInt* p = o.New();
+            TIMED(r, compute, r.code = ModPow(&o.ctx, b, e, p, m));
+            r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t b, e, m, p; mpz_inits(b, e, m, p, nullptr); auto t0 = Clock::now();
+            mpz_set_ui(b, 3); mpz_set_str(e, expText.c_str(), 10);
+            mpz_set_str(m, Digits(modDigits, 9).c_str(), 10);
+            TIMED(r, compute, mpz_powm(p, b, e, m));
+            r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clears(b, e, m, p, nullptr);
+            return r;
+        }});
+    const int32_t radixDigits = Scaled(300000);
+    w.push_back({"base16", "300000 decimal digits to base 16", 4.0,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            std::string s = Digits(radixDigits, 10);
+            TIMED(r, compute, r.code = ConvertBase(&o.ctx, 10, 16, &s));
+            r.hash = Fnv(s.data(), s.size()); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t x; mpz_init(x); auto t0 = Clock::now();
+            const std::string s = Digits(radixDigits, 10);
+            TIMED(r, compute, { mpz_set_str(x, s.c_str(), 10); r.hash = PrintMpz(x, 1469598103934665603ull, 16); });
+            r.total = Seconds(t0, Clock::now()); mpz_clear(x);
+            return r;
+        }});
+    // F(200000) as the calculator's recursion computes it: A=0, B=1 and the
+    // steps A=B, B=A+B (all right sides from the current values), against
+    // GMP's bare addition loop.
+    const int32_t fibN = Scaled(200000);
+    w.push_back({"fib-rec", "F(200000) by 199999 recursion steps", 10.0,
+        [=] {
+            Report r; CalcContext ctx; auto t0 = Clock::now();
+            CalcModel model(&ctx);
+            r.code = model.Calculate(1, "0");
+            if (r.code == 0) r.code = model.Calculate(2, "1");
+            if (r.code == 0) r.code = model.EnterStep("B=A+B");
+            if (r.code == 0) r.code = model.EnterStep("A=B");
+            TIMED(r, compute, if (r.code == 0) r.code = model.ManySteps(fibN - 1));
+            if (const NumberValue* b = model.Variable(2)) r.hash = Ours::Print(&b->numerator);
+            r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            Report r; mpz_t a, b; mpz_init_set_ui(a, 0); mpz_init_set_ui(b, 1); auto t0 = Clock::now();
+            TIMED(r, compute, {
+                for (int32_t i = 1; i < fibN; ++i) { mpz_add(a, a, b); mpz_swap(a, b); }
+            });
+            r.hash = PrintMpz(b); r.total = Seconds(t0, Clock::now()); mpz_clears(a, b, nullptr);
+            return r;
+        }});
+    // The addition loop alone, without the calculation language around it.
+    w.push_back({"fib-add", "F(200000) by an addition loop (no formula language)", 10.0,
+        [=] {
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt a{}, b{}; BigFromInt(&a, 0); BigFromInt(&b, 1);
+            TIMED(r, compute, {
+                for (int32_t i = 1; i < fibN; ++i) {
+                    BigInt c{}; BigAdd(&c, &a, &b); BigFree(&a); a = b; b = c;
+                }
+            });
+            r.hash = Ours::Print(&b); r.total = Seconds(t0, Clock::now());
+            BigFree(&a); BigFree(&b);
+            return r;
+        },
+        [=] {
+            Report r; mpz_t a, b; mpz_init_set_ui(a, 0); mpz_init_set_ui(b, 1); auto t0 = Clock::now();
+            TIMED(r, compute, {
+                for (int32_t i = 1; i < fibN; ++i) { mpz_add(a, a, b); mpz_swap(a, b); }
+            });
+            r.hash = PrintMpz(b); r.total = Seconds(t0, Clock::now()); mpz_clears(a, b, nullptr);
+            return r;
+        }});
+    return w;
+}
+
+struct Measured {
+    Report r;
+    long peakKb = 0;
+    bool ok = false;
+};
+
+Measured RunChild(const std::function<Report()>& side) {
+    int fds[2];
+    Measured m;
+    if (pipe(fds) != 0) return m;
+    std::fflush(stdout);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        close(fds[0]);
+        Report r = side();
+        if (write(fds[1], &r, sizeof r) != static_cast<ssize_t>(sizeof r)) _exit(2);
+        _exit(0);
+    }
+    close(fds[1]);
+    m.ok = read(fds[0], &m.r, sizeof m.r) == static_cast<ssize_t>(sizeof m.r);
+    close(fds[0]);
+    int status = 0;
+    struct rusage ru {};
+    wait4(pid, &status, 0, &ru);
+    m.peakKb = ru.ru_maxrss;
+    return m;
+}
+
+// The fastest of n runs (times), with the largest peak memory seen.
+Measured Fastest(const std::function<Report()>& side, int n) {
+    Measured best = RunChild(side);
+    for (int i = 1; i < n; ++i) {
+        const Measured m = RunChild(side);
+        const long peak = std::max(best.peakKb, m.peakKb);
+        if (m.ok && (!best.ok || m.r.total < best.r.total)) best = m;
+        best.peakKb = peak;
+    }
+    return best;
+}
+
+bool SetThreshold(const char* arg) {
+    const char* eq = std::strchr(arg, '=');
+    if (!eq) return false;
+    const std::string key(arg, eq);
+    const long v = std::atol(eq + 1);
+    FastThresholds& t = gFastThresholds;
+    struct { const char* name; int32_t* field; } table[] = {
+        {"mulKaratsuba", &t.mulKaratsuba}, {"mulNtt", &t.mulNtt}, {"sqrKaratsuba", &t.sqrKaratsuba},
+        {"sqrNtt", &t.sqrNtt}, {"divNewton", &t.divNewton}, {"sqrtRecursive", &t.sqrtRecursive},
+        {"cbrtNewton", &t.cbrtNewton}, {"productTree", &t.productTree}, {"gcdLehmer", &t.gcdLehmer},
+        {"radixDivide", &t.radixDivide}};
+    for (auto& e : table) {
+        if (key == e.name) {
+            *e.field = static_cast<int32_t>(v);
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string only;
+    int repeat = 1;
+    for (int i = 1; i < argc; ++i) {
+        if (!std::strcmp(argv[i], "--scale") && i + 1 < argc) gScale = std::atof(argv[++i]);
+        else if (!std::strcmp(argv[i], "--repeat") && i + 1 < argc) repeat = std::max(1, std::atoi(argv[++i]));
+        else if (!std::strcmp(argv[i], "--only") && i + 1 < argc) only = argv[++i];
+        else if (!std::strcmp(argv[i], "--set") && i + 1 < argc && SetThreshold(argv[i + 1])) ++i;
+        else {
+            std::fprintf(stderr, "usage: %s [--scale F] [--only NAME] [--repeat N] [--set threshold=value]\n",
+                         argv[0]);
+            return 2;
+        }
+    }
+    std::printf("scale %.3g, fastest of %d; times in seconds, memory in MB (peak resident set of the side's process)\n",
+                gScale, repeat);
+    std::printf("%-9s %9s %9s %7s %6s | %9s %9s %7s | %7s %7s %6s | %s\n", "workload", "ours", "gmp",
+                "ratio", "target", "ours-cmp", "gmp-cmp", "ratio", "ours-MB", "gmp-MB", "ratio",
+                "answer");
+    int failures = 0;
+    for (const Workload& w : Workloads()) {
+        if (!only.empty() && only != w.name) continue;
+        const Measured o = Fastest(w.ours, repeat);
+        const Measured g = Fastest(w.gmp, repeat);
+        const bool same = o.ok && g.ok && o.r.hash == g.r.hash;
+        if (!same) ++failures;
+        const double ratio = o.r.total / g.r.total;
+        std::printf("%-9s %9.4f %9.4f %7.3f %6.2f | %9.4f %9.4f %7.3f | %7.1f %7.1f %6.2f | %s%s  %s\n",
+                    w.name, o.r.total, g.r.total, ratio, w.target, o.r.compute, g.r.compute,
+                    o.r.compute / g.r.compute, o.peakKb / 1024.0, g.peakKb / 1024.0,
+                    double(o.peakKb) / double(g.peakKb), same ? "same" : "DIFFERENT",
+                    ratio < w.target ? "" : " (target missed)", w.what);
+        std::fflush(stdout);
+    }
+    return failures == 0 ? 0 : 1;
+}

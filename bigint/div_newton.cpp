@@ -1,0 +1,167 @@
+// Division by a Newton reciprocal.
+//
+// For a divisor d of m limbs and a quotient of L <= m limbs, k = min(m, L + 2)
+// leading limbs D of d suffice. R ≈ B^2k / D (B = 10000) is found by Newton's
+// iteration at doubling precision; then q ≈ floor(x / B^(m−2)) · R / B^(k+2)
+// is within a few units of the true quotient, and the remainder x − q·d
+// tells how many units to correct. Longer quotients are formed m limbs at a
+// time, the reciprocal computed once. A quotient costs about four products
+// of its size.
+#include <cassert>
+
+#include "bigint/dispatch.h"
+#include "bigint/fast_paths.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+// More corrections than this would mean a wrong estimate: the rest is left
+// to long division, which is right whatever the estimate was.
+constexpr int kMaxCorrections = 16;
+
+int ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
+    BigTemp power, rem;
+    int code = FastPowerOfBase(&power.v, 2 * k);
+    if (code == 0) code = DivModSchool(ctx, &power.v, D, result, &rem.v);
+    if (code == 0) result->negative = 0;
+    return code;
+}
+
+// The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
+// the reciprocal of d's leading k limbs. q and r written as new.
+int DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
+                BigInt* q, BigInt* r) {
+    const int32_t m = d->top + 1;
+    BigTemp xt, prod, qd;
+    int code = FastShiftDown(&xt.v, X, m - 2);
+    if (code == 0) code = FastMul(ctx, &prod.v, &xt.v, R);
+    if (code == 0) code = FastShiftDown(q, &prod.v, k + 2);
+    if (code == 0) code = FastMul(ctx, &qd.v, q, d);
+    if (code == 0) code = FastSub(r, X, &qd.v);
+    for (int i = 0; code == 0; ++i) {
+        const bool low = FastIsNegative(r);
+        if (!low && BigCompareMag(r, d) > 0) break;   // 0 <= r < d
+        if (i == kMaxCorrections || (ctx->ShouldStop() && (code = -1))) break;
+        BigTemp nq, nr;
+        BigInt one = {};
+        code = BigFromInt(&one, 1);
+        if (code == 0) code = low ? FastSub(&nq.v, q, &one) : FastAdd(&nq.v, q, &one);
+        if (code == 0) code = low ? FastAdd(&nr.v, r, d) : FastSub(&nr.v, r, d);
+        BigFree(&one);
+        if (code == 0) {
+            BigReplace(q, &nq.v);
+            BigReplace(r, &nr.v);
+        }
+    }
+    if (code != 0 || (!FastIsNegative(r) && BigCompareMag(r, d) > 0)) return code;
+    // Too far off: long division of the block, right whatever the estimate.
+    BigFree(q);
+    BigFree(r);
+    const int order = BigCompareMag(X, d);
+    if (order > 0) {
+        BigFromInt(q, 0);
+        return BigFromLimbs(r, X->limbs, X->top, 0);
+    }
+    if (order == 0) {
+        BigFromInt(r, 0);
+        return BigFromInt(q, 1);
+    }
+    return DivModSchool(ctx, X, d, q, r);
+}
+
+}  // namespace
+
+int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
+    assert(D->top + 1 == k && k >= 2);
+    const int32_t base = gFastThresholds.divNewton > 6 ? gFastThresholds.divNewton : 6;
+    if (k <= base) return ReciprocalBase(ctx, D, k, result);
+    // Rh ≈ B^2h / Dh from the leading h limbs; one Newton step
+    //   R = Rh·B^(k−h) + Rh·E / B^2h,  E = B^(k+h) − D·Rh,
+    // squares its relative error, about B^(1−h), to below B^(−k−2).
+    const int32_t h = (k + 1) / 2 + 2;
+    BigTemp dh, rh, t, power, e, et, corr, corrShift, r0;
+    int code = FastShiftDown(&dh.v, D, k - h);
+    if (code == 0) code = Reciprocal(ctx, &dh.v, h, &rh.v);
+    if (code == 0) code = FastMul(ctx, &t.v, D, &rh.v);
+    if (code == 0) code = FastPowerOfBase(&power.v, k + h);
+    if (code == 0) code = FastSub(&e.v, &power.v, &t.v);
+    // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
+    const int32_t drop = h - 3;
+    if (code == 0) code = FastShiftDown(&et.v, &e.v, drop);
+    if (code == 0) code = FastMul(ctx, &corr.v, &rh.v, &et.v);
+    if (code == 0) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
+    if (code == 0) code = FastShiftUp(&r0.v, &rh.v, k - h);
+    if (code == 0) {
+        corrShift.v.negative = FastIsNegative(&e.v) ? 1 : 0;
+        code = FastAdd(result, &r0.v, &corrShift.v);
+    }
+    return code;
+}
+
+int NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
+    divisor->d = d;
+    divisor->k = d->top + 1;
+    return Reciprocal(ctx, d, divisor->k, &divisor->R);
+}
+
+int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                 BigInt* remainder) {
+    const int32_t n = x->top + 1, m = d->top + 1;
+    const int32_t total = n - m + 1;              // quotient limbs at most
+    const int32_t block = total < m ? total : m;
+    NewtonDivisor divisor;
+    divisor.d = d;
+    divisor.k = block + 2 < m ? block + 2 : m;
+    BigTemp dk;
+    int code = FastShiftDown(&dk.v, d, m - divisor.k);
+    if (code == 0) code = Reciprocal(ctx, &dk.v, divisor.k, &divisor.R);
+    return code != 0 ? code : DivModWithDivisor(ctx, x, &divisor, quotient, remainder);
+}
+
+int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
+                      BigInt* quotient, BigInt* remainder) {
+    const BigInt* d = divisor->d;
+    const int32_t n = x->top + 1, m = d->top + 1;
+    if (BigCompareMag(x, d) >= 0) return FastDivMod(ctx, x, d, quotient, remainder);
+    const int32_t total = n - m + 1;
+    const int32_t block = total < m ? total : m;
+    const int32_t k = divisor->k;
+    const BigInt* R = &divisor->R;
+    int code = 0;
+
+    // rem starts as x's leading m − 1 limbs (below d); each block appends the
+    // next c limbs of x and yields c limbs of quotient.
+    LimbBuffer q(int64_t(total) + 1, true);
+    if (!q.ok()) return 3;
+    BigInt rem = {};
+    code = FastShiftDown(&rem, x, total);
+    int32_t done = 0;
+    while (code == 0 && done < total) {
+        const int32_t c = done == 0 && total % block != 0 ? total % block : block;
+        const int32_t low = total - done - c;     // limbs of x below this block
+        BigTemp piece, shifted, X, qb, rb;
+        // X = rem·B^c + x's limbs [low, low + c)
+        code = FastShiftDown(&piece.v, x, low);
+        if (code == 0) code = FastLowPart(&X.v, &piece.v, c);
+        if (code == 0) code = FastShiftUp(&shifted.v, &rem, c);
+        if (code == 0) {
+            BigFree(&piece.v);
+            code = FastAdd(&piece.v, &shifted.v, &X.v);
+        }
+        if (code == 0) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
+        if (code == 0) {
+            assert(qb.v.top < c || BigIsZero(&qb.v));
+            CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);
+            BigReplace(&rem, &rb.v);
+            done += c;
+        }
+    }
+    if (code == 0) code = BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), total - 1), 0);
+    if (code == 0) {
+        BigMove(remainder, &rem);
+        remainder->negative = 0;
+    } else {
+        BigFree(&rem);
+    }
+    return code;
+}

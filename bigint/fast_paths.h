@@ -1,0 +1,51 @@
+// The fast kernels behind the ...Dispatch entries (dispatch.h). Each has the
+// contract of the reference kernel of the same stem (reference.h) on the
+// operands its dispatcher hands it.
+#pragma once
+
+#include <string>
+
+#include "bigint/fast_ops.h"
+
+// Quotient and remainder of magnitudes |x| > |d| > 1 by a Newton reciprocal
+// of d; quotient and remainder non-negative. 0, 3, -1.
+int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                 BigInt* remainder);
+// A divisor with its reciprocal, for many divisions by the same number.
+struct NewtonDivisor {
+    const BigInt* d = nullptr;   // not owned
+    BigInt R = {};
+    int32_t k = 0;               // leading limbs of d behind R
+    NewtonDivisor() = default;
+    ~NewtonDivisor() { BigFree(&R); }
+    NewtonDivisor(const NewtonDivisor&) = delete;
+    NewtonDivisor& operator=(const NewtonDivisor&) = delete;
+};
+// Reciprocal of all of d (at least 2 limbs, canonical), good for any quotient.
+int NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor);
+// |x| divmod d for any x >= 0 with a prepared divisor (or one made by
+// DivModNewton for quotients as long as x's).
+int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
+                      BigInt* quotient, BigInt* remainder);
+// An approximation within a few units of 10000^(2k) / D, for D of exactly
+// k >= 2 limbs. 0, 3, -1.
+int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result);
+
+// floor(sqrt(|x|)) by the recursive square root with remainder.
+// 0 exact, 1 inexact, 3, -1.
+int SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result);
+// floor(cbrt(|x|)) with x's sign, by Newton's iteration. 0 exact, 1 inexact, 3, -1.
+int CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result);
+
+// (c + 1) × … × n by a balanced product tree. 0, 3, -1.
+int RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
+// The same from the prime factorisation of n! / c!; sieves up to n.
+int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
+
+// gcd of |a| > |b| > 0 by Lehmer's method. 0, 3, -1.
+int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+
+// Base conversion by divide and conquer over powers of the base.
+int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                    BigInt* value);
+int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text);

@@ -1,0 +1,60 @@
+// The multiplication kernels behind MulLimbs, for the fast paths of this
+// folder.
+//
+// Common contract of every kernel here: a has la limbs, b has lb limbs,
+// la >= lb >= 1; limbs are 0..9999 except that the top limb of an operand may
+// be larger (LimbsAdd leaves 10000, Karatsuba's half sums leave up to 2;
+// at most 20000). The kernel writes exactly la + lb limbs to p, which must not
+// overlap a or b: every limb is normalised except the top one, which holds
+// what is left and stays below 32768 for operands whose value is below
+// 10000^la and 10000^lb (or equals them). Squaring kernels take a alone.
+// Answers 0, kStopped when the poll clock asked to stop, or kNoMemory.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "bigint/poll_clock.h"
+#include "bigint/record.h"
+
+constexpr int kStopped = -1;
+constexpr int kNoMemory = 3;
+
+// An owned scratch array of n elements from malloc; null when it failed.
+template <typename T>
+class Scratch {
+public:
+    explicit Scratch(int64_t n) : p_(static_cast<T*>(std::malloc(sizeof(T) * (n > 0 ? n : 1)))) {}
+    ~Scratch() { std::free(p_); }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+    T* get() const { return p_; }
+    explicit operator bool() const { return p_ != nullptr; }
+    T& operator[](int64_t i) const { return p_[i]; }
+
+private:
+    T* p_;
+};
+
+// The chooser: schoolbook, Karatsuba, transform or cutting into balanced
+// pieces, by the sizes and gFastThresholds.
+int MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+int SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+
+int MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+int SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+// Requires lb > la / 2.
+int MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+int SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+// Requires la + lb <= NttMaxLength().
+int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+int32_t NttMaxLength();
+
+// p[0..lp) += t[0..lt), lt <= lp, carries propagated; the top limb of p takes
+// the final carry unreduced.
+void LimbsAddInto(Limb* p, int32_t lp, const Limb* t, int32_t lt);
+// t[0..lt) -= s[0..ls), ls <= lt, for t >= s in value; borrows propagated.
+void LimbsSubFrom(Limb* t, int32_t lt, const Limb* s, int32_t ls);
+// Length without leading zero limbs, at least 1.
+int32_t LimbsTrim(const Limb* a, int32_t la);

@@ -1,0 +1,307 @@
+// Product by number-theoretic transforms over two primes, joined by the
+// Chinese remainder theorem.
+//
+// The limbs themselves are the coefficients. A coefficient of the cyclic
+// convolution is a sum of at most min(la, lb) products of limbs of at most
+// 20000, so it stays below 2^25 · 4·10^8 ≈ 1.3·10^16 for every length the
+// primes allow (2^25), under p1·p2 ≈ 7.9·10^16: the residues determine it.
+//
+// Both primes are below 2^30 so that Montgomery products can run lazily on
+// values in [0, 2p): forward transform by decimation in frequency (natural
+// order in, bit-reversed out), pointwise product, and the inverse by
+// decimation in time with the forward roots (bit-reversed in, natural out)
+// followed by reversing indices 1 … N−1, which turns w into w^−1.
+//
+// Long transforms run the second prime on a helper thread. Only the calling
+// thread polls; when it is told to stop it cancels the helper and waits for
+// it, which takes at most one stage of the helper's transform.
+#include <algorithm>
+#include <atomic>
+#include <cassert>
+#include <system_error>
+#include <thread>
+
+#include "bigint/mul_kernels.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+struct Prime {
+    uint32_t p;
+    uint32_t generator;
+    int maxLog;     // 2^maxLog divides p − 1
+};
+
+constexpr Prime kP1 = {469762049u, 3, 26};   // 7·2^26 + 1
+constexpr Prime kP2 = {167772161u, 3, 25};   // 5·2^25 + 1
+constexpr int kMaxLog = 25;
+
+uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
+    uint64_t r = 1;
+    b %= m;
+    while (e > 0) {
+        if (e & 1) r = r * b % m;
+        b = b * b % m;
+        e >>= 1;
+    }
+    return static_cast<uint32_t>(r);
+}
+
+// Montgomery arithmetic with R = 2^32.
+struct Mont {
+    uint32_t p;
+    uint32_t pinv;   // −p^−1 mod 2^32
+    uint32_t r2;     // R^2 mod p
+
+    explicit Mont(uint32_t prime) : p(prime) {
+        uint32_t inv = prime;   // Newton: each step doubles the correct low bits
+        for (int i = 0; i < 4; ++i) inv *= 2 - prime * inv;
+        pinv = 0u - inv;
+        const uint64_t r = (uint64_t(1) << 32) % prime;
+        r2 = static_cast<uint32_t>(r * r % prime);
+    }
+    // x < p·2^32 gives a result in [0, 2p).
+    uint32_t Reduce(uint64_t x) const {
+        const uint32_t m = static_cast<uint32_t>(x) * pinv;
+        return static_cast<uint32_t>((x + uint64_t(m) * p) >> 32);
+    }
+    uint32_t Mul(uint32_t a, uint32_t b) const { return Reduce(uint64_t(a) * b); }
+    uint32_t ToMont(uint32_t a) const { return Mul(a, r2); }
+};
+
+// roots[m + j] = w_2m^j in Montgomery form, for m = 1, 2, 4 … n/2, kept
+// between products and grown as longer transforms are asked for (the
+// program's transforms run on one thread). Null when memory ran out.
+const uint32_t* Roots(int index, const Prime& pr, const Mont& mt, int32_t n) {
+    static uint32_t* table[2] = {nullptr, nullptr};
+    static int32_t size[2] = {0, 0};
+    if (size[index] >= n) return table[index];
+    uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
+    if (!t) return nullptr;
+    for (int32_t m = 1; m < n; m <<= 1) {
+        const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / (2 * uint64_t(m)), pr.p));
+        uint32_t x = mt.ToMont(1);
+        for (int32_t j = 0; j < m; ++j) {
+            t[m + j] = x;
+            x = mt.Mul(x, w);
+        }
+    }
+    std::free(table[index]);
+    table[index] = t;
+    size[index] = n;
+    return t;
+}
+
+inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : x; }
+
+// Transforms of at most this many points run all their stages while the
+// array is in cache; larger ones do one stage over the whole array and
+// recurse into the halves, which are independent transforms of half length.
+constexpr int32_t kCacheBlock = 1 << 13;
+
+// One row of butterflies; the halves and the twiddles never overlap, which
+// lets the compiler vectorise the loop.
+inline void ForwardRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
+                       const uint32_t* __restrict w, int32_t m) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t j = 0; j < m; ++j) {
+        const uint32_t u = x[j], v = y[j];
+        x[j] = Fold(u + v, twoP);
+        y[j] = mt.Mul(u - v + twoP, w[j]);
+    }
+}
+
+inline void InverseRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
+                       const uint32_t* __restrict w, int32_t m) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t j = 0; j < m; ++j) {
+        const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
+        x[j] = Fold(u + t, twoP);
+        y[j] = Fold(u - t + twoP, twoP);
+    }
+}
+
+void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    for (int32_t s = 0; s < n; s += 2 * m) ForwardRow(mt, a + s, a + s + m, roots + m, m);
+}
+
+void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    for (int32_t s = 0; s < n; s += 2 * m) InverseRow(mt, a + s, a + s + m, roots + m, m);
+}
+
+// The stages of half length 2 and 1 together, four points at a time: their
+// rows are too short to vectorise, and three of their four twiddles are 1.
+void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const uint32_t twoP = 2 * mt.p;
+    if (n == 2) {
+        const uint32_t u = a[0], v = a[1];
+        a[0] = Fold(u + v, twoP);
+        a[1] = Fold(u - v + twoP, twoP);
+        return;
+    }
+    const uint32_t w = roots[3];
+    for (int32_t s = 0; s + 3 < n; s += 4) {
+        uint32_t* x = a + s;
+        const uint32_t y0 = Fold(x[0] + x[2], twoP), y2 = Fold(x[0] - x[2] + twoP, twoP);
+        const uint32_t y1 = Fold(x[1] + x[3], twoP), y3 = mt.Mul(x[1] - x[3] + twoP, w);
+        x[0] = Fold(y0 + y1, twoP);
+        x[1] = Fold(y0 - y1 + twoP, twoP);
+        x[2] = Fold(y2 + y3, twoP);
+        x[3] = Fold(y2 - y3 + twoP, twoP);
+    }
+}
+
+void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const uint32_t twoP = 2 * mt.p;
+    if (n == 2) {
+        const uint32_t u = a[0], t = a[1];
+        a[0] = Fold(u + t, twoP);
+        a[1] = Fold(u - t + twoP, twoP);
+        return;
+    }
+    const uint32_t w = roots[3];
+    for (int32_t s = 0; s + 3 < n; s += 4) {
+        uint32_t* x = a + s;
+        const uint32_t y0 = Fold(x[0] + x[1], twoP), y1 = Fold(x[0] - x[1] + twoP, twoP);
+        const uint32_t y2 = Fold(x[2] + x[3], twoP), y3 = Fold(x[2] - x[3] + twoP, twoP);
+        const uint32_t t = mt.Mul(y3, w);
+        x[0] = Fold(y0 + y2, twoP);
+        x[2] = Fold(y0 - y2 + twoP, twoP);
+        x[1] = Fold(y1 + t, twoP);
+        x[3] = Fold(y1 - t + twoP, twoP);
+    }
+}
+
+bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (n <= kCacheBlock) {
+        for (int32_t m = n / 2; m >= 4; m >>= 1) ForwardStage(mt, roots, a, n, m);
+        if (n >= 2) ForwardTail(mt, roots, a, n);
+        return !clk.Tick(int64_t(n / 2) * 14);
+    }
+    ForwardStage(mt, roots, a, n, n / 2);
+    if (clk.Tick(n / 2)) return false;
+    return Forward(clk, mt, roots, a, n / 2) && Forward(clk, mt, roots, a + n / 2, n / 2);
+}
+
+bool InverseRec(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (n <= kCacheBlock) {
+        if (n >= 2) InverseHead(mt, roots, a, n);
+        for (int32_t m = 4; m < n; m <<= 1) InverseStage(mt, roots, a, n, m);
+        return !clk.Tick(int64_t(n / 2) * 14);
+    }
+    if (!InverseRec(clk, mt, roots, a, n / 2) || !InverseRec(clk, mt, roots, a + n / 2, n / 2))
+        return false;
+    InverseStage(mt, roots, a, n, n / 2);
+    return !clk.Tick(n / 2);
+}
+
+bool Inverse(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (!InverseRec(clk, mt, roots, a, n)) return false;
+    std::reverse(a + 1, a + n);
+    return true;
+}
+
+void Load(const Limb* a, int32_t la, uint32_t* f, int32_t n) {
+    for (int32_t i = 0; i < la; ++i) f[i] = static_cast<uint16_t>(a[i]);
+    std::fill(f + la, f + n, 0u);
+}
+
+// The cyclic convolution of a and b (b null: a with itself) modulo prime
+// number index, left in fa as values in [0, 2p); fb is scratch.
+int Convolve(PollClock& clk, int index, const Prime& pr, const Limb* a, int32_t la,
+             const Limb* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
+    const Mont mt(pr.p);
+    const uint32_t* roots = Roots(index, pr, mt, n);
+    if (!roots) return kNoMemory;
+    if (clk.Tick(n)) return kStopped;
+    // The pointwise product leaves a factor R^−1 and the inverse a factor n:
+    // each point is also multiplied by R^2 / n in Montgomery form.
+    const uint32_t scale = static_cast<uint32_t>(
+        uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
+    Load(a, la, fa, n);
+    if (!Forward(clk, mt, roots, fa, n)) return kStopped;
+    if (b != nullptr) {
+        Load(b, lb, fb, n);
+        if (!Forward(clk, mt, roots, fb, n)) return kStopped;
+        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(mt.Mul(fa[i], fb[i]), scale);
+    } else {
+        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(mt.Mul(fa[i], fa[i]), scale);
+    }
+    return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
+}
+
+int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    const int32_t len = la + lb;
+    assert(len <= NttMaxLength());
+    int32_t n = 1;
+    while (n < len - 1) n <<= 1;
+    const int32_t parallelFrom = gFastThresholds.nttParallel;
+    const bool parallel = parallelFrom > 0 && n >= parallelFrom;
+    Scratch<uint32_t> buf((parallel ? 4 : 3) * int64_t(n));
+    if (!buf) return kNoMemory;
+    uint32_t* r1 = buf.get();
+    uint32_t* fa = r1 + n;
+    uint32_t* fb = fa + n;
+    int rc = kStopped;
+    std::thread helper;
+    std::atomic<bool> cancel{false};
+    int helperRc = 0;
+    // Both root tables are made here, before the helper reads its own.
+    if (parallel && Roots(0, kP1, Mont(kP1.p), n) && Roots(1, kP2, Mont(kP2.p), n)) {
+        uint32_t* fb2 = fb + n;
+        try {
+            helper = std::thread([&, fb2] {
+                PollClock helperClock(nullptr, &cancel);
+                helperRc = Convolve(helperClock, 1, kP2, a, la, b, lb, fa, fb2, n);
+            });
+        } catch (const std::system_error&) {
+            // No thread to be had: both primes run here.
+        }
+    }
+    if (helper.joinable()) {
+        rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
+        if (rc != 0) cancel = true;
+        helper.join();
+        if (rc == 0) rc = helperRc;
+    } else {
+        rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
+        if (rc == 0) rc = Convolve(clk, 1, kP2, a, la, b, lb, fa, fb, n);
+    }
+    if (rc != 0) return rc;
+
+    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57. The residues
+    // arrive below 2p and are folded below p; r1 < p1 < 3·p2 is brought below
+    // p2 by two conditional subtractions, and the product by p1^−1 runs in
+    // Montgomery form (the factor carries R).
+    const Mont m2(kP2.p);
+    const uint32_t p2 = kP2.p;
+    const uint32_t invR = static_cast<uint32_t>(
+        uint64_t(PowMod(kP1.p % p2, p2 - 2, p2)) * ((uint64_t(1) << 32) % p2) % p2);
+    uint64_t carry = 0;
+    for (int32_t k = 0; k < len - 1; ++k) {
+        const uint32_t x1 = r1[k] >= kP1.p ? r1[k] - kP1.p : r1[k];
+        const uint32_t x2 = fa[k] >= p2 ? fa[k] - p2 : fa[k];
+        uint32_t x1m = x1 >= p2 ? x1 - p2 : x1;
+        x1m = x1m >= p2 ? x1m - p2 : x1m;
+        uint32_t d = m2.Mul(x2 + p2 - x1m, invR);
+        d = d >= p2 ? d - p2 : d;
+        const uint64_t v = x1 + uint64_t(kP1.p) * d + carry;
+        carry = v / kLimbBase;
+        p[k] = static_cast<Limb>(v - carry * kLimbBase);
+    }
+    assert(carry < 32768);
+    p[len - 1] = static_cast<Limb>(carry);
+    return clk.Tick(len) ? kStopped : 0;
+}
+
+}  // namespace
+
+int32_t NttMaxLength() { return (int32_t(1) << kMaxLog) + 1; }
+
+int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    return Run(clk, a, la, b, lb, p);
+}
+
+int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+    return Run(clk, a, la, nullptr, la, p);
+}

@@ -1,0 +1,206 @@
+// Base conversion of long numbers by divide and conquer over powers of the
+// base.
+//
+// Decimal needs no arithmetic at all: four digits are one limb. Other bases
+// use P_i = base^(L·2^i), L digits being the leaf size
+// (gFastThresholds.radixDivide): text to value joins halves as
+// high·P_i + low, value to text splits by one division by P_i and pads the
+// low half to L·2^i digits. Both cost O(M(n) log n) instead of the n² of one
+// digit at a time. Leaves work on limb arrays with one short multiplication
+// or division per group of digits that fits 32 bits.
+#include <cstdio>
+#include <vector>
+
+#include "bigint/fast_paths.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+const char kDigitChars[] = "0123456789ABCDEF";
+
+// Digits per group and base^group: the largest group with base^group < 10^9.
+void Group(int base, int32_t* digits, uint32_t* factor) {
+    uint64_t f = 1;
+    int32_t g = 0;
+    while (f * uint64_t(base) < 1000000000ull) {
+        f *= uint64_t(base);
+        ++g;
+    }
+    *digits = g;
+    *factor = static_cast<uint32_t>(f);
+}
+
+// Value of count digits by Horner's rule on groups.
+int LeafToBig(const unsigned char* digits, int32_t count, int base, BigInt* value) {
+    int32_t g;
+    uint32_t f;
+    Group(base, &g, &f);
+    // base^count < 16^count = 10^(1.21·count): count·1.21/4 + 2 limbs hold it.
+    LimbBuffer work(int64_t(count) / 3 + 3, true);
+    if (!work.ok()) return 3;
+    Limb* a = work.get();
+    int32_t len = 1;
+    for (int32_t i = 0; i < count;) {
+        uint32_t mul = 1, add = 0;
+        for (int32_t k = 0; k < g && i < count; ++k, ++i) {
+            mul *= uint32_t(base);
+            add = add * uint32_t(base) + digits[i];
+        }
+        uint64_t carry = add;
+        for (int32_t j = 0; j < len; ++j) {
+            const uint64_t t = uint64_t(a[j]) * mul + carry;
+            carry = t / kLimbBase;
+            a[j] = static_cast<Limb>(t - carry * kLimbBase);
+        }
+        while (carry != 0) {
+            a[len++] = static_cast<Limb>(carry % kLimbBase);
+            carry /= kLimbBase;
+        }
+    }
+    return BigFromLimbs(value, a, LimbsTrimTop(a, len - 1), 0);
+}
+
+// Appends the digits of v, at least width of them (leading zeros).
+int LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
+    int32_t g;
+    uint32_t f;
+    Group(base, &g, &f);
+    std::vector<Limb> a(v->limbs, v->limbs + v->top + 1);
+    int32_t len = v->top + 1;
+    std::string rev;
+    while (len > 1 || a[0] != 0) {
+        uint64_t rem = 0;
+        for (int32_t j = len - 1; j >= 0; --j) {
+            const uint64_t cur = rem * kLimbBase + uint16_t(a[j]);
+            a[j] = static_cast<Limb>(cur / f);
+            rem = cur % f;
+        }
+        while (len > 1 && a[len - 1] == 0) --len;
+        const bool last = len == 1 && a[0] == 0;
+        for (int32_t k = 0; k < g && (!last || rem != 0); ++k) {
+            rev.push_back(kDigitChars[rem % uint32_t(base)]);
+            rem /= uint32_t(base);
+        }
+    }
+    while (int32_t(rev.size()) < width) rev.push_back('0');
+    out->append(rev.rbegin(), rev.rend());
+    return 0;
+}
+
+struct Powers {
+    std::vector<BigInt> p;   // p[i] = base^(leaf·2^i)
+    int32_t leaf = 0;
+    // Reciprocals of the long powers, made once: every division of one level
+    // of the tree is by the same power.
+    std::vector<NewtonDivisor> inverse;
+    ~Powers() {
+        for (BigInt& v : p) BigFree(&v);
+    }
+    int PrepareDivisors(CalcContext* ctx) {
+        inverse = std::vector<NewtonDivisor>(p.size());
+        for (size_t i = 0; i < p.size(); ++i) {
+            if (p[i].top + 1 < gFastThresholds.divNewton) continue;
+            const int code = NewtonDivisorPrepare(ctx, &p[i], &inverse[i]);
+            if (code != 0) return code;
+        }
+        return 0;
+    }
+    int DivMod(CalcContext* ctx, const BigInt* v, size_t i, BigInt* q, BigInt* r) const {
+        if (i < inverse.size() && inverse[i].d != nullptr)
+            return DivModWithDivisor(ctx, v, &inverse[i], q, r);
+        return FastDivMod(ctx, v, &p[i], q, r);
+    }
+    // Powers up to the first whose digit count reaches count.
+    int Build(CalcContext* ctx, int base, int32_t count) {
+        std::vector<unsigned char> one(size_t(leaf) + 1, 0);
+        one[0] = 1;
+        p.push_back(BigInt{});
+        int code = LeafToBig(one.data(), leaf + 1, base, &p.back());
+        for (int64_t digits = leaf; code == 0 && digits * 2 < count; digits *= 2) {
+            BigInt next = {};
+            code = FastMul(ctx, &next, &p.back(), &p.back());
+            p.push_back(next);
+        }
+        return code;
+    }
+};
+
+int ToBig(CalcContext* ctx, const Powers& pw, const unsigned char* digits, int32_t count,
+          int base, BigInt* value) {
+    if (count <= pw.leaf) return LeafToBig(digits, count, base, value);
+    size_t i = 0;
+    while (i + 1 < pw.p.size() && (int64_t(pw.leaf) << (i + 1)) < count) ++i;
+    const int32_t low = pw.leaf << i;
+    BigTemp hi, lo, t;
+    int code = ToBig(ctx, pw, digits, count - low, base, &hi.v);
+    if (code == 0) code = ToBig(ctx, pw, digits + count - low, low, base, &lo.v);
+    if (code == 0) code = FastMul(ctx, &t.v, &hi.v, &pw.p[i]);
+    if (code == 0) code = FastAdd(value, &t.v, &lo.v);
+    return code;
+}
+
+// Digits of v < P_(i+1) (P_0 for i = −1), padded to width when width > 0.
+int ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int base, int32_t width,
+           std::string* out) {
+    if (i < 0) return LeafToText(v, base, width, out);
+    const int32_t low = pw.leaf << i;
+    if (width == 0 && BigCompareMag(v, &pw.p[i]) > 0)   // v < P_i: no high half
+        return ToText(ctx, pw, v, i - 1, base, 0, out);
+    BigTemp q, r;
+    int code = pw.DivMod(ctx, v, size_t(i), &q.v, &r.v);
+    if (code == 0) code = ToText(ctx, pw, &q.v, i - 1, base, width > 0 ? width - low : 0, out);
+    if (code == 0) code = ToText(ctx, pw, &r.v, i - 1, base, low, out);
+    return code;
+}
+
+}  // namespace
+
+int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                    BigInt* value) {
+    while (count > 0 && digits[0] == 0) {
+        ++digits;
+        --count;
+    }
+    if (count == 0) return BigFromInt(value, 0);
+    if (base == 10) {
+        LimbBuffer work(int64_t(count) / 4 + 1);
+        if (!work.ok()) return 3;
+        int32_t top = -1;
+        for (int32_t end = count; end > 0; end -= 4) {
+            int32_t limb = 0;
+            for (int32_t k = end > 4 ? end - 4 : 0; k < end; ++k) limb = limb * 10 + digits[k];
+            work[++top] = static_cast<Limb>(limb);
+        }
+        return BigFromLimbs(value, work.get(), top, 0);
+    }
+    Powers pw;
+    pw.leaf = gFastThresholds.radixDivide;
+    const int code = pw.Build(ctx, base, count);
+    return code != 0 ? code : ToBig(ctx, pw, digits, count, base, value);
+}
+
+int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+    std::string out;
+    if (BigIsZero(value)) {
+        text->clear();
+        return 0;
+    }
+    if (base == 10) {
+        char buf[8];
+        for (int32_t i = value->top; i >= 0; --i) {
+            std::snprintf(buf, sizeof buf, i == value->top ? "%d" : "%04d", value->limbs[i]);
+            out += buf;
+        }
+        text->swap(out);
+        return 0;
+    }
+    // Enough powers that the value is below the square of the last.
+    Powers pw;
+    pw.leaf = gFastThresholds.radixDivide;
+    const int32_t digitsAtMost = int32_t(int64_t(value->top + 1) * 14 + 1);  // 4·log2(10) per limb
+    int code = pw.Build(ctx, base, digitsAtMost);
+    if (code == 0) code = pw.PrepareDivisors(ctx);
+    if (code == 0) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
+    if (code == 0) text->swap(out);
+    return code;
+}

@@ -1,0 +1,128 @@
+// Square roots by the recursive square root with remainder, cube roots by
+// Newton's iteration from above.
+//
+// Square root: split a = a3·β³ + a2·β² + a1·β + a0 (β = B^l, l = (n − 1)/4
+// limbs, so a3 has more than l limbs and a3 >= β/4 holds without scaling).
+// The root s' and remainder r' of a3·β + a2 give q, u = divmod(r'·β + a1, 2s'),
+// then s = s'·β + q and r = u·β + a0 − q², corrected once when negative.
+// Cost: one division of half size and one square of quarter size per level.
+//
+// Cube root: the root y' of x's leading limbs (x without its low 3t limbs)
+// gives the upper bound (y' + 1)·B^t; Newton's step y ← (2y + x / y²) / 3
+// then decreases to the floor of the root, one or two steps from there.
+#include "bigint/dispatch.h"
+#include "bigint/fast_paths.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+int AddSmall(BigInt* r, const BigInt* x, int32_t n) {
+    BigTemp t;
+    const int code = BigFromInt(&t.v, n);
+    return code != 0 ? code : FastAdd(r, x, &t.v);
+}
+
+// s, r with s² <= a < (s + 1)², r = a − s², for a >= 0.
+int SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
+    const int32_t n = a->top + 1;
+    const int32_t l = (n - 1) / 4;
+    if (l == 0 || n < gFastThresholds.sqrtRecursive) {
+        BigTemp sq;
+        int code = SqrtSchool(ctx, a, s);
+        if (code == 0 || code == 1) code = FastMul(ctx, &sq.v, s, s);
+        return code != 0 ? code : FastSub(r, a, &sq.v);
+    }
+    BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
+    int code = FastShiftDown(&top.v, a, 2 * l);
+    if (code == 0) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v);
+    // num = r'·β + a1, divided by 2s'
+    if (code == 0) code = FastShiftDown(&t.v, a, l);
+    if (code == 0) code = FastLowPart(&a1.v, &t.v, l);
+    if (code == 0) code = FastShiftUp(&num1.v, &r1.v, l);
+    if (code == 0) code = FastAdd(&num.v, &num1.v, &a1.v);
+    if (code == 0) code = FastAdd(&two.v, &s1.v, &s1.v);
+    if (code == 0) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
+    // s = s'·β + q;  r = u·β + a0 − q²
+    if (code == 0) code = FastShiftUp(&t1.v, &s1.v, l);
+    if (code == 0) code = FastAdd(&ss.v, &t1.v, &q.v);
+    if (code == 0) code = FastMul(ctx, &qq.v, &q.v, &q.v);
+    if (code == 0) code = FastLowPart(&a0.v, a, l);
+    BigFree(&t.v);
+    if (code == 0) code = FastShiftUp(&t.v, &u.v, l);
+    BigFree(&t1.v);
+    if (code == 0) code = FastAdd(&t1.v, &t.v, &a0.v);
+    if (code == 0) code = FastSub(&rr.v, &t1.v, &qq.v);
+    // One correction suffices in theory; the loop also guards a remainder
+    // that came out too large.
+    while (code == 0 && FastIsNegative(&rr.v)) {
+        BigTemp s2, r2, r3;
+        code = FastAdd(&s2.v, &ss.v, &ss.v);                 // 2s
+        if (code == 0) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
+        if (code == 0) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
+        BigFree(&s2.v);
+        if (code == 0) code = AddSmall(&s2.v, &ss.v, -1);
+        if (code == 0) {
+            BigReplace(&rr.v, &r3.v);
+            BigReplace(&ss.v, &s2.v);
+        }
+    }
+    if (code == 0) {
+        BigMove(s, &ss.v);
+        BigMove(r, &rr.v);
+    }
+    return code;
+}
+
+// floor(cbrt(x)) for x >= 0.
+int CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
+    const int32_t n = x->top + 1;
+    if (n < gFastThresholds.cbrtNewton || n < 7) {
+        const int code = CbrtSchool(ctx, x, y);
+        if (code == 0 || code == 1) y->negative = 0;
+        return code == 1 ? 0 : code;
+    }
+    const int32_t t = n / 6;   // the leading part keeps about half the root's limbs
+    BigTemp lead, root, up;
+    int code = FastShiftDown(&lead.v, x, 3 * t);
+    if (code == 0) code = CbrtFloor(ctx, &lead.v, &root.v);
+    if (code == 0) code = AddSmall(&up.v, &root.v, 1);
+    BigInt cur = {};
+    if (code == 0) code = FastShiftUp(&cur, &up.v, t);
+    // Newton from above: stops at the first step that does not decrease.
+    while (code == 0) {
+        BigTemp sq, quo, rem, twice, sum, next, three, r3;
+        code = FastMul(ctx, &sq.v, &cur, &cur);
+        if (code == 0) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
+        if (code == 0) code = FastAdd(&twice.v, &cur, &cur);
+        if (code == 0) code = FastAdd(&sum.v, &twice.v, &quo.v);
+        if (code == 0) code = BigFromInt(&three.v, 3);
+        if (code == 0) code = FastDivMod(ctx, &sum.v, &three.v, &next.v, &r3.v);
+        if (code != 0 || BigCompareMag(&next.v, &cur) <= 0) break;
+        BigReplace(&cur, &next.v);
+    }
+    if (code == 0) BigMove(y, &cur);
+    else BigFree(&cur);
+    return code;
+}
+
+}  // namespace
+
+int SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
+    BigTemp r;
+    const BigInt xm = BigMagnitudeView(x);
+    const int code = SqrtRem(ctx, &xm, result, &r.v);
+    if (code != 0) return code;
+    result->negative = 0;
+    return BigIsZero(&r.v) ? 0 : 1;
+}
+
+int CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result) {
+    const BigInt xm = BigMagnitudeView(x);
+    BigTemp cube, sq;
+    int code = CbrtFloor(ctx, &xm, result);
+    if (code == 0) code = FastMul(ctx, &sq.v, result, result);
+    if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, result);
+    if (code != 0) return code;
+    result->negative = x->negative;
+    return BigCompareMag(&cube.v, &xm) == 0 ? 0 : 1;
+}

@@ -1,0 +1,49 @@
+// Size thresholds of the fast kernels, the one place where they live.
+//
+// Sizes count base-10000 limbs of the smaller operand unless noted. Each
+// entry is the smallest size at which the faster method takes over; the
+// values come from timing each method at sizes around its crossover on a
+// shared 2-core Xeon, and bench/ordix_bench --set name=value tries others. Tests lower them
+// (FastThresholds::Lowered) so that small operands take every path.
+#pragma once
+
+#include <cstdint>
+
+struct FastThresholds {
+    int32_t mulKaratsuba = 80;     // schoolbook below
+    int32_t mulNtt = 450;          // Karatsuba below
+    int32_t sqrKaratsuba = 100;
+    int32_t sqrNtt = 600;
+    int32_t divNewton = 40;        // divisor and quotient both at least this long
+    int32_t sqrtRecursive = 120;   // limbs of the radicand
+    int32_t cbrtNewton = 120;      // limbs of the radicand
+    int32_t productTree = 16;      // factors in one leaf of the tree
+    int32_t rangePrimes = 2000;    // factors, from which range products go by prime factorisation
+    int32_t rangePrimesSieve = 20000000;  // largest n sieved for it
+    int32_t gcdLehmer = 30;        // limbs of the smaller operand
+    int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
+    int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
+    int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
+
+    // Every threshold at or near its minimum; for tests.
+    static FastThresholds Lowered() {
+        FastThresholds t;
+        t.mulKaratsuba = 2;
+        t.mulNtt = 12;
+        t.sqrKaratsuba = 2;
+        t.sqrNtt = 12;
+        t.divNewton = 3;
+        t.sqrtRecursive = 5;
+        t.cbrtNewton = 4;
+        t.productTree = 2;
+        t.rangePrimes = 40;
+        t.gcdLehmer = 3;
+        t.radixDivide = 8;
+        t.nttParallel = 64;
+        t.pollWork = 256;
+        return t;
+    }
+};
+
+// The thresholds in force; only tests and the benchmark change them.
+extern FastThresholds gFastThresholds;

@@ -1,0 +1,120 @@
+#include "fast_support.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace fasttest {
+
+std::mt19937_64& Rng() {
+    static std::mt19937_64 rng = [] {
+        uint64_t seed = std::random_device{}();
+        if (const char* s = std::getenv("ORDIX_SEED")) seed = std::strtoull(s, nullptr, 10);
+        std::printf("ORDIX_SEED=%llu (set it to replay)\n", static_cast<unsigned long long>(seed));
+        return std::mt19937_64(seed);
+    }();
+    return rng;
+}
+
+namespace {
+int32_t Uniform(int32_t lo, int32_t hi) {
+    return std::uniform_int_distribution<int32_t>(lo, hi)(Rng());
+}
+}  // namespace
+
+std::vector<Limb> Operand(int32_t n, Shape shape) {
+    std::vector<Limb> a(n);
+    for (int32_t i = 0; i < n; ++i) a[i] = static_cast<Limb>(Uniform(0, 9999));
+    switch (shape) {
+    case Shape::Random: break;
+    case Shape::Zeros:
+        for (auto& x : a) x = 0;
+        break;
+    case Shape::Nines:
+        for (auto& x : a) x = 9999;
+        break;
+    case Shape::RunsOfZeroAndNine:
+        for (int32_t i = 0; i < n;) {
+            const int32_t run = Uniform(1, 12);
+            const int pick = Uniform(0, 2);
+            for (int32_t k = 0; k < run && i < n; ++k, ++i)
+                a[i] = pick == 0 ? 0 : pick == 1 ? 9999 : a[i];
+        }
+        break;
+    case Shape::TopTenThousand:
+        for (int32_t i = 0; i < n - 1; ++i) a[i] = Uniform(0, 1) ? 9999 : a[i];
+        a[n - 1] = 10000;
+        break;
+    }
+    if (a[n - 1] == 0) a[n - 1] = static_cast<Limb>(Uniform(1, 9999));
+    return a;
+}
+
+void SetLimbs(BigInt* v, const std::vector<Limb>& limbs, bool negative) {
+    v->limbs = new Limb[limbs.size()];
+    std::copy(limbs.begin(), limbs.end(), v->limbs);
+    v->top = int32_t(limbs.size()) - 1;
+    v->negative = negative;
+}
+
+void RandomBig(BigInt* v, int32_t n, bool allowNegative) {
+    SetLimbs(v, Operand(n, Shape::Random), allowNegative && Uniform(0, 1) == 1);
+}
+
+std::vector<Limb> Normalised(const Limb* p, int32_t n) {
+    std::vector<Limb> r;
+    int64_t carry = 0;
+    for (int32_t i = 0; i < n || carry != 0; ++i) {
+        int64_t v = carry + (i < n ? p[i] : 0);
+        r.push_back(static_cast<Limb>(v % kLimbBase));
+        carry = v / kLimbBase;
+    }
+    while (r.size() > 1 && r.back() == 0) r.pop_back();
+    return r;
+}
+
+std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b) {
+    std::vector<int64_t> col(a.size() + b.size() + 1, 0);
+    for (size_t i = 0; i < a.size(); ++i)
+        for (size_t j = 0; j < b.size(); ++j) col[i + j] += int64_t(a[i]) * b[j];
+    std::vector<Limb> r;
+    int64_t carry = 0;
+    for (int64_t c : col) {
+        int64_t v = c + carry;
+        r.push_back(static_cast<Limb>(v % kLimbBase));
+        carry = v / kLimbBase;
+    }
+    while (carry != 0) {
+        r.push_back(static_cast<Limb>(carry % kLimbBase));
+        carry /= kLimbBase;
+    }
+    while (r.size() > 1 && r.back() == 0) r.pop_back();
+    return r;
+}
+
+std::string ToDecimal(const BigInt* v) {
+    std::vector<Limb> n = Normalised(v->limbs, v->top + 1);
+    std::string s = std::to_string(n.back());
+    char buf[8];
+    for (size_t i = n.size() - 1; i-- > 0;) {
+        std::snprintf(buf, sizeof buf, "%04d", n[i]);
+        s += buf;
+    }
+    if (v->negative && s != "0") s.insert(s.begin(), '-');
+    return s;
+}
+
+void FromDecimal(BigInt* v, const std::string& s) {
+    std::string copy = s;
+    BigFromText(&copy[0], v);
+}
+
+void ToMpz(mpz_t z, const BigInt* v) { mpz_set_str(z, ToDecimal(v).c_str(), 10); }
+
+std::string MpzDecimal(const mpz_t z) {
+    std::string s(mpz_sizeinbase(z, 10) + 2, '\0');
+    mpz_get_str(&s[0], 10, z);
+    s.resize(std::char_traits<char>::length(s.c_str()));
+    return s;
+}
+
+}  // namespace fasttest

@@ -1,0 +1,76 @@
+// Shared pieces of the fast-kernel tests: replayable randomness, operands
+// that hurt, scripted polling contexts, lowered thresholds, conversion of
+// records to and from GMP by decimal text.
+#pragma once
+
+#include <gmp.h>
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bigint/bigint.h"
+#include "bigint/thresholds.h"
+
+namespace fasttest {
+
+// The generator of a test, seeded from ORDIX_SEED when set; the seed is
+// printed so that a failure can be replayed.
+std::mt19937_64& Rng();
+
+enum class Shape { Random, Zeros, Nines, RunsOfZeroAndNine, TopTenThousand };
+constexpr Shape kShapes[] = {Shape::Random, Shape::Zeros, Shape::Nines,
+                             Shape::RunsOfZeroAndNine, Shape::TopTenThousand};
+
+// n limbs of the given shape, top limb non-zero.
+std::vector<Limb> Operand(int32_t n, Shape shape);
+// v := the given limbs (least significant first) and sign.
+void SetLimbs(BigInt* v, const std::vector<Limb>& limbs, bool negative);
+// A random record of n limbs, random sign.
+void RandomBig(BigInt* v, int32_t n, bool allowNegative = true);
+
+// Deliberately naive a·b: long multiplication on 64-bit columns, normalised,
+// leading zeros stripped.
+std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b);
+// Limbs normalised (carry out of the top pushed into new limbs), zeros stripped.
+std::vector<Limb> Normalised(const Limb* p, int32_t n);
+
+std::string ToDecimal(const BigInt* v);
+void FromDecimal(BigInt* v, const std::string& s);
+void ToMpz(mpz_t z, const BigInt* v);
+std::string MpzDecimal(const mpz_t z);
+
+// Answers Q at poll number stopAt (1-based; 0 never) and counts polls.
+class ScriptedContext : public CalcContext {
+public:
+    explicit ScriptedContext(long stopAt = 0) : stopAt_(stopAt) {}
+    int PollQuitKey() override { return ++polls_ == stopAt_ ? kQuitKey : 0; }
+    long polls() const { return polls_; }
+
+private:
+    long stopAt_;
+    long polls_ = 0;
+};
+
+// Sets thresholds for the scope of a test and restores them afterwards.
+class ThresholdScope {
+public:
+    explicit ThresholdScope(const FastThresholds& t) : saved_(gFastThresholds) { gFastThresholds = t; }
+    ~ThresholdScope() { gFastThresholds = saved_; }
+
+private:
+    FastThresholds saved_;
+};
+
+// A record released at the end of the scope.
+struct Big {
+    BigInt v = {};
+    Big() = default;
+    ~Big() { BigFree(&v); }
+    Big(const Big&) = delete;
+    Big& operator=(const Big&) = delete;
+    BigInt* operator&() { return &v; }
+};
+
+}  // namespace fasttest

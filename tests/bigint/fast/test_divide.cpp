@@ -1,0 +1,115 @@
+// Division by Newton reciprocal against long division and GMP.
+#include <gtest/gtest.h>
+
+#include "bigint/dispatch.h"
+#include "fast_support.h"
+
+using namespace fasttest;
+
+namespace {
+
+// Dispatcher (fast path forced) and long division give the same records.
+void CheckAgainstSchool(const std::vector<Limb>& xl, const std::vector<Limb>& dl, bool xn,
+                        bool dn) {
+    Big x, d, q1, r1, q2, r2;
+    SetLimbs(&x, xl, xn);
+    SetLimbs(&d, dl, dn);
+    if (BigCompareMag(&x, &d) >= 0) return;   // the dispatcher's contract: |x| > |d|
+    CalcContext ctx;
+    ASSERT_EQ(DivModSchool(&ctx, &x, &d, &q1, &r1), 0);
+    ASSERT_EQ(DivModDispatch(&ctx, &x, &d, &q2, &r2), 0);
+    ASSERT_EQ(ToDecimal(&q2), ToDecimal(&q1)) << xl.size() << " / " << dl.size();
+    ASSERT_EQ(ToDecimal(&r2), ToDecimal(&r1)) << xl.size() << " / " << dl.size();
+    ASSERT_EQ(q2.v.negative, q1.v.negative);
+    ASSERT_EQ(r2.v.negative, r1.v.negative);
+}
+
+}  // namespace
+
+TEST(FastDivide, AgreesWithLongDivisionAcrossSizesShapesAndSigns) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t m = 2; m <= 26; m += 3) {
+        for (int32_t n : {m, m + 1, m + 2, m + 5, 2 * m - 1, 2 * m, 2 * m + 3, 3 * m + 7, 5 * m}) {
+            for (Shape sx : kShapes) {
+                for (Shape sd : {Shape::Random, Shape::Nines, Shape::RunsOfZeroAndNine}) {
+                    const bool xn = Rng()() & 1, dn = Rng()() & 1;
+                    CheckAgainstSchool(Operand(n, sx), Operand(m, sd), xn, dn);
+                }
+            }
+        }
+    }
+}
+
+TEST(FastDivide, HardQuotientsAndExactMultiples) {
+    // Divisors just above a power of the base give the largest quotient limbs;
+    // x = q·d and x = q·d − 1 sit on either side of a remainder of zero.
+    ThresholdScope scope(FastThresholds::Lowered());
+    CalcContext ctx;
+    for (int32_t m : {3, 7, 12, 30}) {
+        std::vector<Limb> d(m, 0);
+        d[0] = 1;
+        d[m - 1] = 1;
+        std::vector<Limb> small(m, 0);
+        small[m - 1] = 1;
+        const std::vector<Limb> q = Operand(m + 4, Shape::Nines);
+        const std::vector<Limb> prod = NaiveProduct(q, d);
+        CheckAgainstSchool(prod, d, false, false);
+        CheckAgainstSchool(Operand(2 * m, Shape::Nines), d, true, false);
+        CheckAgainstSchool(Operand(2 * m + 1, Shape::Nines), Operand(m, Shape::Nines), false, true);
+        std::vector<Limb> minusOne = prod;
+        for (auto& limb : minusOne) {
+            if (limb-- != 0) break;
+            limb = 9999;
+        }
+        CheckAgainstSchool(Normalised(minusOne.data(), int32_t(minusOne.size())), d, false, false);
+    }
+}
+
+TEST(FastDivide, BigDivModMatchesGmpAtShippedThresholds) {
+    mpz_t x, d, q, r;
+    mpz_inits(x, d, q, r, nullptr);
+    CalcContext ctx;
+    struct Sizes { int32_t n, m; };
+    for (Sizes s : {Sizes{3000, 1500}, Sizes{5000, 700}, Sizes{2400, 2300}, Sizes{9000, 3000}}) {
+        Big a, b, bq, br;
+        RandomBig(&a, s.n);
+        RandomBig(&b, s.m);
+        ASSERT_EQ(BigDivMod(&ctx, &a, &b, &bq, &br), 0);
+        ToMpz(x, &a);
+        ToMpz(d, &b);
+        mpz_tdiv_qr(q, r, x, d);
+        EXPECT_EQ(ToDecimal(&bq), MpzDecimal(q));
+        EXPECT_EQ(ToDecimal(&br), MpzDecimal(r));
+    }
+    mpz_clears(x, d, q, r, nullptr);
+}
+
+TEST(FastDivide, QStopsALongQuotient) {
+    Big a, b, q, r;
+    RandomBig(&a, 40000, false);
+    RandomBig(&b, 20000, false);
+    for (long stopAt : {1L, 5L}) {
+        ScriptedContext ctx(stopAt);
+        EXPECT_EQ(DivModDispatch(&ctx, &a, &b, &q, &r), -1);
+        EXPECT_EQ(ctx.polls(), stopAt);
+    }
+}
+
+TEST(FastDivide, RepeatedDivisorsReuseNothingStale) {
+    // The same divisor twice, then one differing in its lowest limb only,
+    // then the first again after a division stopped while preparing it.
+    ThresholdScope scope(FastThresholds::Lowered());
+    const std::vector<Limb> d1 = Operand(20, Shape::Random);
+    std::vector<Limb> d2 = d1;
+    d2[0] = static_cast<Limb>((d2[0] + 1) % kLimbBase);
+    for (const std::vector<Limb>* d : {&d1, &d1, static_cast<const std::vector<Limb>*>(&d2), &d1}) {
+        CheckAgainstSchool(Operand(39, Shape::Random), *d, false, false);
+        CheckAgainstSchool(Operand(40, Shape::Nines), *d, true, false);
+    }
+    Big x, d, q, r;
+    SetLimbs(&x, Operand(40, Shape::Random), false);
+    SetLimbs(&d, d2, false);
+    ScriptedContext stopping(1);
+    ASSERT_EQ(DivModDispatch(&stopping, &x, &d, &q, &r), -1);
+    CheckAgainstSchool(Operand(39, Shape::Random), d2, false, true);
+}

@@ -1,0 +1,123 @@
+// Recursive square root, Newton cube root and the product tree against the
+// reference kernels and GMP.
+#include <gtest/gtest.h>
+
+#include "bigint/dispatch.h"
+#include "fast_support.h"
+
+using namespace fasttest;
+
+namespace {
+
+using RootFn = int (*)(CalcContext*, const BigInt*, BigInt*);
+
+// Same code, digits and sign from the dispatcher and the reference kernel.
+void CheckRoot(RootFn fast, RootFn school, const std::vector<Limb>& limbs, bool negative) {
+    Big x, a, b;
+    SetLimbs(&x, limbs, negative);
+    CalcContext ctx;
+    const int expected = school(&ctx, &x, &a);
+    ASSERT_EQ(fast(&ctx, &x, &b), expected) << limbs.size() << " limbs";
+    ASSERT_EQ(ToDecimal(&b), ToDecimal(&a)) << limbs.size() << " limbs";
+    ASSERT_EQ(b.v.negative, a.v.negative);
+}
+
+// s², s² − 1 and s² + 1 (s³ and neighbours for cubes) around a random s.
+std::vector<std::vector<Limb>> NearPowers(int32_t rootLimbs, int power) {
+    std::vector<Limb> s = Operand(rootLimbs, Shape::RunsOfZeroAndNine);
+    std::vector<Limb> p = NaiveProduct(s, s);
+    if (power == 3) p = NaiveProduct(p, s);
+    std::vector<Limb> below = p, above = p;
+    for (auto& limb : below) {
+        if (limb-- != 0) break;
+        limb = 9999;
+    }
+    above[0] = static_cast<Limb>(above[0] + 1);
+    return {p, Normalised(below.data(), int32_t(below.size())),
+            Normalised(above.data(), int32_t(above.size()))};
+}
+
+}  // namespace
+
+TEST(FastRoots, SquareRootsAgreeWithDigitByDigitRoots) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t n = 1; n <= 60; ++n) {
+        for (Shape s : kShapes) CheckRoot(SqrtDispatch, SqrtSchool, Operand(n, s), false);
+        CheckRoot(SqrtDispatch, SqrtSchool, Operand(n, Shape::Random), true);
+    }
+    for (int32_t r = 1; r <= 30; r += 3) {
+        for (const auto& v : NearPowers(r, 2)) CheckRoot(SqrtDispatch, SqrtSchool, v, false);
+    }
+}
+
+TEST(FastRoots, CubeRootsAgreeWithDigitByDigitRootsSignKept) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t n = 1; n <= 50; ++n) {
+        for (Shape s : kShapes) CheckRoot(CbrtDispatch, CbrtSchool, Operand(n, s), (n & 1) != 0);
+    }
+    for (int32_t r = 1; r <= 20; r += 3) {
+        for (const auto& v : NearPowers(r, 3)) {
+            CheckRoot(CbrtDispatch, CbrtSchool, v, false);
+            CheckRoot(CbrtDispatch, CbrtSchool, v, true);
+        }
+    }
+}
+
+TEST(FastRoots, LargeRootsMatchGmp) {
+    mpz_t x, s;
+    mpz_inits(x, s, nullptr);
+    CalcContext ctx;
+    for (int32_t n : {3001, 12000}) {
+        Big a, r2, r3;
+        RandomBig(&a, n, false);
+        ToMpz(x, &a);
+        EXPECT_EQ(SqrtDispatch(&ctx, &a, &r2), mpz_perfect_square_p(x) ? 0 : 1);
+        mpz_sqrt(s, x);
+        EXPECT_EQ(ToDecimal(&r2), MpzDecimal(s));
+        EXPECT_EQ(CbrtDispatch(&ctx, &a, &r3), 1);
+        mpz_root(s, x, 3);
+        EXPECT_EQ(ToDecimal(&r3), MpzDecimal(s));
+    }
+    mpz_clears(x, s, nullptr);
+}
+
+TEST(FastProducts, RangeProductsByTreeAndByPrimesAgreeWithTheRunningProduct) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    CalcContext ctx;
+    struct Range { int32_t c, n; };
+    for (Range r : {Range{0, 4}, Range{0, 5}, Range{3, 40}, Range{99990, 100017},
+                    Range{99999000, 99999999}, Range{0, 777}, Range{300, 1000}, Range{1, 4099}}) {
+        Big a, b;
+        ASSERT_EQ(RangeProductSchool(&ctx, r.c, r.n, &a), 0);
+        ASSERT_EQ(RangeProductDispatch(&ctx, r.c, r.n, &b), 0);
+        EXPECT_EQ(ToDecimal(&b), ToDecimal(&a)) << r.c << ".." << r.n;
+    }
+}
+
+TEST(FastProducts, FactorialAndBinomialMatchGmp) {
+    mpz_t z;
+    mpz_init(z);
+    CalcContext ctx;
+    Big n, k, f, c;
+    BigFromInt(&n, 20000);
+    BigFromInt(&k, 7000);
+    ASSERT_EQ(BigFact(&ctx, &f, &n), 0);
+    mpz_fac_ui(z, 20000);
+    EXPECT_EQ(ToDecimal(&f), MpzDecimal(z));
+    ASSERT_EQ(BigBinomial(&ctx, &c, &n, &k), 0);
+    mpz_bin_uiui(z, 20000, 7000);
+    EXPECT_EQ(ToDecimal(&c), MpzDecimal(z));
+    mpz_clear(z);
+}
+
+TEST(FastRootsAndProducts, QStopsThem) {
+    Big x, r;
+    RandomBig(&x, 30000, false);
+    for (long stopAt : {1L, 4L}) {
+        ScriptedContext a(stopAt), b(stopAt), c(stopAt);
+        EXPECT_EQ(SqrtDispatch(&a, &x, &r), -1);
+        EXPECT_EQ(CbrtDispatch(&b, &x, &r), -1);
+        EXPECT_EQ(RangeProductDispatch(&c, 0, 30000, &r), -1);
+        EXPECT_EQ(c.polls(), stopAt);
+    }
+}
