@@ -1,10 +1,6 @@
-#include <QApplication>
-#include <QLabel>
+#include "app/calc_app.h"
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    QLabel placeholder("Ordix");
-    placeholder.setWindowTitle("Ordix");
-    placeholder.show();
-    return app.exec();
+    TCalc calc(argc, argv);
+    return calc.run();
 }

@@ -1,0 +1,372 @@
+#include "app/calc_frame.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QRandomGenerator>
+#include <QScreen>
+#include <QStandardPaths>
+
+#include <vector>
+
+#include "calc/decimal_read.h"
+#include "dialogs/about_dlg.h"
+#include "dialogs/modal.h"
+#include "dialogs/modulus.h"
+#include "io/num_file.h"
+#include "resources/menus_frame.h"
+#include "resources/strings.h"
+#include "windows/font_table.h"
+#include "windows/help_win.h"
+#include "windows/note_win.h"
+#include "windows/num_win.h"
+#include "windows/num_win_text.h"
+
+namespace {
+
+QString S(int id) { return QString::fromUtf8(OxString(id)); }
+
+constexpr int kFrameWidth = 640;
+constexpr int kFrameHeight = 120;
+constexpr int kNumWinBaseWidth = 720;
+constexpr int kNumWinFont = 2;   // the font table's Courier New 10
+
+// White, or the grey of the desktop's windows, behind a number's digits.
+void SetBackground(TNumWin* w, bool white) {
+    QPlainTextEdit* e = w->editor();
+    QPalette p = e->palette();
+    p.setColor(QPalette::Base, white ? QColor(Qt::white)
+                                     : QApplication::palette().color(QPalette::Window));
+    e->setPalette(p);
+}
+
+std::string ConfigFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).toStdString();
+}
+
+// A value record over limbs read from a file: StoreValue copies it.
+BigInt ViewOf(NumLimbs& l) {
+    BigInt v = {};
+    v.limbs = l.limbs.data();
+    v.top = static_cast<int32_t>(l.limbs.size()) - 1;
+    v.negative = l.negative ? 1 : 0;
+    return v;
+}
+
+}  // namespace
+
+TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
+    setWindowTitle(S(800));
+    setObjectName(QStringLiteral("TCalcFrame"));
+    lastFont_ = FontTableEntry(kNumWinFont, logicalDpiY());
+    installMenu(kOxMenu);
+    auto* blank = new QWidget(this);
+    blank->setAutoFillBackground(true);
+    setCentralWidget(blank);
+    resize(kFrameWidth, kFrameHeight);
+
+    model_ = std::make_unique<CalcModel>(&ctx_);
+    model_->AddObserver(this);
+    ModulusChanged(true);   // the starting modulus; its window starts hidden
+
+    calcDlg_ = new TCalcDlg(this, this);
+    applyBackgrounds();
+}
+
+TCalcFrame::~TCalcFrame() {
+    model_->RemoveObserver(this);
+    // The windows view the model's values: they go first.
+    for (TNumWin*& w : numWins_) {
+        delete w;
+        w = nullptr;
+    }
+    delete modWin_;
+    modWin_ = nullptr;
+}
+
+TNumWin* TCalcFrame::numWin(int label) const {
+    if (label == kModulusLabel) return modWin_;
+    return label >= 1 && label <= kLabelCount ? numWins_[label - 1] : nullptr;
+}
+
+// ---- Settings ----------------------------------------------------------
+
+void TCalcFrame::readSettings() {
+    FrameSettings s;
+    const QRect screen = QGuiApplication::primaryScreen()
+                             ? QGuiApplication::primaryScreen()->availableGeometry()
+                             : QRect(0, 0, 1280, 1024);
+    if (ReadSettings(ConfigFolder(), &s) == 0 &&
+        PlacementFits(s, screen.width(), screen.height())) {
+        setGeometry(s.left, s.top, s.width, s.height);
+    } else {
+        QRandomGenerator* r = QRandomGenerator::global();
+        s = FrameSettings();
+        move(screen.left() + 20 + r->bounded(100), screen.top() + 20 + r->bounded(60));
+    }
+    settings_ = s;
+}
+
+int TCalcFrame::writeSettings() {
+    const QRect g = normalGeometry().isValid() ? normalGeometry() : geometry();
+    settings_.left = g.left();
+    settings_.top = g.top();
+    settings_.width = g.width();
+    settings_.height = g.height();
+    settings_.maximized = isMaximized() ? 1 : 0;
+    return WriteSettings(ConfigFolder(), settings_);
+}
+
+void TCalcFrame::closeEvent(QCloseEvent* e) {
+    if (busy_ || ctx_.running()) {
+        e->ignore();
+        return;
+    }
+    // Every other window closes (number windows only hide); a text window
+    // whose owner keeps it open after the save question keeps the program open.
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w == this || !w->isVisible()) continue;
+        if (!w->close() && w->isVisible()) {
+            e->ignore();
+            return;
+        }
+    }
+    writeSettings();
+    model_->ClearRecursion();
+    e->accept();
+}
+
+// ---- Number windows ------------------------------------------------------
+
+TNumWin* TCalcFrame::makeNumWin(int label, const QString& name, const BigInt* num,
+                                const BigInt* den) {
+    auto* w = new TNumWin(this, name, label, num, den, lastFont_);
+    w->setFontExtra(lastFontExtra_);
+    const QRect base(0, geometry().bottom() + 40, kNumWinBaseWidth, 0);
+    const QRect place = TNumWin::Placement(label, DigitCount(num), base);
+    w->setGeometry(place);
+    SetBackground(w, white_);
+    return w;
+}
+
+void TCalcFrame::VariableChanged(int label) {
+    if (label < 1 || label > kLabelCount) return;
+    TNumWin*& w = numWins_[label - 1];
+    const NumberValue* v = model_->Variable(label);
+    if (!v) {
+        delete w;
+        w = nullptr;
+        rebuildViewMenu();
+        return;
+    }
+    if (w) {
+        w->refill(&v->numerator, &v->denominator);
+    } else {
+        const QString name =
+            pendingName_.isEmpty() ? S(270) + QString::number(label) : pendingName_;
+        w = makeNumWin(label, name, &v->numerator, &v->denominator);
+        rebuildViewMenu();
+    }
+    w->setInscription(QString::fromStdString(v->inscription));
+}
+
+// Told for a new value and for a change of mode alike: the window is only
+// refilled here; the Modulus command shows it.
+void TCalcFrame::ModulusChanged(bool) {
+    const NumberValue& m = model_->Modulus();
+    if (!modWin_) {
+        modWin_ = makeNumWin(kModulusLabel, S(206), &m.numerator, &m.denominator);
+        connect(modWin_, &TNumWin::shownChanged, this,
+                [this](bool shown) { model_->SetModulusMode(shown); });
+    } else {
+        modWin_->refill(&m.numerator, &m.denominator);
+    }
+    modWin_->setInscription(QString::fromStdString(model_->ModulusFormula()));
+}
+
+void TCalcFrame::showWindow(QWidget* w) {
+    if (!w) return;
+    w->show();
+    w->raise();
+    w->activateWindow();
+}
+
+void TCalcFrame::ShowLabel(int label) { showWindow(numWin(label)); }
+
+// The View menu lists the labels in use, A..Z, after its first two items.
+void TCalcFrame::rebuildViewMenu() {
+    const QList<QAction*> menus = menuBar()->actions();
+    if (menus.size() <= kViewMenuIndex) return;
+    QMenu* view = menus[kViewMenuIndex]->menu();
+    for (QAction* a : viewItems_) {
+        view->removeAction(a);
+        removeAction(a);
+        delete a;
+    }
+    viewItems_.clear();
+    QList<QAction*> items;
+    for (int i = 0; i < kLabelCount; ++i) {
+        if (!numWins_[i]) continue;
+        const std::string text = std::string("&") + LabelLetter(i + 1) + " ...";
+        const MenuEntry e{kMenuItem, kCmdViewLabel + i, text.c_str(), nullptr, 0};
+        items.append(MakeCommandAction(e, this, this));
+    }
+    if (items.isEmpty()) return;
+    QAction* sep = new QAction(this);
+    sep->setSeparator(true);
+    items.append(sep);
+    const QList<QAction*> existing = view->actions();
+    QAction* before = existing.size() > kViewLabelPosition ? existing[kViewLabelPosition] : nullptr;
+    view->insertActions(before, items);
+    viewItems_ = items;
+}
+
+// ---- Commands --------------------------------------------------------------
+
+bool TCalcFrame::LabelInUse(int label) { return model_->HasVariable(label); }
+
+int TCalcFrame::RunCalculate(int label, const QString& formula) {
+    if (busy_) return 0;
+    busy_ = true;
+    int code;
+    {
+        PollScope scope(&ctx_, this);
+        code = model_->Calculate(label, formula.toStdString());
+    }
+    busy_ = false;
+    return code;
+}
+
+int TCalcFrame::openNumberFile(const QString& path) {
+    NumFile file;
+    if (ReadNumFile(QFile::encodeName(path).toStdString(), &file) != 0) return 11;
+    bool inUse[kLabelCount];
+    for (int i = 0; i < kLabelCount; ++i) inUse[i] = model_->HasVariable(i + 1);
+    const int label = LabelForOpenedFile(file.label, inUse);
+    if (label == 0) return 4;
+    if (file.hasFont) {
+        lastFont_ = file.font;
+        lastFontExtra_ = file.fontExtra;
+    }
+    const BigInt num = ViewOf(file.numerator);
+    const BigInt den = ViewOf(file.denominator);
+    pendingName_ = path;
+    const int code = model_->StoreValue(label, file.notebook, &num, &den);
+    pendingName_.clear();
+    if (code != 0) return code;
+    if (TNumWin* w = numWin(label)) w->notebook()->markNotModified();
+    ShowLabel(label);
+    return 0;
+}
+
+int TCalcFrame::pasteNumber(const QString& text) {
+    const int label = model_->FirstFreeLabel();
+    if (label == 0) return 4;
+    BigInt value = {}, one = {};
+    int code = ReadDecimal(text.trimmed().toStdString(), &value);   // a sign may follow spaces
+    if (code == 0) code = BigFromInt(&one, 1);
+    if (code == 0) code = model_->StoreValue(label, OxString(809), &value, &one);
+    BigFree(&value);
+    BigFree(&one);
+    if (code == 0) ShowLabel(label);
+    return code;
+}
+
+void TCalcFrame::modulusCommand() {
+    QString formula = QString::fromStdString(model_->ModulusFormula());
+    if (!AskModulusFormula(this, &formula)) {
+        if (model_->ModulusMode() && modWin_) modWin_->hide();
+        return;
+    }
+    busy_ = true;
+    int code;
+    {
+        PollScope scope(&ctx_, this);
+        const QString title = windowTitle();
+        setWindowTitle(S(601));
+        code = model_->ModulusCommand(formula.toStdString());
+        setWindowTitle(title);
+    }
+    busy_ = false;
+    if (code != 0)
+        ShowError(this, code);
+    else
+        showWindow(modWin_);   // a new modulus is in force at once
+}
+
+void TCalcFrame::showHelp(const char* name) {
+    if (!help_) help_ = new THelpWin(this);
+    help_->showHelp(name);
+}
+
+void TCalcFrame::applyBackgrounds() {
+    QWidget* c = centralWidget();
+    QPalette p = c->palette();
+    p.setColor(QPalette::Window,
+               white_ ? QColor(Qt::white) : QApplication::palette().color(QPalette::Window));
+    c->setPalette(p);
+    for (TNumWin* w : numWins_)
+        if (w) SetBackground(w, white_);
+    if (modWin_) SetBackground(modWin_, white_);
+}
+
+bool TCalcFrame::commandEnabled(int id) {
+    if (busy_) return false;
+    switch (id) {
+    case kCmdOpen: return model_->FirstFreeLabel() != 0;
+    case kCmdPaste: {
+        const QMimeData* m = QGuiApplication::clipboard()->mimeData();
+        return model_->FirstFreeLabel() != 0 && m && m->hasText();
+    }
+    default: return true;
+    }
+}
+
+bool TCalcFrame::commandChecked(int id) { return id == kCmdWhiteBackgrounds && white_; }
+
+void TCalcFrame::command(int id) {
+    if (busy_ || ctx_.running()) return;
+    if (id >= kCmdViewLabel && id < kCmdViewLabel + kLabelCount) {
+        ShowLabel(id - kCmdViewLabel + 1);
+        return;
+    }
+    switch (id) {
+    case kCmdCalculate:
+        calcDlg_->show();
+        calcDlg_->raise();
+        calcDlg_->activateWindow();
+        break;
+    case kCmdModulus: modulusCommand(); break;
+    case kCmdOpen: {
+        const QString path = TheModal().openFileName(this, QString(), FileFilter(OxString(806)),
+                                                     "num", S(270) + "1.num");
+        if (path.isEmpty()) break;
+        const int code = openNumberFile(path);
+        if (code != 0) ShowError(this, code);
+        break;
+    }
+    case kCmdPaste: {
+        const int code = pasteNumber(QGuiApplication::clipboard()->text());
+        if (code != 0) ShowError(this, code);
+        break;
+    }
+    case kCmdWhiteBackgrounds:
+        white_ = !white_;
+        applyBackgrounds();
+        break;
+    case kCmdFileHelp: showHelp("OXFILEH"); break;
+    case kCmdViewHelp: showHelp("OXVIEWH"); break;
+    case kCmdListsHelp: showHelp("OXLISTH"); break;
+    case kCmdProgramHelp: showHelp("PROGHELP"); break;
+    case kCmdAbout: ShowAbout(this); break;
+    case kCmdViewModulus: showWindow(modWin_); break;
+    case kCmdExit: close(); break;
+    default: TKelWin::command(id); break;
+    }
+}

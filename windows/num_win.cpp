@@ -1,0 +1,287 @@
+#include "windows/num_win.h"
+
+#include <QCloseEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QFontMetrics>
+#include <QPlainTextEdit>
+#include <QResizeEvent>
+#include <QShowEvent>
+#include <QHideEvent>
+#include <QScrollBar>
+#include <QStyle>
+
+#include "bigint/bigint.h"
+#include "calc/digit_freq.h"
+#include "dialogs/modal.h"
+#include "io/num_file.h"
+#include "resources/limits.h"
+#include "resources/menus_frame.h"
+#include "resources/strings.h"
+#include "windows/font_map.h"
+#include "windows/help_win.h"
+#include "windows/note_win.h"
+#include "windows/num_win_text.h"
+
+namespace {
+
+QString S(int id) { return QString::fromUtf8(OxString(id)); }
+
+constexpr int kNotebookFont = 2;
+
+}  // namespace
+
+TNumWin::TNumWin(QWidget* parent, const QString& name, int label, const BigInt* numerator,
+                 const BigInt* denominator, const LogFont& font)
+    : TTextWin(parent, QString(), name + ".num", QString(), 0, &kNumMenu),
+      label_(label),
+      num_(numerator),
+      den_(denominator),
+      font_(font) {
+    askToSave_ = false;
+    editor()->setReadOnly(true);
+    editor()->setLineWrapMode(QPlainTextEdit::NoWrap);
+    editor()->setFont(FontFromLogFont(font_));
+    notebook_ = new TNoteWin(this, QFileInfo(fileName()).fileName(), QString(), kNotebookFont);
+    relayout();
+}
+
+TNumWin::~TNumWin() = default;
+
+int TNumWin::refill(const BigInt* numerator, const BigInt* denominator) {
+    num_ = numerator;
+    den_ = denominator;
+    modified_ = true;
+    return relayout();
+}
+
+void TNumWin::setInscription(const QString& text) {
+    notebook_->replaceText(text);
+    notebook_->markNotModified();
+}
+
+void TNumWin::setLineDigits(int32_t digits) {
+    fixedLineDigits_ = digits;
+    relayout();
+}
+
+int32_t TNumWin::measuredLineDigits() const {
+    const int charWidth = QFontMetrics(editor()->font()).horizontalAdvance(QLatin1Char('8'));
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    const int margin = static_cast<int>(editor()->document()->documentMargin());
+    const int room = width() - 2 * frame - 2 * margin - scrollBar;
+    const int digits = room / qMax(charWidth, 1) - 1;
+    return digits < 1 ? 1 : digits;
+}
+
+int TNumWin::relayout() {
+    lineDigits_ = fixedLineDigits_ > 0 ? fixedLineDigits_ : measuredLineDigits();
+    int code = 0;
+    const BigInt* parts[2] = {num_, den_};
+    for (int p = 0; p < 2; ++p) {
+        const int c = LayoutSections(parts[p]->top, BigTextLength(parts[p]),
+                                     parts[p]->negative != 0,
+                                     lineDigits_, &layout_[p]);
+        if (c != 0) code = c;
+    }
+    chooseState();
+    display();
+    if (code != 0) report(code);
+    return code;
+}
+
+void TNumWin::chooseState() {
+    const bool denIsOne = BigIsOne(den_) && !den_->negative;
+    if (denIsOne) part_ = 0;
+    state_ = ChooseDisplayState(denIsOne, layout_[0].count, layout_[1].count, DigitCount(num_),
+                                DigitCount(den_), part_);
+}
+
+void TNumWin::display() {
+    const std::string text =
+        state_ == kShowFraction
+            ? FractionText(num_, den_, lineDigits_, "\n")
+            : SectionText(shownPart(), layout_[part_], layout_[part_].current, lineDigits_, "\n");
+    replaceText(QString::fromLatin1(text.data(), static_cast<int>(text.size())));
+    markNotModified();
+    QTextCursor c = editor()->textCursor();
+    c.setPosition(0);
+    editor()->setTextCursor(c);
+    editor()->verticalScrollBar()->setValue(0);
+    setWindowTitle(titleText());
+}
+
+QString TNumWin::titleText() const {
+    QString t = label_ == kModulusLabel ? S(206) : QString(QChar('A' + label_ - 1));
+    t += " [" + QFileInfo(fileName()).fileName() + "] [" + S(801) + ": ";
+    if (state_ == kShowFraction)
+        t += QString::number(DigitCount(num_)) + "/" + QString::number(DigitCount(den_));
+    else
+        t += QString::number(DigitCount(shownPart()));
+    t += "]";
+    if (state_ >= kShowNumerator) t += "[" + S(part_ == 0 ? 803 : 804) + "]";
+    const SectionLayout& l = layout_[part_];
+    if (state_ != kShowFraction && l.count > 0)
+        t += " [" + S(802) + " " + QString::number(l.current + 1) + "/" +
+             QString::number(l.count + 1) + "]";
+    return t;
+}
+
+void TNumWin::go(int32_t section) {
+    SectionLayout& l = layout_[part_];
+    if (section < 0 || section > l.count || section == l.current) return;
+    l.current = section;
+    display();
+}
+
+void TNumWin::jump() {
+    const SectionLayout& l = layout_[part_];
+    const QString prompt = S(209) + " [1 ... " + QString::number(l.count + 1) + "]";
+    QString answer = QString::number(l.current + 1);
+    if (!TheModal().oneInput(this, S(5), prompt, &answer, kMaxFieldChars)) return;
+    bool ok = false;
+    const int target = answer.trimmed().toInt(&ok);
+    if (ok && target >= 1 && target <= l.count + 1) go(target - 1);
+}
+
+void TNumWin::digitFrequencies() {
+    BigInt copy = {};
+    if (BigCopy(&copy, shownPart()) != 0) {
+        BigFree(&copy);
+        report(3);
+        return;
+    }
+    const std::string table = WithBreaks(DigitFrequencyText(&copy).c_str(), "\n");
+    BigFree(&copy);
+    if (!notebook_->text().isEmpty()) notebook_->appendText("\n\n");
+    notebook_->appendText(QString::fromLatin1(table.c_str()));
+    notebook_->show();
+    notebook_->raise();
+}
+
+void TNumWin::saveAsText() {
+    QString answer = QString::number(lineDigits_);
+    if (!TheModal().oneInput(this, S(5), S(805), &answer, kMaxFieldChars)) return;
+    const int asked = answer.trimmed().toInt();
+    const int32_t perLine = asked > 1 ? asked : lineDigits_;
+    const QString start = QFileInfo(fileName()).completeBaseName() + ".txt";
+    const QString path =
+        TheModal().saveFileName(this, QString(), FileFilter(OxString(708)), "txt", start);
+    if (path.isEmpty()) return;
+    const std::string text = DigitLines(shownPart(), perLine, "\r\n");
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        f.write(text.data(), static_cast<qint64>(text.size())) !=
+            static_cast<qint64>(text.size()))
+        report(12);
+}
+
+int TNumWin::saveNumber(const QString& path) {
+    NumFile file;
+    file.label = label_;
+    file.numerator = LimbsOf(num_);
+    file.hasDenominator = !(BigIsOne(den_) && !den_->negative);
+    if (file.hasDenominator) file.denominator = LimbsOf(den_);
+    file.notebook = notebook_->text().left(kNumFileNotebookChars).toStdString();
+    file.hasFont = true;
+    file.font = font_;
+    file.fontExtra = fontExtra_;
+    if (WriteNumFile(QFile::encodeName(path).toStdString(), file) != 0) return 12;
+    if (path != fileName()) {
+        setFileName(path);
+        notebook_->setNumberFileName(QFileInfo(path).fileName());
+    }
+    notebook_->markNotModified();
+    modified_ = false;
+    setWindowTitle(titleText());
+    return 0;
+}
+
+void TNumWin::chooseFont() {
+    QFont font = editor()->font();
+    if (!TheModal().chooseFont(this, &font)) return;
+    font_ = LogFontFromFont(font, logicalDpiY());
+    editor()->setFont(FontFromLogFont(font_));
+    relayout();
+}
+
+void TNumWin::showHelp(const char* name) {
+    if (!help_) help_ = new THelpWin(this);
+    help_->showHelp(name);
+}
+
+bool TNumWin::commandEnabled(int id) {
+    const SectionLayout& l = layout_[part_];
+    switch (id) {
+    case kNumBack: return l.current > 0;
+    case kNumForward: return l.current < l.count && l.current < kMaxSections + 1;
+    case kNumJump: return l.count > 0;
+    case kNumNumerator: return state_ == kShowDenominator || state_ == kShowDenominatorSections;
+    case kNumDenominator: return state_ == kShowNumerator || state_ == kShowNumeratorSections;
+    case kNumNotes: return true;
+    default: return TTextWin::commandEnabled(id);
+    }
+}
+
+void TNumWin::command(int id) {
+    switch (id) {
+    case kNumSave: report(saveNumber(fileName())); break;
+    case kNumSaveAs: {
+        const QString path = TheModal().saveFileName(this, QString(), FileFilter(OxString(806)),
+                                                     "num", fileName());
+        if (!path.isEmpty()) report(saveNumber(path));
+        break;
+    }
+    case kNumSaveAsText: saveAsText(); break;
+    case kNumFont: chooseFont(); break;
+    case kNumNotes:
+        notebook_->show();
+        notebook_->raise();
+        break;
+    case kNumDigitFreq: digitFrequencies(); break;
+    case kNumFileHelp: showHelp("OXNFILEH"); break;
+    case kNumEditHelp: showHelp("OXNEDITH"); break;
+    case kNumSectionHelp: showHelp("OXNSECTH"); break;
+    case kNumNumerator:
+    case kNumDenominator:
+        part_ = id == kNumNumerator ? 0 : 1;
+        chooseState();
+        display();
+        break;
+    case kNumBack: go(layout_[part_].current - 1); break;
+    case kNumForward: go(layout_[part_].current + 1); break;
+    case kNumJump: jump(); break;
+    case kNumClose: hide(); break;
+    default: TTextWin::command(id); break;
+    }
+}
+
+void TNumWin::showEvent(QShowEvent* e) {
+    TTextWin::showEvent(e);
+    if (!e->spontaneous()) emit shownChanged(true);
+}
+
+void TNumWin::hideEvent(QHideEvent* e) {
+    TTextWin::hideEvent(e);
+    if (!e->spontaneous()) emit shownChanged(false);
+}
+
+void TNumWin::closeEvent(QCloseEvent* e) {
+    e->ignore();
+    hide();
+}
+
+void TNumWin::resizeEvent(QResizeEvent* e) {
+    TTextWin::resizeEvent(e);
+    if (fixedLineDigits_ == 0 && measuredLineDigits() != lineDigits_) relayout();
+}
+
+QRect TNumWin::Placement(int label, int32_t digits, const QRect& base) {
+    const int n = label < 0 ? 0 : label;
+    const int width = digits < 100 ? base.width() * 3 / 4 : base.width();
+    const int height = digits < 500 ? width / 2 : width * 3 / 4;
+    const int x = 30 + 15 * n + (n / 14) * (base.width() / 3);
+    const int y = base.top() + 15 * (n % 14);
+    return QRect(x, y, width, height);
+}
