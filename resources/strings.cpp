@@ -18,6 +18,7 @@ const Entry kEntries[] = {
 #include "resources/strings_lists.inc"
 #include "resources/strings_app.inc"
 #include "resources/strings_windows.inc"
+#include "resources/strings_dialogs.inc"
 };
 
 }  // namespace
