@@ -9,27 +9,27 @@
 
 #include "dialogs/modal.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
 constexpr int kMinorVersion = 2;
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 QPointer<TAboutDlg> g_open;
 
 }  // namespace
 
-QString TAboutDlg::Caption() { return S(730) + S(731) + QString::number(kMinorVersion) + "]"; }
+QString TAboutDlg::Caption() { return OxText(730) + OxText(731) + QString::number(kMinorVersion) + "]"; }
 
 QString TAboutDlg::Text() {
-    QStringList lines{QString(), S(732), S(733) + " 5 " + S(734) + " 2012", QString(), QString()};
+    QStringList lines{QString(), OxText(732), OxText(733) + " 5 " + OxText(734) + " 2012", QString(), QString()};
     // The notice: blank lines after its third and seventh lines.
     for (int id = 735; id <= 741; ++id) {
-        lines << S(id);
+        lines << OxText(id);
         if (id == 737 || id == 741) lines << QString();
     }
-    lines << S(742);
+    lines << OxText(742);
     return lines.join('\n');
 }
 
@@ -43,7 +43,7 @@ TAboutDlg::TAboutDlg(QWidget* parent) : TGenDlg(parent) {
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     const QFontMetrics fm(text->font());
     const int lines = Text().count('\n') + 1;
-    text->setMinimumSize(fm.horizontalAdvance(S(741)) + 40, fm.lineSpacing() * (lines + 1) + 12);
+    text->setMinimumSize(fm.horizontalAdvance(OxText(741)) + 40, fm.lineSpacing() * (lines + 1) + 12);
     box->addWidget(text);
     auto* row = new QHBoxLayout;
     auto* ok = new QPushButton(QStringLiteral("ok"), this);

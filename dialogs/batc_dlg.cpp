@@ -12,17 +12,17 @@
 #include "dialogs/run_host.h"
 #include "resources/limits.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kTitleString = 278;     // "batch calculation"
 constexpr int kBusyString = 601;      // "press Q to quit"
 constexpr int kFieldWidthChars = 40;
 
 QLineEdit* Field(QWidget* parent, int presetId) {
-    auto* e = new QLineEdit(S(presetId), parent);
+    auto* e = new QLineEdit(OxText(presetId), parent);
     e->setMaxLength(kMaxFieldChars);
     e->setMinimumWidth(e->fontMetrics().averageCharWidth() * kFieldWidthChars);
     return e;
@@ -33,17 +33,17 @@ QLineEdit* Field(QWidget* parent, int presetId) {
 TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host)
     : TGenDlg(parent), model_(model), host_(host) {
     setObjectName(QStringLiteral("BATCH"));
-    setWindowTitle(S(kTitleString));
+    setWindowTitle(OxText(kTitleString));
     setModal(false);
 
     formula_ = Field(this, 916);
     first_ = Field(this, 917);
     second_ = Field(this, 918);
 
-    auto* calculateButton = new QPushButton(S(45), this);
+    auto* calculateButton = new QPushButton(OxText(45), this);
     calculateButton->setObjectName(QStringLiteral("calculate"));
     calculateButton->setDefault(true);
-    auto* closeButton = new QPushButton(S(44), this);
+    auto* closeButton = new QPushButton(OxText(44), this);
     closeButton->setObjectName(QStringLiteral("close"));
     closeButton->setAutoDefault(false);
     auto* buttons = new QDialogButtonBox(this);
@@ -51,9 +51,9 @@ TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host)
     buttons->addButton(closeButton, QDialogButtonBox::RejectRole);
 
     auto* form = new QFormLayout;
-    form->addRow(S(205), formula_);
-    form->addRow(S(914), first_);
-    form->addRow(S(915), second_);
+    form->addRow(OxText(205), formula_);
+    form->addRow(OxText(914), first_);
+    form->addRow(OxText(915), second_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
@@ -65,7 +65,7 @@ TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host)
 
 void TBatcDlg::setBusy(bool busy) {
     busy_ = busy;
-    setWindowTitle(S(busy ? kBusyString : kTitleString));
+    setWindowTitle(OxText(busy ? kBusyString : kTitleString));
 }
 
 void TBatcDlg::reject() {

@@ -12,10 +12,10 @@
 #include "dialogs/modal.h"
 #include "resources/limits.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kFirstLabelShown = 14;   // N
 constexpr int kCancelledByUser = -12;
@@ -26,26 +26,26 @@ CalcDlgOwner::~CalcDlgOwner() = default;
 
 TCalcDlg::TCalcDlg(QWidget* parent, CalcDlgOwner* owner) : TGenDlg(parent), owner_(owner) {
     setObjectName(QStringLiteral("CALC"));
-    setWindowTitle(S(205));
+    setWindowTitle(OxText(205));
     setModal(false);
 
-    formula_ = new QLineEdit(S(810), this);
+    formula_ = new QLineEdit(OxText(810), this);
     formula_->setMaxLength(kMaxFieldChars);
     formula_->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
     label_ = new QComboBox(this);
     for (int i = 0; i < kLabelCount; ++i) label_->addItem(QString(QChar('A' + i)));
     label_->setCurrentIndex(kFirstLabelShown - 1);
 
-    create_ = new QPushButton(S(808), this);
+    create_ = new QPushButton(OxText(808), this);
     create_->setDefault(true);
-    close_ = new QPushButton(S(44), this);
+    close_ = new QPushButton(OxText(44), this);
     auto* buttons = new QDialogButtonBox(this);
     buttons->addButton(create_, QDialogButtonBox::ActionRole);
     buttons->addButton(close_, QDialogButtonBox::RejectRole);
 
     auto* form = new QFormLayout;
     form->addRow(formula_);
-    form->addRow(S(807), label_);
+    form->addRow(OxText(807), label_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
@@ -64,14 +64,14 @@ TCalcDlg::TCalcDlg(QWidget* parent, CalcDlgOwner* owner) : TGenDlg(parent), owne
 
 void TCalcDlg::setBusy(bool busy) {
     busy_ = busy;
-    setWindowTitle(S(busy ? 601 : 205));
+    setWindowTitle(OxText(busy ? 601 : 205));
 }
 
 int TCalcDlg::create() {
     if (busy_) return 0;
     const int label = label_->currentIndex() + 1;
     if (owner_->LabelInUse(label) &&
-        AskMessage(this, S(2), S(13), kMsgYesNo) != kMbYes)
+        AskMessage(this, OxText(2), OxText(13), kMsgYesNo) != kMbYes)
         return kCancelledByUser;
     setBusy(true);
     if (QWidget* w = owner_->MainWindow()) w->activateWindow();

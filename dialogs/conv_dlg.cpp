@@ -15,10 +15,10 @@
 #include "dialogs/modal.h"
 #include "dialogs/run_host.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kInputBaseAtStart = 2;
 constexpr int kOutputBaseAtStart = 10;
@@ -40,21 +40,21 @@ QButtonGroup* BaseRow(QWidget* parent, QGridLayout* grid, int row, int checked) 
 TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host)
     : TGenDlg(parent), ctx_(ctx), host_(host) {
     setObjectName(QStringLiteral("CONVERT"));
-    setWindowTitle(S(912));
+    setWindowTitle(OxText(912));
     setModal(false);
 
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(2);
     const int columns = kLastBase - kFirstBase + 1;
     from_ = BaseRow(this, grid, 0, kInputBaseAtStart);
-    input_ = new QLineEdit(S(919), this);
+    input_ = new QLineEdit(OxText(919), this);
     input_->setMaxLength(kConvInputChars);
     grid->addWidget(input_, 1, 0, 1, columns);
 
-    auto* convertButton = new QPushButton(S(913), this);
+    auto* convertButton = new QPushButton(OxText(913), this);
     convertButton->setObjectName(QStringLiteral("convert"));
     convertButton->setDefault(true);
-    auto* closeButton = new QPushButton(S(44), this);
+    auto* closeButton = new QPushButton(OxText(44), this);
     closeButton->setObjectName(QStringLiteral("close"));
     closeButton->setAutoDefault(false);
     auto* buttons = new QDialogButtonBox(this);
@@ -66,7 +66,7 @@ TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host)
     to_ = BaseRow(this, grid, 3, kOutputBaseAtStart);
     // The longest output, a full base-16 input written in base 2, has 12000
     // digits: within a line edit's default limit of 32767.
-    output_ = new QLineEdit(S(920), this);
+    output_ = new QLineEdit(OxText(920), this);
     output_->setReadOnly(true);
     grid->addWidget(output_, 4, 0, 1, columns);
 

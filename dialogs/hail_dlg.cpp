@@ -14,10 +14,10 @@
 #include "dialogs/run_host.h"
 #include "resources/limits.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kTitleString = 275;   // "Collatz calculation"
 constexpr int kBusyString = 601;    // "press Q to quit"
@@ -33,7 +33,7 @@ QComboBox* LabelBox(QWidget* parent, int label) {
 }
 
 QLineEdit* ResultField(QWidget* parent, int textId) {
-    auto* e = new QLineEdit(S(textId), parent);
+    auto* e = new QLineEdit(OxText(textId), parent);
     e->setReadOnly(true);
     e->setFocusPolicy(Qt::NoFocus);
     e->setMinimumWidth(e->fontMetrics().averageCharWidth() * kResultWidthChars);
@@ -45,7 +45,7 @@ QLineEdit* ResultField(QWidget* parent, int textId) {
 THailDlg::THailDlg(QWidget* parent, CalcModel* model, RunHost* host)
     : TGenDlg(parent), model_(model), host_(host) {
     setObjectName(QStringLiteral("COLLATZ"));
-    setWindowTitle(S(kTitleString));
+    setWindowTitle(OxText(kTitleString));
     setModal(false);
 
     seed_ = LabelBox(this, kSeedAtStart);
@@ -55,18 +55,18 @@ THailDlg::THailDlg(QWidget* parent, CalcModel* model, RunHost* host)
 
     auto* grid = new QGridLayout;
     grid->addWidget(seed_, 0, 0);
-    grid->addWidget(new QLabel(S(906), this), 0, 1);
-    grid->addWidget(new QLabel(S(907), this), 1, 0, Qt::AlignRight);
+    grid->addWidget(new QLabel(OxText(906), this), 0, 1);
+    grid->addWidget(new QLabel(OxText(907), this), 1, 0, Qt::AlignRight);
     grid->addWidget(steps_, 1, 1);
     grid->addWidget(maximum_, 2, 0);
-    grid->addWidget(new QLabel(S(908), this), 2, 1);
-    grid->addWidget(new QLabel(S(909), this), 3, 0, Qt::AlignRight);
+    grid->addWidget(new QLabel(OxText(908), this), 2, 1);
+    grid->addWidget(new QLabel(OxText(909), this), 3, 0, Qt::AlignRight);
     grid->addWidget(stepsToMaximum_, 3, 1);
 
-    auto* calculateButton = new QPushButton(S(45), this);
+    auto* calculateButton = new QPushButton(OxText(45), this);
     calculateButton->setObjectName(QStringLiteral("calculate"));
     calculateButton->setDefault(true);
-    auto* closeButton = new QPushButton(S(44), this);
+    auto* closeButton = new QPushButton(OxText(44), this);
     closeButton->setObjectName(QStringLiteral("close"));
     closeButton->setAutoDefault(false);
     auto* buttons = new QDialogButtonBox(this);
@@ -84,7 +84,7 @@ THailDlg::THailDlg(QWidget* parent, CalcModel* model, RunHost* host)
 
 void THailDlg::setBusy(bool busy) {
     busy_ = busy;
-    setWindowTitle(S(busy ? kBusyString : kTitleString));
+    setWindowTitle(OxText(busy ? kBusyString : kTitleString));
 }
 
 void THailDlg::reject() {

@@ -12,12 +12,12 @@
 
 #include "dialogs/modal.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
 constexpr int kLengthChars = 12;
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 template <class W>
 W* Named(W* w, const QString& name) {
@@ -41,7 +41,7 @@ long double Inches(const QLineEdit* e) { return InchesFromCentimetreText(e->text
 TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
     : TGenDlg(parent), format_(format) {
     setObjectName(QStringLiteral("PRNSPX2"));
-    setWindowTitle(S(764));
+    setWindowTitle(OxText(764));
     const int mode = format->dialogMode;
     const bool pictures = mode >= 1 && mode <= 2;
 
@@ -56,12 +56,12 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
     unit_ = LengthEdit(this, 212, format->xUnit);
     hori_ = LengthEdit(this, 213, format->hOffset);
     vert_ = LengthEdit(this, 214, format->vOffset);
-    auto* widthLabel = Named(new QLabel(S(765), this), QStringLiteral("lbl211"));
-    auto* unitLabel = Named(new QLabel(S(766), this), QStringLiteral("lbl212"));
-    auto* horiLabel = Named(new QLabel(S(768), this), QStringLiteral("lbl213"));
-    auto* vertLabel = Named(new QLabel(S(769), this), QStringLiteral("lbl214"));
-    frame_ = Named(new QCheckBox(S(770), this), QStringLiteral("ctl271"));
-    color_ = Named(new QCheckBox(S(771), this), QStringLiteral("ctl272"));
+    auto* widthLabel = Named(new QLabel(OxText(765), this), QStringLiteral("lbl211"));
+    auto* unitLabel = Named(new QLabel(OxText(766), this), QStringLiteral("lbl212"));
+    auto* horiLabel = Named(new QLabel(OxText(768), this), QStringLiteral("lbl213"));
+    auto* vertLabel = Named(new QLabel(OxText(769), this), QStringLiteral("lbl214"));
+    frame_ = Named(new QCheckBox(OxText(770), this), QStringLiteral("ctl271"));
+    color_ = Named(new QCheckBox(OxText(771), this), QStringLiteral("ctl272"));
     frame_->setChecked(format->frameImage);
     color_->setChecked(format->colorPrinter);
 
@@ -72,7 +72,7 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
     grid->addWidget(unitChoice_, 1, 0);
     grid->addWidget(unitLabel, 1, 1);
     grid->addWidget(unit_, 1, 2);
-    grid->addWidget(Named(new QLabel(S(767), this), QStringLiteral("lblOffsets")), 2, 0, 1, 3);
+    grid->addWidget(Named(new QLabel(OxText(767), this), QStringLiteral("lblOffsets")), 2, 0, 1, 3);
     grid->addWidget(horiLabel, 3, 1);
     grid->addWidget(hori_, 3, 2);
     grid->addWidget(vertLabel, 4, 1);

@@ -15,17 +15,17 @@
 #include "resources/limits.h"
 #include "resources/strings.h"
 #include "windows/help_win.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kTitleString = 266;   // "recursion", also the first radio button
 constexpr int kEditWidthChars = 36;
 constexpr int kListRowsShown = 8;
 
 QPushButton* Button(QWidget* parent, int textId, const char* name) {
-    auto* b = new QPushButton(S(textId), parent);
+    auto* b = new QPushButton(OxText(textId), parent);
     b->setObjectName(QLatin1String(name));
     b->setAutoDefault(false);
     return b;
@@ -35,14 +35,14 @@ QPushButton* Button(QWidget* parent, int textId, const char* name) {
 
 TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model) : TGenDlg(parent), model_(model) {
     setObjectName(QStringLiteral("RECUR"));
-    setWindowTitle(S(kTitleString));
+    setWindowTitle(OxText(kTitleString));
     setModal(false);
 
     edit_ = new QLineEdit(this);
     edit_->setMaxLength(kMaxFieldChars);
     edit_->setMinimumWidth(fontMetrics().averageCharWidth() * kEditWidthChars);
-    step_ = new QRadioButton(S(kTitleString), this);
-    condition_ = new QRadioButton(S(900), this);
+    step_ = new QRadioButton(OxText(kTitleString), this);
+    condition_ = new QRadioButton(OxText(900), this);
     step_->setChecked(true);
     list_ = new QListWidget(this);
     list_->setMinimumHeight(list_->fontMetrics().height() * kListRowsShown);
@@ -59,7 +59,7 @@ TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model) : TGenDlg(parent), model
     radios->addWidget(condition_);
     radios->addStretch();
 
-    auto* deleteBox = new QGroupBox(S(902), this);
+    auto* deleteBox = new QGroupBox(OxText(902), this);
     auto* deleteLayout = new QVBoxLayout(deleteBox);
     deleteLayout->addWidget(one);
     deleteLayout->addWidget(all);
@@ -128,5 +128,5 @@ void TRecurDlg::deleteAll() {
 void TRecurDlg::showHelp() {
     if (!help_) help_ = new THelpWin(this);
     help_->showHelp("OXFILEH");
-    help_->setWindowTitle(S(kTitleString));
+    help_->setWindowTitle(OxText(kTitleString));
 }

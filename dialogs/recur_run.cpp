@@ -8,10 +8,10 @@
 #include "dialogs/modal.h"
 #include "dialogs/run_host.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kCountCaption = 207;   // "how many iterations?"
 constexpr int kCountPrompt = 5;      // "input"
@@ -22,7 +22,7 @@ constexpr int kRunCaption = 601;     // "press Q to quit"
 int RunWithCaption(RunHost* host, const std::function<int()>& run) {
     QWidget* main = host->MainWindow();
     const QString caption = main->windowTitle();
-    main->setWindowTitle(S(kRunCaption));
+    main->setWindowTitle(OxText(kRunCaption));
     main->activateWindow();
     const int code = host->RunWatched(run);
     main->setWindowTitle(caption);
@@ -44,7 +44,7 @@ int OneStepCommand(CalcModel* model, RunHost* host) {
 
 int ManyStepsCommand(CalcModel* model, RunHost* host) {
     QString count = QString::number(model->StepCountDefault());
-    if (!TheModal().oneInput(host->MainWindow(), S(kCountCaption), S(kCountPrompt), &count,
+    if (!TheModal().oneInput(host->MainWindow(), OxText(kCountCaption), OxText(kCountPrompt), &count,
                              kStepCountChars))
         return kStepCountCancelled;
     const std::string text = count.toStdString();

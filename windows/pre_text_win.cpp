@@ -17,10 +17,10 @@
 #include "resources/strings.h"
 #include "windows/font_map.h"
 #include "windows/text_search.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 // A new window shows this many columns and lines of its font.
 constexpr int kDefaultColumns = 80;
@@ -136,7 +136,7 @@ void ScrollSelectionToFourthLine(QPlainTextEdit* edit) {
 
 void TPreTextWin::search() {
     QString answer = searchText_;
-    if (!TheModal().oneInput(this, S(5), S(700), &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(5), OxText(700), &answer, kMaxFieldChars)) return;
     if (answer.isEmpty()) {
         report(9);
         return;
@@ -162,7 +162,7 @@ void TPreTextWin::chooseFont() {
 
 void TPreTextWin::minusSigns() {
     QString answer = QStringLiteral("150");
-    if (!TheModal().oneInput(this, S(701), S(702), &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(701), OxText(702), &answer, kMaxFieldChars)) return;
     bool ok = false;
     const QChar c = CharOfCode(answer.trimmed().toInt(&ok));
     if (!ok || c.isNull()) {
@@ -202,7 +202,7 @@ void TPreTextWin::command(int id) {
     case kTxtRestart: restartAtTop(); break;
     case kTxtFont: chooseFont(); break;
     case kTxtMinusSigns: minusSigns(); break;
-    case kTxtSearchHelp: AskMessage(this, S(705), S(706), kMsgOk); break;
+    case kTxtSearchHelp: AskMessage(this, OxText(705), OxText(706), kMsgOk); break;
     case kTxtPrint:
     case kTxtSelectPrinter:
     case kTxtOffsets:

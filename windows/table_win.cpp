@@ -19,10 +19,10 @@
 #include "windows/pre_text_win.h"
 #include "windows/table_win_sections.h"
 #include "windows/text_search.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 std::u16string_view View(const QString& s) {
     return std::u16string_view(reinterpret_cast<const char16_t*>(s.utf16()),
@@ -165,8 +165,8 @@ void TTableWin::display() {
 void TTableWin::jump() {
     const int count = sectionCount();
     QString answer = QString::number(shown_ + 1);
-    const QString prompt = S(760) + QStringLiteral(" [1 ... %1]").arg(count);
-    if (!TheModal().oneInput(this, S(5), prompt, &answer, kMaxFieldChars)) return;
+    const QString prompt = OxText(760) + QStringLiteral(" [1 ... %1]").arg(count);
+    if (!TheModal().oneInput(this, OxText(5), prompt, &answer, kMaxFieldChars)) return;
     bool ok = false;
     const int target = answer.trimmed().toInt(&ok);
     if (!ok)
@@ -203,7 +203,7 @@ int TTableWin::find(const QString& pattern) {
 
 void TTableWin::search() {
     QString answer = searchText_;
-    if (!TheModal().oneInput(this, S(5), S(700), &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(5), OxText(700), &answer, kMaxFieldChars)) return;
     if (answer.isEmpty()) {
         report(9);
         return;
@@ -285,7 +285,7 @@ void TTableWin::command(int id) {
     case kTblBack: showSection(shown_ - 1); break;
     case kTblForward: showSection(shown_ + 1); break;
     case kTblJump: jump(); break;
-    case kTblSectionHelp: AskMessage(this, S(761), S(762), kMsgOk); break;
+    case kTblSectionHelp: AskMessage(this, OxText(761), OxText(762), kMsgOk); break;
     default: TFontWin::command(id); break;
     }
 }

@@ -11,10 +11,10 @@
 #include "resources/limits.h"
 #include "resources/strings.h"
 #include "windows/text_search.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 constexpr int kCancelled = -12;
 
 std::string LocalPath(const QString& path) { return QFile::encodeName(path).toStdString(); }
@@ -99,7 +99,7 @@ void TTextWin::closeEvent(QCloseEvent* e) {
         return;
     }
     const QString name = fileName().isEmpty() ? windowTitle() : fileName();
-    switch (AskMessage(this, S(2), S(703) + name + "?", kMsgYesNoCancel)) {
+    switch (AskMessage(this, OxText(2), OxText(703) + name + "?", kMsgYesNoCancel)) {
     case kMbYes: {
         const int code = save();
         if (code == 0) {
