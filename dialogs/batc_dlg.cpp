@@ -3,11 +3,9 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "calc/model.h"
-#include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
 #include "dialogs/run_host.h"
 #include "resources/limits.h"
@@ -31,24 +29,10 @@ QLineEdit* Field(QWidget* parent, int presetId) {
 }  // namespace
 
 TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host)
-    : TGenDlg(parent), model_(model), host_(host) {
-    setObjectName(QStringLiteral("BATCH"));
-    setWindowTitle(OxText(kTitleString));
-    setModal(false);
-
+    : TBusyDlg(parent, "BATCH", kTitleString), model_(model), host_(host) {
     formula_ = Field(this, 916);
     first_ = Field(this, 917);
     second_ = Field(this, 918);
-
-    auto* calculateButton = new QPushButton(OxText(45), this);
-    calculateButton->setObjectName(QStringLiteral("calculate"));
-    calculateButton->setDefault(true);
-    auto* closeButton = new QPushButton(OxText(44), this);
-    closeButton->setObjectName(QStringLiteral("close"));
-    closeButton->setAutoDefault(false);
-    auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(calculateButton, QDialogButtonBox::ActionRole);
-    buttons->addButton(closeButton, QDialogButtonBox::RejectRole);
 
     auto* form = new QFormLayout;
     form->addRow(OxText(205), formula_);
@@ -56,24 +40,11 @@ TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host)
     form->addRow(OxText(915), second_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addWidget(buttons);
-
-    AddLunchKey(this);
-    connect(calculateButton, &QPushButton::clicked, this, [this] { calculate(); });
-    connect(closeButton, &QPushButton::clicked, this, &TBatcDlg::reject);
-}
-
-void TBatcDlg::setBusy(bool busy) {
-    busy_ = busy;
-    setWindowTitle(OxText(busy ? kBusyString : kTitleString));
-}
-
-void TBatcDlg::reject() {
-    if (!busy_) TGenDlg::reject();
+    layout->addWidget(makeButtons(45, "calculate", [this] { calculate(); }));
 }
 
 int TBatcDlg::calculate() {
-    if (busy_) return 0;
+    if (busy()) return 0;
     const std::string formula = formula_->text().toStdString();
     const std::string first = first_->text().toStdString();
     const std::string second = second_->text().toStdString();

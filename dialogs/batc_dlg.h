@@ -6,13 +6,13 @@
 // buttons do nothing.
 #pragma once
 
-#include "dialogs/gen_dlg.h"
+#include "dialogs/busy_dlg.h"
 
 class CalcModel;
 class QLineEdit;
 class RunHost;
 
-class TBatcDlg : public TGenDlg {
+class TBatcDlg : public TBusyDlg {
     Q_OBJECT
 public:
     // model and host must outlive the dialog.
@@ -21,22 +21,15 @@ public:
     QLineEdit* formulaEdit() const { return formula_; }
     QLineEdit* firstList() const { return first_; }
     QLineEdit* secondList() const { return second_; }
-    bool busy() const { return busy_; }
 
     // "calculate": 0, or the code of the batch (already reported): 6 for an
     // empty list, a compile code, or the last pair's evaluation code.
     int calculate();
 
-public slots:
-    void reject() override;
-
 private:
-    void setBusy(bool busy);
-
     CalcModel* model_;
     RunHost* host_;
     QLineEdit* formula_;
     QLineEdit* first_;
     QLineEdit* second_;
-    bool busy_ = false;
 };

@@ -6,11 +6,10 @@
 
 #include <QString>
 
-#include "dialogs/gen_dlg.h"
+#include "dialogs/busy_dlg.h"
 
 class QComboBox;
 class QLineEdit;
-class QPushButton;
 
 // What the dialog needs from the main window.
 class CalcDlgOwner {
@@ -23,26 +22,20 @@ public:
     virtual QWidget* MainWindow() = 0;
 };
 
-class TCalcDlg : public TGenDlg {
+class TCalcDlg : public TBusyDlg {
     Q_OBJECT
 public:
     TCalcDlg(QWidget* parent, CalcDlgOwner* owner);
 
     QLineEdit* formulaEdit() const { return formula_; }
     QComboBox* labelBox() const { return label_; }
-    bool busy() const { return busy_; }
 
     // The "create" button: 0, -12 when the overwrite question was answered
     // no, or the calculation's code (already reported).
     int create();
 
 private:
-    void setBusy(bool busy);
-
     CalcDlgOwner* owner_;
     QLineEdit* formula_;
     QComboBox* label_;
-    QPushButton* create_;
-    QPushButton* close_;
-    bool busy_ = false;
 };

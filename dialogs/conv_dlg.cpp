@@ -4,14 +4,12 @@
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
 #include <string>
 
 #include "calc/conversion.h"
-#include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
 #include "dialogs/run_host.h"
 #include "resources/strings.h"
@@ -38,10 +36,7 @@ QButtonGroup* BaseRow(QWidget* parent, QGridLayout* grid, int row, int checked) 
 }  // namespace
 
 TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host)
-    : TGenDlg(parent), ctx_(ctx), host_(host) {
-    setObjectName(QStringLiteral("CONVERT"));
-    setWindowTitle(OxText(912));
-    setModal(false);
+    : TBusyDlg(parent, "CONVERT", 912), ctx_(ctx), host_(host) {
 
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(2);
@@ -51,15 +46,7 @@ TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host)
     input_->setMaxLength(kConvInputChars);
     grid->addWidget(input_, 1, 0, 1, columns);
 
-    auto* convertButton = new QPushButton(OxText(913), this);
-    convertButton->setObjectName(QStringLiteral("convert"));
-    convertButton->setDefault(true);
-    auto* closeButton = new QPushButton(OxText(44), this);
-    closeButton->setObjectName(QStringLiteral("close"));
-    closeButton->setAutoDefault(false);
-    auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(convertButton, QDialogButtonBox::ActionRole);
-    buttons->addButton(closeButton, QDialogButtonBox::RejectRole);
+    auto* buttons = makeButtons(913, "convert", [this] { convert(); });
     buttons->setCenterButtons(true);
     grid->addWidget(buttons, 2, 0, 1, columns);
 
@@ -72,10 +59,6 @@ TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host)
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
-
-    AddLunchKey(this);
-    connect(convertButton, &QPushButton::clicked, this, [this] { convert(); });
-    connect(closeButton, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 int TConvDlg::inputBase() const { return from_->checkedId(); }

@@ -5,7 +5,7 @@
 // base (10 at first) and the output (preset "33").
 #pragma once
 
-#include "dialogs/gen_dlg.h"
+#include "dialogs/busy_dlg.h"
 
 class CalcContext;
 class QButtonGroup;
@@ -16,7 +16,7 @@ constexpr int kConvInputChars = 3000;
 constexpr int kFirstBase = 2;
 constexpr int kLastBase = 16;
 
-class TConvDlg : public TGenDlg {
+class TConvDlg : public TBusyDlg {
     Q_OBJECT
 public:
     // ctx and host must outlive the dialog.

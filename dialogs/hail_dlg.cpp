@@ -1,15 +1,13 @@
 #include "dialogs/hail_dlg.h"
 
-#include <QComboBox>
 #include <QDialogButtonBox>
+#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "calc/model.h"
-#include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
 #include "dialogs/run_host.h"
 #include "resources/limits.h"
@@ -20,17 +18,9 @@ namespace {
 
 
 constexpr int kTitleString = 275;   // "Collatz calculation"
-constexpr int kBusyString = 601;    // "press Q to quit"
 constexpr int kSeedAtStart = 8;     // H
 constexpr int kMaximumAtStart = 13; // M
 constexpr int kResultWidthChars = 12;
-
-QComboBox* LabelBox(QWidget* parent, int label) {
-    auto* box = new QComboBox(parent);
-    for (int i = 1; i <= kLabelCount; ++i) box->addItem(QString(QChar(LabelLetter(i))));
-    box->setCurrentIndex(label - 1);
-    return box;
-}
 
 QLineEdit* ResultField(QWidget* parent, int textId) {
     auto* e = new QLineEdit(OxText(textId), parent);
@@ -43,13 +33,9 @@ QLineEdit* ResultField(QWidget* parent, int textId) {
 }  // namespace
 
 THailDlg::THailDlg(QWidget* parent, CalcModel* model, RunHost* host)
-    : TGenDlg(parent), model_(model), host_(host) {
-    setObjectName(QStringLiteral("COLLATZ"));
-    setWindowTitle(OxText(kTitleString));
-    setModal(false);
-
-    seed_ = LabelBox(this, kSeedAtStart);
-    maximum_ = LabelBox(this, kMaximumAtStart);
+    : TBusyDlg(parent, "COLLATZ", kTitleString), model_(model), host_(host) {
+    seed_ = LabelComboBox(this, kSeedAtStart);
+    maximum_ = LabelComboBox(this, kMaximumAtStart);
     steps_ = ResultField(this, 910);
     stepsToMaximum_ = ResultField(this, 911);
 
@@ -63,36 +49,13 @@ THailDlg::THailDlg(QWidget* parent, CalcModel* model, RunHost* host)
     grid->addWidget(new QLabel(OxText(909), this), 3, 0, Qt::AlignRight);
     grid->addWidget(stepsToMaximum_, 3, 1);
 
-    auto* calculateButton = new QPushButton(OxText(45), this);
-    calculateButton->setObjectName(QStringLiteral("calculate"));
-    calculateButton->setDefault(true);
-    auto* closeButton = new QPushButton(OxText(44), this);
-    closeButton->setObjectName(QStringLiteral("close"));
-    closeButton->setAutoDefault(false);
-    auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(calculateButton, QDialogButtonBox::ActionRole);
-    buttons->addButton(closeButton, QDialogButtonBox::RejectRole);
-
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
-    layout->addWidget(buttons);
-
-    AddLunchKey(this);
-    connect(calculateButton, &QPushButton::clicked, this, [this] { calculate(); });
-    connect(closeButton, &QPushButton::clicked, this, &THailDlg::reject);
-}
-
-void THailDlg::setBusy(bool busy) {
-    busy_ = busy;
-    setWindowTitle(OxText(busy ? kBusyString : kTitleString));
-}
-
-void THailDlg::reject() {
-    if (!busy_) TGenDlg::reject();
+    layout->addWidget(makeButtons(45, "calculate", [this] { calculate(); }));
 }
 
 int THailDlg::calculate() {
-    if (busy_) return 0;
+    if (busy()) return 0;
     const int seed = seed_->currentIndex() + 1;
     const int maximum = maximum_->currentIndex() + 1;
     setBusy(true);

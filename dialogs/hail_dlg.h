@@ -6,14 +6,14 @@
 // reads "press Q to quit" and the buttons do nothing.
 #pragma once
 
-#include "dialogs/gen_dlg.h"
+#include "dialogs/busy_dlg.h"
 
 class CalcModel;
 class QComboBox;
 class QLineEdit;
 class RunHost;
 
-class THailDlg : public TGenDlg {
+class THailDlg : public TBusyDlg {
     Q_OBJECT
 public:
     // model and host must outlive the dialog.
@@ -23,24 +23,17 @@ public:
     QComboBox* maximumBox() const { return maximum_; }
     QLineEdit* stepsField() const { return steps_; }
     QLineEdit* stepsToMaximumField() const { return stepsToMaximum_; }
-    bool busy() const { return busy_; }
 
     // "calculate": 0, or the code (already reported): 2 for a seed label
     // without a value, 6 for the same label twice, 14 for a seed below 1,
     // -1 when stopped, 3. The result fields change only on 0.
     int calculate();
 
-public slots:
-    void reject() override;
-
 private:
-    void setBusy(bool busy);
-
     CalcModel* model_;
     RunHost* host_;
     QComboBox* seed_;
     QComboBox* maximum_;
     QLineEdit* steps_;
     QLineEdit* stepsToMaximum_;
-    bool busy_ = false;
 };
