@@ -19,6 +19,7 @@ const Entry kEntries[] = {
 #include "resources/strings_app.inc"
 #include "resources/strings_windows.inc"
 #include "resources/strings_tables.inc"
+#include "resources/strings_dialogs.inc"
 };
 
 }  // namespace

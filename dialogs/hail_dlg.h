@@ -1,0 +1,46 @@
+// THailDlg (COLLATZ, captioned "Collatz calculation"): the modeless
+// hailstone dialog. The seed label (H at first) and the label that receives
+// the largest term (M at first), each from A..Z; "calculate" runs the
+// sequence from the seed down to 1 and shows how many steps that took and
+// after how many steps the largest term came. While it runs the caption
+// reads "press Q to quit" and the buttons do nothing.
+#pragma once
+
+#include "dialogs/gen_dlg.h"
+
+class CalcModel;
+class QComboBox;
+class QLineEdit;
+class RunHost;
+
+class THailDlg : public TGenDlg {
+    Q_OBJECT
+public:
+    // model and host must outlive the dialog.
+    THailDlg(QWidget* parent, CalcModel* model, RunHost* host);
+
+    QComboBox* seedBox() const { return seed_; }
+    QComboBox* maximumBox() const { return maximum_; }
+    QLineEdit* stepsField() const { return steps_; }
+    QLineEdit* stepsToMaximumField() const { return stepsToMaximum_; }
+    bool busy() const { return busy_; }
+
+    // "calculate": 0, or the code (already reported): 2 for a seed label
+    // without a value, 6 for the same label twice, 14 for a seed below 1,
+    // -1 when stopped, 3. The result fields change only on 0.
+    int calculate();
+
+public slots:
+    void reject() override;
+
+private:
+    void setBusy(bool busy);
+
+    CalcModel* model_;
+    RunHost* host_;
+    QComboBox* seed_;
+    QComboBox* maximum_;
+    QLineEdit* steps_;
+    QLineEdit* stepsToMaximum_;
+    bool busy_ = false;
+};

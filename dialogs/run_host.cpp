@@ -1,0 +1,3 @@
+#include "dialogs/run_host.h"
+
+RunHost::~RunHost() = default;
