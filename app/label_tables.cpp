@@ -1,0 +1,77 @@
+#include "app/label_tables.h"
+
+#include <algorithm>
+
+#include "calc/model.h"
+#include "resources/strings.h"
+#include "windows/table_win.h"
+
+namespace {
+
+// How often a running recursion redraws the tables it fills.
+constexpr int kRefreshIntervalMs = 200;
+constexpr int kTableTitle = 812;   // "table"
+
+void Present(QWidget* w) {
+    w->show();
+    w->raise();
+    w->activateWindow();
+}
+
+}  // namespace
+
+int LabelFromText(const QString& text) {
+    const QString t = text.trimmed().toUpper();
+    if (t.size() != 1 || t[0] < QLatin1Char('A') || t[0] > QLatin1Char('Z')) return 0;
+    return t[0].unicode() - 'A' + 1;
+}
+
+LabelTables::LabelTables(QWidget* owner) : owner_(owner) {}
+
+LabelTables::~LabelTables() {
+    for (TTableWin*& t : tables_) {
+        delete t;
+        t = nullptr;
+    }
+    delete batch_;
+}
+
+TTableWin* LabelTables::table(int label) const {
+    return label >= 1 && label <= kLabelCount ? tables_[label - 1] : nullptr;
+}
+
+TTableWin* LabelTables::showTable(int label) {
+    if (label < 1 || label > kLabelCount) return nullptr;
+    TTableWin*& t = tables_[label - 1];
+    if (!t) {
+        const QString title =
+            QString::fromUtf8(OxString(kTableTitle)) + QLatin1Char(' ') + QChar(LabelLetter(label));
+        t = new TTableWin(owner_, title);
+    }
+    Present(t);
+    return t;
+}
+
+void LabelTables::stepDone(const CalcModel& model, const std::vector<int>& targets) {
+    for (int label : targets) {
+        TTableWin* t = table(label);
+        const NumberValue* v = model.Variable(label);
+        if (!t || !v || !t->isVisible()) continue;
+        t->appendRow(&v->numerator);
+        if (std::find(pending_.begin(), pending_.end(), t) == pending_.end()) pending_.push_back(t);
+    }
+    if (!sinceRefresh_.isValid() || sinceRefresh_.elapsed() >= kRefreshIntervalMs) runFinished();
+}
+
+void LabelTables::runFinished() {
+    for (TTableWin* t : pending_) t->refresh();
+    pending_.clear();
+    sinceRefresh_.restart();
+}
+
+void LabelTables::showBatch(const QString& title, const QString& text) {
+    if (!batch_) batch_ = new TTableWin(owner_, title);
+    batch_->replaceText(text);
+    batch_->setTextAndTitle(title);
+    Present(batch_);
+}
