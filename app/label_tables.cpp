@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/placement.h"
 #include "calc/model.h"
 #include "resources/strings.h"
 #include "windows/table_win.h"
@@ -11,6 +12,9 @@ namespace {
 // How often a running recursion redraws the tables it fills.
 constexpr int kRefreshIntervalMs = 200;
 constexpr int kTableTitle = 812;   // "table"
+// Below the frame (app/placement.h): the batch window, then the tables by label.
+constexpr int kBatchStep = 1;
+constexpr int kFirstTableStep = 3;
 
 void Present(QWidget* w) {
     w->show();
@@ -47,6 +51,7 @@ TTableWin* LabelTables::showTable(int label) {
         const QString title =
             QString::fromUtf8(OxString(kTableTitle)) + QLatin1Char(' ') + QChar(LabelLetter(label));
         t = new TTableWin(owner_, title);
+        PlaceBelowFrame(owner_, t, kFirstTableStep + (label - 1) % 8);
     }
     Present(t);
     return t;
@@ -70,7 +75,10 @@ void LabelTables::runFinished() {
 }
 
 void LabelTables::showBatch(const QString& title, const QString& text) {
-    if (!batch_) batch_ = new TTableWin(owner_, title);
+    if (!batch_) {
+        batch_ = new TTableWin(owner_, title);
+        PlaceBelowFrame(owner_, batch_, kBatchStep);
+    }
     batch_->replaceText(text);
     batch_->setTextAndTitle(title);
     Present(batch_);

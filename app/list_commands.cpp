@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "app/placement.h"
 #include "dialogs/heron_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/quads_dlg.h"
@@ -20,6 +21,10 @@ QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kInputCaption = 5;      // "input"
 constexpr int kPolygonChars = 19;
+constexpr int kFactorFont = 2;        // the font table's Courier New 10
+// Where the two windows first open below the frame (app/placement.h).
+constexpr int kListStep = 0;
+constexpr int kFactorStep = 2;
 
 // The lists asked for with the one-input dialog. A list of one number reads
 // it (and is refused) before it runs; Factor, Divisors and Two squares read
@@ -216,14 +221,20 @@ void ListCommands::show(ListTarget target, const ListOutput& out) {
     const QString caption = QString::fromStdString(out.caption);
     QString text = QString::fromLatin1(out.text.data(), static_cast<qsizetype>(out.text.size()));
     if (target == ListTarget::list) {
-        if (!list_) list_ = new TTableWin(MainWindow(), caption);
+        if (!list_) {
+            list_ = new TTableWin(MainWindow(), caption);
+            PlaceBelowFrame(MainWindow(), list_, kListStep);
+        }
         list_->replaceText(text);
         list_->setTextAndTitle(caption);
         Present(list_);
         return;
     }
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    if (!factor_) factor_ = new TTextWin(MainWindow(), caption, QString(), QString(), 2);
+    if (!factor_) {
+        factor_ = new TTextWin(MainWindow(), caption, QString(), QString(), kFactorFont);
+        PlaceBelowFrame(MainWindow(), factor_, kFactorStep);
+    }
     factor_->replaceText(text);
     factor_->markNotModified();
     factor_->setWindowTitle(caption);
