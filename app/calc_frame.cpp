@@ -17,6 +17,7 @@
 
 #include "app/label_tables.h"
 #include "app/list_commands.h"
+#include "app/placement.h"
 #include "calc/decimal_read.h"
 #include "dialogs/about_dlg.h"
 #include "dialogs/batc_dlg.h"
@@ -225,10 +226,7 @@ void TCalcFrame::ModulusChanged(bool) {
 }
 
 void TCalcFrame::showWindow(QWidget* w) {
-    if (!w) return;
-    w->show();
-    w->raise();
-    w->activateWindow();
+    if (w) PresentWindow(w);
 }
 
 void TCalcFrame::ShowLabel(int label) { showWindow(numWin(label)); }

@@ -16,12 +16,6 @@ constexpr int kTableTitle = 812;   // "table"
 constexpr int kBatchStep = 1;
 constexpr int kFirstTableStep = 3;
 
-void Present(QWidget* w) {
-    w->show();
-    w->raise();
-    w->activateWindow();
-}
-
 }  // namespace
 
 int LabelFromText(const QString& text) {
@@ -53,7 +47,7 @@ TTableWin* LabelTables::showTable(int label) {
         t = new TTableWin(owner_, title);
         PlaceBelowFrame(owner_, t, kFirstTableStep + (label - 1) % 8);
     }
-    Present(t);
+    PresentWindow(t);
     return t;
 }
 
@@ -81,5 +75,5 @@ void LabelTables::showBatch(const QString& title, const QString& text) {
     }
     batch_->replaceText(text);
     batch_->setTextAndTitle(title);
-    Present(batch_);
+    PresentWindow(batch_);
 }

@@ -69,12 +69,6 @@ const MenuList* FindMenuList(int id) {
     return nullptr;
 }
 
-void Present(QWidget* w) {
-    w->show();
-    w->raise();
-    w->activateWindow();
-}
-
 }  // namespace
 
 ListCommands::ListCommands(RunHost* host, CalcContext* ctx) : host_(host), ctx_(ctx) {}
@@ -182,7 +176,7 @@ void ListCommands::showDialog(int id) {
         break;
     default: return;
     }
-    Present(d);
+    PresentWindow(d);
 }
 
 int ListCommands::RunList(const ListGenerator& generator, QWidget* progress, QString* summary) {
@@ -227,7 +221,7 @@ void ListCommands::show(ListTarget target, const ListOutput& out) {
         }
         list_->replaceText(text);
         list_->setTextAndTitle(caption);
-        Present(list_);
+        PresentWindow(list_);
         return;
     }
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
@@ -238,5 +232,5 @@ void ListCommands::show(ListTarget target, const ListOutput& out) {
     factor_->replaceText(text);
     factor_->markNotModified();
     factor_->setWindowTitle(caption);
-    Present(factor_);
+    PresentWindow(factor_);
 }

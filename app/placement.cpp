@@ -19,3 +19,9 @@ void PlaceBelowFrame(const QWidget* frame, QWidget* window, int step) {
     }
     window->move(at);
 }
+
+void PresentWindow(QWidget* window) {
+    window->show();
+    window->raise();
+    window->activateWindow();
+}

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "dialogs/list_dlg.h"
 #include "dialogs/list_runner.h"
 #include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
@@ -18,10 +19,6 @@
 namespace {
 
 QString S(int id) { return QString::fromUtf8(OxString(id)); }
-
-// The edits take 29 characters, as every bound of the lists.
-constexpr int kBoundChars = 29;
-constexpr int kBoundWidthChars = 10;
 
 struct TriangleText {
     const char* resource;
@@ -40,25 +37,7 @@ TriangleText TextOf(TriangleList kind) {
     return {"", 0, 0, 0};
 }
 
-QLineEdit* BoundEdit(QWidget* parent, int id, uint32_t preset) {
-    auto* e = new QLineEdit(QString::number(preset), parent);
-    e->setObjectName(QStringLiteral("ctl%1").arg(id));
-    e->setMaxLength(kBoundChars);
-    e->setMinimumWidth(e->fontMetrics().averageCharWidth() * kBoundWidthChars);
-    return e;
-}
-
-QCheckBox* Check(QWidget* parent, int id, int textId) {
-    auto* c = new QCheckBox(S(textId), parent);
-    c->setObjectName(QStringLiteral("ctl%1").arg(id));
-    return c;
-}
-
 }  // namespace
-
-int ReadDialogBound(const QLineEdit* edit, uint32_t* value) {
-    return ParseListUnsigned(edit->text().toStdString(), value) ? 0 : kListOutOfBounds;
-}
 
 TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kind)
     : TGenDlg(parent), runner_(runner), kind_(kind) {
@@ -67,25 +46,19 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
     setWindowTitle(title());
     setModal(false);
 
-    min_ = BoundEdit(this, 211, t.presetMin);
-    max_ = BoundEdit(this, 212, kPerimeterPresetMax);
-    right_ = Check(this, 271, 826);
-    isosceles_ = Check(this, 272, 827);
-    atLeastTwo_ = Check(this, 273, 828);
+    min_ = ListBoundEdit(this, 211, QString::number(t.presetMin));
+    max_ = ListBoundEdit(this, 212, QString::number(kPerimeterPresetMax));
+    right_ = ListControl<QCheckBox>(this, 271, S(826));
+    isosceles_ = ListControl<QCheckBox>(this, 272, S(827));
+    atLeastTwo_ = ListControl<QCheckBox>(this, 273, S(828));
     const bool perpendicular = kind == TriangleList::perpendicularMedians;
     right_->setVisible(!perpendicular);
     isosceles_->setVisible(!perpendicular);
     atLeastTwo_->setVisible(kind == TriangleList::rationalMedians);
 
-    auto* listButton = new QPushButton(S(820), this);
-    listButton->setObjectName(QStringLiteral("list"));
-    listButton->setDefault(true);
-    auto* closeButton = new QPushButton(S(44), this);
-    closeButton->setObjectName(QStringLiteral("close"));
-    closeButton->setAutoDefault(false);
-    auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(listButton, QDialogButtonBox::ActionRole);
-    buttons->addButton(closeButton, QDialogButtonBox::RejectRole);
+    QPushButton* listButton = nullptr;
+    QPushButton* closeButton = nullptr;
+    QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
 
     auto* grid = new QGridLayout;
     grid->addWidget(new QLabel(S(821), this), 0, 0);

@@ -68,7 +68,3 @@ public:
     // list's summary.
     TRatMDlg(QWidget* parent, ListRunner* runner, bool perpendicular);
 };
-
-// A bound typed into a list dialog: 17 when the text is not a whole number
-// that fits 32 bits.
-int ReadDialogBound(const QLineEdit* edit, uint32_t* value);

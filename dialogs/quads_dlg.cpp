@@ -10,7 +10,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "dialogs/heron_dlg.h"
+#include "dialogs/list_dlg.h"
 #include "dialogs/list_runner.h"
 #include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
@@ -26,25 +26,8 @@ constexpr int kTitle = 216;          // "Pythagorean quadruples"
 constexpr int kMaxLength = 229;      // "max length"
 constexpr int kCubeLength = 227;     // "length"
 constexpr int kKitchenClosed = 13;
-constexpr int kBoundChars = 29;
-constexpr int kBoundWidthChars = 10;
 constexpr const char* kMinPreset = "3";
 constexpr const char* kMaxPreset = "100";
-
-QLineEdit* BoundEdit(QWidget* parent, int id, const char* preset) {
-    auto* e = new QLineEdit(QString::fromLatin1(preset), parent);
-    e->setObjectName(QStringLiteral("ctl%1").arg(id));
-    e->setMaxLength(kBoundChars);
-    e->setMinimumWidth(e->fontMetrics().averageCharWidth() * kBoundWidthChars);
-    return e;
-}
-
-template <class Button>
-Button* Control(QWidget* parent, int id, int textId) {
-    auto* b = new Button(S(textId), parent);
-    b->setObjectName(QStringLiteral("ctl%1").arg(id));
-    return b;
-}
 
 }  // namespace
 
@@ -53,8 +36,8 @@ TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runne
     setWindowTitle(S(kTitle));
     setModal(false);
 
-    min_ = BoundEdit(this, 211, kMinPreset);
-    max_ = BoundEdit(this, 212, kMaxPreset);
+    min_ = ListBoundEdit(this, 211, QString::fromLatin1(kMinPreset));
+    max_ = ListBoundEdit(this, 212, QString::fromLatin1(kMaxPreset));
     minLabel_ = new QLabel(S(829), this);
     minAdvice_ = new QLabel(S(830), this);
     maxLabel_ = new QLabel(S(kMaxLength), this);
@@ -62,25 +45,19 @@ TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runne
     kind_ = new QButtonGroup(this);
     auto* radios = new QVBoxLayout;
     for (int id = 251; id <= 254; ++id) {
-        auto* r = Control<QRadioButton>(this, id, 832 + id - 251);
+        auto* r = ListControl<QRadioButton>(this, id, S(832 + id - 251));
         kind_->addButton(r, id);
         radios->addWidget(r);
     }
     kind_->button(251)->setChecked(true);
-    ascending_ = Control<QCheckBox>(this, 272, 836);
-    primitive_ = Control<QCheckBox>(this, 271, 837);
-    zeros_ = Control<QCheckBox>(this, 273, 838);
-    duplicates_ = Control<QCheckBox>(this, 274, 839);
+    ascending_ = ListControl<QCheckBox>(this, 272, S(836));
+    primitive_ = ListControl<QCheckBox>(this, 271, S(837));
+    zeros_ = ListControl<QCheckBox>(this, 273, S(838));
+    duplicates_ = ListControl<QCheckBox>(this, 274, S(839));
 
-    auto* listButton = new QPushButton(S(820), this);
-    listButton->setObjectName(QStringLiteral("list"));
-    listButton->setDefault(true);
-    auto* closeButton = new QPushButton(S(44), this);
-    closeButton->setObjectName(QStringLiteral("close"));
-    closeButton->setAutoDefault(false);
-    auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(listButton, QDialogButtonBox::ActionRole);
-    buttons->addButton(closeButton, QDialogButtonBox::RejectRole);
+    QPushButton* listButton = nullptr;
+    QPushButton* closeButton = nullptr;
+    QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
 
     auto* grid = new QGridLayout;
     grid->addWidget(minLabel_, 0, 0);
