@@ -180,6 +180,21 @@ private slots:
         QVERIFY(!w->isModified());   // closing it asks nothing
     }
 
+    // Ctrl+F and Ctrl+D in the main window ask for Factor and Divisors.
+    void factorAndDivisorsHaveTheirKeys() {
+        ScriptedModal modal;
+        TCalcFrame f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowActive(&f));
+        modal.answerCancel();
+        QTest::keyClick(&f, Qt::Key_F, Qt::ControlModifier);
+        modal.answerCancel();
+        QTest::keyClick(&f, Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(modal.count("input"), 2);
+        QCOMPARE(modal.calls.value(0).caption, QString("prime factorization of"));
+        QCOMPARE(modal.calls.value(1).caption, QString("divisor list"));
+    }
+
     // Q typed while a long list runs stops it: the main caption said what
     // to do, the list shows the rows written and its caption counts them.
     void qStopsALongList() {
