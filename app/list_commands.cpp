@@ -122,8 +122,7 @@ void ListCommands::askOneInput(int id) {
     } else {
         generator = [f = m.byText, typed](CalcContext* c, ListOutput* o) { return f(c, typed, o); };
     }
-    QString summary;
-    run(m.target, generator, main, &summary);
+    run(m.target, generator, main, nullptr);
 }
 
 void ListCommands::askPolygons() {
@@ -135,7 +134,7 @@ void ListCommands::askPolygons() {
                              &sides, kPolygonChars, QString(), QString()))
         return;
     uint32_t n = 0, m = 0;
-    int code = ParseListUnsigned(length.toStdString(), &n) &&
+    const int code = ParseListUnsigned(length.toStdString(), &n) &&
                        ParseListUnsigned(sides.toStdString(), &m)
                    ? CheckPolygonInputs(n, m)
                    : kListOutOfBounds;
@@ -143,12 +142,11 @@ void ListCommands::askPolygons() {
         ShowError(main, code);
         return;
     }
-    QString summary;
     run(ListTarget::list,
         [n, m](CalcContext* c, ListOutput* o) {
             return ListPolygons(c, n, m, kPolygonRoundCap, &SharedListRandom(), o);
         },
-        main, &summary);
+        main, nullptr);
 }
 
 void ListCommands::showDialog(int id) {

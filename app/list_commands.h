@@ -75,6 +75,7 @@ public:
     int RunList(const ListGenerator& generator, QWidget* progress, QString* summary) override;
 
 private:
+    // As RunList, into the target window; summary may be null.
     int run(ListTarget target, const ListGenerator& generator, QWidget* progress, QString* summary);
     void show(ListTarget target, const ListOutput& out);
     void askOneInput(int id);
