@@ -168,8 +168,12 @@ void ListCommands::showDialog(int id) {
     case kCmdQuadruples:
     case kCmdLatticeCubes:
         if (!quads_) quads_ = new TQuadDlg(main, this);
-        // The cube list lives behind the quadruples' fourth choice.
-        if (id == kCmdLatticeCubes) quads_->choose(254);
+        // The cube list lives behind the quadruples' fourth choice; the
+        // quadruples item leaves a cube choice for the first quadruple one.
+        if (id == kCmdLatticeCubes)
+            quads_->choose(254);
+        else if (quads_->cubes())
+            quads_->choose(251);
         d = quads_;
         break;
     default: return;

@@ -333,7 +333,8 @@ private slots:
         QVERIFY(d->duplicatesBox()->isVisibleTo(d));
         QCOMPARE(d->list(), 13);
         QCOMPARE(modal.calls.last().text, QString("kitchen closed today"));
-        d->choose(251);
+        FindMenuAction(&f, kCmdQuadruples)->trigger();
+        QCOMPARE(d->choice(), 251);
         QCOMPARE(d->maxLabel()->text(), QString("max length"));
         QVERIFY(d->minEdit()->isVisibleTo(d));
     }
