@@ -15,11 +15,20 @@
 
 #include <vector>
 
+#include "app/label_tables.h"
+#include "app/list_commands.h"
+#include "app/placement.h"
 #include "calc/decimal_read.h"
 #include "dialogs/about_dlg.h"
+#include "dialogs/batc_dlg.h"
+#include "dialogs/conv_dlg.h"
+#include "dialogs/hail_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/modulus.h"
+#include "dialogs/recur_dlg.h"
+#include "dialogs/recur_run.h"
 #include "io/num_file.h"
+#include "lists/prime_table.h"
 #include "resources/menus_frame.h"
 #include "resources/strings.h"
 #include "windows/font_table.h"
@@ -36,6 +45,9 @@ constexpr int kFrameWidth = 640;
 constexpr int kFrameHeight = 120;
 constexpr int kNumWinBaseWidth = 720;
 constexpr int kNumWinFont = 2;   // the font table's Courier New 10
+constexpr int kTableCaption = 5;     // "input"
+constexpr int kTablePrompt = 813;    // "label (A ... Z)"
+constexpr int kOutOfBounds = 17;
 
 // White, or the grey of the desktop's windows, behind a number's digits.
 void SetBackground(TNumWin* w, bool white) {
@@ -76,11 +88,21 @@ TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
     ModulusChanged(true);   // the starting modulus; its window starts hidden
 
     calcDlg_ = new TCalcDlg(this, this);
+    tables_ = std::make_unique<LabelTables>(this);
+    lists_ = std::make_unique<ListCommands>(this, &ctx_);
+    ListPrimeTable();   // paid once here rather than by the first list
     applyBackgrounds();
 }
 
 TCalcFrame::~TCalcFrame() {
     model_->RemoveObserver(this);
+    lists_.reset();
+    tables_.reset();
+    // The dialogs call into the model: they go before it.
+    delete recurDlg_;
+    delete batchDlg_;
+    delete hailDlg_;
+    delete convDlg_;
     // The windows view the model's values: they go first.
     for (TNumWin*& w : numWins_) {
         delete w;
@@ -204,10 +226,7 @@ void TCalcFrame::ModulusChanged(bool) {
 }
 
 void TCalcFrame::showWindow(QWidget* w) {
-    if (!w) return;
-    w->show();
-    w->raise();
-    w->activateWindow();
+    if (w) PresentWindow(w);
 }
 
 void TCalcFrame::ShowLabel(int label) { showWindow(numWin(label)); }
@@ -246,14 +265,77 @@ bool TCalcFrame::LabelInUse(int label) { return model_->HasVariable(label); }
 
 int TCalcFrame::RunCalculate(int label, const QString& formula) {
     if (busy_) return 0;
+    const std::string text = formula.toStdString();
+    return RunWatched([&] { return model_->Calculate(label, text); });
+}
+
+int TCalcFrame::RunWatched(const std::function<int()>& work) {
+    if (busy_ || ctx_.running()) return -1;
     busy_ = true;
     int code;
     {
         PollScope scope(&ctx_, this);
-        code = model_->Calculate(label, formula.toStdString());
+        code = work();
     }
     busy_ = false;
     return code;
+}
+
+void TCalcFrame::ShowBatchOutput(const QString& title, const QString& text) {
+    tables_->showBatch(title, text);
+}
+
+void TCalcFrame::RecursionChanged() {
+    if (recurDlg_) recurDlg_->refill();
+}
+
+void TCalcFrame::StepDone(const std::vector<int>& targets) { tables_->stepDone(*model_, targets); }
+
+void TCalcFrame::RunFinished(int) { tables_->runFinished(); }
+
+int TCalcFrame::firstLabelInUse() const {
+    for (int label = 1; label <= kLabelCount; ++label)
+        if (model_->HasVariable(label)) return label;
+    return 0;
+}
+
+// View|Table: the table window of the label typed.
+void TCalcFrame::tableCommand() {
+    const int first = firstLabelInUse();
+    QString answer(QChar(LabelLetter(first > 0 ? first : 1)));
+    if (!TheModal().oneInput(this, S(kTableCaption), S(kTablePrompt), &answer, kMaxFieldChars))
+        return;
+    const int label = LabelFromText(answer);
+    if (label == 0)
+        ShowError(this, kOutOfBounds);
+    else
+        tables_->showTable(label);
+}
+
+// The modeless dialogs of the calculation, made on first use.
+void TCalcFrame::showDialog(int id) {
+    QDialog* d = nullptr;
+    switch (id) {
+    case kCmdCalculate: d = calcDlg_; break;
+    case kCmdDefine:
+        if (!recurDlg_) recurDlg_ = new TRecurDlg(this, model_.get());
+        d = recurDlg_;
+        break;
+    case kCmdBatch:
+        if (!batchDlg_) batchDlg_ = new TBatcDlg(this, model_.get(), this);
+        d = batchDlg_;
+        break;
+    case kCmdHailstone:
+        if (!hailDlg_) hailDlg_ = new THailDlg(this, model_.get(), this);
+        d = hailDlg_;
+        break;
+    case kCmdBaseConversion:
+        if (!convDlg_) convDlg_ = new TConvDlg(this, &ctx_, this);
+        d = convDlg_;
+        break;
+    default: return;
+    }
+    showWindow(d);
 }
 
 int TCalcFrame::openNumberFile(const QString& path) {
@@ -340,6 +422,9 @@ bool TCalcFrame::commandEnabled(int id) {
         const QMimeData* m = QGuiApplication::clipboard()->mimeData();
         return model_->FirstFreeLabel() != 0 && m && m->hasText();
     }
+    case kCmdTable: return firstLabelInUse() != 0;
+    case kCmdOneStep:
+    case kCmdManySteps: return model_->HasSteps();
     default: return true;
     }
 }
@@ -352,12 +437,19 @@ void TCalcFrame::command(int id) {
         ShowLabel(id - kCmdViewLabel + 1);
         return;
     }
+    if (ListCommands::Handles(id)) {
+        lists_->command(id);
+        return;
+    }
     switch (id) {
     case kCmdCalculate:
-        calcDlg_->show();
-        calcDlg_->raise();
-        calcDlg_->activateWindow();
-        break;
+    case kCmdDefine:
+    case kCmdBatch:
+    case kCmdHailstone:
+    case kCmdBaseConversion: showDialog(id); break;
+    case kCmdOneStep: OneStepCommand(model_.get(), this); break;
+    case kCmdManySteps: ManyStepsCommand(model_.get(), this); break;
+    case kCmdTable: tableCommand(); break;
     case kCmdModulus: modulusCommand(); break;
     case kCmdOpen: {
         const QString path = TheModal().openFileName(this, QString(), FileFilter(OxString(806)),

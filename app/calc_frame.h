@@ -1,6 +1,9 @@
 // TCalcFrame: the main window "Ordix". It owns the calculation model and its
 // context, one number window per label in use and the modulus window, the
-// help window and the modeless Calculate dialog; its menu is OXMENU.
+// table windows (app/label_tables.h), the Lists menu with its windows and
+// dialogs (app/list_commands.h), the help window and the modeless dialogs
+// of Calculate, Recursion, Batch, Hailstone and Base conversion; its menu
+// is OXMENU. The prime table of the lists is built when the frame is made.
 //
 // The model tells the frame about every change (CalcObserver); the frame
 // makes, refills or removes the number windows accordingly and rebuilds the
@@ -12,22 +15,31 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/poll_context.h"
 #include "calc/model.h"
 #include "dialogs/calc_dlg.h"
+#include "dialogs/run_host.h"
 #include "io/logfont.h"
 #include "io/settings.h"
 #include "windows/kel_win.h"
 
+class LabelTables;
+class ListCommands;
 class QAction;
 class QMenu;
-class TNumWin;
+class TBatcDlg;
+class TConvDlg;
+class THailDlg;
 class THelpWin;
+class TNumWin;
+class TRecurDlg;
 
-class TCalcFrame : public TKelWin, public CalcObserver, public CalcDlgOwner {
+class TCalcFrame : public TKelWin, public CalcObserver, public CalcDlgOwner, public RunHost {
     Q_OBJECT
 public:
     TCalcFrame();
@@ -38,6 +50,13 @@ public:
     // The window of label 1..26, or of the modulus for kModulusLabel.
     TNumWin* numWin(int label) const;
     TCalcDlg* calcDialog() const { return calcDlg_; }
+    ListCommands& lists() { return *lists_; }
+    LabelTables& tables() { return *tables_; }
+    // The modeless dialogs, nullptr until first opened.
+    TRecurDlg* recursionDialog() const { return recurDlg_; }
+    TBatcDlg* batchDialog() const { return batchDlg_; }
+    THailDlg* hailstoneDialog() const { return hailDlg_; }
+    TConvDlg* conversionDialog() const { return convDlg_; }
     bool busy() const { return busy_; }
     bool whiteBackgrounds() const { return white_; }
     const FrameSettings& settings() const { return settings_; }
@@ -63,9 +82,16 @@ public:
     void ShowLabel(int label) override;
     QWidget* MainWindow() override { return this; }
 
+    // RunHost: one computation at a time, under the poll context.
+    int RunWatched(const std::function<int()>& work) override;
+    void ShowBatchOutput(const QString& title, const QString& text) override;
+
     // CalcObserver
     void VariableChanged(int label) override;
     void ModulusChanged(bool atStart) override;
+    void RecursionChanged() override;
+    void StepDone(const std::vector<int>& targets) override;
+    void RunFinished(int code) override;
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -78,6 +104,9 @@ private:
     void modulusCommand();
     void applyBackgrounds();
     void showWindow(QWidget* w);
+    int firstLabelInUse() const;   // 0 when every label is free
+    void tableCommand();
+    void showDialog(int id);
 
     QtPollContext ctx_;
     std::unique_ptr<CalcModel> model_;
@@ -85,6 +114,12 @@ private:
     TNumWin* modWin_ = nullptr;
     THelpWin* help_ = nullptr;
     TCalcDlg* calcDlg_ = nullptr;
+    TRecurDlg* recurDlg_ = nullptr;
+    TBatcDlg* batchDlg_ = nullptr;
+    THailDlg* hailDlg_ = nullptr;
+    TConvDlg* convDlg_ = nullptr;
+    std::unique_ptr<LabelTables> tables_;
+    std::unique_ptr<ListCommands> lists_;
     QList<QAction*> viewItems_;
     LogFont lastFont_;
     uint32_t lastFontExtra_ = 0;

@@ -13,6 +13,7 @@ enum FrameCommand {
     kCmdManySteps = 604,
     kCmdLunch = 399,
     kCmdModulus = 605,
+    kCmdBatch = 606,
     kCmdBaseConversion = 613,
     kCmdHailstone = 615,
     kCmdWhiteBackgrounds = 410,

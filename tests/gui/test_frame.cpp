@@ -9,6 +9,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPrinter>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -17,6 +20,7 @@
 
 #include "app/calc_frame.h"
 #include "bigint/bigint.h"
+#include "io/print.h"
 #include "io/settings.h"
 #include "resources/menus_frame.h"
 #include "scripted_modal.h"
@@ -236,7 +240,6 @@ private slots:
         QCOMPARE(base(), QApplication::palette().color(QPalette::Window));
         QCOMPARE(Calculate(f, "2", kB), 0);   // new windows follow the option
         QCOMPARE(f.numWin(kB)->editor()->palette().color(QPalette::Base), base());
-        QVERIFY(!FindMenuAction(&f, kCmdDefine)->isEnabled());   // not there yet: greyed
     }
 
     // A power of a million digits, seconds of work at any speed, is stopped
@@ -282,6 +285,40 @@ private slots:
         QCOMPARE(Calculate(f, "(A*A)^6", kB), -1);
         QCOMPARE(modal.count("open"), 0);
         QVERIFY(!f.model().HasVariable(kB));
+    }
+
+    // Print in a number window prints the section on show, at once, on the
+    // current printer, named after the number's file.
+    void numberWindowPrintsItsShownSection() {
+        if (QStandardPaths::findExecutable("pdftotext").isEmpty())
+            QSKIP("pdftotext (poppler-utils) is not installed");
+        ScriptedModal modal;
+        TCalcFrame f;
+        QCOMPARE(Calculate(f, "3^2000", kA), 0);
+        TNumWin* w = f.numWin(kA);
+        w->setLineDigits(50);
+        const QString pdf = dir_.filePath("a.pdf");
+        QPrinter& printer = CurrentPrinter();
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(pdf);
+        printer.setPageSize(QPageSize(QPageSize::A4));
+        QAction* print = FindMenuAction(w, kNumPrint);
+        QVERIFY(print && print->isEnabled());
+        QVERIFY(FindMenuAction(w, kNumSelectPrinter)->isEnabled());
+        QVERIFY(FindMenuAction(w, kNumOffsets)->isEnabled());
+        print->trigger();
+        QCOMPARE(modal.count("error"), 0);
+        QProcess p;
+        p.start(QStandardPaths::findExecutable("pdftotext"), {pdf, "-"});
+        QVERIFY(p.waitForFinished(20000));
+        const QString printed = QString::fromUtf8(p.readAllStandardOutput()).simplified();
+        const QString shown = w->editor()->toPlainText().simplified();
+        QVERIFY(shown.startsWith("1"));
+        QCOMPARE(printed, shown);
+
+        modal.answer(QDialog::Rejected);   // the offsets dialog, cancelled
+        w->command(kNumOffsets);
+        QCOMPARE(modal.calls.last().caption, QString("PRNSPX2"));
     }
 
 private:

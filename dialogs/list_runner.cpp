@@ -1,0 +1,3 @@
+#include "dialogs/list_runner.h"
+
+ListRunner::~ListRunner() = default;

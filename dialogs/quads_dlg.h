@@ -1,0 +1,64 @@
+// TQuadDlg (QUADS, "Pythagorean quadruples"): the modeless dialog of the
+// quadruples a^2 + b^2 + c^2 = d^2 with d between two bounds. Edits 211
+// ("min length") and 212 ("max length"); radio buttons 251 "allow repeated
+// entries", 252 "allow no repetitions", 253 "require a repetition" and 254
+// "form lattice cubes"; check boxes 272 "display a < b < c", 271 "list only
+// primitive examples", 273 "allow zeros" and 274 "allow duplicates"; buttons
+// "list" and "close". Controls are named "ctl" + id.
+//
+// The fourth radio switches the dialog to the lattice cubes: the min edit,
+// its labels and "allow zeros" hide, "allow duplicates" shows and the max
+// edit is labelled "length". The program has no lattice-cube list: "list"
+// then answers "kitchen closed today".
+#pragma once
+
+#include "dialogs/gen_dlg.h"
+
+class ListRunner;
+class QButtonGroup;
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+
+class TQuadDlg : public TGenDlg {
+    Q_OBJECT
+public:
+    TQuadDlg(QWidget* parent, ListRunner* runner);
+
+    QLineEdit* minEdit() const { return min_; }
+    QLineEdit* maxEdit() const { return max_; }
+    QLabel* maxLabel() const { return maxLabel_; }
+    QCheckBox* ascendingBox() const { return ascending_; }
+    QCheckBox* primitiveBox() const { return primitive_; }
+    QCheckBox* zerosBox() const { return zeros_; }
+    QCheckBox* duplicatesBox() const { return duplicates_; }
+    // 251..254.
+    int choice() const;
+    void choose(int radioId);
+    bool cubes() const { return choice() == 254; }
+    bool busy() const { return busy_; }
+
+    // "list": 0 or the run's code; 6 (max below min), 17 (a bound below 3
+    // or above 65535) and 13 (lattice cubes) are reported by the main window
+    // and nothing runs.
+    int list();
+
+public slots:
+    void reject() override;
+
+private:
+    void showChoice();
+
+    ListRunner* runner_;
+    QLineEdit* min_;
+    QLineEdit* max_;
+    QLabel* minLabel_;
+    QLabel* minAdvice_;
+    QLabel* maxLabel_;
+    QButtonGroup* kind_;
+    QCheckBox* ascending_;
+    QCheckBox* primitive_;
+    QCheckBox* zeros_;
+    QCheckBox* duplicates_;
+    bool busy_ = false;
+};
