@@ -36,10 +36,10 @@
 #include "windows/note_win.h"
 #include "windows/num_win.h"
 #include "windows/num_win_text.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kFrameWidth = 640;
 constexpr int kFrameHeight = 120;
@@ -74,7 +74,7 @@ BigInt ViewOf(NumLimbs& l) {
 }  // namespace
 
 TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
-    setWindowTitle(S(800));
+    setWindowTitle(OxText(800));
     setObjectName(QStringLiteral("TCalcFrame"));
     lastFont_ = FontTableEntry(kNumWinFont, logicalDpiY());
     installMenu(kOxMenu);
@@ -198,7 +198,7 @@ void TCalcFrame::VariableChanged(int label) {
         w->refill(&v->numerator, &v->denominator);
     } else {
         const QString name =
-            pendingName_.isEmpty() ? S(270) + QString::number(label) : pendingName_;
+            pendingName_.isEmpty() ? OxText(270) + QString::number(label) : pendingName_;
         w = makeNumWin(label, name, &v->numerator, &v->denominator);
         rebuildViewMenu();
     }
@@ -216,7 +216,7 @@ void TCalcFrame::ModulusChanged(bool) {
     }
     const NumberValue& m = model_->Modulus();
     if (!modWin_) {
-        modWin_ = makeNumWin(kModulusLabel, S(206), &m.numerator, &m.denominator);
+        modWin_ = makeNumWin(kModulusLabel, OxText(206), &m.numerator, &m.denominator);
         connect(modWin_, &TNumWin::shownChanged, this,
                 [this](bool shown) { model_->SetModulusMode(shown); });
     } else {
@@ -303,7 +303,7 @@ int TCalcFrame::firstLabelInUse() const {
 void TCalcFrame::tableCommand() {
     const int first = firstLabelInUse();
     QString answer(QChar(LabelLetter(first > 0 ? first : 1)));
-    if (!TheModal().oneInput(this, S(kTableCaption), S(kTablePrompt), &answer, kMaxFieldChars))
+    if (!TheModal().oneInput(this, OxText(kTableCaption), OxText(kTablePrompt), &answer, kMaxFieldChars))
         return;
     const int label = LabelFromText(answer);
     if (label == 0)
@@ -384,7 +384,7 @@ void TCalcFrame::modulusCommand() {
     {
         PollScope scope(&ctx_, this);
         const QString title = windowTitle();
-        setWindowTitle(S(601));
+        setWindowTitle(OxText(601));
         code = model_->ModulusCommand(formula.toStdString());
         setWindowTitle(title);
     }
@@ -453,7 +453,7 @@ void TCalcFrame::command(int id) {
     case kCmdModulus: modulusCommand(); break;
     case kCmdOpen: {
         const QString path = TheModal().openFileName(this, QString(), FileFilter(OxString(806)),
-                                                     "num", S(270) + "1.num");
+                                                     "num", OxText(270) + "1.num");
         if (path.isEmpty()) break;
         const int code = openNumberFile(path);
         if (code != 0) ShowError(this, code);

@@ -6,6 +6,7 @@
 #include "calc/model.h"
 #include "resources/strings.h"
 #include "windows/table_win.h"
+#include "windows/ui_text.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ TTableWin* LabelTables::showTable(int label) {
     TTableWin*& t = tables_[label - 1];
     if (!t) {
         const QString title =
-            QString::fromUtf8(OxString(kTableTitle)) + QLatin1Char(' ') + QChar(LabelLetter(label));
+            OxText(kTableTitle) + QLatin1Char(' ') + QChar(LabelLetter(label));
         t = new TTableWin(owner_, title);
         PlaceBelowFrame(owner_, t, kFirstTableStep + (label - 1) % 8);
     }

@@ -14,10 +14,10 @@
 #include "resources/strings.h"
 #include "windows/table_win.h"
 #include "windows/text_win.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kInputCaption = 5;      // "input"
 constexpr int kPolygonChars = 19;
@@ -129,7 +129,7 @@ void ListCommands::askPolygons() {
     QWidget* main = MainWindow();
     QString length = QString::fromLatin1(kPolygonLengthPreset);
     QString sides = QString::fromLatin1(kPolygonSidesPreset);
-    if (!TheModal().twoInput(main, S(kInputCaption), QString::fromStdString(PolygonLengthPrompt()),
+    if (!TheModal().twoInput(main, OxText(kInputCaption), QString::fromStdString(PolygonLengthPrompt()),
                              QString::fromStdString(PolygonSidesPrompt()), &length, kPolygonChars,
                              &sides, kPolygonChars, QString(), QString()))
         return;

@@ -15,10 +15,10 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 struct TriangleText {
     const char* resource;
@@ -48,9 +48,9 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
 
     min_ = ListBoundEdit(this, 211, QString::number(t.presetMin));
     max_ = ListBoundEdit(this, 212, QString::number(kPerimeterPresetMax));
-    right_ = ListControl<QCheckBox>(this, 271, S(826));
-    isosceles_ = ListControl<QCheckBox>(this, 272, S(827));
-    atLeastTwo_ = ListControl<QCheckBox>(this, 273, S(828));
+    right_ = ListControl<QCheckBox>(this, 271, OxText(826));
+    isosceles_ = ListControl<QCheckBox>(this, 272, OxText(827));
+    atLeastTwo_ = ListControl<QCheckBox>(this, 273, OxText(828));
     const bool perpendicular = kind == TriangleList::perpendicularMedians;
     right_->setVisible(!perpendicular);
     isosceles_->setVisible(!perpendicular);
@@ -61,12 +61,12 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
     QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
 
     auto* grid = new QGridLayout;
-    grid->addWidget(new QLabel(S(821), this), 0, 0);
+    grid->addWidget(new QLabel(OxText(821), this), 0, 0);
     grid->addWidget(min_, 0, 1);
-    grid->addWidget(new QLabel(S(t.minAdviceId), this), 0, 2);
-    grid->addWidget(new QLabel(S(822), this), 1, 0);
+    grid->addWidget(new QLabel(OxText(t.minAdviceId), this), 0, 2);
+    grid->addWidget(new QLabel(OxText(822), this), 1, 0);
     grid->addWidget(max_, 1, 1);
-    grid->addWidget(new QLabel(S(824), this), 1, 2);
+    grid->addWidget(new QLabel(OxText(824), this), 1, 2);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
     if (!perpendicular) {
@@ -81,7 +81,7 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
     connect(closeButton, &QPushButton::clicked, this, &TTriangleDlg::reject);
 }
 
-QString TTriangleDlg::title() const { return S(TextOf(kind_).titleId); }
+QString TTriangleDlg::title() const { return OxText(TextOf(kind_).titleId); }
 
 void TTriangleDlg::reject() {
     if (!busy_) TGenDlg::reject();

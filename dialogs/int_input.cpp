@@ -4,14 +4,15 @@
 
 #include "dialogs/modal.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 int AskBoundedInt(QWidget* owner, int captionId, int promptId, int64_t* value, bool bounded,
                   int64_t lo, int64_t hi) {
-    QString prompt = QString::fromUtf8(OxString(promptId));
+    QString prompt = OxText(promptId);
     if (bounded)
         prompt = QString::number(lo) + " .. " + prompt + " .. " + QString::number(hi);
     QString text = QString::number(*value);
-    if (!TheModal().oneInput(owner, QString::fromUtf8(OxString(captionId)), prompt, &text,
+    if (!TheModal().oneInput(owner, OxText(captionId), prompt, &text,
                              kIntInputChars))
         return kIntInputCancelled;
     bool ok = false;

@@ -7,6 +7,7 @@
 #include "lists/list_frame.h"
 #include "lists/list_inputs.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 constexpr int kBoundChars = 29;
@@ -24,10 +25,10 @@ QLineEdit* ListBoundEdit(QWidget* parent, int id, const QString& preset) {
 }
 
 QDialogButtonBox* ListButtons(QWidget* parent, QPushButton** list, QPushButton** close) {
-    *list = new QPushButton(QString::fromUtf8(OxString(kListText)), parent);
+    *list = new QPushButton(OxText(kListText), parent);
     (*list)->setObjectName(QStringLiteral("list"));
     (*list)->setDefault(true);
-    *close = new QPushButton(QString::fromUtf8(OxString(kCloseText)), parent);
+    *close = new QPushButton(OxText(kCloseText), parent);
     (*close)->setObjectName(QStringLiteral("close"));
     (*close)->setAutoDefault(false);
     auto* buttons = new QDialogButtonBox(parent);

@@ -8,6 +8,7 @@
 
 #include "dialogs/modal.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 constexpr int kFirstDishString = 711;
@@ -28,16 +29,16 @@ QList<int> TLunch::DrawDishes(QRandomGenerator* rng) {
 
 TLunch::TLunch(QWidget* parent) : TGenDlg(parent) {
     setObjectName(QStringLiteral("LUNCH"));
-    setWindowTitle(QString::fromUtf8(OxString(709)));
+    setWindowTitle(OxText(709));
     auto* box = new QVBoxLayout(this);
     int id = 271;
     for (int dish : DrawDishes(QRandomGenerator::global())) {
-        auto* c = new QCheckBox(QString::fromUtf8(OxString(dish)), this);
+        auto* c = new QCheckBox(OxText(dish), this);
         c->setObjectName(QStringLiteral("ctl%1").arg(id++));
         box->addWidget(c);
     }
     box->addSpacing(6);
-    auto* takeOut = new QCheckBox(QString::fromUtf8(OxString(710)), this);
+    auto* takeOut = new QCheckBox(OxText(710), this);
     takeOut->setObjectName(QStringLiteral("ctl276"));
     box->addWidget(takeOut);
     auto* row = new QHBoxLayout;

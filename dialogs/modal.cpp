@@ -8,11 +8,12 @@
 #include "dialogs/inp_dlg.h"
 #include "dialogs/msg_dlg.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
 QString ErrorCaption(const QString& caption) {
-    return caption.isEmpty() ? QString::fromUtf8(OxString(62)) : caption;
+    return caption.isEmpty() ? OxText(62) : caption;
 }
 
 // The real dialogs.

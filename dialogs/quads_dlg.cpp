@@ -17,10 +17,10 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kTitle = 216;          // "Pythagorean quadruples"
 constexpr int kMaxLength = 229;      // "max length"
@@ -33,27 +33,27 @@ constexpr const char* kMaxPreset = "100";
 
 TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runner_(runner) {
     setObjectName(QStringLiteral("QUADS"));
-    setWindowTitle(S(kTitle));
+    setWindowTitle(OxText(kTitle));
     setModal(false);
 
     min_ = ListBoundEdit(this, 211, QString::fromLatin1(kMinPreset));
     max_ = ListBoundEdit(this, 212, QString::fromLatin1(kMaxPreset));
-    minLabel_ = new QLabel(S(829), this);
-    minAdvice_ = new QLabel(S(830), this);
-    maxLabel_ = new QLabel(S(kMaxLength), this);
+    minLabel_ = new QLabel(OxText(829), this);
+    minAdvice_ = new QLabel(OxText(830), this);
+    maxLabel_ = new QLabel(OxText(kMaxLength), this);
 
     kind_ = new QButtonGroup(this);
     auto* radios = new QVBoxLayout;
     for (int id = 251; id <= 254; ++id) {
-        auto* r = ListControl<QRadioButton>(this, id, S(832 + id - 251));
+        auto* r = ListControl<QRadioButton>(this, id, OxText(832 + id - 251));
         kind_->addButton(r, id);
         radios->addWidget(r);
     }
     kind_->button(251)->setChecked(true);
-    ascending_ = ListControl<QCheckBox>(this, 272, S(836));
-    primitive_ = ListControl<QCheckBox>(this, 271, S(837));
-    zeros_ = ListControl<QCheckBox>(this, 273, S(838));
-    duplicates_ = ListControl<QCheckBox>(this, 274, S(839));
+    ascending_ = ListControl<QCheckBox>(this, 272, OxText(836));
+    primitive_ = ListControl<QCheckBox>(this, 271, OxText(837));
+    zeros_ = ListControl<QCheckBox>(this, 273, OxText(838));
+    duplicates_ = ListControl<QCheckBox>(this, 274, OxText(839));
 
     QPushButton* listButton = nullptr;
     QPushButton* closeButton = nullptr;
@@ -65,7 +65,7 @@ TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runne
     grid->addWidget(minAdvice_, 0, 2);
     grid->addWidget(maxLabel_, 1, 0);
     grid->addWidget(max_, 1, 1);
-    grid->addWidget(new QLabel(S(831), this), 1, 2);
+    grid->addWidget(new QLabel(OxText(831), this), 1, 2);
     auto* checks = new QVBoxLayout;
     for (QCheckBox* c : {ascending_, primitive_, zeros_, duplicates_}) checks->addWidget(c);
     auto* options = new QHBoxLayout;
@@ -100,7 +100,7 @@ void TQuadDlg::showChoice() {
                        static_cast<QWidget*>(minAdvice_), static_cast<QWidget*>(zeros_)})
         w->setVisible(!c);
     duplicates_->setVisible(c);
-    maxLabel_->setText(S(c ? kCubeLength : kMaxLength));
+    maxLabel_->setText(OxText(c ? kCubeLength : kMaxLength));
 }
 
 void TQuadDlg::reject() {
@@ -131,6 +131,6 @@ int TQuadDlg::list() {
         [o](CalcContext* ctx, ListOutput* out) { return ListQuadruples(ctx, o, out); }, this,
         &summary);
     busy_ = false;
-    setWindowTitle(S(kTitle));
+    setWindowTitle(OxText(kTitle));
     return code;
 }

@@ -15,6 +15,7 @@
 #include "dialogs/prnspx_dlg.h"
 #include "resources/menu_data.h"
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 namespace {
 
@@ -92,7 +93,7 @@ void PrintText(QWidget* owner, const QString& jobName, const QString& text,
     const int code = PrintTextOn(&CurrentPrinter(), jobName, text,
                                  PrintFont(screenFont, owner->logicalDpiY()), format);
     if (code == kPrintRefused)
-        AskMessage(owner, QString::fromUtf8(OxString(62)), QString::fromUtf8(OxString(763)),
+        AskMessage(owner, OxText(62), OxText(763),
                    kMsgOk);
     else if (code != 0)
         ShowError(owner, code);

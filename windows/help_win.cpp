@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 // The help texts are compiled into the program's static library; this makes
 // sure the linker keeps them.
@@ -22,7 +23,7 @@ QString HelpText(const char* name) {
 }
 
 THelpWin::THelpWin(QWidget* parent)
-    : TTextWin(parent, QString::fromUtf8(OxString(707)), QString(), QString(), 0) {
+    : TTextWin(parent, OxText(707), QString(), QString(), 0) {
     askToSave_ = false;
 }
 

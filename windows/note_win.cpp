@@ -1,6 +1,7 @@
 #include "windows/note_win.h"
 
 #include "resources/strings.h"
+#include "windows/ui_text.h"
 
 TNoteWin::TNoteWin(QWidget* parent, const QString& numberFileName, const QString& text,
                    int fontIndex)
@@ -8,7 +9,7 @@ TNoteWin::TNoteWin(QWidget* parent, const QString& numberFileName, const QString
                   &kNoteMenu) {}
 
 QString TNoteWin::CaptionFor(const QString& numberFileName) {
-    return QString::fromUtf8(OxString(704)) + " [" + numberFileName + "]";
+    return OxText(704) + " [" + numberFileName + "]";
 }
 
 void TNoteWin::setNumberFileName(const QString& name) {

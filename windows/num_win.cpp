@@ -22,10 +22,10 @@
 #include "windows/help_win.h"
 #include "windows/note_win.h"
 #include "windows/num_win_text.h"
+#include "windows/ui_text.h"
 
 namespace {
 
-QString S(int id) { return QString::fromUtf8(OxString(id)); }
 
 constexpr int kNotebookFont = 2;
 
@@ -113,17 +113,17 @@ void TNumWin::display() {
 }
 
 QString TNumWin::titleText() const {
-    QString t = label_ == kModulusLabel ? S(206) : QString(QChar('A' + label_ - 1));
-    t += " [" + QFileInfo(fileName()).fileName() + "] [" + S(801) + ": ";
+    QString t = label_ == kModulusLabel ? OxText(206) : QString(QChar('A' + label_ - 1));
+    t += " [" + QFileInfo(fileName()).fileName() + "] [" + OxText(801) + ": ";
     if (state_ == kShowFraction)
         t += QString::number(DigitCount(num_)) + "/" + QString::number(DigitCount(den_));
     else
         t += QString::number(DigitCount(shownPart()));
     t += "]";
-    if (state_ >= kShowNumerator) t += "[" + S(part_ == 0 ? 803 : 804) + "]";
+    if (state_ >= kShowNumerator) t += "[" + OxText(part_ == 0 ? 803 : 804) + "]";
     const SectionLayout& l = layout_[part_];
     if (state_ != kShowFraction && l.count > 0)
-        t += " [" + S(802) + " " + QString::number(l.current + 1) + "/" +
+        t += " [" + OxText(802) + " " + QString::number(l.current + 1) + "/" +
              QString::number(l.count + 1) + "]";
     return t;
 }
@@ -137,9 +137,9 @@ void TNumWin::go(int32_t section) {
 
 void TNumWin::jump() {
     const SectionLayout& l = layout_[part_];
-    const QString prompt = S(209) + " [1 ... " + QString::number(l.count + 1) + "]";
+    const QString prompt = OxText(209) + " [1 ... " + QString::number(l.count + 1) + "]";
     QString answer = QString::number(l.current + 1);
-    if (!TheModal().oneInput(this, S(5), prompt, &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(5), prompt, &answer, kMaxFieldChars)) return;
     bool ok = false;
     const int target = answer.trimmed().toInt(&ok);
     if (ok && target >= 1 && target <= l.count + 1) go(target - 1);
@@ -162,7 +162,7 @@ void TNumWin::digitFrequencies() {
 
 void TNumWin::saveAsText() {
     QString answer = QString::number(lineDigits_);
-    if (!TheModal().oneInput(this, S(5), S(805), &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(5), OxText(805), &answer, kMaxFieldChars)) return;
     const int asked = answer.trimmed().toInt();
     const int32_t perLine = asked > 1 ? asked : lineDigits_;
     const QString start = QFileInfo(fileName()).completeBaseName() + ".txt";
