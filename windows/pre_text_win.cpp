@@ -18,6 +18,7 @@
 #include "windows/font_map.h"
 #include "windows/text_search.h"
 #include "windows/ui_text.h"
+#include "windows/search_prompt.h"
 
 namespace {
 
@@ -135,14 +136,7 @@ void ScrollSelectionToFourthLine(QPlainTextEdit* edit) {
 }
 
 void TPreTextWin::search() {
-    QString answer = searchText_;
-    if (!TheModal().oneInput(this, OxText(5), OxText(700), &answer, kMaxFieldChars)) return;
-    if (answer.isEmpty()) {
-        report(9);
-        return;
-    }
-    searchText_ = answer;
-    report(find(searchText_));
+    if (AskSearchText(this, &searchText_)) report(find(searchText_));
 }
 
 void TPreTextWin::restartAtTop() {

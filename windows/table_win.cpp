@@ -20,6 +20,7 @@
 #include "windows/table_win_sections.h"
 #include "windows/text_search.h"
 #include "windows/ui_text.h"
+#include "windows/search_prompt.h"
 
 namespace {
 
@@ -202,14 +203,7 @@ int TTableWin::find(const QString& pattern) {
 }
 
 void TTableWin::search() {
-    QString answer = searchText_;
-    if (!TheModal().oneInput(this, OxText(5), OxText(700), &answer, kMaxFieldChars)) return;
-    if (answer.isEmpty()) {
-        report(9);
-        return;
-    }
-    searchText_ = answer;
-    report(find(searchText_));
+    if (AskSearchText(this, &searchText_)) report(find(searchText_));
 }
 
 void TTableWin::restartAtTop() {
