@@ -1,6 +1,7 @@
 // Limb-array primitives on raw arrays and top indices. Callers size the
 // arrays; the contracts above each function say how much room is needed.
 #include <cassert>
+#include <cstring>
 
 #include "bigint/internal.h"
 
@@ -16,43 +17,100 @@ int LimbsCompare(const Limb* a, const Limb* b, int32_t ta, int32_t tb) {
     return 0;
 }
 
+namespace {
+
+// Four limbs at a time in one 64-bit word: each limb of b is biased by
+// 10000 - 65536 first, so a 16-bit lane overflows exactly when its limb sum
+// reaches 10000 and the machine carry runs from lane to lane as the decimal
+// carry does. Lanes that did not overflow are unbiased afterwards. Valid only
+// while every limb of both words is 0..9999, which holds below both tops.
+constexpr uint64_t kLaneBias = 0xD8F0D8F0D8F0D8F0ull;  // 55536 in each lane
+constexpr uint64_t kLaneLow = 0x0001000100010001ull;
+
+inline uint64_t LoadWord(const Limb* p) {
+    uint64_t w;
+    std::memcpy(&w, p, sizeof w);
+    return w;
+}
+
+inline void StoreWord(Limb* p, uint64_t w) { std::memcpy(p, &w, sizeof w); }
+
+// d[0..n) := a + b + carry over n limbs, n a multiple of 4. Answers the carry out.
+int AddWords(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+    for (int32_t i = 0; i < n; i += 4) {
+        const uint64_t x = LoadWord(a + i);
+        const uint64_t y = LoadWord(b + i) + kLaneBias;
+        const unsigned __int128 wide = static_cast<unsigned __int128>(x) + y + carry;
+        const uint64_t s = static_cast<uint64_t>(wide);
+        carry = static_cast<int>(wide >> 64);
+        // Bit 16k of x ^ y ^ s is the carry into lane k; lane 3's is the carry out.
+        const uint64_t into = ((x ^ y ^ s) >> 16) & kLaneLow;
+        const uint64_t overflowed = into | (static_cast<uint64_t>(carry) << 48);
+        StoreWord(d + i, s - (overflowed ^ kLaneLow) * 0xD8F0u);
+    }
+    return carry;
+}
+
+}  // namespace
+
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
 // The carry out of b's top limb is added into the next limb and not followed
 // further when that limb is a's top: a top limb of 9999 then becomes 10000
 // (99999999 + 1 gives limbs 0, 10000). The value stays right and renders
 // right, since a top limb prints without width. Below a's top the carry runs
 // on, because a limb of 10000 inside the number would print as five digits.
-int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
+// LimbsAddCarry writes limbs 0..max(ta, tb) and answers the carry out of the
+// last, which LimbsAdd stores as limb max + 1.
+// A top limb of 10000 taking part in the sum adds by remainder: a limb sum of
+// 20000 or more keeps a single carry, as it always has.
+int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
     assert(d != b);
-    CopyLimbs(d, a, ta + 1);
-    const int32_t m = ta > tb ? ta : tb;
-    ZeroLimbs(d + ta + 1, m - ta + 1);
-    for (int32_t i = 0; i <= tb; ++i) {
-        const int32_t s = b[i] + d[i];
+    const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
+    const int32_t words = below & ~3;
+    int carry = AddWords(a, b, d, words, 0);
+    for (int32_t i = words; i <= tb; ++i) {
+        const int32_t s = b[i] + (i <= ta ? a[i] : 0) + carry;
         d[i] = static_cast<Limb>(s % kLimbBase);
-        if (s > kLimbBase - 1) d[i + 1] = static_cast<Limb>(d[i + 1] + 1);
+        carry = s > kLimbBase - 1 ? 1 : 0;
     }
-    for (int32_t i = tb + 1; i < ta && d[i] >= kLimbBase; ++i) {
-        d[i] = static_cast<Limb>(d[i] - kLimbBase);
-        d[i + 1] = static_cast<Limb>(d[i + 1] + 1);
+    int32_t i = tb + 1;
+    for (; carry != 0 && i < ta; ++i) {
+        const int32_t s = a[i] + 1;
+        carry = s >= kLimbBase ? 1 : 0;
+        d[i] = static_cast<Limb>(carry ? s - kLimbBase : s);
     }
-    return d[m + 1] >= 1 ? m + 1 : m;
+    if (i <= ta) {
+        d[i] = static_cast<Limb>(a[i] + carry);
+        if (d != a) CopyLimbs(d + i + 1, a + i + 1, ta - i);
+        carry = 0;
+    }
+    return carry;
+}
+
+int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
+    const int32_t m = ta > tb ? ta : tb;
+    const int carry = LimbsAddCarry(a, b, d, ta, tb);
+    d[m + 1] = static_cast<Limb>(carry);
+    return carry ? m + 1 : m;
 }
 
 // a := a - b in place; requires |a| >= |b|. Answers the new top of a.
+// A top limb of b above 9999 may borrow twice.
 int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb) {
+    int32_t borrow = 0;
     for (int32_t i = 0; i <= tb; ++i) {
-        if (b[i] > a[i]) {
-            a[i] = static_cast<Limb>(a[i] + kLimbBase);
-            for (int32_t j = i + 1; j <= ta; ++j) {
-                if (a[j] != 0) {
-                    a[j] = static_cast<Limb>(a[j] - 1);
-                    break;
-                }
-                a[j] = kLimbBase - 1;
-            }
+        int32_t s = a[i] - b[i] - borrow;
+        borrow = 0;
+        while (s < 0) {
+            s += kLimbBase;
+            ++borrow;
         }
-        a[i] = static_cast<Limb>(a[i] - b[i]);
+        a[i] = static_cast<Limb>(s);
+    }
+    for (int32_t i = tb + 1; borrow != 0 && i <= ta; ++i) {
+        const int32_t s = a[i] - borrow;
+        borrow = s < 0 ? 1 : 0;
+        a[i] = static_cast<Limb>(s < 0 ? s + kLimbBase : s);
     }
     return LimbsTrimTop(a, ta);
 }
