@@ -37,18 +37,18 @@ inline void StoreWord(Limb* p, uint64_t w) { std::memcpy(p, &w, sizeof w); }
 
 // d[0..n) := a + b + carry over n limbs, n a multiple of 4. Answers the carry out.
 int AddWords(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+    uint64_t c = static_cast<uint64_t>(carry);
     for (int32_t i = 0; i < n; i += 4) {
         const uint64_t x = LoadWord(a + i);
         const uint64_t y = LoadWord(b + i) + kLaneBias;
-        const unsigned __int128 wide = static_cast<unsigned __int128>(x) + y + carry;
-        const uint64_t s = static_cast<uint64_t>(wide);
-        carry = static_cast<int>(wide >> 64);
+        const uint64_t partial = x + y;
+        const uint64_t s = partial + c;
+        c = static_cast<uint64_t>(partial < x) | static_cast<uint64_t>(s < partial);
         // Bit 16k of x ^ y ^ s is the carry into lane k; lane 3's is the carry out.
-        const uint64_t into = ((x ^ y ^ s) >> 16) & kLaneLow;
-        const uint64_t overflowed = into | (static_cast<uint64_t>(carry) << 48);
+        const uint64_t overflowed = (((x ^ y ^ s) >> 16) & kLaneLow) | (c << 48);
         StoreWord(d + i, s - (overflowed ^ kLaneLow) * 0xD8F0u);
     }
-    return carry;
+    return static_cast<int>(c);
 }
 
 }  // namespace
