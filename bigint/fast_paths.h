@@ -44,7 +44,7 @@ int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
 // C(n, k) for 0 <= k <= n from its prime factorisation; sieves up to n. 0, 3, -1.
 int BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result);
 
-// base^e mod |m| in 0 … |m| - 1 for an odd m and |e| >= 2 (the exponent's
+// base^e mod |m| in 0 … |m| - 1 for m != 0 and |e| >= 2 (the exponent's
 // sign is ignored), by Montgomery multiplication on 64-bit words. 0, 3, -1.
 int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
                      BigInt* result);

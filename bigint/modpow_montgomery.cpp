@@ -1,11 +1,15 @@
-// Modular powers for odd moduli by Montgomery multiplication on 64-bit words.
+// Modular powers by Montgomery multiplication on 64-bit words.
 //
 // The power leaves base 10000 for the whole run: modulus and base go to
 // binary limb by limb (both are below the modulus's size limit), a long
 // exponent through the base-16 conversion; the power runs on words with a
 // sliding window over the exponent's bits, and the result comes back by
-// division by 10^8. Montgomery's reduction needs a modulus prime to the word base
-// 2^64, hence odd moduli only; the caller keeps the other cases.
+// division by 10^8. Montgomery's reduction needs a modulus prime to the word
+// base 2^64: an even modulus 2^s · o is served by the power modulo o and the
+// power modulo 2^s (truncated products), joined by the Chinese remainder
+// theorem.
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -144,6 +148,17 @@ public:
         return true;
     }
 
+    // x := x + y mod m for x, y < m.
+    void AddTo(Word* x, const Word* y) const {
+        Word carry = 0;
+        for (size_t i = 0; i < n_; ++i) {
+            const Wide s = Wide(x[i]) + y[i] + carry;
+            x[i] = Word(s);
+            carry = Word(s >> 64);
+        }
+        if (carry != 0 || !Below(x)) SubtractModulus(x);
+    }
+
 private:
     bool Below(const Word* x) const {
         for (size_t i = n_; i-- > 0;) {
@@ -167,6 +182,37 @@ private:
     std::vector<Word> t_;
 };
 
+// Arithmetic modulo 2^bits on n = ceil(bits / 64) words: truncated products.
+class PowerOfTwo {
+public:
+    PowerOfTwo(size_t bits, PollClock* clk)
+        : n_((bits + 63) / 64), topMask_(bits % 64 ? (Word(1) << (bits % 64)) - 1 : ~Word(0)),
+          clk_(clk), t_(n_) {}
+    size_t Size() const { return n_; }
+    void Reduce(Word* x) const { x[n_ - 1] &= topMask_; }
+    // r := a b mod 2^bits; r may be a or b. False when stopped.
+    bool Mul(const Word* a, const Word* b, Word* r) {
+        std::fill(t_.begin(), t_.end(), 0);
+        for (size_t i = 0; i < n_; ++i) {
+            Word carry = 0;
+            for (size_t j = 0; i + j < n_; ++j) {
+                const Wide s = Wide(a[i]) * b[j] + t_[i + j] + carry;
+                t_[i + j] = Word(s);
+                carry = Word(s >> 64);
+            }
+        }
+        std::copy(t_.begin(), t_.end(), r);
+        Reduce(r);
+        return !clk_->Tick(static_cast<int64_t>(n_ * n_));
+    }
+
+private:
+    size_t n_;
+    Word topMask_;
+    PollClock* clk_;
+    std::vector<Word> t_;
+};
+
 // Window width for an exponent of the given number of bits.
 int WindowBits(size_t bits) {
     if (bits <= 16) return 1;
@@ -176,9 +222,10 @@ int WindowBits(size_t bits) {
     return 6;
 }
 
-// x := b^e in Montgomery form, e given by its bits (index 0 least significant,
-// top bit set, at least two bits). one is R mod m.
-bool SlidingWindowPower(Montgomery& mg, const std::vector<Word>& b, const std::vector<bool>& bits,
+// x := b^e by the ring's products (Montgomery forms in and out for
+// Montgomery), e given by its bits (index 0 least significant, top bit set).
+template <class Ring>
+bool SlidingWindowPower(Ring& mg, const std::vector<Word>& b, const std::vector<bool>& bits,
                         std::vector<Word>* x) {
     const size_t n = mg.Size();
     const int w = WindowBits(bits.size());
@@ -227,13 +274,87 @@ int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponen
     if (code != 0) return code;
     std::vector<Word> mw = WordsFromLimbs(m, WordsFor(m));
     while (mw.size() > 1 && mw.back() == 0) mw.pop_back();
-    const size_t n = mw.size();
-    Montgomery mg(std::move(mw), &clk);
-    std::vector<Word> r2, b = WordsFromLimbs(&reduced.v, n), x(n), one(n, 0);
-    one[0] = 1;
-    if (!mg.SquareOfR(&r2) || !mg.Mul(b.data(), r2.data(), b.data()) ||
-        !SlidingWindowPower(mg, b, bits, &x) || !mg.Mul(x.data(), one.data(), x.data())) {
-        return -1;
+    std::vector<Word> b = WordsFromLimbs(&reduced.v, mw.size());
+    // m = 2^shift · odd: the power modulo each part, joined by the Chinese
+    // remainder theorem.
+    size_t shift = 0;
+    while (((mw[shift / 64] >> (shift % 64)) & 1) == 0) ++shift;
+    std::vector<Word> odd(mw.size() - shift / 64, 0);
+    for (size_t i = 0; i < odd.size(); ++i) {
+        const size_t k = i + shift / 64, bit = shift % 64;
+        odd[i] = mw[k] >> bit;
+        if (bit != 0 && k + 1 < mw.size()) odd[i] |= mw[k + 1] << (64 - bit);
     }
-    return LimbsFromWords(x, result);
+    while (odd.size() > 1 && odd.back() == 0) odd.pop_back();
+    const size_t n = odd.size();
+    std::vector<Word> x(n), one(n, 0);
+    one[0] = 1;
+    {
+        Montgomery mg(odd, &clk);
+        std::vector<Word> r2, form(n, 0), block(n);
+        if (!mg.SquareOfR(&r2)) return -1;
+        // b's Montgomery form from its blocks of n words, top block first:
+        // form := form · R + block, where Mul(f, R^2) is f · R. A block is
+        // below R and R^2 mod odd below odd, so each product is reduced.
+        const size_t blocks = (b.size() + n - 1) / n;
+        for (size_t k = blocks; k-- > 0;) {
+            for (size_t i = 0; i < n; ++i) block[i] = k * n + i < b.size() ? b[k * n + i] : 0;
+            if (!mg.Mul(form.data(), r2.data(), form.data()) ||
+                !mg.Mul(block.data(), r2.data(), block.data())) {
+                return -1;
+            }
+            mg.AddTo(form.data(), block.data());
+        }
+        if (!SlidingWindowPower(mg, form, bits, &x) || !mg.Mul(x.data(), one.data(), x.data())) {
+            return -1;
+        }
+    }
+    if (shift == 0) return LimbsFromWords(x, result);
+    PowerOfTwo two(shift, &clk);
+    const size_t w = two.Size();
+    std::vector<Word> b2(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(std::min(w, b.size())));
+    b2.resize(w, 0);
+    two.Reduce(b2.data());
+    std::vector<Word> x2(w), inverse(w, 0), oddW(w, 0), diff(w, 0), step(w), t(w);
+    if (!SlidingWindowPower(two, b2, bits, &x2)) return -1;
+    // inverse := 1 / odd mod 2^shift by Newton's iteration, bits doubling.
+    for (size_t i = 0; i < w && i < odd.size(); ++i) oddW[i] = odd[i];
+    two.Reduce(oddW.data());
+    inverse[0] = 1;
+    for (size_t good = 1; good < 64 * w; good *= 2) {
+        if (!two.Mul(oddW.data(), inverse.data(), step.data())) return -1;
+        Word borrow = 0;  // step := 2 - step
+        for (size_t i = 0; i < w; ++i) {
+            const Wide d = Wide(i == 0 ? 2 : 0) - step[i] - borrow;
+            step[i] = Word(d);
+            borrow = Word(d >> 64) & 1;
+        }
+        if (!two.Mul(inverse.data(), step.data(), inverse.data())) return -1;
+    }
+    // t := (x2 - x) / odd mod 2^shift; the answer is x + odd · t.
+    Word borrow = 0;
+    for (size_t i = 0; i < w; ++i) {
+        const Wide d = Wide(x2[i]) - (i < n ? x[i] : 0) - borrow;
+        diff[i] = Word(d);
+        borrow = Word(d >> 64) & 1;
+    }
+    two.Reduce(diff.data());
+    if (!two.Mul(diff.data(), inverse.data(), t.data())) return -1;
+    std::vector<Word> sum(n + w + 1, 0);
+    for (size_t i = 0; i < n; ++i) {
+        Word carry = 0;
+        for (size_t j = 0; j < w; ++j) {
+            const Wide s = Wide(odd[i]) * t[j] + sum[i + j] + carry;
+            sum[i + j] = Word(s);
+            carry = Word(s >> 64);
+        }
+        sum[i + w] = carry;
+    }
+    Word carry = 0;
+    for (size_t i = 0; i < sum.size(); ++i) {
+        const Wide s = Wide(sum[i]) + (i < n ? x[i] : 0) + carry;
+        sum[i] = Word(s);
+        carry = Word(s >> 64);
+    }
+    return LimbsFromWords(sum, result);
 }

@@ -25,20 +25,33 @@ std::string GmpPower(const BigInt* base, const BigInt* e, const BigInt* m) {
     return s;
 }
 
-TEST(FastModPow, OddModuliOfEverySizeMatchGmp) {
+// Odd moduli, and even ones split into a power of two and an odd part.
+TEST(FastModPow, ModuliOfEverySizeAndParityMatchGmp) {
     CalcContext ctx;
     for (int32_t mLimbs : {1, 4, 5, 17, 33, 250, 600}) {
+      for (int parity : {1, 0, 2}) {
         for (int32_t eLimbs : {1, 3, 40, 1200}) {
             if (mLimbs * eLimbs > 60000) continue;
             Big m, base, e, r;
             RandomBig(&m, mLimbs);
-            m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] | 1);
+            // Odd, even, or a multiple of a high power of two (times 3).
+            if (parity == 1) m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] | 1);
+            if (parity == 0) m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] & ~1);
+            if (parity == 2) {
+                Big two, power, three;
+                BigFromInt(&two, 2);
+                BigFromInt(&three, 3);
+                ASSERT_EQ(BigPowInt(&ctx, &two.v, 32 * mLimbs + 5, &power.v), 0);
+                BigFree(&m.v);
+                ASSERT_EQ(BigMul(&ctx, &m.v, &power.v, &three.v), 0);
+            }
             RandomBig(&base, 1 + static_cast<int32_t>(Rng()() % (2 * mLimbs)));
             RandomBig(&e, eLimbs, false);
             if (BigIsZero(&e) || (e.v.top == 0 && e.v.limbs[0] < 2)) continue;
             ASSERT_EQ(ModPow(&ctx, &base, &e, &r, &m), 0);
-            EXPECT_EQ(ToDecimal(&r), GmpPower(&base, &e, &m)) << mLimbs << " " << eLimbs;
+            EXPECT_EQ(ToDecimal(&r), GmpPower(&base, &e, &m)) << mLimbs << " " << eLimbs << " " << parity;
         }
+      }
     }
 }
 
@@ -52,7 +65,9 @@ TEST_P(FastModPowBothPaths, EdgeModuliAndBasesMatchGmp) {
     CalcContext ctx;
     // Around one and two words, a top limb of 10000 (99999999 + 1 = 10^8 + 1
     // after the increment below), moduli 1 and -1, bases that are multiples.
-    const char* moduli[] = {"1", "-1", "3", "18446744073709551615", "18446744073709551617",
+    const char* moduli[] = {"1", "-1", "3", "2", "-10", "18446744073709551616", "36893488147419103232",
+                            "1000000000000000000000000", "55340232221128654848",
+                            "18446744073709551615", "18446744073709551617",
                             "340282366920938463463374607431768211457", "-999999999999999999999"};
     const char* bases[] = {"0", "2", "-2", "18446744073709551617", "-999999999999999999999",
                            "123456789012345678901234567890123456789012345678901"};
