@@ -5,6 +5,9 @@
 #if defined(__x86_64__)
 #include <x86intrin.h>
 #endif
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "bigint/internal.h"
 
@@ -69,6 +72,44 @@ int AddWords(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
     return static_cast<int>(c);
 }
 
+#if defined(__SSE2__)
+// Eight limbs at a time in SSE2 lanes: the lane sums are formed at once, and
+// the carries between lanes come from two 8-bit masks, lanes that generate a
+// carry (sum above 9999) and lanes that pass one on (sum 9999), by one
+// addition: the carries in are ((G << 1 | c) + P) ^ P. Valid while every limb
+// of both inputs is 0..9999.
+struct CarrySpread {
+    alignas(16) int16_t lanes[256][8];  // lane i = bit i of the index
+    CarrySpread() {
+        for (int m = 0; m < 256; ++m) {
+            for (int i = 0; i < 8; ++i) lanes[m][i] = static_cast<int16_t>((m >> i) & 1);
+        }
+    }
+};
+const CarrySpread kCarrySpread;
+
+// d[0..n) := a + b + carry over n limbs, n a multiple of 8. Answers the carry out.
+int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+    const __m128i nines = _mm_set1_epi16(kLimbBase - 1), base = _mm_set1_epi16(kLimbBase);
+    unsigned c = static_cast<unsigned>(carry);
+    for (int32_t i = 0; i < n; i += 8) {
+        const __m128i s = _mm_add_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(a + i)),
+                                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i)));
+        const __m128i g = _mm_cmpgt_epi16(s, nines), p = _mm_cmpeq_epi16(s, nines);
+        const unsigned G = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(g, g))) & 0xFFu;
+        const unsigned P = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(p, p))) & 0xFFu;
+        const unsigned sum = ((G << 1) | c) + P;
+        c = (sum >> 8) & 1u;
+        const __m128i in =
+            _mm_load_si128(reinterpret_cast<const __m128i*>(kCarrySpread.lanes[(sum ^ P) & 0xFFu]));
+        __m128i r = _mm_add_epi16(s, in);
+        r = _mm_sub_epi16(r, _mm_and_si128(_mm_cmpgt_epi16(r, nines), base));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(d + i), r);
+    }
+    return static_cast<int>(c);
+}
+#endif
+
 }  // namespace
 
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
@@ -84,8 +125,15 @@ int AddWords(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
     assert(d != b);
     const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
+#if defined(__SSE2__)
+    const int32_t lanes = below & ~7;
+    const int32_t words = lanes + ((below - lanes) & ~3);
+    int carry = AddLanes(a, b, d, lanes, 0);
+    carry = AddWords(a + lanes, b + lanes, d + lanes, words - lanes, carry);
+#else
     const int32_t words = below & ~3;
     int carry = AddWords(a, b, d, words, 0);
+#endif
     for (int32_t i = words; i <= tb; ++i) {
         const int32_t s = b[i] + (i <= ta ? a[i] : 0) + carry;
         d[i] = static_cast<Limb>(s % kLimbBase);
