@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "bigint/fast_paths.h"
+#include "bigint/internal.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -101,6 +102,16 @@ int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result)
         return RangeProductPrimes(ctx, c, n, result);
     return RangeProductTree(ctx, c, n, result);
 }
+int BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
+    const FastThresholds& t = gFastThresholds;
+    if (k >= t.rangePrimes && n <= t.rangePrimesSieve) return BinomialPrimes(ctx, n, k, result);
+    BigTemp top, factorial, rest;
+    int code = RangeProductDispatch(ctx, n - k, n, &top.v);
+    if (code == 0) code = RangeProductDispatch(ctx, 0, k, &factorial.v);
+    if (code == 0) code = BigDivMod(ctx, &top.v, &factorial.v, result, &rest.v);
+    return code;
+}
+
 int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     if (b->top + 1 < gFastThresholds.gcdLehmer) return GcdSchool(ctx, a, b, result);
     Magnitude am, bm;

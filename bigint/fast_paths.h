@@ -41,6 +41,13 @@ int CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result);
 int RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
 // The same from the prime factorisation of n! / c!; sieves up to n.
 int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
+// C(n, k) for 0 <= k <= n from its prime factorisation; sieves up to n. 0, 3, -1.
+int BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result);
+
+// base^e mod |m| in 0 … |m| - 1 for m != 0 and |e| >= 2 (the exponent's
+// sign is ignored), by Montgomery multiplication on 64-bit words. 0, 3, -1.
+int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+                     BigInt* result);
 
 // gcd of |a| > |b| > 0 by Lehmer's method. 0, 3, -1.
 int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);

@@ -31,30 +31,41 @@ int64_t Leading(const Number& x, int32_t n, int32_t count) {
 
 // s := A·x + B·y and t := C·x + D·y in one pass, for combinations known to
 // be non-negative (y no longer than x); s and t hold x.len + 1 limbs and
-// alias neither input. A term stays below 10^14 in magnitude, so adding
-// kBias (a multiple of the base) makes it non-negative and the carry is an
-// unsigned division by a constant.
+// alias neither input. The pass takes two limbs at a time (digits below
+// 10^8): a term stays below 6·10^17 in magnitude, so adding kBias (a
+// multiple of 10^8) makes it non-negative and the carry is an unsigned
+// division by a constant. Both results are below x, so nothing is written
+// past limb x.len.
 void Combine(int64_t A, int64_t B, int64_t C, int64_t D, const Number& x, const Number& y,
              Number* s, Number* t) {
-    constexpr int64_t kBias = int64_t(kLimbBase) << 44;
-    constexpr int64_t kBiasCarry = kBias / kLimbBase;
+    constexpr int64_t kPair = int64_t(kLimbBase) * kLimbBase;
+    constexpr int64_t kBias = kPair << 35;
+    constexpr int64_t kBiasCarry = kBias / kPair;
     int64_t c1 = 0, c2 = 0;
     Limb* so = s->limbs.get();
     Limb* to = t->limbs.get();
     const Limb* xs = x.limbs.get();
     const Limb* ys = y.limbs.get();
-    for (int32_t i = 0; i < x.len; ++i) {
-        const int64_t xi = xs[i], yi = i < y.len ? ys[i] : 0;
+    auto pair = [](const Limb* v, int32_t len, int32_t i) -> int64_t {
+        const int64_t low = i < len ? v[i] : 0;
+        return i + 1 < len ? low + int64_t(v[i + 1]) * kLimbBase : low;
+    };
+    int32_t i = 0;
+    for (; i < x.len; i += 2) {
+        const int64_t xi = pair(xs, x.len, i), yi = pair(ys, y.len, i);
         const uint64_t u1 = uint64_t(A * xi + B * yi + c1 + kBias);
         const uint64_t u2 = uint64_t(C * xi + D * yi + c2 + kBias);
-        const uint64_t q1 = u1 / kLimbBase, q2 = u2 / kLimbBase;
-        so[i] = static_cast<Limb>(u1 - q1 * kLimbBase);
-        to[i] = static_cast<Limb>(u2 - q2 * kLimbBase);
+        const uint64_t q1 = u1 / uint64_t(kPair), q2 = u2 / uint64_t(kPair);
+        const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)), r2 = uint32_t(u2 - q2 * uint64_t(kPair));
+        so[i] = static_cast<Limb>(r1 % kLimbBase);
+        so[i + 1] = static_cast<Limb>(r1 / kLimbBase);
+        to[i] = static_cast<Limb>(r2 % kLimbBase);
+        to[i + 1] = static_cast<Limb>(r2 / kLimbBase);
         c1 = int64_t(q1) - kBiasCarry;
         c2 = int64_t(q2) - kBiasCarry;
     }
     for (auto [out, carry] : {std::pair<Number*, int64_t>{s, c1}, std::pair<Number*, int64_t>{t, c2}}) {
-        int32_t len = x.len;
+        int32_t len = i;
         while (carry > 0) {
             out->limbs[len++] = static_cast<Limb>(carry % kLimbBase);
             carry /= kLimbBase;

@@ -43,6 +43,11 @@ inline void BigSetFailed(BigInt* v) { BigFromInt(v, 1); }
 // v := limbs 0..top of src at exact size with the given sign. 0 or 3.
 int BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
 
+// LimbsAdd without its last limb: d (max(ta, tb) + 1 limbs, may be a) gets
+// limbs 0..max(ta, tb) of a + b under the same carry rule; answers the carry
+// out of the top limb, 0 or 1.
+int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb);
+
 // Lowers top past zero limbs, stopping at 0.
 inline int32_t LimbsTrimTop(const Limb* a, int32_t top) {
     while (top > 0 && a[top] == 0) --top;

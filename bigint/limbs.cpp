@@ -1,6 +1,13 @@
 // Limb-array primitives on raw arrays and top indices. Callers size the
 // arrays; the contracts above each function say how much room is needed.
 #include <cassert>
+#include <cstring>
+#if defined(__x86_64__)
+#include <x86intrin.h>
+#endif
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "bigint/internal.h"
 
@@ -16,43 +23,160 @@ int LimbsCompare(const Limb* a, const Limb* b, int32_t ta, int32_t tb) {
     return 0;
 }
 
+namespace {
+
+// Four limbs at a time in one 64-bit word: each limb of b is biased by
+// 10000 - 65536 first, so a 16-bit lane overflows exactly when its limb sum
+// reaches 10000 and the machine carry runs from lane to lane as the decimal
+// carry does. Lanes that did not overflow are unbiased afterwards. Valid only
+// while every limb of both words is 0..9999, which holds below both tops.
+constexpr uint64_t kLaneBias = 0xD8F0D8F0D8F0D8F0ull;  // 55536 in each lane
+constexpr uint64_t kLaneLow = 0x0001000100010001ull;
+
+inline uint64_t LoadWord(const Limb* p) {
+    uint64_t w;
+    std::memcpy(&w, p, sizeof w);
+    return w;
+}
+
+inline void StoreWord(Limb* p, uint64_t w) { std::memcpy(p, &w, sizeof w); }
+
+#if defined(__x86_64__)
+// One add-with-carry instruction, so the carry chain costs a cycle a word.
+inline uint64_t AddWithCarry(uint64_t x, uint64_t y, uint64_t carry, uint64_t* sum) {
+    unsigned long long s;
+    const unsigned char out = _addcarry_u64(static_cast<unsigned char>(carry), x, y, &s);
+    *sum = s;
+    return out;
+}
+#else
+inline uint64_t AddWithCarry(uint64_t x, uint64_t y, uint64_t carry, uint64_t* sum) {
+    const uint64_t partial = x + y;
+    *sum = partial + carry;
+    return static_cast<uint64_t>(partial < x) | static_cast<uint64_t>(*sum < partial);
+}
+#endif
+
+// d[0..n) := a + b + carry over n limbs, n a multiple of 4. Answers the carry out.
+int AddWords(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+    uint64_t c = static_cast<uint64_t>(carry);
+    for (int32_t i = 0; i < n; i += 4) {
+        const uint64_t x = LoadWord(a + i);
+        const uint64_t y = LoadWord(b + i) + kLaneBias;
+        uint64_t s;
+        c = AddWithCarry(x, y, c, &s);
+        // Bit 16k of x ^ y ^ s is the carry into lane k; lane 3's is the carry out.
+        const uint64_t overflowed = (((x ^ y ^ s) >> 16) & kLaneLow) | (c << 48);
+        StoreWord(d + i, s - (overflowed ^ kLaneLow) * 0xD8F0u);
+    }
+    return static_cast<int>(c);
+}
+
+#if defined(__SSE2__)
+// Eight limbs at a time in SSE2 lanes: the lane sums are formed at once, and
+// the carries between lanes come from two 8-bit masks, lanes that generate a
+// carry (sum above 9999) and lanes that pass one on (sum 9999), by one
+// addition: the carries in are ((G << 1 | c) + P) ^ P. Valid while every limb
+// of both inputs is 0..9999.
+struct CarrySpread {
+    alignas(16) int16_t lanes[256][8];  // lane i = bit i of the index
+    CarrySpread() {
+        for (int m = 0; m < 256; ++m) {
+            for (int i = 0; i < 8; ++i) lanes[m][i] = static_cast<int16_t>((m >> i) & 1);
+        }
+    }
+};
+const CarrySpread kCarrySpread;
+
+// d[0..n) := a + b + carry over n limbs, n a multiple of 8. Answers the carry out.
+int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+    const __m128i nines = _mm_set1_epi16(kLimbBase - 1), base = _mm_set1_epi16(kLimbBase);
+    unsigned c = static_cast<unsigned>(carry);
+    for (int32_t i = 0; i < n; i += 8) {
+        const __m128i s = _mm_add_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(a + i)),
+                                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + i)));
+        const __m128i g = _mm_cmpgt_epi16(s, nines), p = _mm_cmpeq_epi16(s, nines);
+        const unsigned G = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(g, g))) & 0xFFu;
+        const unsigned P = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(p, p))) & 0xFFu;
+        const unsigned sum = ((G << 1) | c) + P;
+        c = (sum >> 8) & 1u;
+        const __m128i in =
+            _mm_load_si128(reinterpret_cast<const __m128i*>(kCarrySpread.lanes[(sum ^ P) & 0xFFu]));
+        __m128i r = _mm_add_epi16(s, in);
+        r = _mm_sub_epi16(r, _mm_and_si128(_mm_cmpgt_epi16(r, nines), base));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(d + i), r);
+    }
+    return static_cast<int>(c);
+}
+#endif
+
+}  // namespace
+
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
 // The carry out of b's top limb is added into the next limb and not followed
 // further when that limb is a's top: a top limb of 9999 then becomes 10000
 // (99999999 + 1 gives limbs 0, 10000). The value stays right and renders
 // right, since a top limb prints without width. Below a's top the carry runs
 // on, because a limb of 10000 inside the number would print as five digits.
-int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
+// LimbsAddCarry writes limbs 0..max(ta, tb) and answers the carry out of the
+// last, which LimbsAdd stores as limb max + 1.
+// A top limb of 10000 taking part in the sum adds by remainder: a limb sum of
+// 20000 or more keeps a single carry, as it always has.
+int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
     assert(d != b);
-    CopyLimbs(d, a, ta + 1);
-    const int32_t m = ta > tb ? ta : tb;
-    ZeroLimbs(d + ta + 1, m - ta + 1);
-    for (int32_t i = 0; i <= tb; ++i) {
-        const int32_t s = b[i] + d[i];
+    const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
+#if defined(__SSE2__)
+    const int32_t lanes = below & ~7;
+    const int32_t words = lanes + ((below - lanes) & ~3);
+    int carry = AddLanes(a, b, d, lanes, 0);
+    carry = AddWords(a + lanes, b + lanes, d + lanes, words - lanes, carry);
+#else
+    const int32_t words = below & ~3;
+    int carry = AddWords(a, b, d, words, 0);
+#endif
+    for (int32_t i = words; i <= tb; ++i) {
+        const int32_t s = b[i] + (i <= ta ? a[i] : 0) + carry;
         d[i] = static_cast<Limb>(s % kLimbBase);
-        if (s > kLimbBase - 1) d[i + 1] = static_cast<Limb>(d[i + 1] + 1);
+        carry = s > kLimbBase - 1 ? 1 : 0;
     }
-    for (int32_t i = tb + 1; i < ta && d[i] >= kLimbBase; ++i) {
-        d[i] = static_cast<Limb>(d[i] - kLimbBase);
-        d[i + 1] = static_cast<Limb>(d[i + 1] + 1);
+    int32_t i = tb + 1;
+    for (; carry != 0 && i < ta; ++i) {
+        const int32_t s = a[i] + 1;
+        carry = s >= kLimbBase ? 1 : 0;
+        d[i] = static_cast<Limb>(carry ? s - kLimbBase : s);
     }
-    return d[m + 1] >= 1 ? m + 1 : m;
+    if (i <= ta) {
+        d[i] = static_cast<Limb>(a[i] + carry);
+        if (d != a) CopyLimbs(d + i + 1, a + i + 1, ta - i);
+        carry = 0;
+    }
+    return carry;
+}
+
+int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
+    const int32_t m = ta > tb ? ta : tb;
+    const int carry = LimbsAddCarry(a, b, d, ta, tb);
+    d[m + 1] = static_cast<Limb>(carry);
+    return carry ? m + 1 : m;
 }
 
 // a := a - b in place; requires |a| >= |b|. Answers the new top of a.
+// A top limb of b above 9999 may borrow twice.
 int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb) {
+    int32_t borrow = 0;
     for (int32_t i = 0; i <= tb; ++i) {
-        if (b[i] > a[i]) {
-            a[i] = static_cast<Limb>(a[i] + kLimbBase);
-            for (int32_t j = i + 1; j <= ta; ++j) {
-                if (a[j] != 0) {
-                    a[j] = static_cast<Limb>(a[j] - 1);
-                    break;
-                }
-                a[j] = kLimbBase - 1;
-            }
+        int32_t s = a[i] - b[i] - borrow;
+        borrow = 0;
+        while (s < 0) {
+            s += kLimbBase;
+            ++borrow;
         }
-        a[i] = static_cast<Limb>(a[i] - b[i]);
+        a[i] = static_cast<Limb>(s);
+    }
+    for (int32_t i = tb + 1; borrow != 0 && i <= ta; ++i) {
+        const int32_t s = a[i] - borrow;
+        borrow = s < 0 ? 1 : 0;
+        a[i] = static_cast<Limb>(s < 0 ? s + kLimbBase : s);
     }
     return LimbsTrimTop(a, ta);
 }

@@ -1,7 +1,9 @@
 // The remainder behind [mod] and the modular sum, difference, product,
 // inverse and power of the modulus mode.
+#include "bigint/fast_paths.h"
 #include "bigint/internal.h"
 #include "bigint/mul_dispatch.h"
+#include "bigint/thresholds.h"
 
 // x reduced by m. For x >= 0 the truncated remainder as it stands (7 mod -3
 // = 1), and x mod 0 = 0 without complaint. For x < 0 the answer is
@@ -176,8 +178,35 @@ int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* resul
     return 0;
 }
 
+namespace {
+
+// r := r b^e mod m bit by bit, e (non-negative) consumed. 0, 3, -1.
+int SquareAndMultiply(CalcContext* ctx, BigInt* r, BigInt* b, BigInt* e, const BigInt* m) {
+    int code = 0;
+    while (code == 0 && !BigIsZero(e)) {
+        if (!BigIsEven(e)) {
+            BigTemp product;
+            code = ModMul(ctx, &product.v, r, b, m);
+            if (code == 0) BigReplace(r, &product.v);
+            BigDecrement(e);
+        }
+        BigHalve(e);
+        if (code == 0 && !BigIsZero(e)) {
+            BigTemp square;
+            code = ModMul(ctx, &square.v, b, b, m);
+            if (code == 0) BigReplace(b, &square.v);
+        }
+    }
+    return code;
+}
+
+}  // namespace
+
 // base^e mod m for an exponent of any size; a negative exponent powers the
-// inverse. An exponent of 0 gives 1 without reduction.
+// inverse. An exponent of 0 gives 1 without reduction. From |e| = 2 on the
+// answer is the residue in 0 … |m| - 1 whatever the signs (a negative base
+// takes part in the first product only), so non-zero moduli up to a size
+// go by Montgomery words there; the bit-by-bit loop keeps every other case.
 int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt* result,
            const BigInt* m) {
     BigTemp r, e, b;
@@ -190,19 +219,14 @@ int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt*
         code = BigCopy(&b.v, base);
     }
     e.v.negative = 0;
-    while (code == 0 && !BigIsZero(&e.v)) {
-        if (!BigIsEven(&e.v)) {
-            BigTemp product;
-            code = ModMul(ctx, &product.v, &r.v, &b.v, m);
-            if (code == 0) BigReplace(&r.v, &product.v);
-            BigDecrement(&e.v);
-        }
-        BigHalve(&e.v);
-        if (code == 0 && !BigIsZero(&e.v)) {
-            BigTemp square;
-            code = ModMul(ctx, &square.v, &b.v, &b.v, m);
-            if (code == 0) BigReplace(&b.v, &square.v);
-        }
+    const bool twoOrMore = e.v.top > 0 || e.v.limbs[0] >= 2;
+    if (code == 0 && twoOrMore && !BigIsZeroMagnitude(m) &&
+        m->top < gFastThresholds.powMontgomery) {
+        BigTemp fast;
+        code = ModPowMontgomery(ctx, &b.v, &e.v, m, &fast.v);
+        if (code == 0) BigReplace(&r.v, &fast.v);
+    } else if (code == 0) {
+        code = SquareAndMultiply(ctx, &r.v, &b.v, &e.v, m);
     }
     if (code != 0) {
         BigSetFailed(result);

@@ -53,9 +53,9 @@ int BigFact(CalcContext* ctx, BigInt* result, const BigInt* n) {
     return BigPerm(ctx, result, n, n);
 }
 
-// C(n, k), negative n by C(n, k) = (-1)^k C(|n| + k - 1, k). The product
-// n … (n - j + 1) is divided by j!, j the smaller of k and n - k; when that
-// is 0 (n = -1) the permutation refuses with 17. n = |k| with n >= 0 answers
+// C(n, k), negative n by C(n, k) = (-1)^k C(|n| + k - 1, k). The work is
+// C(n, j), j the smaller of k and n - k; when that is 0 (n = -1), or n is
+// 100000000 or more, the answer is 17 as for a permutation. n = |k| with n >= 0 answers
 // 1 even for k = -n.
 int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt* k) {
     const bool negativeN = BigIsNegative(n);
@@ -63,7 +63,7 @@ int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt*
     if (BigIsNegative(k) || (!negativeN && BigCompareMag(n, k) > 0)) {
         return BigFromInt(result, 0);
     }
-    BigTemp N, m, j, top, factorial, rest, q;
+    BigTemp N, m, j, q;
     uint8_t sign = 0;
     int code = 0;
     if (negativeN) {
@@ -82,9 +82,11 @@ int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt*
         BigFree(&j.v);
         code = BigCopy(&j.v, &m.v);
     }
-    if (code == 0) code = BigPerm(ctx, &top.v, &N.v, &j.v);
-    if (code == 0) code = BigPerm(ctx, &factorial.v, &j.v, &j.v);
-    if (code == 0) code = BigDivMod(ctx, &top.v, &factorial.v, &q.v, &rest.v);
+    int32_t nn = 0, jj = 0;
+    if (code == 0) {
+        const bool fits = BigToInt(&N.v, &nn) && BigToInt(&j.v, &jj) && jj >= 1 && nn >= jj;
+        code = fits ? BinomialDispatch(ctx, nn, jj, &q.v) : 17;
+    }
     if (code != 0) {
         BigSetFailed(result);
         return code;

@@ -1,4 +1,5 @@
-// The range product (c + 1) × … × n = n! / c! from its prime factorisation.
+// The range product (c + 1) × … × n = n! / c! and the binomial coefficient
+// C(n, k) = n! / (k! (n - k)!) from their prime factorisations.
 //
 // The exponent of a prime p is v(n) − v(c) with v(m) = Σ floor(m / p^i)
 // (Legendre). Writing every exponent in binary, the product is
@@ -68,18 +69,11 @@ int ListProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& f
     return code != 0 ? code : FastMul(ctx, v, &left.v, &right.v);
 }
 
-}  // namespace
-
-int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
-    PollClock clk(ctx);
-    std::vector<uint32_t> primes;
-    if (!Primes(clk, n, &primes)) return -1;
-    std::vector<int32_t> exponent(primes.size());
+// Π p^e over the primes by the binary exponent scheme above.
+int PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& primes,
+                      const std::vector<int32_t>& exponent, BigInt* result) {
     int32_t maxExponent = 0;
-    for (size_t i = 0; i < primes.size(); ++i) {
-        exponent[i] = Legendre(n, primes[i]) - Legendre(c, primes[i]);
-        if (exponent[i] > maxExponent) maxExponent = exponent[i];
-    }
+    for (const int32_t e : exponent) maxExponent = e > maxExponent ? e : maxExponent;
     int top = 0;
     while ((maxExponent >> (top + 1)) != 0) ++top;
     BigInt acc = {};
@@ -102,4 +96,32 @@ int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
     if (code == 0) BigMove(result, &acc);
     else BigFree(&acc);
     return code;
+}
+
+}  // namespace
+
+int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+    PollClock clk(ctx);
+    std::vector<uint32_t> primes;
+    if (!Primes(clk, n, &primes)) return -1;
+    std::vector<int32_t> exponent(primes.size());
+    for (size_t i = 0; i < primes.size(); ++i) {
+        exponent[i] = Legendre(n, primes[i]) - Legendre(c, primes[i]);
+    }
+    return PrimePowerProduct(ctx, clk, primes, exponent, result);
+}
+
+// The exponent of p in C(n, k) is the number of carries when k and n - k are
+// added in base p (Kummer), so it never exceeds log_p n: the product is
+// mostly one list product of the primes that divide it, with no factorial
+// of the full size and no division.
+int BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
+    PollClock clk(ctx);
+    std::vector<uint32_t> primes;
+    if (!Primes(clk, n, &primes)) return -1;
+    std::vector<int32_t> exponent(primes.size());
+    for (size_t i = 0; i < primes.size(); ++i) {
+        exponent[i] = Legendre(n, primes[i]) - Legendre(k, primes[i]) - Legendre(n - k, primes[i]);
+    }
+    return PrimePowerProduct(ctx, clk, primes, exponent, result);
 }

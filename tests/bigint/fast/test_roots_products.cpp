@@ -110,6 +110,30 @@ TEST(FastProducts, FactorialAndBinomialMatchGmp) {
     mpz_clear(z);
 }
 
+// Both ways of forming the coefficient, on either side of the threshold, with
+// the sign of a negative n: C(-n, k) = (-1)^k C(n + k - 1, k).
+TEST(FastProducts, BinomialsFromPrimeFactorsMatchGmp) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    mpz_t z;
+    mpz_init(z);
+    CalcContext ctx;
+    for (int32_t n : {41, 80, 81, 97, 128, 1000, 4099}) {
+        for (int32_t k : {1, 39, 40, 41, n / 3, n / 2, n - 40, n - 1}) {
+            Big bn, bk, c, neg;
+            BigFromInt(&bn, n);
+            BigFromInt(&bk, k);
+            ASSERT_EQ(BigBinomial(&ctx, &c, &bn, &bk), 0);
+            mpz_bin_uiui(z, static_cast<unsigned long>(n), static_cast<unsigned long>(k));
+            EXPECT_EQ(ToDecimal(&c), MpzDecimal(z)) << n << " " << k;
+            if (k == n) continue;  // C(-1, k) refuses
+            BigFromInt(&bn, -(n - k + 1));
+            ASSERT_EQ(BigBinomial(&ctx, &neg, &bn, &bk), 0);
+            EXPECT_EQ(ToDecimal(&neg), (k % 2 ? "-" : "") + MpzDecimal(z)) << -(n - k + 1) << " " << k;
+        }
+    }
+    mpz_clear(z);
+}
+
 TEST(FastRootsAndProducts, QStopsThem) {
     Big x, r;
     RandomBig(&x, 30000, false);
@@ -119,5 +143,8 @@ TEST(FastRootsAndProducts, QStopsThem) {
         EXPECT_EQ(CbrtDispatch(&b, &x, &r), -1);
         EXPECT_EQ(RangeProductDispatch(&c, 0, 30000, &r), -1);
         EXPECT_EQ(c.polls(), stopAt);
+        ScriptedContext d(stopAt);
+        EXPECT_EQ(BinomialDispatch(&d, 200000, 100000, &r), -1);
+        EXPECT_EQ(d.polls(), stopAt);
     }
 }
