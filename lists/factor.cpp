@@ -141,16 +141,24 @@ int DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors, std::
     return release(0);
 }
 
+namespace {
+
+// The prime factors of the input as typed: 17 for a bad input, 10 for 1.
+int FactorsOfInput(CalcContext* ctx, const std::string& input, std::vector<PrimeFactor>* factors) {
+    ScopedBig value;
+    if (int code = ReadFactorInput(input, &value.v)) return code;
+    if (int code = FactorBig(ctx, &value.v, factors)) return code;
+    return factors->empty() ? kListNothing : 0;
+}
+
+}  // namespace
+
 // The numbers are at most 13 digits: the arithmetic of these two lists is
 // never long enough to poll for.
 int ListFactor(CalcContext*, const std::string& input, ListOutput* out) {
     CalcContext quiet;
-    CalcContext* ctx = &quiet;
-    ScopedBig value;
-    if (int code = ReadFactorInput(input, &value.v)) return code;
     std::vector<PrimeFactor> factors;
-    if (int code = FactorBig(ctx, &value.v, &factors)) return code;
-    if (factors.empty()) return kListNothing;
+    if (int code = FactorsOfInput(&quiet, input, &factors)) return code;
     out->text = FactorizationLine(factors);
     out->caption = std::string(OxString(198)) + " " + input;
     return kListDone;
@@ -159,11 +167,8 @@ int ListFactor(CalcContext*, const std::string& input, ListOutput* out) {
 int ListDivisors(CalcContext*, const std::string& input, ListOutput* out) {
     CalcContext quiet;
     CalcContext* ctx = &quiet;
-    ScopedBig value;
-    if (int code = ReadFactorInput(input, &value.v)) return code;
     std::vector<PrimeFactor> factors;
-    if (int code = FactorBig(ctx, &value.v, &factors)) return code;
-    if (factors.empty()) return kListNothing;
+    if (int code = FactorsOfInput(ctx, input, &factors)) return code;
     std::vector<BigInt> divisors;
     if (int code = DivisorsBig(ctx, factors, &divisors)) return code;
 
