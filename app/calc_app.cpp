@@ -2,8 +2,15 @@
 
 #include "app/calc_frame.h"
 
+QIcon ProgramIcon() {
+    // The icon is compiled into the program's static library; this keeps it.
+    Q_INIT_RESOURCE(icons);
+    return QIcon(QStringLiteral(":/icons/CALCICON.png"));
+}
+
 TCalc::TCalc(int& argc, char** argv) : app_(argc, argv) {
     QApplication::setApplicationName(QStringLiteral("ordix"));
+    QApplication::setWindowIcon(ProgramIcon());
     frame_ = std::make_unique<TCalcFrame>();
     frame_->readSettings();
 }

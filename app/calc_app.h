@@ -4,10 +4,14 @@
 #pragma once
 
 #include <QApplication>
+#include <QIcon>
 
 #include <memory>
 
 class TCalcFrame;
+
+// CALCICON, the icon every window of the program shows.
+QIcon ProgramIcon();
 
 class TCalc {
 public:

@@ -18,6 +18,7 @@
 
 #include <string>
 
+#include "app/calc_app.h"
 #include "app/calc_frame.h"
 #include "bigint/bigint.h"
 #include "io/print.h"
@@ -63,6 +64,12 @@ class TestFrame : public QObject {
     Q_OBJECT
 private slots:
     void init() { qputenv("ORDIX_INI_DIR", QByteArray(dir_.path().toLocal8Bit())); }
+
+    void programIconIsCompiledIn() {
+        const QIcon icon = ProgramIcon();
+        QVERIFY(!icon.isNull());
+        QCOMPARE(icon.pixmap(64, 64).size(), QSize(64, 64));
+    }
 
     void calculateStoresAndShowsTheResult() {
         ScriptedModal modal;
