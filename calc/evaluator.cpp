@@ -143,19 +143,50 @@ int Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
 
 }  // namespace
 
+namespace {
+
+// A variable read by an operation is lent to the letter's leaf instead of
+// copied: the leaf's records share the variable's limbs only while the parent
+// applies its operation (variables do not change meanwhile), and are cleared
+// without freeing before anything else can see them. A letter at the root
+// still copies, since its caller keeps the result.
+bool IsLetterLeaf(const ExprNode* node) {
+    return node && IsLetterCode(node->kind) && !node->left && !node->right;
+}
+
+int Lend(const VariableReader& variables, ExprNode* leaf) {
+    const NumberValue* v = variables.Variable(leaf->kind - 'A' + 1);
+    if (!v) return 2;
+    leaf->numerator = v->numerator;
+    leaf->denominator = v->denominator;
+    return 0;
+}
+
+void GiveBack(ExprNode* node) {
+    if (!IsLetterLeaf(node)) return;
+    node->numerator = BigInt{};
+    node->denominator = BigInt{};
+}
+
+int EvaluateChild(CalcContext* ctx, const VariableReader& variables, ExprNode* child) {
+    return IsLetterLeaf(child) ? Lend(variables, child) : Evaluate(ctx, variables, child);
+}
+
+}  // namespace
+
 int Evaluate(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
     if (!node || node->kind == kCodeOperand) return 0;
-    if (node->left) {
-        int code = Evaluate(ctx, variables, node->left);
-        if (code != 0) return code;
+    int code = 0;
+    if (node->left) code = EvaluateChild(ctx, variables, node->left);
+    if (code == 0 && node->right) code = EvaluateChild(ctx, variables, node->right);
+    if (code == 0) {
+        BigFree(&node->numerator);
+        BigFree(&node->denominator);
+        code = Apply(ctx, variables, node);
     }
-    if (node->right) {
-        int code = Evaluate(ctx, variables, node->right);
-        if (code != 0) return code;
-    }
-    BigFree(&node->numerator);
-    BigFree(&node->denominator);
-    return Apply(ctx, variables, node);
+    GiveBack(node->left);
+    GiveBack(node->right);
+    return code;
 }
 
 int StoreResult(CalcContext* ctx, BigInt* destination, BigInt* temporary) {

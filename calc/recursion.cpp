@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdlib>
 
+#include "calc/codes.h"
 #include "calc/compiler.h"
 #include "calc/model.h"
 
@@ -121,14 +122,20 @@ int CalcModel::RunOneStep() {
     for (RecursionStep& s : steps_) {
         if (code == 0) {
             // Only the numerator is replaced; the target keeps its denominator.
+            // A computed result is handed over (the tree releases its values
+            // right after); a constant right side keeps its compiled value.
             NumberValue* target = Slot(s.label);
-            BigInt copy = {};
-            if (BigCopy(&copy, &s.tree->numerator) != 0) {
-                BigFree(&copy);
+            BigInt value = {};
+            if (s.tree->kind != kCodeOperand) {
+                value = s.tree->numerator;
+                s.tree->numerator = BigInt{};
+            } else if (BigCopy(&value, &s.tree->numerator) != 0) {
+                BigFree(&value);
                 code = 3;
-            } else {
+            }
+            if (code == 0) {
                 BigFree(&target->numerator);
-                target->numerator = copy;
+                target->numerator = value;
             }
         }
         ReleaseValues(s.tree.get());

@@ -159,3 +159,33 @@ TEST(Recursion, KeysDoNotStopARunButStopRunDoes) {
     EXPECT_EQ(f.model.StepCountDefault(), 100);
     f.model.RemoveObserver(&rec);
 }
+
+// Right sides read the variables in place and hand their results to the
+// targets: constants, bare letters and repeated letters must still behave as
+// independent values from step to step.
+TEST(Recursion, ValuesStayIndependentAcrossSteps) {
+    ModelFixture f;
+    f.Let('A', "1");
+    f.Let('B', "2");
+    f.Let('F', "1/3");
+    f.model.EnterStep("a=b");
+    f.model.EnterStep("b=a");
+    f.model.EnterStep("k=5");
+    f.model.EnterStep("f=f*f-f");
+    ASSERT_EQ(f.model.RunSteps(3), 0);
+    EXPECT_EQ(f.Var('A') + " " + f.Var('B') + " " + f.Var('K'), "2 1 5");
+    // Numerators of f*f-f over the kept denominator: -6/3, 162/3, 77274/3.
+    EXPECT_EQ(f.Var('F'), "77274/3");
+    EXPECT_EQ(f.Eval("k+a*a"), "9");
+    EXPECT_EQ(f.Var('A'), "2");
+
+    // A missing letter after a lent one fails the step and leaves every
+    // variable as it was; the same trees run again once it has a value.
+    f.model.ClearRecursion();
+    f.model.EnterStep("a=a+z");
+    EXPECT_EQ(f.model.OneStep(), 2);
+    EXPECT_EQ(f.Var('A'), "2");
+    f.Let('Z', "10");
+    ASSERT_EQ(f.model.ManySteps(2), 0);
+    EXPECT_EQ(f.Var('A') + " " + f.Var('Z'), "22 10");
+}
