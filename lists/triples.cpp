@@ -21,6 +21,15 @@ std::string SidesRow(uint32_t a, uint32_t b, uint32_t c, int w1, int w2, int w3)
     return row;
 }
 
+// Appends a row of sides followed by its generators m and n. The row counts
+// even when the ceiling refuses it; a refusal marks the list full.
+void AppendGeneratedRow(ListOutput* out, std::string row, uint32_t m, uint32_t n, uint32_t* count,
+                        bool* full) {
+    Concat8(&row, PadLeft(5, Dec(m)), PadLeft(4, Dec(n)), "\r\n");
+    ++*count;
+    if (!AppendListLine(out, row)) *full = true;
+}
+
 }  // namespace
 
 int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
@@ -79,10 +88,8 @@ int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
         for (uint32_t m = (n % 2 == 1) ? 2 : 1; m < n; m += 2) {
             if (Gcd32(n, m) != 1) continue;
             const uint32_t x = 2 * m * n, y = n * n - m * m, c = n * n + m * m;
-            std::string row = SidesRow(x < y ? x : y, x < y ? y : x, c, w1, w2, w3);
-            Concat8(&row, PadLeft(5, Dec(m)), PadLeft(4, Dec(n)), "\r\n");
-            ++count;
-            if (!AppendListLine(out, row)) full = true;
+            AppendGeneratedRow(out, SidesRow(x < y ? x : y, x < y ? y : x, c, w1, w2, w3), m, n,
+                               &count, &full);
         }
         if (full || ListStopRequested(ctx)) {
             stopped = true;
@@ -118,10 +125,7 @@ int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutp
                 b = 2 * m * n - m * m;
                 c = m * m + n * n - m * n;
             }
-            std::string row = SidesRow(a, b, c, w1, w2, w3);
-            Concat8(&row, PadLeft(5, Dec(m)), PadLeft(4, Dec(n)), "\r\n");
-            ++count;
-            if (!AppendListLine(out, row)) full = true;
+            AppendGeneratedRow(out, SidesRow(a, b, c, w1, w2, w3), m, n, &count, &full);
         }
         if (full || ListStopRequested(ctx)) {
             stopped = true;
