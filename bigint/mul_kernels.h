@@ -50,6 +50,12 @@ int SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
 int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 int32_t NttMaxLength();
+// The linear convolution c[k] = Σ a[i]·b[k − i], k = 0 … la + lb − 2, of
+// 16-bit words (b null: a with itself, lb = la), exact: a coefficient is
+// below min(la, lb)·2^32 <= 2^56, under the primes' product. For products in
+// other bases than the limbs'. Requires la + lb <= NttMaxLength().
+int NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
+                  uint64_t* c);
 
 // p[0..lp) += t[0..lt), lt <= lp, carries propagated; the top limb of p takes
 // the final carry unreduced.

@@ -201,15 +201,18 @@ bool Inverse(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a,
     return true;
 }
 
-void Load(const Limb* a, int32_t la, uint32_t* f, int32_t n) {
+// Limbs (at most 20000) or 16-bit words, as points of the transform.
+template <typename In>
+void Load(const In* a, int32_t la, uint32_t* f, int32_t n) {
     for (int32_t i = 0; i < la; ++i) f[i] = static_cast<uint16_t>(a[i]);
     std::fill(f + la, f + n, 0u);
 }
 
 // The cyclic convolution of a and b (b null: a with itself) modulo prime
 // number index, left in fa as values in [0, 2p); fb is scratch.
-int Convolve(PollClock& clk, int index, const Prime& pr, const Limb* a, int32_t la,
-             const Limb* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
+template <typename In>
+int Convolve(PollClock& clk, int index, const Prime& pr, const In* a, int32_t la,
+             const In* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
     const Mont mt(pr.p);
     const uint32_t* roots = Roots(index, pr, mt, n);
     if (!roots) return kNoMemory;
@@ -230,7 +233,10 @@ int Convolve(PollClock& clk, int index, const Prime& pr, const Limb* a, int32_t 
     return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
 }
 
-int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+// The linear convolution of a and b (b null: a with itself) by both primes;
+// sink(k, c) receives its coefficients c < p1·p2 in order, k = 0 … la + lb − 2.
+template <typename In, typename Sink>
+int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&& sink) {
     const int32_t len = la + lb;
     assert(len <= NttMaxLength());
     int32_t n = 1;
@@ -277,7 +283,6 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
     const uint32_t p2 = kP2.p;
     const uint32_t invR = static_cast<uint32_t>(
         uint64_t(PowMod(kP1.p % p2, p2 - 2, p2)) * ((uint64_t(1) << 32) % p2) % p2);
-    uint64_t carry = 0;
     for (int32_t k = 0; k < len - 1; ++k) {
         const uint32_t x1 = r1[k] >= kP1.p ? r1[k] - kP1.p : r1[k];
         const uint32_t x2 = fa[k] >= p2 ? fa[k] - p2 : fa[k];
@@ -285,13 +290,29 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
         x1m = x1m >= p2 ? x1m - p2 : x1m;
         uint32_t d = m2.Mul(x2 + p2 - x1m, invR);
         d = d >= p2 ? d - p2 : d;
-        const uint64_t v = x1 + uint64_t(kP1.p) * d + carry;
+        sink(k, x1 + uint64_t(kP1.p) * d);
+    }
+    return clk.Tick(len) ? kStopped : 0;
+}
+
+// Carries the coefficients into base-10000 limbs; the top limb takes the rest.
+struct LimbCarry {
+    Limb* p;
+    uint64_t carry = 0;
+    void operator()(int32_t k, uint64_t c) {
+        const uint64_t v = c + carry;
         carry = v / kLimbBase;
         p[k] = static_cast<Limb>(v - carry * kLimbBase);
     }
-    assert(carry < 32768);
-    p[len - 1] = static_cast<Limb>(carry);
-    return clk.Tick(len) ? kStopped : 0;
+};
+
+int RunLimbs(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    LimbCarry out{p};
+    const int rc = Run(clk, a, la, b, lb, out);
+    if (rc != 0) return rc;
+    assert(out.carry < 32768);
+    p[la + lb - 1] = static_cast<Limb>(out.carry);
+    return 0;
 }
 
 }  // namespace
@@ -299,9 +320,14 @@ int Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Li
 int32_t NttMaxLength() { return (int32_t(1) << kMaxLog) + 1; }
 
 int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
-    return Run(clk, a, la, b, lb, p);
+    return RunLimbs(clk, a, la, b, lb, p);
 }
 
 int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
-    return Run(clk, a, la, nullptr, la, p);
+    return RunLimbs(clk, a, la, nullptr, la, p);
+}
+
+int NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
+                  uint64_t* c) {
+    return Run(clk, a, la, b, lb, [c](int32_t k, uint64_t v) { c[k] = v; });
 }
