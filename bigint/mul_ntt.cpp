@@ -22,6 +22,7 @@
 #include <thread>
 
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt_kernels.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -47,28 +48,6 @@ uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
     return static_cast<uint32_t>(r);
 }
 
-// Montgomery arithmetic with R = 2^32.
-struct Mont {
-    uint32_t p;
-    uint32_t pinv;   // −p^−1 mod 2^32
-    uint32_t r2;     // R^2 mod p
-
-    explicit Mont(uint32_t prime) : p(prime) {
-        uint32_t inv = prime;   // Newton: each step doubles the correct low bits
-        for (int i = 0; i < 4; ++i) inv *= 2 - prime * inv;
-        pinv = 0u - inv;
-        const uint64_t r = (uint64_t(1) << 32) % prime;
-        r2 = static_cast<uint32_t>(r * r % prime);
-    }
-    // x < p·2^32 gives a result in [0, 2p).
-    uint32_t Reduce(uint64_t x) const {
-        const uint32_t m = static_cast<uint32_t>(x) * pinv;
-        return static_cast<uint32_t>((x + uint64_t(m) * p) >> 32);
-    }
-    uint32_t Mul(uint32_t a, uint32_t b) const { return Reduce(uint64_t(a) * b); }
-    uint32_t ToMont(uint32_t a) const { return Mul(a, r2); }
-};
-
 // roots[m + j] = w_2m^j in Montgomery form, for m = 1, 2, 4 … n/2, kept
 // between products and grown as longer transforms are asked for (the
 // program's transforms run on one thread). Null when memory ran out.
@@ -92,106 +71,33 @@ const uint32_t* Roots(int index, const Prime& pr, const Mont& mt, int32_t n) {
     return t;
 }
 
-inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : x; }
-
 // Transforms of at most this many points run all their stages while the
 // array is in cache; larger ones do one stage over the whole array and
 // recurse into the halves, which are independent transforms of half length.
 constexpr int32_t kCacheBlock = 1 << 13;
 
-// One row of butterflies; the halves and the twiddles never overlap, which
-// lets the compiler vectorise the loop.
-inline void ForwardRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
-                       const uint32_t* __restrict w, int32_t m) {
-    const uint32_t twoP = 2 * mt.p;
-    for (int32_t j = 0; j < m; ++j) {
-        const uint32_t u = x[j], v = y[j];
-        x[j] = Fold(u + v, twoP);
-        y[j] = mt.Mul(u - v + twoP, w[j]);
-    }
-}
-
-inline void InverseRow(Mont mt, uint32_t* __restrict x, uint32_t* __restrict y,
-                       const uint32_t* __restrict w, int32_t m) {
-    const uint32_t twoP = 2 * mt.p;
-    for (int32_t j = 0; j < m; ++j) {
-        const uint32_t u = x[j], t = mt.Mul(y[j], w[j]);
-        x[j] = Fold(u + t, twoP);
-        y[j] = Fold(u - t + twoP, twoP);
-    }
-}
-
-void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
-    for (int32_t s = 0; s < n; s += 2 * m) ForwardRow(mt, a + s, a + s + m, roots + m, m);
-}
-
-void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
-    for (int32_t s = 0; s < n; s += 2 * m) InverseRow(mt, a + s, a + s + m, roots + m, m);
-}
-
-// The stages of half length 2 and 1 together, four points at a time: their
-// rows are too short to vectorise, and three of their four twiddles are 1.
-void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
-    const uint32_t twoP = 2 * mt.p;
-    if (n == 2) {
-        const uint32_t u = a[0], v = a[1];
-        a[0] = Fold(u + v, twoP);
-        a[1] = Fold(u - v + twoP, twoP);
-        return;
-    }
-    const uint32_t w = roots[3];
-    for (int32_t s = 0; s + 3 < n; s += 4) {
-        uint32_t* x = a + s;
-        const uint32_t y0 = Fold(x[0] + x[2], twoP), y2 = Fold(x[0] - x[2] + twoP, twoP);
-        const uint32_t y1 = Fold(x[1] + x[3], twoP), y3 = mt.Mul(x[1] - x[3] + twoP, w);
-        x[0] = Fold(y0 + y1, twoP);
-        x[1] = Fold(y0 - y1 + twoP, twoP);
-        x[2] = Fold(y2 + y3, twoP);
-        x[3] = Fold(y2 - y3 + twoP, twoP);
-    }
-}
-
-void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
-    const uint32_t twoP = 2 * mt.p;
-    if (n == 2) {
-        const uint32_t u = a[0], t = a[1];
-        a[0] = Fold(u + t, twoP);
-        a[1] = Fold(u - t + twoP, twoP);
-        return;
-    }
-    const uint32_t w = roots[3];
-    for (int32_t s = 0; s + 3 < n; s += 4) {
-        uint32_t* x = a + s;
-        const uint32_t y0 = Fold(x[0] + x[1], twoP), y1 = Fold(x[0] - x[1] + twoP, twoP);
-        const uint32_t y2 = Fold(x[2] + x[3], twoP), y3 = Fold(x[2] - x[3] + twoP, twoP);
-        const uint32_t t = mt.Mul(y3, w);
-        x[0] = Fold(y0 + y2, twoP);
-        x[2] = Fold(y0 - y2 + twoP, twoP);
-        x[1] = Fold(y1 + t, twoP);
-        x[3] = Fold(y1 - t + twoP, twoP);
-    }
-}
-
 bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const NttKernels& k = ActiveNttKernels();
     if (n <= kCacheBlock) {
-        for (int32_t m = n / 2; m >= 4; m >>= 1) ForwardStage(mt, roots, a, n, m);
-        if (n >= 2) ForwardTail(mt, roots, a, n);
+        for (int32_t m = n / 2; m >= 8; m >>= 1) k.forwardStage(mt, roots, a, n, m);
+        if (n >= 2) k.forwardTail(mt, roots, a, n);
         return !clk.Tick(int64_t(n / 2) * 14);
     }
-    ForwardStage(mt, roots, a, n, n / 2);
+    k.forwardStage(mt, roots, a, n, n / 2);
     if (clk.Tick(n / 2)) return false;
     return Forward(clk, mt, roots, a, n / 2) && Forward(clk, mt, roots, a + n / 2, n / 2);
 }
 
 bool InverseRec(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    const NttKernels& k = ActiveNttKernels();
     if (n <= kCacheBlock) {
-        if (n >= 2) InverseHead(mt, roots, a, n);
-        for (int32_t m = 4; m < n; m <<= 1) InverseStage(mt, roots, a, n, m);
+        if (n >= 2) k.inverseHead(mt, roots, a, n);
+        for (int32_t m = 8; m < n; m <<= 1) k.inverseStage(mt, roots, a, n, m);
         return !clk.Tick(int64_t(n / 2) * 14);
     }
     if (!InverseRec(clk, mt, roots, a, n / 2) || !InverseRec(clk, mt, roots, a + n / 2, n / 2))
         return false;
-    InverseStage(mt, roots, a, n, n / 2);
+    k.inverseStage(mt, roots, a, n, n / 2);
     return !clk.Tick(n / 2);
 }
 
@@ -226,10 +132,8 @@ int Convolve(PollClock& clk, int index, const Prime& pr, const In* a, int32_t la
     if (b != nullptr) {
         Load(b, lb, fb, n);
         if (!Forward(clk, mt, roots, fb, n)) return kStopped;
-        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(mt.Mul(fa[i], fb[i]), scale);
-    } else {
-        for (int32_t i = 0; i < n; ++i) fa[i] = mt.Mul(mt.Mul(fa[i], fa[i]), scale);
     }
+    ActiveNttKernels().pointwise(mt, fa, b != nullptr ? fb : nullptr, scale, n);
     return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
 }
 

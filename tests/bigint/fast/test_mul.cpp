@@ -3,6 +3,7 @@
 
 #include "bigint/mul_dispatch.h"
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt_kernels.h"
 #include "fast_support.h"
 
 using namespace fasttest;
@@ -114,6 +115,28 @@ TEST(FastMul, KernelsWithoutDispatcherAgreeOnLargeTransform) {
     ASSERT_EQ(MulNtt(clk, a.data(), 70000, b.data(), 60000, p1.data()), 0);
     ASSERT_EQ(MulKaratsuba(clk, a.data(), 70000, b.data(), 60000, p2.data()), 0);
     EXPECT_EQ(Normalised(p1.data(), 130000), Normalised(p2.data(), 130000));
+}
+
+TEST(FastMul, PortableAndProcessorKernelsGiveTheSameTransformProducts) {
+    // Lengths across the eight-point blocks, the 64-point tiles and the cache
+    // block of the transform, with the worst limb shapes.
+    PollClock clk(nullptr);
+    for (int32_t la : {3, 5, 17, 40, 100, 2100, 9000}) {
+        for (int32_t lb : {2, la / 2 + 1, la}) {
+            const std::vector<Limb> a = Operand(la, Shape::Nines);
+            const std::vector<Limb> b = Operand(lb, Shape::TopTenThousand);
+            const std::vector<Limb> want = NaiveProduct(a, b);
+            for (bool portable : {true, false}) {
+                UsePortableNttKernels(portable);
+                std::vector<Limb> p(la + lb), q(2 * la);
+                ASSERT_EQ(MulNtt(clk, a.data(), la, b.data(), lb, p.data()), 0);
+                ASSERT_EQ(SqrNtt(clk, b.data(), lb, q.data()), 0);
+                EXPECT_EQ(Normalised(p.data(), la + lb), want) << la << " x " << lb << (portable ? " portable" : "");
+                EXPECT_EQ(Normalised(q.data(), 2 * lb), NaiveProduct(b, b)) << lb;
+            }
+            UsePortableNttKernels(false);
+        }
+    }
 }
 
 TEST(FastMul, BigMulMatchesGmpWithSignsAndSameRecord) {

@@ -1,0 +1,189 @@
+// Butterfly kernels of the transform on eight points at a time with AVX2,
+// compiled for that instruction set alone and chosen at run time only where
+// the processor has it.
+//
+// Montgomery products in a lane: for a·b < p·2^32, q = lo(a·b)·p^−1 mod 2^32
+// makes a·b − q·p a multiple of 2^32, so hi(a·b) − hi(q·p) lies in (−p, p)
+// and adding p gives a·b·2^−32 mod p in (0, 2p), the lazy range of the
+// points. The 32×32-bit products come from the even lanes (vpmuludq), the
+// odd lanes shifted down.
+//
+// The stages of half length 4, 2 and 1 work inside blocks of eight points:
+// eight blocks are loaded as an 8×8 tile and transposed, so that each
+// register holds the same point of eight blocks and the butterflies become
+// whole-register operations with one twiddle each.
+#include "bigint/ntt_kernels.h"
+
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
+
+#pragma GCC push_options
+#pragma GCC target("avx2")
+#include <immintrin.h>
+
+namespace {
+
+struct V {
+    __m256i p, twoP, pinv;   // pinv = p^−1 mod 2^32
+    explicit V(const Mont& mt)
+        : p(_mm256_set1_epi32(int32_t(mt.p))),
+          twoP(_mm256_set1_epi32(int32_t(2 * mt.p))),
+          pinv(_mm256_set1_epi32(int32_t(0u - mt.pinv))) {}
+
+    __m256i Fold(__m256i x) const { return _mm256_min_epu32(x, _mm256_sub_epi32(x, twoP)); }
+    __m256i Mul(__m256i a, __m256i b) const {
+        const __m256i abEven = _mm256_mul_epu32(a, b);
+        const __m256i abOdd = _mm256_mul_epu32(_mm256_srli_epi64(a, 32), _mm256_srli_epi64(b, 32));
+        const __m256i qpEven = _mm256_mul_epu32(_mm256_mul_epu32(abEven, pinv), p);
+        const __m256i qpOdd = _mm256_mul_epu32(_mm256_mul_epu32(abOdd, pinv), p);
+        const __m256i hiAb = _mm256_blend_epi32(_mm256_srli_epi64(abEven, 32), abOdd, 0xAA);
+        const __m256i hiQp = _mm256_blend_epi32(_mm256_srli_epi64(qpEven, 32), qpOdd, 0xAA);
+        return _mm256_add_epi32(_mm256_sub_epi32(hiAb, hiQp), p);
+    }
+    // Decimation in frequency: (u, v) → (u + v, (u − v)·w).
+    void Dif(__m256i& x, __m256i& y, __m256i w) const {
+        const __m256i u = x, v = y;
+        x = Fold(_mm256_add_epi32(u, v));
+        y = Mul(_mm256_add_epi32(_mm256_sub_epi32(u, v), twoP), w);
+    }
+    // Either with w = 1.
+    void Dif1(__m256i& x, __m256i& y) const {
+        const __m256i u = x, v = y;
+        x = Fold(_mm256_add_epi32(u, v));
+        y = Fold(_mm256_add_epi32(_mm256_sub_epi32(u, v), twoP));
+    }
+    // Decimation in time: (u, v) → (u + v·w, u − v·w).
+    void Dit(__m256i& x, __m256i& y, __m256i w) const {
+        const __m256i u = x, t = Mul(y, w);
+        x = Fold(_mm256_add_epi32(u, t));
+        y = Fold(_mm256_add_epi32(_mm256_sub_epi32(u, t), twoP));
+    }
+};
+
+inline __m256i Load(const uint32_t* a) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(a)); }
+inline void Store(uint32_t* a, __m256i x) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(a), x); }
+inline __m256i Splat(uint32_t w) { return _mm256_set1_epi32(int32_t(w)); }
+
+void Transpose(__m256i r[8]) {
+    __m256i t[8], u[8];
+    for (int k = 0; k < 8; k += 2) {
+        t[k] = _mm256_unpacklo_epi32(r[k], r[k + 1]);
+        t[k + 1] = _mm256_unpackhi_epi32(r[k], r[k + 1]);
+    }
+    for (int k = 0; k < 8; k += 4) {
+        u[k] = _mm256_unpacklo_epi64(t[k], t[k + 2]);
+        u[k + 1] = _mm256_unpackhi_epi64(t[k], t[k + 2]);
+        u[k + 2] = _mm256_unpacklo_epi64(t[k + 1], t[k + 3]);
+        u[k + 3] = _mm256_unpackhi_epi64(t[k + 1], t[k + 3]);
+    }
+    for (int k = 0; k < 4; ++k) {
+        r[k] = _mm256_permute2x128_si256(u[k], u[k + 4], 0x20);
+        r[k + 4] = _mm256_permute2x128_si256(u[k], u[k + 4], 0x31);
+    }
+}
+
+void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    const V v(mt);
+    const uint32_t* w = roots + m;
+    for (int32_t s = 0; s < n; s += 2 * m) {
+        uint32_t* x = a + s;
+        uint32_t* y = x + m;
+        for (int32_t j = 0; j < m; j += 8) {
+            __m256i u = Load(x + j), t = Load(y + j);
+            v.Dif(u, t, Load(w + j));
+            Store(x + j, u);
+            Store(y + j, t);
+        }
+    }
+}
+
+void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    const V v(mt);
+    const uint32_t* w = roots + m;
+    for (int32_t s = 0; s < n; s += 2 * m) {
+        uint32_t* x = a + s;
+        uint32_t* y = x + m;
+        for (int32_t j = 0; j < m; j += 8) {
+            __m256i u = Load(x + j), t = Load(y + j);
+            v.Dit(u, t, Load(w + j));
+            Store(x + j, u);
+            Store(y + j, t);
+        }
+    }
+}
+
+void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (n < 64) {
+        PortableNttKernels().forwardTail(mt, roots, a, n);
+        return;
+    }
+    const V v(mt);
+    const __m256i w41 = Splat(roots[5]), w42 = Splat(roots[6]), w43 = Splat(roots[7]);
+    const __m256i w21 = Splat(roots[3]);
+    for (int32_t s = 0; s < n; s += 64) {
+        __m256i r[8];
+        for (int k = 0; k < 8; ++k) r[k] = Load(a + s + 8 * k);
+        Transpose(r);
+        v.Dif1(r[0], r[4]);
+        v.Dif(r[1], r[5], w41);
+        v.Dif(r[2], r[6], w42);
+        v.Dif(r[3], r[7], w43);
+        for (int h = 0; h < 8; h += 4) {
+            v.Dif1(r[h], r[h + 2]);
+            v.Dif(r[h + 1], r[h + 3], w21);
+        }
+        for (int h = 0; h < 8; h += 2) v.Dif1(r[h], r[h + 1]);
+        Transpose(r);
+        for (int k = 0; k < 8; ++k) Store(a + s + 8 * k, r[k]);
+    }
+}
+
+void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
+    if (n < 64) {
+        PortableNttKernels().inverseHead(mt, roots, a, n);
+        return;
+    }
+    const V v(mt);
+    const __m256i w41 = Splat(roots[5]), w42 = Splat(roots[6]), w43 = Splat(roots[7]);
+    const __m256i w21 = Splat(roots[3]);
+    for (int32_t s = 0; s < n; s += 64) {
+        __m256i r[8];
+        for (int k = 0; k < 8; ++k) r[k] = Load(a + s + 8 * k);
+        Transpose(r);
+        for (int h = 0; h < 8; h += 2) v.Dif1(r[h], r[h + 1]);
+        for (int h = 0; h < 8; h += 4) {
+            v.Dif1(r[h], r[h + 2]);
+            v.Dit(r[h + 1], r[h + 3], w21);
+        }
+        v.Dif1(r[0], r[4]);
+        v.Dit(r[1], r[5], w41);
+        v.Dit(r[2], r[6], w42);
+        v.Dit(r[3], r[7], w43);
+        Transpose(r);
+        for (int k = 0; k < 8; ++k) Store(a + s + 8 * k, r[k]);
+    }
+}
+
+void Pointwise(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, int32_t n) {
+    if (n % 8 != 0) {
+        PortableNttKernels().pointwise(mt, a, b, scale, n);
+        return;
+    }
+    const V v(mt);
+    const __m256i f = Splat(scale);
+    if (b == nullptr) b = a;
+    for (int32_t i = 0; i < n; i += 8) Store(a + i, v.Mul(v.Mul(Load(a + i), Load(b + i)), f));
+}
+
+const NttKernels kAvx2 = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise};
+
+}  // namespace
+
+#pragma GCC pop_options
+
+const NttKernels* Avx2NttKernels() { return __builtin_cpu_supports("avx2") ? &kAvx2 : nullptr; }
+
+#else
+
+const NttKernels* Avx2NttKernels() { return nullptr; }
+
+#endif

@@ -1,0 +1,58 @@
+// The butterfly kernels of the number-theoretic transform (mul_ntt.cpp), in a
+// portable version and one for processors with AVX2, chosen once at run time.
+//
+// Points are residues kept lazily in [0, 2p) for primes p < 2^30; twiddles
+// are in Montgomery form below p. A stage of half length m combines a[s + j]
+// with a[s + j + m] by the twiddle roots[m + j] (roots[m + j] = w_2m^j).
+// Forward stages run by decimation in frequency, inverse ones by decimation
+// in time; every kernel leaves its points in [0, 2p).
+#pragma once
+
+#include <cstdint>
+
+// Montgomery arithmetic with R = 2^32.
+struct Mont {
+    uint32_t p;
+    uint32_t pinv;   // −p^−1 mod 2^32
+    uint32_t r2;     // R^2 mod p
+
+    explicit Mont(uint32_t prime) : p(prime) {
+        uint32_t inv = prime;   // Newton: each step doubles the correct low bits
+        for (int i = 0; i < 4; ++i) inv *= 2 - prime * inv;
+        pinv = 0u - inv;
+        const uint64_t r = (uint64_t(1) << 32) % prime;
+        r2 = static_cast<uint32_t>(r * r % prime);
+    }
+    // x < p·2^32 gives a result in [0, 2p).
+    uint32_t Reduce(uint64_t x) const {
+        const uint32_t m = static_cast<uint32_t>(x) * pinv;
+        return static_cast<uint32_t>((x + uint64_t(m) * p) >> 32);
+    }
+    uint32_t Mul(uint32_t a, uint32_t b) const { return Reduce(uint64_t(a) * b); }
+    uint32_t ToMont(uint32_t a) const { return Mul(a, r2); }
+};
+
+inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : x; }
+
+struct NttKernels {
+    // One stage of half length m >= 8 over a[0 … n).
+    void (*forwardStage)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
+    void (*inverseStage)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
+    // The stages of half length 4, 2 and 1 (those below n) over a[0 … n),
+    // n >= 2 a power of two: last of the forward transform, first of the
+    // inverse.
+    void (*forwardTail)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n);
+    void (*inverseHead)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n);
+    // a[i] := a[i]·b[i]·scale·R^−2 (b null: a[i] squared), for the pointwise
+    // product between the transforms.
+    void (*pointwise)(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, int32_t n);
+};
+
+const NttKernels& PortableNttKernels();
+// Null when the processor or the compiler has no AVX2.
+const NttKernels* Avx2NttKernels();
+
+// The kernels in use: AVX2 where the processor has it. Tests switch to the
+// portable ones to check both on one machine.
+const NttKernels& ActiveNttKernels();
+void UsePortableNttKernels(bool portable);
