@@ -48,23 +48,32 @@ uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
     return static_cast<uint32_t>(r);
 }
 
-// roots[m + j] = w_2m^j in Montgomery form, for m = 1, 2, 4 … n/2, kept
-// between products and grown as longer transforms are asked for (the
-// program's transforms run on one thread). Null when memory ran out.
+// roots[m + j] = w_2m^j in Montgomery form below p, for m = 1, 2, 4 … n/2,
+// kept between products and grown as longer transforms are asked for (the
+// program's transforms run on one thread). Null when memory ran out. The
+// longest row is made by eight independent chains of products, so that the
+// multiplier is never waiting on its last result; each shorter row is every
+// other root of the row above it.
 const uint32_t* Roots(int index, const Prime& pr, const Mont& mt, int32_t n) {
     static uint32_t* table[2] = {nullptr, nullptr};
     static int32_t size[2] = {0, 0};
     if (size[index] >= n) return table[index];
     uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
     if (!t) return nullptr;
-    for (int32_t m = 1; m < n; m <<= 1) {
-        const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / (2 * uint64_t(m)), pr.p));
-        uint32_t x = mt.ToMont(1);
-        for (int32_t j = 0; j < m; ++j) {
-            t[m + j] = x;
-            x = mt.Mul(x, w);
+    const int32_t half = n / 2;
+    const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / uint64_t(n), pr.p));
+    uint32_t x[8];
+    x[0] = mt.ToMont(1);
+    for (int i = 1; i < 8; ++i) x[i] = mt.Mul(x[i - 1], w);
+    const uint32_t w8 = mt.Mul(x[7], w);
+    for (int32_t j = 0; j < half; j += 8) {
+        for (int i = 0; i < 8 && j + i < half; ++i) {
+            t[half + j + i] = x[i] >= pr.p ? x[i] - pr.p : x[i];
+            x[i] = mt.Mul(x[i], w8);
         }
     }
+    for (int32_t m = half / 2; m >= 1; m >>= 1)
+        for (int32_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
     std::free(table[index]);
     table[index] = t;
     size[index] = n;
@@ -195,8 +204,9 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
         uint32_t d = m2.Mul(x2 + p2 - x1m, invR);
         d = d >= p2 ? d - p2 : d;
         sink(k, x1 + uint64_t(kP1.p) * d);
+        if ((k & 0xFFFF) == 0xFFFF && clk.Tick(0x10000)) return kStopped;
     }
-    return clk.Tick(len) ? kStopped : 0;
+    return clk.Tick(len & 0xFFFF) ? kStopped : 0;
 }
 
 // Carries the coefficients into base-10000 limbs; the top limb takes the rest.

@@ -11,9 +11,9 @@
 
 struct FastThresholds {
     int32_t mulKaratsuba = 80;     // schoolbook below
-    int32_t mulNtt = 450;          // Karatsuba below
+    int32_t mulNtt = 150;          // Karatsuba below
     int32_t sqrKaratsuba = 100;
-    int32_t sqrNtt = 600;
+    int32_t sqrNtt = 200;
     int32_t divNewton = 40;        // divisor and quotient both at least this long
     int32_t sqrtRecursive = 120;   // limbs of the radicand
     int32_t cbrtNewton = 120;      // limbs of the radicand
