@@ -42,8 +42,38 @@ double Seconds(Clock::time_point a, Clock::time_point b) {
 struct Report {
     double total = 0;     // parse + compute + print
     double compute = 0;
+    double pollGap = -1;  // longest stretch of the computation without a poll; -1: never polled
     uint64_t hash = 0;
     int code = 0;
+};
+
+// The longest time between two polls of the context, or between the start
+// or the end of the computation and its nearest poll: how long a press of Q
+// could wait to be seen.
+struct PollGaps {
+    Clock::time_point last;
+    double longest = 0;
+    long polls = 0;
+    void Begin(Clock::time_point t) {
+        last = t;
+        longest = 0;
+        polls = 0;
+    }
+    void At(Clock::time_point t) {
+        longest = std::max(longest, Seconds(last, t));
+        last = t;
+    }
+    double Longest() const { return polls > 0 ? longest : -1; }
+} gPollGaps;
+
+// A context that answers no key and times the gaps between polls.
+class GapContext : public CalcContext {
+public:
+    int PollQuitKey() override {
+        ++gPollGaps.polls;
+        gPollGaps.At(Clock::now());
+        return 0;
+    }
 };
 
 uint64_t Fnv(const char* s, size_t n, uint64_t h = 1469598103934665603ull) {
@@ -65,7 +95,7 @@ std::string Digits(int32_t n, uint64_t seed) {
 // ---- Ordix side -------------------------------------------------------------
 
 struct Ours {
-    CalcContext ctx;
+    GapContext ctx;
     std::vector<BigInt> vals;
     ~Ours() {
         for (auto& v : vals) BigFree(&v);
@@ -115,8 +145,12 @@ struct Workload {
 #define TIMED(report, field, body)                       \
     do {                                                 \
         auto t0_ = Clock::now();                         \
+        gPollGaps.Begin(t0_);                            \
         body;                                            \
-        (report).field = Seconds(t0_, Clock::now());     \
+        auto t1_ = Clock::now();                         \
+        (report).field = Seconds(t0_, t1_);              \
+        gPollGaps.At(t1_);                               \
+        (report).pollGap = gPollGaps.Longest();          \
     } while (0)
 
 std::vector<Workload> Workloads() {
@@ -294,7 +328,7 @@ std::vector<Workload> Workloads() {
     const int32_t fibN = Scaled(200000);
     w.push_back({"fib-rec", "F(200000) by 199999 recursion steps", 10.0,
         [=] {
-            Report r; CalcContext ctx; auto t0 = Clock::now();
+            Report r; GapContext ctx; auto t0 = Clock::now();
             CalcModel model(&ctx);
             r.code = model.Calculate(1, "0");
             if (r.code == 0) r.code = model.Calculate(2, "1");
@@ -417,9 +451,9 @@ int main(int argc, char** argv) {
     }
     std::printf("scale %.3g, fastest of %d; times in seconds, memory in MB (peak resident set of the side's process)\n",
                 gScale, repeat);
-    std::printf("%-9s %9s %9s %7s %6s | %9s %9s %7s | %7s %7s %6s | %s\n", "workload", "ours", "gmp",
-                "ratio", "target", "ours-cmp", "gmp-cmp", "ratio", "ours-MB", "gmp-MB", "ratio",
-                "answer");
+    std::printf("%-9s %9s %9s %7s %6s | %9s %9s %7s | %7s %7s %6s | %6s | %s\n", "workload", "ours",
+                "gmp", "ratio", "target", "ours-cmp", "gmp-cmp", "ratio", "ours-MB", "gmp-MB", "ratio",
+                "gap-ms", "answer");
     int failures = 0;
     for (const Workload& w : Workloads()) {
         if (!only.empty() && only != w.name) continue;
@@ -428,10 +462,12 @@ int main(int argc, char** argv) {
         const bool same = o.ok && g.ok && o.r.hash == g.r.hash;
         if (!same) ++failures;
         const double ratio = o.r.total / g.r.total;
-        std::printf("%-9s %9.4f %9.4f %7.3f %6.2f | %9.4f %9.4f %7.3f | %7.1f %7.1f %6.2f | %s%s  %s\n",
+        char gap[16] = "     -";
+        if (o.r.pollGap >= 0) std::snprintf(gap, sizeof gap, "%6.1f", o.r.pollGap * 1000);
+        std::printf("%-9s %9.4f %9.4f %7.3f %6.2f | %9.4f %9.4f %7.3f | %7.1f %7.1f %6.2f | %s | %s%s  %s\n",
                     w.name, o.r.total, g.r.total, ratio, w.target, o.r.compute, g.r.compute,
                     o.r.compute / g.r.compute, o.peakKb / 1024.0, g.peakKb / 1024.0,
-                    double(o.peakKb) / double(g.peakKb), same ? "same" : "DIFFERENT",
+                    double(o.peakKb) / double(g.peakKb), gap, same ? "same" : "DIFFERENT",
                     ratio < w.target ? "" : " (target missed)", w.what);
         std::fflush(stdout);
     }
