@@ -92,6 +92,7 @@ public:
         for (int i = 0; i < 5; ++i) x *= 2 - m_[0] * x;
         negInverse_ = ~x + 1;
         t_.assign(n_ + 2, 0);
+        t2_.assign(2 * n_, 0);
     }
     size_t Size() const { return n_; }
 
@@ -129,6 +130,58 @@ public:
         return !clk_->Tick(static_cast<int64_t>(2 * n * n));
     }
 
+    // r := a^2 / R mod m for a < m; r may be a. The full square first, its
+    // cross products once and doubled (n(n − 1)/2 word products instead of
+    // n^2), then Montgomery's reduction of the 2n words, row by row; extra
+    // holds the carry out of the row's top word for the next row. The
+    // result is below 2m. False when stopped.
+    bool Sqr(const Word* a, Word* r) {
+        const size_t n = n_;
+        Word* t = t2_.data();
+        std::fill(t, t + 2 * n, 0);
+        for (size_t i = 0; i + 1 < n; ++i) {
+            Word carry = 0;
+            const Word ai = a[i];
+            for (size_t j = i + 1; j < n; ++j) {
+                const Wide s = Wide(ai) * a[j] + t[i + j] + carry;
+                t[i + j] = Word(s);
+                carry = Word(s >> 64);
+            }
+            t[i + n] = carry;
+        }
+        Word high = 0;
+        for (size_t k = 0; k < 2 * n; ++k) {
+            const Word next = t[k] >> 63;
+            t[k] = (t[k] << 1) | high;
+            high = next;
+        }
+        Word carry = 0;
+        for (size_t i = 0; i < n; ++i) {
+            Wide s = Wide(a[i]) * a[i] + t[2 * i] + carry;
+            t[2 * i] = Word(s);
+            s = Wide(t[2 * i + 1]) + Word(s >> 64);
+            t[2 * i + 1] = Word(s);
+            carry = Word(s >> 64);
+        }
+        Word extra = 0;
+        for (size_t i = 0; i < n; ++i) {
+            const Word q = t[i] * negInverse_;
+            Word c = 0;
+            for (size_t j = 0; j < n; ++j) {
+                const Wide s = Wide(q) * m_[j] + t[i + j] + c;
+                t[i + j] = Word(s);
+                c = Word(s >> 64);
+            }
+            const Wide s = Wide(t[i + n]) + c + extra;
+            t[i + n] = Word(s);
+            extra = Word(s >> 64);
+        }
+        t += n;
+        if (extra != 0 || !Below(t)) SubtractModulus(t);
+        std::copy(t, t + n, r);
+        return !clk_->Tick(static_cast<int64_t>(3 * n * n / 2));
+    }
+
     // R^2 mod m, the factor that brings a value into Montgomery form. Starts
     // from 2^(64 n + n) by doubling and squares six times (R = (2^n)^64).
     bool SquareOfR(std::vector<Word>* out) {
@@ -142,7 +195,7 @@ public:
             if ((k & 63) == 63 && clk_->Tick(static_cast<int64_t>(64 * n_))) return false;
         }
         for (int i = 0; i < 6; ++i) {
-            if (!Mul(x.data(), x.data(), x.data())) return false;
+            if (!Sqr(x.data(), x.data())) return false;
         }
         *out = std::move(x);
         return true;
@@ -179,7 +232,7 @@ private:
     size_t n_;
     PollClock* clk_;
     Word negInverse_ = 0;  // -1 / m mod 2^64
-    std::vector<Word> t_;
+    std::vector<Word> t_, t2_;
 };
 
 // Arithmetic modulo 2^bits on n = ceil(bits / 64) words: truncated products.
@@ -205,6 +258,7 @@ public:
         Reduce(r);
         return !clk_->Tick(static_cast<int64_t>(n_ * n_));
     }
+    bool Sqr(const Word* a, Word* r) { return Mul(a, a, r); }
 
 private:
     size_t n_;
@@ -232,14 +286,14 @@ bool SlidingWindowPower(Ring& mg, const std::vector<Word>& b, const std::vector<
     std::vector<std::vector<Word>> odd(size_t(1) << (w - 1), std::vector<Word>(n));
     std::vector<Word> square(n);
     odd[0] = b;
-    if (!mg.Mul(b.data(), b.data(), square.data())) return false;
+    if (!mg.Sqr(b.data(), square.data())) return false;
     for (size_t k = 1; k < odd.size(); ++k) {
         if (!mg.Mul(odd[k - 1].data(), square.data(), odd[k].data())) return false;
     }
     bool started = false;
     for (int64_t i = static_cast<int64_t>(bits.size()) - 1; i >= 0;) {
         if (!bits[size_t(i)]) {
-            if (!mg.Mul(x->data(), x->data(), x->data())) return false;
+            if (!mg.Sqr(x->data(), x->data())) return false;
             --i;
             continue;
         }
@@ -249,7 +303,7 @@ bool SlidingWindowPower(Ring& mg, const std::vector<Word>& b, const std::vector<
         for (int64_t k = i; k >= j; --k) value = (value << 1) | (bits[size_t(k)] ? 1 : 0);
         if (started) {
             for (int64_t k = i; k >= j; --k) {
-                if (!mg.Mul(x->data(), x->data(), x->data())) return false;
+                if (!mg.Sqr(x->data(), x->data())) return false;
             }
             if (!mg.Mul(x->data(), odd[value / 2].data(), x->data())) return false;
         } else {

@@ -55,6 +55,28 @@ TEST(FastModPow, ModuliOfEverySizeAndParityMatchGmp) {
     }
 }
 
+// Moduli of all-one words and bases just below them: every carry of the
+// squaring and of its reduction runs to the top.
+TEST(FastModPow, AllOnesModuliCarryThroughEveryWord) {
+    CalcContext ctx;
+    mpz_t z;
+    mpz_init(z);
+    for (unsigned words : {1u, 2u, 3u, 7u, 20u}) {
+        for (unsigned below : {1u, 2u}) {
+            Big m, base, e, r;
+            mpz_ui_pow_ui(z, 2, 64 * words);
+            mpz_sub_ui(z, z, 1);
+            FromDecimal(&m, MpzDecimal(z));
+            mpz_sub_ui(z, z, below);
+            FromDecimal(&base, MpzDecimal(z));
+            RandomBig(&e, 40, false);
+            ASSERT_EQ(ModPow(&ctx, &base, &e, &r, &m), 0);
+            EXPECT_EQ(ToDecimal(&r), GmpPower(&base, &e, &m)) << words << " words, m - " << below;
+        }
+    }
+    mpz_clear(z);
+}
+
 // With a size limit of 0 the bit-by-bit loop answers: both paths must agree.
 class FastModPowBothPaths : public ::testing::TestWithParam<int32_t> {};
 
