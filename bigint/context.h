@@ -28,6 +28,9 @@ public:
     // Both polls in order; true when the running operation must end with -1.
     bool ShouldStop() { return PollQuitKey() == kQuitKey || PollInterrupt(); }
 
+    // Work the fast kernels have done since their last poll (poll_clock.h).
+    int64_t unpolledWork = 0;
+
     bool modulusMode = false;
     // The modulus M, owned by the context (a released record until set).
     BigInt modulus = {};

@@ -139,14 +139,16 @@ int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* di
     while (code == 0 && done < total) {
         const int32_t c = done == 0 && total % block != 0 ? total % block : block;
         const int32_t low = total - done - c;     // limbs of x below this block
-        BigTemp piece, shifted, X, qb, rb;
-        // X = rem·B^c + x's limbs [low, low + c)
-        code = FastShiftDown(&piece.v, x, low);
-        if (code == 0) code = FastLowPart(&X.v, &piece.v, c);
-        if (code == 0) code = FastShiftUp(&shifted.v, &rem, c);
+        BigTemp piece, qb, rb;
+        // piece = rem·B^c + x's limbs [low, low + c), put together from the
+        // c limbs and rem's, so that a block costs no more than its own size
+        // however long x is.
+        LimbBuffer joined(int64_t(c) + rem.top + 1);
+        if (!joined.ok()) code = 3;
         if (code == 0) {
-            BigFree(&piece.v);
-            code = FastAdd(&piece.v, &shifted.v, &X.v);
+            CopyLimbs(joined.get(), x->limbs + low, c);
+            CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
+            code = BigFromLimbs(&piece.v, joined.get(), LimbsTrimTop(joined.get(), c + rem.top), 0);
         }
         if (code == 0) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
         if (code == 0) {

@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cassert>
+#include <chrono>
 #include <system_error>
 #include <thread>
 
@@ -50,16 +51,19 @@ uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
 
 // roots[m + j] = w_2m^j in Montgomery form below p, for m = 1, 2, 4 … n/2,
 // kept between products and grown as longer transforms are asked for (the
-// program's transforms run on one thread). Null when memory ran out. The
-// longest row is made by eight independent chains of products, so that the
-// multiplier is never waiting on its last result; each shorter row is every
-// other root of the row above it.
-const uint32_t* Roots(int index, const Prime& pr, const Mont& mt, int32_t n) {
+// program's transforms run on one thread, and a helper thread only reads a
+// table made before it starts). The longest row is made by eight independent
+// chains of products, so that the multiplier is never waiting on its last
+// result; each shorter row is every other root of the row above it.
+// 0, kNoMemory, or kStopped (the table is then left as it was).
+int Roots(PollClock& clk, int index, const Prime& pr, const Mont& mt, int32_t n,
+          const uint32_t** out) {
     static uint32_t* table[2] = {nullptr, nullptr};
     static int32_t size[2] = {0, 0};
-    if (size[index] >= n) return table[index];
+    *out = table[index];
+    if (size[index] >= n) return 0;
     uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
-    if (!t) return nullptr;
+    if (!t) return kNoMemory;
     const int32_t half = n / 2;
     const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / uint64_t(n), pr.p));
     uint32_t x[8];
@@ -71,13 +75,18 @@ const uint32_t* Roots(int index, const Prime& pr, const Mont& mt, int32_t n) {
             t[half + j + i] = x[i] >= pr.p ? x[i] - pr.p : x[i];
             x[i] = mt.Mul(x[i], w8);
         }
+        if ((j & 0x7FFF) == 0 && clk.Tick(0x8000)) {
+            std::free(t);
+            return kStopped;
+        }
     }
     for (int32_t m = half / 2; m >= 1; m >>= 1)
         for (int32_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
     std::free(table[index]);
     table[index] = t;
     size[index] = n;
-    return t;
+    *out = t;
+    return 0;
 }
 
 // Transforms of at most this many points run all their stages while the
@@ -129,8 +138,9 @@ template <typename In>
 int Convolve(PollClock& clk, int index, const Prime& pr, const In* a, int32_t la,
              const In* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
     const Mont mt(pr.p);
-    const uint32_t* roots = Roots(index, pr, mt, n);
-    if (!roots) return kNoMemory;
+    const uint32_t* roots = nullptr;
+    const int rc = Roots(clk, index, pr, mt, n, &roots);
+    if (rc != 0) return rc;
     if (clk.Tick(n)) return kStopped;
     // The pointwise product leaves a factor R^−1 and the inverse a factor n:
     // each point is also multiplied by R^2 / n in Montgomery form.
@@ -161,17 +171,22 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
     uint32_t* r1 = buf.get();
     uint32_t* fa = r1 + n;
     uint32_t* fb = fa + n;
-    int rc = kStopped;
     std::thread helper;
-    std::atomic<bool> cancel{false};
+    std::atomic<bool> cancel{false}, helperDone{false};
     int helperRc = 0;
     // Both root tables are made here, before the helper reads its own.
-    if (parallel && Roots(0, kP1, Mont(kP1.p), n) && Roots(1, kP2, Mont(kP2.p), n)) {
+    const uint32_t* roots = nullptr;
+    int rc = 0;
+    if (parallel) rc = Roots(clk, 0, kP1, Mont(kP1.p), n, &roots);
+    if (parallel && rc == 0) rc = Roots(clk, 1, kP2, Mont(kP2.p), n, &roots);
+    if (rc == kStopped) return rc;
+    if (parallel && rc == 0) {
         uint32_t* fb2 = fb + n;
         try {
             helper = std::thread([&, fb2] {
                 PollClock helperClock(nullptr, &cancel);
                 helperRc = Convolve(helperClock, 1, kP2, a, la, b, lb, fa, fb2, n);
+                helperDone.store(true, std::memory_order_release);
             });
         } catch (const std::system_error&) {
             // No thread to be had: both primes run here.
@@ -179,6 +194,12 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
     }
     if (helper.joinable()) {
         rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
+        // The helper may lag behind (the other core busy): keep polling
+        // while waiting for it, about every millisecond.
+        while (rc == 0 && !helperDone.load(std::memory_order_acquire)) {
+            std::this_thread::sleep_for(std::chrono::microseconds(250));
+            if (clk.Tick(gFastThresholds.pollWork / 4 + 1)) rc = kStopped;
+        }
         if (rc != 0) cancel = true;
         helper.join();
         if (rc == 0) rc = helperRc;

@@ -3,7 +3,9 @@
 // The schoolbook kernels poll once per row; the fast ones do uneven amounts
 // of work per step, so they count work units (about one limb product or one
 // transform butterfly each) and poll the context once per budget of
-// gFastThresholds.pollWork units, a millisecond or two of work. Polls happen
+// gFastThresholds.pollWork units, a millisecond or two of work. The count
+// lives in the context, so that a run of many short products, none of which
+// reaches the budget alone, still polls. Polls happen
 // on the calling thread only. Once a poll has asked to stop, every later
 // Tick answers true so that nested kernels unwind at once. A clock without a
 // context belongs to a helper thread: it never polls, and stops when the
@@ -25,9 +27,10 @@ public:
     bool Tick(int64_t units) {
         if (stopped_) return true;
         if (cancel_ != nullptr && cancel_->load(std::memory_order_relaxed)) return stopped_ = true;
-        spent_ += units;
-        if (spent_ < gFastThresholds.pollWork) return false;
-        spent_ = 0;
+        int64_t& spent = ctx_ != nullptr ? ctx_->unpolledWork : spent_;
+        spent += units;
+        if (spent < gFastThresholds.pollWork) return false;
+        spent = 0;
         stopped_ = ctx_ != nullptr && ctx_->ShouldStop();
         return stopped_;
     }
