@@ -49,21 +49,11 @@ uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
     return static_cast<uint32_t>(r);
 }
 
-// roots[m + j] = w_2m^j in Montgomery form below p, for m = 1, 2, 4 … n/2,
-// kept between products and grown as longer transforms are asked for (the
-// program's transforms run on one thread, and a helper thread only reads a
-// table made before it starts). The longest row is made by eight independent
-// chains of products, so that the multiplier is never waiting on its last
-// result; each shorter row is every other root of the row above it.
-// 0, kNoMemory, or kStopped (the table is then left as it was).
-int Roots(PollClock& clk, int index, const Prime& pr, const Mont& mt, int32_t n,
-          const uint32_t** out) {
-    static uint32_t* table[2] = {nullptr, nullptr};
-    static int32_t size[2] = {0, 0};
-    *out = table[index];
-    if (size[index] >= n) return 0;
-    uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
-    if (!t) return kNoMemory;
+// roots[m + j] = w_2m^j in Montgomery form below p, for m = 1, 2, 4 … n/2.
+// The longest row is made by eight independent chains of products, so that
+// the multiplier is never waiting on its last result; each shorter row is
+// every other root of the row above it. 0, or kStopped.
+int FillRoots(PollClock& clk, const Prime& pr, const Mont& mt, int32_t n, uint32_t* t) {
     const int32_t half = n / 2;
     const uint32_t w = mt.ToMont(PowMod(pr.generator, (pr.p - 1) / uint64_t(n), pr.p));
     uint32_t x[8];
@@ -75,19 +65,57 @@ int Roots(PollClock& clk, int index, const Prime& pr, const Mont& mt, int32_t n,
             t[half + j + i] = x[i] >= pr.p ? x[i] - pr.p : x[i];
             x[i] = mt.Mul(x[i], w8);
         }
-        if ((j & 0x7FFF) == 0 && clk.Tick(0x8000)) {
-            std::free(t);
-            return kStopped;
-        }
+        if ((j & 0x7FFF) == 0 && clk.Tick(0x8000)) return kStopped;
     }
     for (int32_t m = half / 2; m >= 1; m >>= 1)
         for (int32_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
-    std::free(table[index]);
-    table[index] = t;
-    size[index] = n;
-    *out = t;
     return 0;
 }
+
+// Tables up to this many points (4 MB a prime) are kept between products;
+// longer ones cost a few per cent of their product and are made for it.
+constexpr int32_t kKeptRoots = 1 << 20;
+
+// The root table of one prime for one product. The kept tables are grown on
+// the calling thread only (the program's arithmetic runs on one thread); the
+// helper thread reads a table made before it starts.
+class RootTable {
+public:
+    RootTable() = default;
+    ~RootTable() { std::free(owned_); }
+    RootTable(const RootTable&) = delete;
+    RootTable& operator=(const RootTable&) = delete;
+
+    // 0, kNoMemory or kStopped (the kept table then stays as it was).
+    int Make(PollClock& clk, int index, const Prime& pr, int32_t n) {
+        static uint32_t* kept[2] = {nullptr, nullptr};
+        static int32_t keptSize[2] = {0, 0};
+        if (keptSize[index] >= n) {
+            roots_ = kept[index];
+            return 0;
+        }
+        uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
+        if (!t) return kNoMemory;
+        if (FillRoots(clk, pr, Mont(pr.p), n, t) != 0) {
+            std::free(t);
+            return kStopped;
+        }
+        if (n <= kKeptRoots) {
+            std::free(kept[index]);
+            kept[index] = t;
+            keptSize[index] = n;
+        } else {
+            owned_ = t;
+        }
+        roots_ = t;
+        return 0;
+    }
+    const uint32_t* get() const { return roots_; }
+
+private:
+    const uint32_t* roots_ = nullptr;
+    uint32_t* owned_ = nullptr;
+};
 
 // Transforms of at most this many points run all their stages while the
 // array is in cache; larger ones do one stage over the whole array and
@@ -135,22 +163,20 @@ void Load(const In* a, int32_t la, uint32_t* f, int32_t n) {
 // The cyclic convolution of a and b (b null: a with itself) modulo prime
 // number index, left in fa as values in [0, 2p); fb is scratch.
 template <typename In>
-int Convolve(PollClock& clk, int index, const Prime& pr, const In* a, int32_t la,
+int Convolve(PollClock& clk, const Prime& pr, const uint32_t* roots, const In* a, int32_t la,
              const In* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
     const Mont mt(pr.p);
-    const uint32_t* roots = nullptr;
-    const int rc = Roots(clk, index, pr, mt, n, &roots);
-    if (rc != 0) return rc;
     if (clk.Tick(n)) return kStopped;
     // The pointwise product leaves a factor R^−1 and the inverse a factor n:
     // each point is also multiplied by R^2 / n in Montgomery form.
     const uint32_t scale = static_cast<uint32_t>(
         uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
+    // Loading touches fresh scratch pages: charged as two butterflies a point.
     Load(a, la, fa, n);
-    if (!Forward(clk, mt, roots, fa, n)) return kStopped;
+    if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fa, n)) return kStopped;
     if (b != nullptr) {
         Load(b, lb, fb, n);
-        if (!Forward(clk, mt, roots, fb, n)) return kStopped;
+        if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fb, n)) return kStopped;
     }
     ActiveNttKernels().pointwise(mt, fa, b != nullptr ? fb : nullptr, scale, n);
     return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
@@ -171,29 +197,27 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
     uint32_t* r1 = buf.get();
     uint32_t* fa = r1 + n;
     uint32_t* fb = fa + n;
+    RootTable roots1, roots2;
+    int rc = roots1.Make(clk, 0, kP1, n);
+    if (rc == 0) rc = roots2.Make(clk, 1, kP2, n);
+    if (rc != 0) return rc;
     std::thread helper;
     std::atomic<bool> cancel{false}, helperDone{false};
     int helperRc = 0;
-    // Both root tables are made here, before the helper reads its own.
-    const uint32_t* roots = nullptr;
-    int rc = 0;
-    if (parallel) rc = Roots(clk, 0, kP1, Mont(kP1.p), n, &roots);
-    if (parallel && rc == 0) rc = Roots(clk, 1, kP2, Mont(kP2.p), n, &roots);
-    if (rc == kStopped) return rc;
-    if (parallel && rc == 0) {
+    if (parallel) {
         uint32_t* fb2 = fb + n;
         try {
             helper = std::thread([&, fb2] {
                 PollClock helperClock(nullptr, &cancel);
-                helperRc = Convolve(helperClock, 1, kP2, a, la, b, lb, fa, fb2, n);
+                helperRc = Convolve(helperClock, kP2, roots2.get(), a, la, b, lb, fa, fb2, n);
                 helperDone.store(true, std::memory_order_release);
             });
         } catch (const std::system_error&) {
             // No thread to be had: both primes run here.
         }
     }
+    rc = Convolve(clk, kP1, roots1.get(), a, la, b, lb, r1, fb, n);
     if (helper.joinable()) {
-        rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
         // The helper may lag behind (the other core busy): keep polling
         // while waiting for it, about every millisecond.
         while (rc == 0 && !helperDone.load(std::memory_order_acquire)) {
@@ -203,9 +227,8 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
         if (rc != 0) cancel = true;
         helper.join();
         if (rc == 0) rc = helperRc;
-    } else {
-        rc = Convolve(clk, 0, kP1, a, la, b, lb, r1, fb, n);
-        if (rc == 0) rc = Convolve(clk, 1, kP2, a, la, b, lb, fa, fb, n);
+    } else if (rc == 0) {
+        rc = Convolve(clk, kP2, roots2.get(), a, la, b, lb, fa, fb, n);
     }
     if (rc != 0) return rc;
 
@@ -225,9 +248,10 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
         uint32_t d = m2.Mul(x2 + p2 - x1m, invR);
         d = d >= p2 ? d - p2 : d;
         sink(k, x1 + uint64_t(kP1.p) * d);
-        if ((k & 0xFFFF) == 0xFFFF && clk.Tick(0x10000)) return kStopped;
+        // A coefficient costs about as much as sixteen butterflies.
+        if ((k & 0xFFFF) == 0xFFFF && clk.Tick(16 * 0x10000)) return kStopped;
     }
-    return clk.Tick(len & 0xFFFF) ? kStopped : 0;
+    return clk.Tick(16 * (len & 0xFFFF)) ? kStopped : 0;
 }
 
 // Carries the coefficients into base-10000 limbs; the top limb takes the rest.
