@@ -81,33 +81,43 @@ void Transpose(__m256i r[8]) {
     }
 }
 
-void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
-    const V v(mt);
+// Runs butterfly(x, y, w) on every eight pairs of a stage of half length m.
+template <typename Butterfly>
+void OnRows(const uint32_t* roots, uint32_t* a, int32_t n, int32_t m, Butterfly butterfly) {
     const uint32_t* w = roots + m;
     for (int32_t s = 0; s < n; s += 2 * m) {
         uint32_t* x = a + s;
         uint32_t* y = x + m;
         for (int32_t j = 0; j < m; j += 8) {
             __m256i u = Load(x + j), t = Load(y + j);
-            v.Dif(u, t, Load(w + j));
+            butterfly(u, t, Load(w + j));
             Store(x + j, u);
             Store(y + j, t);
         }
     }
 }
 
+void ForwardStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    const V v(mt);
+    OnRows(roots, a, n, m, [&](__m256i& x, __m256i& y, __m256i w) { v.Dif(x, y, w); });
+}
+
 void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
     const V v(mt);
-    const uint32_t* w = roots + m;
-    for (int32_t s = 0; s < n; s += 2 * m) {
-        uint32_t* x = a + s;
-        uint32_t* y = x + m;
-        for (int32_t j = 0; j < m; j += 8) {
-            __m256i u = Load(x + j), t = Load(y + j);
-            v.Dit(u, t, Load(w + j));
-            Store(x + j, u);
-            Store(y + j, t);
-        }
+    OnRows(roots, a, n, m, [&](__m256i& x, __m256i& y, __m256i w) { v.Dit(x, y, w); });
+}
+
+// Runs butterflies(r) on every 8×8 tile of a, r[j] holding point j of eight
+// blocks.
+template <typename Butterflies>
+void OnTiles(uint32_t* a, int32_t n, Butterflies butterflies) {
+    for (int32_t s = 0; s < n; s += 64) {
+        __m256i r[8];
+        for (int k = 0; k < 8; ++k) r[k] = Load(a + s + 8 * k);
+        Transpose(r);
+        butterflies(r);
+        Transpose(r);
+        for (int k = 0; k < 8; ++k) Store(a + s + 8 * k, r[k]);
     }
 }
 
@@ -119,10 +129,7 @@ void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) 
     const V v(mt);
     const __m256i w41 = Splat(roots[5]), w42 = Splat(roots[6]), w43 = Splat(roots[7]);
     const __m256i w21 = Splat(roots[3]);
-    for (int32_t s = 0; s < n; s += 64) {
-        __m256i r[8];
-        for (int k = 0; k < 8; ++k) r[k] = Load(a + s + 8 * k);
-        Transpose(r);
+    OnTiles(a, n, [&](__m256i* r) {
         v.Dif1(r[0], r[4]);
         v.Dif(r[1], r[5], w41);
         v.Dif(r[2], r[6], w42);
@@ -132,9 +139,7 @@ void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) 
             v.Dif(r[h + 1], r[h + 3], w21);
         }
         for (int h = 0; h < 8; h += 2) v.Dif1(r[h], r[h + 1]);
-        Transpose(r);
-        for (int k = 0; k < 8; ++k) Store(a + s + 8 * k, r[k]);
-    }
+    });
 }
 
 void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
@@ -145,10 +150,7 @@ void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) 
     const V v(mt);
     const __m256i w41 = Splat(roots[5]), w42 = Splat(roots[6]), w43 = Splat(roots[7]);
     const __m256i w21 = Splat(roots[3]);
-    for (int32_t s = 0; s < n; s += 64) {
-        __m256i r[8];
-        for (int k = 0; k < 8; ++k) r[k] = Load(a + s + 8 * k);
-        Transpose(r);
+    OnTiles(a, n, [&](__m256i* r) {
         for (int h = 0; h < 8; h += 2) v.Dif1(r[h], r[h + 1]);
         for (int h = 0; h < 8; h += 4) {
             v.Dif1(r[h], r[h + 2]);
@@ -158,9 +160,7 @@ void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) 
         v.Dit(r[1], r[5], w41);
         v.Dit(r[2], r[6], w42);
         v.Dit(r[3], r[7], w43);
-        Transpose(r);
-        for (int k = 0; k < 8; ++k) Store(a + s + 8 * k, r[k]);
-    }
+    });
 }
 
 void Pointwise(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, int32_t n) {

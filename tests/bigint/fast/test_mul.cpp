@@ -164,9 +164,12 @@ TEST(FastMul, QStopsEveryPathAndPollsKeepComing) {
         int32_t la, lb;
         long minPolls;   // far below the work divided by the budget
     };
+    // One thread: the main thread's polls while it waits for the helper
+    // thread come with time, not work, and their count would vary.
     ThresholdScope scope([] {
         FastThresholds t = SmallLadder();
         t.pollWork = 4096;
+        t.nttParallel = 0;
         return t;
     }());
     for (Case c : {Case{400, 400, 3}, Case{3000, 25, 3}, Case{5000, 5000, 15}, Case{20000, 300, 15}}) {
@@ -187,6 +190,26 @@ TEST(FastMul, QStopsEveryPathAndPollsKeepComing) {
             EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
         }
     }
+}
+
+TEST(FastMul, QStopsATransformOnTwoThreads) {
+    ThresholdScope scope([] {
+        FastThresholds t = SmallLadder();
+        t.pollWork = 4096;
+        t.nttParallel = 64;
+        return t;
+    }());
+    const std::vector<Limb> a = Operand(6000, Shape::Random), b = Operand(5000, Shape::Random);
+    std::vector<Limb> p(a.size() + b.size(), 0);
+    for (long stopAt : {1L, 2L, 3L}) {
+        ScriptedContext stopping(stopAt);
+        EXPECT_EQ(MulLimbs(&stopping, a.data(), 5999, b.data(), 4999, p.data()), -1);
+        EXPECT_EQ(stopping.polls(), stopAt);
+    }
+    std::fill(p.begin(), p.end(), Limb(0));
+    ScriptedContext never;
+    ASSERT_GE(MulLimbs(&never, a.data(), 5999, b.data(), 4999, p.data()), 0);
+    EXPECT_EQ(Normalised(p.data(), 11000), NaiveProduct(a, b)) << "the stopped runs left no trace";
 }
 
 TEST(FastMul, SixteenBitConvolutionIsExactAtItsWorstCoefficients) {
