@@ -23,6 +23,7 @@ struct FastThresholds {
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
     int32_t powMontgomery = 2000;  // limbs of an odd modulus below which powers run on words
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
+    int32_t binaryNtt = 224;       // 32-bit words of the shorter factor for the transform product
     int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
 
@@ -40,6 +41,7 @@ struct FastThresholds {
         t.rangePrimes = 40;
         t.gcdLehmer = 3;
         t.radixDivide = 8;
+        t.binaryNtt = 4;
         t.nttParallel = 64;
         t.pollWork = 256;
         return t;
