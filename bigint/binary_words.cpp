@@ -3,7 +3,8 @@
 // transform convolution. Its coefficients are below min(la, lb)·2^32 <= 2^56,
 // so a word's column sum c[2i] + c[2i+1]·2^16 is carried with the high part
 // of c[2i+1] folded straight into the next carry: every sum stays below 2^58.
-// Operands too long for one transform are halved until they fit.
+// Operands too long for one transform are halved until they fit. Shifted
+// sums place one number at any bit of another.
 #include "bigint/binary_words.h"
 
 #include <algorithm>
@@ -12,10 +13,10 @@
 
 #include "bigint/thresholds.h"
 
-bool Words::Allocate(int32_t n, bool zeroed) {
+bool Words::Allocate(int32_t n) {
     Release();
     if (n < 1) n = 1;
-    p_ = zeroed ? new (std::nothrow) uint32_t[size_t(n)]() : new (std::nothrow) uint32_t[size_t(n)];
+    p_ = new (std::nothrow) uint32_t[size_t(n)];
     n_ = p_ ? n : 0;
     return p_ != nullptr;
 }
@@ -38,17 +39,21 @@ int32_t WordsTrim(const uint32_t* a, int32_t n) {
     return n;
 }
 
-uint32_t WordsAddInto(uint32_t* a, int32_t n, const uint32_t* b, int32_t m) {
-    assert(m <= n);
+void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift) {
+    const int64_t at = shift / 32;
+    const int s = static_cast<int>(shift % 32);
     uint64_t carry = 0;
-    int32_t i = 0;
-    for (; i < m; ++i) {
-        const uint64_t t = uint64_t(a[i]) + b[i] + carry;
-        a[i] = static_cast<uint32_t>(t);
+    uint32_t below = 0;   // the previous word of b, whose top s bits move up
+    int64_t k = at;
+    for (int32_t i = 0; i <= m && k < n; ++i, ++k) {
+        const uint32_t v = i < m ? b[i] : 0;
+        const uint32_t piece = s == 0 ? v : (v << s) | (below >> (32 - s));
+        below = v;
+        const uint64_t t = uint64_t(a[k]) + piece + carry;
+        a[k] = static_cast<uint32_t>(t);
         carry = t >> 32;
     }
-    for (; carry != 0 && i < n; ++i) carry = ++a[i] == 0;
-    return static_cast<uint32_t>(carry);
+    for (; carry != 0 && k < n; ++k) carry = ++a[k] == 0;
 }
 
 namespace {
@@ -120,7 +125,7 @@ int MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b,
                           : MulOrdered(clk, b, lb, a + h, la - h, t.get());
     if (rc != 0) return rc;
     std::fill(p + h + lb, p + la + lb, 0u);
-    WordsAddInto(p + h, la - h + lb, t.get(), la - h + lb);
+    WordsAddShifted(p, la + lb, t.get(), la - h + lb, 32 * int64_t(h));
     return 0;
 }
 

@@ -20,8 +20,8 @@ public:
     Words(const Words&) = delete;
     Words& operator=(const Words&) = delete;
 
-    // n words (at least 1), zeroed when asked; false when memory ran out.
-    bool Allocate(int32_t n, bool zeroed = false);
+    // n words (at least 1), contents undefined; false when memory ran out.
+    bool Allocate(int32_t n);
     void Release();
     void Swap(Words& other);
     uint32_t* data() const { return p_; }
@@ -42,5 +42,5 @@ int32_t WordsTrim(const uint32_t* a, int32_t n);
 int WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
              uint32_t* p);
 
-// a[0..n) += b[0..m), m <= n; answers the carry out of a's top word.
-uint32_t WordsAddInto(uint32_t* a, int32_t n, const uint32_t* b, int32_t m);
+// a[0..n) += b[0..m)·2^shift, for a sum below 2^(32n).
+void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift);

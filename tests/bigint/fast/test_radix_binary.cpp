@@ -99,6 +99,28 @@ TEST(FastRadixBinary, WordProductsMatchGmpOnBothSidesOfTheTransform) {
     }
 }
 
+TEST(FastRadixBinary, ShiftedSumsCarryAcrossWordsAndAllOnes) {
+    for (int64_t shift : {0, 1, 31, 32, 45, 64}) {
+        for (bool ones : {false, true}) {
+            // a below 2^(32·9), b below 2^(32·3): the sum fits 14 words.
+            std::vector<uint32_t> a(14, 0), b(3);
+            for (int i = 0; i < 9; ++i) a[i] = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
+            for (auto& w : b) w = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
+            mpz_t x, y;
+            mpz_inits(x, y, nullptr);
+            mpz_import(x, a.size(), -1, 4, 0, 0, a.data());
+            mpz_import(y, b.size(), -1, 4, 0, 0, b.data());
+            mpz_mul_2exp(y, y, shift);
+            mpz_add(x, x, y);
+            std::vector<uint32_t> want(a.size(), 0);
+            mpz_export(want.data(), nullptr, -1, 4, 0, 0, x);
+            mpz_clears(x, y, nullptr);
+            WordsAddShifted(a.data(), int32_t(a.size()), b.data(), int32_t(b.size()), shift);
+            ASSERT_EQ(a, want) << "shift " << shift;
+        }
+    }
+}
+
 TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
     for (const FastThresholds& t : ThresholdSets()) {
         ThresholdScope scope(t);
@@ -124,7 +146,7 @@ TEST(FastRadixBinary, NinesPowersOfTenAndOfTwoAndZero) {
         ThresholdScope scope(t);
         mpz_t z;
         mpz_init(z);
-        for (unsigned long k : {1ul, 3ul, 4ul, 5ul, 12ul, 307ul, 308ul, 309ul, 1232ul, 4001ul}) {
+        for (unsigned long k : {1ul, 3ul, 4ul, 5ul, 12ul, 179ul, 180ul, 181ul, 720ul, 4001ul}) {
             Big ten, nines;
             mpz_ui_pow_ui(z, 10, k);
             SetFromMpz(&ten, z);
