@@ -58,21 +58,35 @@ void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64
 
 namespace {
 
-// One row per word of b, polled per row so that a long a cannot run on.
+// Column sums: the low and high halves of the products a[j]·b[i] gathered
+// apart in 64-bit sums, which cannot overflow for lb < 2^31, so the inner
+// loop carries nothing and vectorises; one carry pass at the end. Polled per
+// row so that a long a cannot run on.
 int MulBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p) {
-    std::fill(p, p + la, 0u);
+    const int32_t n = la + lb;
+    Scratch<uint64_t> sums(2 * int64_t(n));
+    if (!sums) return kNoMemory;
+    uint64_t* lo = sums.get();
+    uint64_t* hi = lo + n;
+    std::fill(lo, lo + 2 * int64_t(n), uint64_t(0));
     for (int32_t i = 0; i < lb; ++i) {
         const uint64_t bi = b[i];
-        uint32_t* row = p + i;
-        uint64_t carry = 0;
+        uint64_t* __restrict low = lo + i;
+        uint64_t* __restrict high = hi + i + 1;
         for (int32_t j = 0; j < la; ++j) {
-            const uint64_t t = a[j] * bi + row[j] + carry;
-            row[j] = static_cast<uint32_t>(t);
-            carry = t >> 32;
+            const uint64_t t = a[j] * bi;
+            low[j] += static_cast<uint32_t>(t);
+            high[j] += t >> 32;
         }
-        row[la] = static_cast<uint32_t>(carry);
         if (clk.Tick(la)) return kStopped;
+    }
+    // Each sum is below lb·2^32 and the carry below 2·lb + 1: no overflow.
+    uint64_t carry = 0;
+    for (int32_t k = 0; k < n; ++k) {
+        const uint64_t t = (lo[k] & 0xFFFFFFFFu) + (hi[k] & 0xFFFFFFFFu) + carry;
+        p[k] = static_cast<uint32_t>(t);
+        carry = (t >> 32) + (lo[k] >> 32) + (hi[k] >> 32);
     }
     return 0;
 }

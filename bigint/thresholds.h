@@ -30,7 +30,7 @@ struct FastThresholds {
     // 10^(180·2^i) and the power 5^(180·2^i) it is multiplied by have 63.5·2^i
     // 16-bit halves together: their transform of 64·2^i points is unpadded.
     int32_t radixBinaryLeaf = 45;
-    int32_t binaryNtt = 224;       // 32-bit words of the shorter factor for the transform product
+    int32_t binaryNtt = 400;       // 32-bit words of the shorter factor for the transform product
     int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
 
