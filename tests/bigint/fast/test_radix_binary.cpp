@@ -1,4 +1,4 @@
-// Bases 2, 4, 8 and 16 through binary words, and the word products under
+// Bases 2, 4, 8 and 16 through binary words, and the word arithmetic under
 // them, against the digit-at-a-time kernel and GMP.
 #include <gtest/gtest.h>
 
@@ -12,13 +12,9 @@ using namespace fasttest;
 
 namespace {
 
-std::string GmpDigits(const BigInt* v, int base) {
-    mpz_t z;
-    mpz_init(z);
-    ToMpz(z, v);
+std::string GmpDigits(const mpz_t z, int base) {
     std::vector<char> buf(mpz_sizeinbase(z, base) + 2);
     mpz_get_str(buf.data(), base, z);
-    mpz_clear(z);
     std::string s = buf.data();
     for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return s == "0" ? std::string() : s;
@@ -27,19 +23,20 @@ std::string GmpDigits(const BigInt* v, int base) {
 // Every power-of-two base against GMP, and against the reference kernel
 // when it is cheap enough.
 void CheckDigits(const BigInt* v, bool withSchool, const std::string& what) {
+    mpz_t z;
+    mpz_init(z);
+    ToMpz(z, v);
     CalcContext ctx;
     for (int base : {2, 4, 8, 16}) {
-        std::string fast = "unset";
+        std::string fast = "unset", school;
         ASSERT_EQ(BigToRadixDispatch(&ctx, v, base, &fast), 0) << what;
-        ASSERT_EQ(fast, GmpDigits(v, base)) << what << ", base " << base;
+        EXPECT_EQ(fast, GmpDigits(z, base)) << what << ", base " << base;
         if (!withSchool) continue;
-        std::string school;
         ASSERT_EQ(BigToRadixSchool(&ctx, v, base, &school), 0);
-        ASSERT_EQ(fast, school) << what << ", base " << base;
+        EXPECT_EQ(fast, school) << what << ", base " << base;
     }
+    mpz_clear(z);
 }
-
-void SetFromMpz(BigInt* v, const mpz_t z) { FromDecimal(v, MpzDecimal(z)); }
 
 // Leaves of 1, 2 and 3 limbs (powers of one word and of two), transforms
 // from one word on; then the shipped values.
@@ -55,82 +52,71 @@ std::vector<FastThresholds> ThresholdSets() {
     return sets;
 }
 
-std::vector<uint32_t> Mul(const std::vector<uint32_t>& a, const std::vector<uint32_t>& b) {
-    std::vector<uint32_t> p(a.size() + b.size(), 0xDEADBEEF);
-    PollClock clk(nullptr);
-    const bool square = &a == &b;
-    EXPECT_EQ(WordsMul(clk, a.data(), int32_t(a.size()), square ? nullptr : b.data(),
-                       int32_t(b.size()), p.data()),
-              0);
-    return p;
+// n random words, or all ones: the largest coefficients and carries.
+std::vector<uint32_t> RandomWords(int32_t n, bool ones) {
+    std::vector<uint32_t> w(n);
+    for (auto& x : w) x = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
+    return w;
 }
 
-std::vector<uint32_t> GmpMul(const std::vector<uint32_t>& a, const std::vector<uint32_t>& b) {
-    mpz_t x, y;
-    mpz_inits(x, y, nullptr);
-    mpz_import(x, a.size(), -1, 4, 0, 0, a.data());
-    mpz_import(y, b.size(), -1, 4, 0, 0, b.data());
-    mpz_mul(x, x, y);
-    std::vector<uint32_t> p(a.size() + b.size(), 0);
-    mpz_export(p.data(), nullptr, -1, 4, 0, 0, x);
-    mpz_clears(x, y, nullptr);
-    return p;
+void Import(mpz_t z, const std::vector<uint32_t>& w) { mpz_import(z, w.size(), -1, 4, 0, 0, w.data()); }
+
+std::vector<uint32_t> Export(const mpz_t z, size_t n) {
+    std::vector<uint32_t> w(n, 0);
+    mpz_export(w.data(), nullptr, -1, 4, 0, 0, z);
+    return w;
 }
 
 }  // namespace
 
-TEST(FastRadixBinary, WordProductsMatchGmpOnBothSidesOfTheTransform) {
+TEST(FastRadixBinary, WordProductsAndShiftedSumsMatchGmp) {
     const int32_t shipped = FastThresholds().binaryNtt;
+    mpz_t x, y;
+    mpz_inits(x, y, nullptr);
     for (int32_t ntt : {1, 4, shipped}) {
         FastThresholds t = FastThresholds::Lowered();
         t.binaryNtt = ntt;
         ThresholdScope scope(t);
         for (int32_t la : {1, 3, 4, 5, 31, shipped - 1, shipped, shipped + 1, 2 * shipped + 3}) {
             for (int32_t lb : {1, 4, la / 2 + 1, la}) {
-                // All-ones words give the largest coefficients and carries.
                 for (bool ones : {false, true}) {
-                    std::vector<uint32_t> a(la), b(lb);
-                    for (auto& w : a) w = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
-                    for (auto& w : b) w = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
-                    ASSERT_EQ(Mul(a, b), GmpMul(a, b)) << la << " x " << lb << ", transform from " << ntt;
-                    ASSERT_EQ(Mul(a, a), GmpMul(a, a)) << la << " squared, transform from " << ntt;
+                    const std::vector<uint32_t> a = RandomWords(la, ones), b = RandomWords(lb, ones);
+                    for (bool square : {false, true}) {
+                        std::vector<uint32_t> p(la + (square ? la : lb), 0xDEADBEEF);
+                        PollClock clk(nullptr);
+                        ASSERT_EQ(WordsMul(clk, a.data(), la, square ? nullptr : b.data(), lb, p.data()), 0);
+                        Import(x, a);
+                        Import(y, square ? a : b);
+                        mpz_mul(x, x, y);
+                        ASSERT_EQ(p, Export(x, p.size())) << la << " x " << lb << ", transform from " << ntt;
+                    }
                 }
             }
         }
     }
-}
-
-TEST(FastRadixBinary, ShiftedSumsCarryAcrossWordsAndAllOnes) {
+    // A shifted sum whose carry runs past the shifted number's top.
     for (int64_t shift : {0, 1, 31, 32, 45, 64}) {
         for (bool ones : {false, true}) {
-            // a below 2^(32·9), b below 2^(32·3): the sum fits 14 words.
-            std::vector<uint32_t> a(14, 0), b(3);
-            for (int i = 0; i < 9; ++i) a[i] = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
-            for (auto& w : b) w = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
-            mpz_t x, y;
-            mpz_inits(x, y, nullptr);
-            mpz_import(x, a.size(), -1, 4, 0, 0, a.data());
-            mpz_import(y, b.size(), -1, 4, 0, 0, b.data());
+            std::vector<uint32_t> a = RandomWords(9, ones), b = RandomWords(3, ones);
+            a.resize(14, 0);
+            Import(x, a);
+            Import(y, b);
             mpz_mul_2exp(y, y, shift);
             mpz_add(x, x, y);
-            std::vector<uint32_t> want(a.size(), 0);
-            mpz_export(want.data(), nullptr, -1, 4, 0, 0, x);
-            mpz_clears(x, y, nullptr);
             WordsAddShifted(a.data(), int32_t(a.size()), b.data(), int32_t(b.size()), shift);
-            ASSERT_EQ(a, want) << "shift " << shift;
+            ASSERT_EQ(a, Export(x, a.size())) << "shift " << shift;
         }
     }
+    mpz_clears(x, y, nullptr);
 }
 
 TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
     for (const FastThresholds& t : ThresholdSets()) {
         ThresholdScope scope(t);
         const int32_t leaf = t.radixBinaryLeaf;
-        const bool lowered = leaf < FastThresholds().radixBinaryLeaf;
-        std::vector<int32_t> sizes = {1, 2};
+        std::vector<int32_t> sizes = {1, 2, 700};
         for (int32_t blocks : {1, 2, 3, 4, 7, 8, 9, 16, 33, 64})
             for (int32_t d : {-1, 0, 1}) sizes.push_back(blocks * leaf + d);
-        if (lowered) sizes.push_back(700);
         for (int32_t n : sizes) {
             if (n < 1) continue;
             for (Shape shape : {Shape::Random, Shape::RunsOfZeroAndNine, Shape::TopTenThousand}) {
@@ -142,30 +128,25 @@ TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
     }
 }
 
-TEST(FastRadixBinary, NinesPowersOfTenAndOfTwoAndZero) {
+TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
+    const std::vector<unsigned long> tens = {1, 3, 4, 5, 12, 179, 180, 181, 720, 4001};
+    const std::vector<unsigned long> twos = {1, 31, 32, 33, 1023, 1024, 1025, 8192};
+    mpz_t z;
+    mpz_init(z);
     for (const FastThresholds& t : ThresholdSets()) {
         ThresholdScope scope(t);
-        mpz_t z;
-        mpz_init(z);
-        for (unsigned long k : {1ul, 3ul, 4ul, 5ul, 12ul, 179ul, 180ul, 181ul, 720ul, 4001ul}) {
-            Big ten, nines;
-            mpz_ui_pow_ui(z, 10, k);
-            SetFromMpz(&ten, z);
-            CheckDigits(&ten, k < 200, "10^" + std::to_string(k));
-            mpz_sub_ui(z, z, 1);
-            SetFromMpz(&nines, z);
-            CheckDigits(&nines, k < 200, "10^" + std::to_string(k) + " - 1");
+        for (unsigned long b : {10ul, 2ul}) {
+            for (unsigned long k : b == 10 ? tens : twos) {
+                mpz_ui_pow_ui(z, b, k);
+                for (int below : {0, 1}) {
+                    mpz_sub_ui(z, z, below);
+                    Big v;
+                    FromDecimal(&v, MpzDecimal(z));
+                    CheckDigits(&v, mpz_sizeinbase(z, 10) < 200,
+                                std::to_string(b) + "^" + std::to_string(k) + (below ? " - 1" : ""));
+                }
+            }
         }
-        for (unsigned long k : {1ul, 31ul, 32ul, 33ul, 1023ul, 1024ul, 1025ul, 8192ul}) {
-            Big two, below;
-            mpz_ui_pow_ui(z, 2, k);
-            SetFromMpz(&two, z);
-            CheckDigits(&two, k < 700, "2^" + std::to_string(k));
-            mpz_sub_ui(z, z, 1);
-            SetFromMpz(&below, z);
-            CheckDigits(&below, k < 700, "2^" + std::to_string(k) + " - 1");
-        }
-        mpz_clear(z);
         // Zero, also as a record of several zero limbs (which the reference
         // kernel, dividing until the record is a one-limb zero, writes as "0").
         for (int32_t n : {1, 9}) {
@@ -174,33 +155,32 @@ TEST(FastRadixBinary, NinesPowersOfTenAndOfTwoAndZero) {
             CheckDigits(&zero, n == 1, "zero of " + std::to_string(n) + " limbs");
         }
     }
+    mpz_clear(z);
 }
 
 TEST(FastRadixBinary, LongDecimalThroughBase16AndBack) {
     std::string dec(120000, '0');
     for (auto& c : dec) c = static_cast<char>('0' + Rng()() % 10);
     dec[0] = '9';
-    Big v;
-    FromDecimal(&v, dec);
+    mpz_t z;
+    mpz_init_set_str(z, dec.c_str(), 10);
     CalcContext ctx;
     std::string hex = dec;
     ASSERT_EQ(ConvertBase(&ctx, 10, 16, &hex), 0);
-    EXPECT_EQ(hex, GmpDigits(&v, 16));
+    EXPECT_EQ(hex, GmpDigits(z, 16));
     std::string back = hex;
     ASSERT_EQ(ConvertBase(&ctx, 16, 10, &back), 0);
     EXPECT_EQ(back, dec);
+    mpz_clear(z);
 }
 
 TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
-    Big v;
+    Big v, longer;
     RandomBig(&v, 3000, false);
+    RandomBig(&longer, 30000, false);
     std::string text;
-    {
-        Big longer;
-        RandomBig(&longer, 30000, false);
-        ScriptedContext stopping(1);
-        EXPECT_EQ(BigToRadixDispatch(&stopping, &longer, 16, &text), -1) << "shipped thresholds";
-    }
+    ScriptedContext first(1);
+    EXPECT_EQ(BigToRadixDispatch(&first, &longer, 16, &text), -1) << "shipped thresholds";
     ThresholdScope scope(FastThresholds::Lowered());
     ScriptedContext counting;
     ASSERT_EQ(BigToRadixDispatch(&counting, &v, 8, &text), 0);
