@@ -126,7 +126,7 @@ int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t co
 }
 int BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
     const int32_t limbs = value->top + 1;
-    const bool powerOfTwo = (base & (base - 1)) == 0;
+    const bool powerOfTwo = base >= 2 && (base & (base - 1)) == 0;
     if (powerOfTwo ? limbs < gFastThresholds.radixBinary : limbs < gFastThresholds.radixDivide)
         return BigToRadixSchool(ctx, value, base, text);
     Magnitude vm;
