@@ -423,7 +423,8 @@ bool SetThreshold(const char* arg) {
         {"sqrNtt", &t.sqrNtt}, {"divNewton", &t.divNewton}, {"sqrtRecursive", &t.sqrtRecursive},
         {"cbrtNewton", &t.cbrtNewton}, {"productTree", &t.productTree}, {"gcdLehmer", &t.gcdLehmer},
         {"powMontgomery", &t.powMontgomery},
-        {"radixDivide", &t.radixDivide}};
+        {"radixDivide", &t.radixDivide}, {"radixBinary", &t.radixBinary},
+        {"radixBinaryLeaf", &t.radixBinaryLeaf}, {"binaryNtt", &t.binaryNtt}};
     for (auto& e : table) {
         if (key == e.name) {
             *e.field = static_cast<int32_t>(v);

@@ -125,8 +125,13 @@ int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t co
     return RadixToBigSplit(ctx, digits, count, base, value);
 }
 int BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
-    if (value->top + 1 < gFastThresholds.radixDivide) return BigToRadixSchool(ctx, value, base, text);
+    const int32_t limbs = value->top + 1;
+    const bool powerOfTwo = base >= 2 && (base & (base - 1)) == 0;
+    if (powerOfTwo ? limbs < gFastThresholds.radixBinary : limbs < gFastThresholds.radixDivide)
+        return BigToRadixSchool(ctx, value, base, text);
     Magnitude vm;
     const int code = MakeMagnitude(value, &vm);
-    return code != 0 ? code : BigToRadixSplit(ctx, vm.get(), base, text);
+    if (code != 0) return code;
+    return powerOfTwo ? BigToRadixBinary(ctx, vm.get(), base, text)
+                      : BigToRadixSplit(ctx, vm.get(), base, text);
 }

@@ -56,3 +56,6 @@ int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
 int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                     BigInt* value);
 int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text);
+// Digits of a canonical magnitude in base 2, 4, 8 or 16 through binary
+// words (radix_binary.cpp). 0, 3, -1.
+int BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::string* text);

@@ -23,6 +23,14 @@ struct FastThresholds {
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
     int32_t powMontgomery = 2000;  // limbs of an odd modulus below which powers run on words
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
+    // Limbs from which bases 2, 4, 8 and 16 go out through binary words: that
+    // route is the faster one from a single limb on.
+    int32_t radixBinary = 1;
+    // Limbs per leaf of the decimal-to-binary tree. With 45, a block below
+    // 10^(180·2^i) and the power 5^(180·2^i) it is multiplied by have 63.5·2^i
+    // 16-bit halves together: their transform of 64·2^i points is unpadded.
+    int32_t radixBinaryLeaf = 45;
+    int32_t binaryNtt = 400;       // 32-bit words of the shorter factor for the transform product
     int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
 
@@ -40,6 +48,9 @@ struct FastThresholds {
         t.rangePrimes = 40;
         t.gcdLehmer = 3;
         t.radixDivide = 8;
+        t.radixBinary = 1;
+        t.radixBinaryLeaf = 3;
+        t.binaryNtt = 4;
         t.nttParallel = 64;
         t.pollWork = 256;
         return t;

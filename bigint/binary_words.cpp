@@ -1,0 +1,156 @@
+// Products of binary words: schoolbook rows with 64-bit products
+// (a·b + p + carry < 2^64 for 32-bit a, b, p, carry), or the 16-bit
+// transform convolution. Its coefficients are below min(la, lb)·2^32 <= 2^56,
+// so a word's column sum c[2i] + c[2i+1]·2^16 is carried with the high part
+// of c[2i+1] folded straight into the next carry: every sum stays below 2^58.
+// Operands too long for one transform are halved until they fit. Shifted
+// sums place one number at any bit of another.
+#include "bigint/binary_words.h"
+
+#include <algorithm>
+#include <cassert>
+#include <new>
+
+#include "bigint/thresholds.h"
+
+bool Words::Allocate(int32_t n) {
+    Release();
+    if (n < 1) n = 1;
+    p_ = new (std::nothrow) uint32_t[size_t(n)];
+    n_ = p_ ? n : 0;
+    return p_ != nullptr;
+}
+
+void Words::Release() {
+    delete[] p_;
+    p_ = nullptr;
+    n_ = 0;
+}
+
+void Words::Swap(Words& other) {
+    std::swap(p_, other.p_);
+    std::swap(n_, other.n_);
+}
+
+void Words::Trim() { n_ = n_ > 0 ? WordsTrim(p_, n_) : 0; }
+
+int32_t WordsTrim(const uint32_t* a, int32_t n) {
+    while (n > 1 && a[n - 1] == 0) --n;
+    return n;
+}
+
+void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift) {
+    const int64_t at = shift / 32;
+    const int s = static_cast<int>(shift % 32);
+    uint64_t carry = 0;
+    uint32_t below = 0;   // the previous word of b, whose top s bits move up
+    int64_t k = at;
+    for (int32_t i = 0; i <= m && k < n; ++i, ++k) {
+        const uint32_t v = i < m ? b[i] : 0;
+        const uint32_t piece = s == 0 ? v : (v << s) | (below >> (32 - s));
+        below = v;
+        const uint64_t t = uint64_t(a[k]) + piece + carry;
+        a[k] = static_cast<uint32_t>(t);
+        carry = t >> 32;
+    }
+    for (; carry != 0 && k < n; ++k) carry = ++a[k] == 0;
+}
+
+namespace {
+
+// Column sums: the low and high halves of the products a[j]·b[i] gathered
+// apart in 64-bit sums, which cannot overflow for lb < 2^31, so the inner
+// loop carries nothing and vectorises; one carry pass at the end. Polled per
+// row so that a long a cannot run on.
+int MulBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                uint32_t* p) {
+    const int32_t n = la + lb;
+    Scratch<uint64_t> sums(2 * int64_t(n));
+    if (!sums) return kNoMemory;
+    uint64_t* lo = sums.get();
+    uint64_t* hi = lo + n;
+    std::fill(lo, lo + 2 * int64_t(n), uint64_t(0));
+    for (int32_t i = 0; i < lb; ++i) {
+        const uint64_t bi = b[i];
+        uint64_t* __restrict low = lo + i;
+        uint64_t* __restrict high = hi + i + 1;
+        for (int32_t j = 0; j < la; ++j) {
+            const uint64_t t = a[j] * bi;
+            low[j] += static_cast<uint32_t>(t);
+            high[j] += t >> 32;
+        }
+        if (clk.Tick(la)) return kStopped;
+    }
+    // Each sum is below lb·2^32 and the carry below 2·lb + 1: no overflow.
+    uint64_t carry = 0;
+    for (int32_t k = 0; k < n; ++k) {
+        const uint64_t t = (lo[k] & 0xFFFFFFFFu) + (hi[k] & 0xFFFFFFFFu) + carry;
+        p[k] = static_cast<uint32_t>(t);
+        carry = (t >> 32) + (lo[k] >> 32) + (hi[k] >> 32);
+    }
+    return 0;
+}
+
+// Words as 16-bit halves, without a zero half on top; answers their count.
+int32_t Halves(const uint32_t* a, int32_t la, uint16_t* h) {
+    for (int32_t i = 0; i < la; ++i) {
+        h[2 * i] = static_cast<uint16_t>(a[i]);
+        h[2 * i + 1] = static_cast<uint16_t>(a[i] >> 16);
+    }
+    return (a[la - 1] >> 16) == 0 ? 2 * la - 1 : 2 * la;
+}
+
+int MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                 uint32_t* p) {
+    const bool square = b == nullptr;
+    Scratch<uint16_t> h(2 * int64_t(la) + (square ? 0 : 2 * int64_t(lb)));
+    Scratch<uint64_t> c(2 * (int64_t(la) + lb));
+    if (!h || !c) return kNoMemory;
+    const int32_t ha = Halves(a, la, h.get());
+    const int32_t hb = square ? ha : Halves(b, lb, h.get() + ha);
+    const int rc = NttConvolve16(clk, h.get(), ha, square ? nullptr : h.get() + ha, hb, c.get());
+    if (rc != 0) return rc;
+    const int32_t nc = ha + hb - 1;
+    uint64_t carry = 0;
+    for (int32_t i = 0; i < la + lb; ++i) {
+        const uint64_t lo = 2 * i < nc ? c[2 * i] : 0;
+        const uint64_t hi = 2 * i + 1 < nc ? c[2 * i + 1] : 0;
+        const uint64_t t = lo + ((hi & 0xFFFF) << 16) + carry;
+        p[i] = static_cast<uint32_t>(t);
+        carry = (t >> 32) + (hi >> 16);
+    }
+    assert(carry == 0);
+    return 0;
+}
+
+// la >= lb; b null for the square of a.
+int MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+               uint32_t* p) {
+    if (lb < gFastThresholds.binaryNtt) return MulBasecase(clk, a, la, b ? b : a, lb, p);
+    if (2 * (int64_t(la) + lb) <= NttMaxLength()) return MulTransform(clk, a, la, b, lb, p);
+    // a = a1·2^(32h) + a0: p = a0·b, then a1·b added in at word h.
+    const int32_t h = la / 2;
+    if (b == nullptr) b = a;
+    Scratch<uint32_t> t(int64_t(la - h) + lb);
+    if (!t) return kNoMemory;
+    int rc = h >= lb ? MulOrdered(clk, a, h, b, lb, p) : MulOrdered(clk, b, lb, a, h, p);
+    if (rc == 0)
+        rc = la - h >= lb ? MulOrdered(clk, a + h, la - h, b, lb, t.get())
+                          : MulOrdered(clk, b, lb, a + h, la - h, t.get());
+    if (rc != 0) return rc;
+    std::fill(p + h + lb, p + la + lb, 0u);
+    WordsAddShifted(p, la + lb, t.get(), la - h + lb, 32 * int64_t(h));
+    return 0;
+}
+
+}  // namespace
+
+int WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+             uint32_t* p) {
+    if (b == nullptr || (b == a && lb == la)) return MulOrdered(clk, a, la, nullptr, la, p);
+    if (la < lb) {
+        std::swap(a, b);
+        std::swap(la, lb);
+    }
+    return MulOrdered(clk, a, la, b, lb, p);
+}

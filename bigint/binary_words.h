@@ -1,0 +1,46 @@
+// Binary magnitudes on 32-bit words, least significant first, for the base
+// conversions that leave the decimal limbs.
+//
+// Products: schoolbook on words with 64-bit products below
+// gFastThresholds.binaryNtt words of the shorter operand; above it the words
+// are cut into 16-bit halves for NttConvolve16, whose exact coefficients
+// (below 2^56) are carried back into words. Arrays come from nothrow new; a
+// failed allocation is answered with kNoMemory, never an exception.
+#pragma once
+
+#include <cstdint>
+
+#include "bigint/mul_kernels.h"
+
+// An owned array of words; size() counts the words in use.
+class Words {
+public:
+    Words() = default;
+    ~Words() { Release(); }
+    Words(const Words&) = delete;
+    Words& operator=(const Words&) = delete;
+
+    // n words (at least 1), contents undefined; false when memory ran out.
+    bool Allocate(int32_t n);
+    void Release();
+    void Swap(Words& other);
+    uint32_t* data() const { return p_; }
+    int32_t size() const { return n_; }
+    // Lowers the size past zero words on top, keeping at least one word.
+    void Trim();
+
+private:
+    uint32_t* p_ = nullptr;
+    int32_t n_ = 0;
+};
+
+// Length of a[0..n) without zero words on top, at least 1.
+int32_t WordsTrim(const uint32_t* a, int32_t n);
+
+// p[0..la + lb) = a·b for la, lb >= 1 (b null or b == a with lb == la: the
+// square); p must not overlap the operands. 0, kNoMemory, kStopped.
+int WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+             uint32_t* p);
+
+// a[0..n) += b[0..m)·2^shift, for a sum below 2^(32n).
+void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift);

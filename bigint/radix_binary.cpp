@@ -1,0 +1,189 @@
+// Bases 2, 4, 8 and 16: the decimal limbs are converted to binary words once,
+// and the digits are then read straight off the bits.
+//
+// Decimal to binary, bottom up: leaves of L limbs (L =
+// gFastThresholds.radixBinaryLeaf) by Horner's rule, two limbs (a factor
+// 10^8) per pass over the words; then level i joins neighbouring blocks as
+// high·10^e + low, e = 4L·2^i, computed as (high·5^e)·2^e + low: the power
+// kept in binary is 5^e, 30% shorter than 10^e, and the factor 2^e is a
+// shifted addition. 5^(2e) is the square of 5^e, made when the next level
+// has something to join, and 5^e is released then. Block j of level i sits
+// at word j·S_i of one array, S_0 = the word length of 10^(4L) and
+// S_(i+1) = 2·S_i: a block's value is below 10^e, whose length is at most
+// S_i, and the shorter last block stays below 10^(4L) to the power of its
+// leaves, so it fits the words that remain. Besides that array the
+// conversion holds one power (with its square while that is made) and one
+// product, none longer than the number, plus the transform's buffers.
+// Cost O(M(n) log n).
+//
+// Binary to digits: k = log2(base) bits per digit from the least significant
+// end (base 8 takes bits across word boundaries), linear.
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+
+#include "bigint/binary_words.h"
+#include "bigint/fast_paths.h"
+
+namespace {
+
+// a[0..n) := a·mul + add; a has room for the word a carry may add. Answers
+// the new length (0 stays 0 while the value is zero).
+int32_t MulAddSmall(uint32_t* a, int32_t n, uint32_t mul, uint32_t add) {
+    uint64_t carry = add;
+    for (int32_t j = 0; j < n; ++j) {
+        const uint64_t t = uint64_t(a[j]) * mul + carry;
+        a[j] = static_cast<uint32_t>(t);
+        carry = t >> 32;
+    }
+    if (carry != 0) a[n++] = static_cast<uint32_t>(carry);
+    return n;
+}
+
+// The value of limbs l[0..n) into w, which has room for it; the words above
+// its length are left alone. Answers the length, 0 for zero.
+int32_t LeafWords(const Limb* l, int32_t n, uint32_t* w) {
+    int32_t len = 0;
+    int32_t i = n - 1;
+    if (n % 2 != 0) {
+        w[0] = static_cast<uint32_t>(l[i]);
+        len = l[i] != 0;
+        --i;
+    }
+    for (; i > 0; i -= 2)
+        len = MulAddSmall(w, len, 100000000u, uint32_t(l[i]) * 10000u + uint32_t(l[i - 1]));
+    return len;
+}
+
+// 5^(4·limbs) in p (5^4 < 2^10: 10 bits per limb and a word for the 1 are
+// room enough), by factors 5^13, the largest below 2^32.
+int PowerOfFive(int32_t limbs, Words* p) {
+    if (!p->Allocate(int32_t((int64_t(limbs) * 10) / 32 + 2))) return kNoMemory;
+    uint32_t* w = p->data();
+    w[0] = 1;
+    int32_t len = 1;
+    int64_t e = 4 * int64_t(limbs);
+    for (; e >= 13; e -= 13) len = MulAddSmall(w, len, 1220703125u, 0);
+    uint32_t rest = 1;
+    for (; e > 0; --e) rest *= 5;
+    len = MulAddSmall(w, len, rest, 0);
+    std::fill(w + len, w + p->size(), 0u);
+    p->Trim();
+    return 0;
+}
+
+int Square(PollClock& clk, Words* p) {
+    Words sq;
+    if (!sq.Allocate(2 * p->size())) return kNoMemory;
+    const int rc = WordsMul(clk, p->data(), p->size(), nullptr, p->size(), sq.data());
+    if (rc != 0) return rc;
+    sq.Trim();
+    p->Swap(sq);
+    return 0;
+}
+
+// Canonical limbs l[0..n) (n >= 1) as binary words.
+int LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
+    const int32_t leaf = gFastThresholds.radixBinaryLeaf > 0 ? gFastThresholds.radixBinaryLeaf : 1;
+    int64_t blocks = (int64_t(n) + leaf - 1) / leaf;
+    // A single leaf needs no power: 10^4 < 2^14, so 14 bits per limb.
+    Words power;
+    int rc = blocks > 1 ? PowerOfFive(leaf, &power) : 0;
+    if (rc != 0) return rc;
+    int64_t slot0 = int64_t(n) * 14 / 32 + 1;
+    if (blocks > 1) {
+        // The words of 10^(4L) = 5^(4L)·2^(4L).
+        const uint32_t top = power.data()[power.size() - 1];
+        int64_t bits = int64_t(power.size() - 1) * 32 + 4 * int64_t(leaf);
+        for (uint32_t t = top; t != 0; t >>= 1) ++bits;
+        slot0 = (bits + 31) / 32;
+    }
+    const int64_t total = blocks * slot0;
+    if (total > INT32_MAX / 2) return kNoMemory;
+    if (!out->Allocate(int32_t(total))) return kNoMemory;
+    uint32_t* w = out->data();
+    for (int64_t j = 0; j < blocks; ++j) {
+        const int32_t first = int32_t(j * leaf);
+        const int32_t count = std::min(leaf, n - first);
+        uint32_t* block = w + j * slot0;
+        const int32_t len = LeafWords(l + first, count, block);
+        std::fill(block + len, block + slot0, 0u);
+        if (clk.Tick(int64_t(count) * slot0 / 4)) return kStopped;
+    }
+    Words product;
+    int64_t shift = 4 * int64_t(leaf);
+    for (int64_t slot = slot0; blocks > 1; slot *= 2, shift *= 2) {
+        if (slot > slot0 && (rc = Square(clk, &power)) != 0) return rc;
+        // A high block has at most min(slot, total - slot) words.
+        if (!product.Allocate(int32_t(power.size() + std::min(slot, total - slot))))
+            return kNoMemory;
+        for (int64_t j = 0; 2 * j + 1 < blocks; ++j) {
+            uint32_t* low = w + 2 * j * slot;
+            uint32_t* high = low + slot;
+            const int32_t end = int32_t(std::min(2 * slot, total - 2 * j * slot));
+            const int32_t lh = WordsTrim(high, end - int32_t(slot));
+            if (lh == 1 && high[0] == 0) continue;
+            const int32_t lengths = lh + power.size();
+            if ((rc = WordsMul(clk, high, lh, power.data(), power.size(), product.data())) != 0)
+                return rc;
+            std::fill(high, low + end, 0u);
+            WordsAddShifted(low, end, product.data(), WordsTrim(product.data(), lengths), shift);
+        }
+        product.Release();
+        blocks = (blocks + 1) / 2;
+    }
+    out->Trim();
+    return 0;
+}
+
+// The digits of w in base 2^bits, most significant first, no leading zeros.
+int WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    const int32_t n = w.size();
+    const uint32_t top = w.data()[n - 1];
+    if (n == 1 && top == 0) {
+        text->clear();
+        return 0;
+    }
+    int topBits = 0;
+    while (topBits < 32 && (top >> topBits) != 0) ++topBits;
+    const int64_t digits = ((int64_t(n) - 1) * 32 + topBits + bits - 1) / bits;
+    std::string out;
+    try {
+        out.resize(size_t(digits));
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    } catch (const std::length_error&) {
+        return kNoMemory;
+    }
+    const uint32_t mask = (1u << bits) - 1;
+    uint64_t acc = 0;   // bits not yet written, have of them
+    int have = 0;
+    int32_t next = 0;
+    for (int64_t d = digits - 1; d >= 0; --d) {
+        if (have < bits) {
+            if (next < n) {
+                acc |= uint64_t(w.data()[next++]) << have;
+                if ((next & 1023) == 0 && clk.Tick(1024 * 32 / bits)) return kStopped;
+            }
+            have += 32;
+        }
+        out[size_t(d)] = kDigits[acc & mask];
+        acc >>= bits;
+        have -= bits;
+    }
+    text->swap(out);
+    return 0;
+}
+
+}  // namespace
+
+int BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+    int bits = 0;
+    while ((2 << bits) <= base) ++bits;
+    PollClock clk(ctx);
+    Words w;
+    int rc = LimbsToWords(clk, value->limbs, value->top + 1, &w);
+    if (rc == 0) rc = WordsToDigits(clk, w, bits, text);
+    return rc;
+}

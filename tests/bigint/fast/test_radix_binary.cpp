@@ -1,0 +1,194 @@
+// Bases 2, 4, 8 and 16 through binary words, and the word arithmetic under
+// them, against the digit-at-a-time kernel and GMP.
+#include <gtest/gtest.h>
+
+#include <cctype>
+
+#include "bigint/binary_words.h"
+#include "bigint/dispatch.h"
+#include "fast_support.h"
+
+using namespace fasttest;
+
+namespace {
+
+std::string GmpDigits(const mpz_t z, int base) {
+    std::vector<char> buf(mpz_sizeinbase(z, base) + 2);
+    mpz_get_str(buf.data(), base, z);
+    std::string s = buf.data();
+    for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return s == "0" ? std::string() : s;
+}
+
+// Every power-of-two base against GMP, and against the reference kernel
+// when it is cheap enough.
+void CheckDigits(const BigInt* v, bool withSchool, const std::string& what) {
+    mpz_t z;
+    mpz_init(z);
+    ToMpz(z, v);
+    CalcContext ctx;
+    for (int base : {2, 4, 8, 16}) {
+        std::string fast = "unset", school;
+        ASSERT_EQ(BigToRadixDispatch(&ctx, v, base, &fast), 0) << what;
+        EXPECT_EQ(fast, GmpDigits(z, base)) << what << ", base " << base;
+        if (!withSchool) continue;
+        ASSERT_EQ(BigToRadixSchool(&ctx, v, base, &school), 0);
+        EXPECT_EQ(fast, school) << what << ", base " << base;
+    }
+    mpz_clear(z);
+}
+
+// Leaves of 1, 2 and 3 limbs (powers of one word and of two), transforms
+// from one word on; then the shipped values.
+std::vector<FastThresholds> ThresholdSets() {
+    std::vector<FastThresholds> sets;
+    for (int32_t leaf : {1, 2, 3}) {
+        FastThresholds t = FastThresholds::Lowered();
+        t.radixBinaryLeaf = leaf;
+        t.binaryNtt = leaf == 3 ? 4 : 1;
+        sets.push_back(t);
+    }
+    sets.push_back(FastThresholds());
+    return sets;
+}
+
+// n random words, or all ones: the largest coefficients and carries.
+std::vector<uint32_t> RandomWords(int32_t n, bool ones) {
+    std::vector<uint32_t> w(n);
+    for (auto& x : w) x = ones ? 0xFFFFFFFFu : uint32_t(Rng()());
+    return w;
+}
+
+void Import(mpz_t z, const std::vector<uint32_t>& w) { mpz_import(z, w.size(), -1, 4, 0, 0, w.data()); }
+
+std::vector<uint32_t> Export(const mpz_t z, size_t n) {
+    std::vector<uint32_t> w(n, 0);
+    mpz_export(w.data(), nullptr, -1, 4, 0, 0, z);
+    return w;
+}
+
+}  // namespace
+
+TEST(FastRadixBinary, WordProductsAndShiftedSumsMatchGmp) {
+    const int32_t shipped = FastThresholds().binaryNtt;
+    mpz_t x, y;
+    mpz_inits(x, y, nullptr);
+    for (int32_t ntt : {1, 4, shipped}) {
+        FastThresholds t = FastThresholds::Lowered();
+        t.binaryNtt = ntt;
+        ThresholdScope scope(t);
+        for (int32_t la : {1, 3, 4, 5, 31, shipped - 1, shipped, shipped + 1, 2 * shipped + 3}) {
+            for (int32_t lb : {1, 4, la / 2 + 1, la}) {
+                for (bool ones : {false, true}) {
+                    const std::vector<uint32_t> a = RandomWords(la, ones), b = RandomWords(lb, ones);
+                    for (bool square : {false, true}) {
+                        std::vector<uint32_t> p(la + (square ? la : lb), 0xDEADBEEF);
+                        PollClock clk(nullptr);
+                        ASSERT_EQ(WordsMul(clk, a.data(), la, square ? nullptr : b.data(), lb, p.data()), 0);
+                        Import(x, a);
+                        Import(y, square ? a : b);
+                        mpz_mul(x, x, y);
+                        ASSERT_EQ(p, Export(x, p.size())) << la << " x " << lb << ", transform from " << ntt;
+                    }
+                }
+            }
+        }
+    }
+    // A shifted sum whose carry runs past the shifted number's top.
+    for (int64_t shift : {0, 1, 31, 32, 45, 64}) {
+        for (bool ones : {false, true}) {
+            std::vector<uint32_t> a = RandomWords(9, ones), b = RandomWords(3, ones);
+            a.resize(14, 0);
+            Import(x, a);
+            Import(y, b);
+            mpz_mul_2exp(y, y, shift);
+            mpz_add(x, x, y);
+            WordsAddShifted(a.data(), int32_t(a.size()), b.data(), int32_t(b.size()), shift);
+            ASSERT_EQ(a, Export(x, a.size())) << "shift " << shift;
+        }
+    }
+    mpz_clears(x, y, nullptr);
+}
+
+TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
+    for (const FastThresholds& t : ThresholdSets()) {
+        ThresholdScope scope(t);
+        const int32_t leaf = t.radixBinaryLeaf;
+        std::vector<int32_t> sizes = {1, 2, 700};
+        for (int32_t blocks : {1, 2, 3, 4, 7, 8, 9, 16, 33, 64})
+            for (int32_t d : {-1, 0, 1}) sizes.push_back(blocks * leaf + d);
+        for (int32_t n : sizes) {
+            if (n < 1) continue;
+            for (Shape shape : {Shape::Random, Shape::RunsOfZeroAndNine, Shape::TopTenThousand}) {
+                Big v;
+                SetLimbs(&v, Operand(n, shape), false);
+                CheckDigits(&v, n <= 60, std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
+            }
+        }
+    }
+}
+
+TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
+    const std::vector<unsigned long> tens = {1, 3, 4, 5, 12, 179, 180, 181, 720, 4001};
+    const std::vector<unsigned long> twos = {1, 31, 32, 33, 1023, 1024, 1025, 8192};
+    mpz_t z;
+    mpz_init(z);
+    for (const FastThresholds& t : ThresholdSets()) {
+        ThresholdScope scope(t);
+        for (unsigned long b : {10ul, 2ul}) {
+            for (unsigned long k : b == 10 ? tens : twos) {
+                mpz_ui_pow_ui(z, b, k);
+                for (int below : {0, 1}) {
+                    mpz_sub_ui(z, z, below);
+                    Big v;
+                    FromDecimal(&v, MpzDecimal(z));
+                    CheckDigits(&v, mpz_sizeinbase(z, 10) < 200,
+                                std::to_string(b) + "^" + std::to_string(k) + (below ? " - 1" : ""));
+                }
+            }
+        }
+        // Zero, also as a record of several zero limbs (which the reference
+        // kernel, dividing until the record is a one-limb zero, writes as "0").
+        for (int32_t n : {1, 9}) {
+            Big zero;
+            SetLimbs(&zero, std::vector<Limb>(n, 0), false);
+            CheckDigits(&zero, n == 1, "zero of " + std::to_string(n) + " limbs");
+        }
+    }
+    mpz_clear(z);
+}
+
+TEST(FastRadixBinary, LongDecimalThroughBase16AndBack) {
+    std::string dec(120000, '0');
+    for (auto& c : dec) c = static_cast<char>('0' + Rng()() % 10);
+    dec[0] = '9';
+    mpz_t z;
+    mpz_init_set_str(z, dec.c_str(), 10);
+    CalcContext ctx;
+    std::string hex = dec;
+    ASSERT_EQ(ConvertBase(&ctx, 10, 16, &hex), 0);
+    EXPECT_EQ(hex, GmpDigits(z, 16));
+    std::string back = hex;
+    ASSERT_EQ(ConvertBase(&ctx, 16, 10, &back), 0);
+    EXPECT_EQ(back, dec);
+    mpz_clear(z);
+}
+
+TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
+    Big v, longer;
+    RandomBig(&v, 3000, false);
+    RandomBig(&longer, 30000, false);
+    std::string text;
+    ScriptedContext first(1);
+    EXPECT_EQ(BigToRadixDispatch(&first, &longer, 16, &text), -1) << "shipped thresholds";
+    ThresholdScope scope(FastThresholds::Lowered());
+    ScriptedContext counting;
+    ASSERT_EQ(BigToRadixDispatch(&counting, &v, 8, &text), 0);
+    ASSERT_GE(counting.polls(), 10);
+    // First poll (leaves), the middle (products), the last (digits).
+    for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
+        ScriptedContext stopping(stopAt);
+        EXPECT_EQ(BigToRadixDispatch(&stopping, &v, 8, &text), -1) << "stop at poll " << stopAt;
+        EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+    }
+}
