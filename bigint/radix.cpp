@@ -4,6 +4,7 @@
 
 #include "bigint/dispatch.h"
 #include "bigint/internal.h"
+#include "bigint/poll_clock.h"
 
 int BigMulSmallInt(CalcContext* ctx, BigInt* result, const BigInt* x, int32_t n) {
     BigTemp factor;
@@ -69,13 +70,22 @@ int BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::strin
 // into value + 10). Zero converts to the empty text; a minus sign is invalid.
 int ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text) {
     std::string& s = *text;
+    // Texts of millions of digits: the passes over them poll too (a
+    // character's handling charged as one limb product).
+    PollClock clk(ctx);
+    constexpr size_t kChunk = 1 << 16;
+    auto stopped = [&](size_t i) { return i % kChunk == kChunk - 1 && clk.Tick(kChunk); };
     s.erase(std::remove(s.begin(), s.end(), ' '), s.end());
-    for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    for (char& c : s) {
-        int value = static_cast<unsigned char>(c) - '0';
+    for (size_t i = 0; i < s.size(); ++i) {
+        s[i] = static_cast<char>(std::toupper(static_cast<unsigned char>(s[i])));
+        if (stopped(i)) return -1;
+    }
+    for (size_t i = 0; i < s.size(); ++i) {
+        int value = static_cast<unsigned char>(s[i]) - '0';
         if (value > 16) value -= 7;
         if (value < 0 || value + 1 > fromBase) return 1;
-        c = static_cast<char>(value + 10);
+        s[i] = static_cast<char>(value + 10);
+        if (stopped(i)) return -1;
     }
     for (char& c : s) c = static_cast<char>(c - 10);
     BigTemp value;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "bigint/fast_paths.h"
+#include "bigint/poll_clock.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -165,11 +166,13 @@ int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count
     if (base == 10) {
         LimbBuffer work(int64_t(count) / 4 + 1);
         if (!work.ok()) return 3;
+        PollClock clk(ctx);
         int32_t top = -1;
         for (int32_t end = count; end > 0; end -= 4) {
             int32_t limb = 0;
             for (int32_t k = end > 4 ? end - 4 : 0; k < end; ++k) limb = limb * 10 + digits[k];
             work[++top] = static_cast<Limb>(limb);
+            if ((top & 0xFFFF) == 0xFFFF && clk.Tick(4 * 0x10000)) return -1;
         }
         return BigFromLimbs(value, work.get(), top, 0);
     }
@@ -186,10 +189,18 @@ int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string
         return 0;
     }
     if (base == 10) {
+        // The top limb without leading zeros, every other one as four digits.
         char buf[8];
-        for (int32_t i = value->top; i >= 0; --i) {
-            std::snprintf(buf, sizeof buf, i == value->top ? "%d" : "%04d", value->limbs[i]);
-            out += buf;
+        std::snprintf(buf, sizeof buf, "%d", value->limbs[value->top]);
+        out.reserve(size_t(value->top) * 4 + 4);
+        out += buf;
+        PollClock clk(ctx);
+        for (int32_t i = value->top - 1; i >= 0; --i) {
+            const int limb = value->limbs[i];
+            const char digits[4] = {char('0' + limb / 1000), char('0' + limb / 100 % 10),
+                                    char('0' + limb / 10 % 10), char('0' + limb % 10)};
+            out.append(digits, 4);
+            if ((i & 0xFFFF) == 0 && clk.Tick(4 * 0x10000)) return -1;
         }
         text->swap(out);
         return 0;
