@@ -388,7 +388,7 @@ bool SetThreshold(const char* arg) {
         {"mulKaratsuba", &t.mulKaratsuba}, {"mulNtt", &t.mulNtt}, {"sqrKaratsuba", &t.sqrKaratsuba},
         {"sqrNtt", &t.sqrNtt}, {"divNewton", &t.divNewton}, {"sqrtRecursive", &t.sqrtRecursive},
         {"cbrtNewton", &t.cbrtNewton}, {"productTree", &t.productTree}, {"gcdLehmer", &t.gcdLehmer},
-        {"powMontgomery", &t.powMontgomery},
+        {"gcdHalf", &t.gcdHalf}, {"gcdHalfLeaf", &t.gcdHalfLeaf}, {"powMontgomery", &t.powMontgomery},
         {"radixDivide", &t.radixDivide}};
     for (auto& e : table) {
         if (key == e.name) {
