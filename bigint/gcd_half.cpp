@@ -28,6 +28,7 @@
 // gcdHalf limbs Lehmer's method takes over.
 #include <algorithm>
 #include <cassert>
+#include <climits>
 #include <cstdlib>
 #include <utility>
 
@@ -73,15 +74,15 @@ void SwapPair(BigTemp& a, BigTemp& b, Matrix* m) {
     m->det = -m->det;
 }
 
-// The context and the poll clock of one gcd. Products go to the kernels
-// behind MulLimbs on this clock, so that the many short ones near the
-// leaves are metered by work instead of polling once per row.
+// The context and the poll clock of one gcd. Products run the kernels
+// behind MulLimbs on this clock, which meters them by work: the many short
+// products near the leaves then poll no more often than the long ones.
 struct Run {
     CalcContext* ctx;
     PollClock clk;
     explicit Run(CalcContext* c) : ctx(c), clk(c) {}
 
-    // r := x·y for non-negative x and y, written as new.
+    // r := x·y, written as new.
     int Mul(BigInt* r, const BigInt* x, const BigInt* y) {
         if (x->top < y->top) std::swap(x, y);
         if (BigIsZero(y)) return BigFromInt(r, 0);
@@ -91,15 +92,68 @@ struct Run {
         const int rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
         if (rc != 0) return rc == kStopped ? -1 : 3;
         r->top = LimbsTrimTop(p.get(), la + lb - 1);
-        r->negative = 0;
+        r->negative = x->negative != y->negative;
         r->limbs = p.Release();
         return 0;
     }
 };
 
+bool IsIdentity(const Matrix& m) {
+    return BigIsOne(&m.u[0][0].v) && BigIsZero(&m.u[0][1].v) && BigIsZero(&m.u[1][0].v) &&
+           BigIsOne(&m.u[1][1].v);
+}
+
+// m := m·n by Strassen's seven products in Winograd's form, which pays once
+// the products are past schoolbook size. Its sums may be negative; the
+// entries it gives are not.
+int MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
+    const BigInt *a11 = &m->u[0][0].v, *a12 = &m->u[0][1].v, *a21 = &m->u[1][0].v, *a22 = &m->u[1][1].v;
+    const BigInt *b11 = &n.u[0][0].v, *b12 = &n.u[0][1].v, *b21 = &n.u[1][0].v, *b22 = &n.u[1][1].v;
+    BigTemp s1, s2, s3, s4, t1, t2, t3, t4, p[7], w, v, x;
+    Matrix r;
+    int code = FastAdd(&s1.v, a21, a22);
+    if (code == 0) code = FastSub(&s2.v, &s1.v, a11);
+    if (code == 0) code = FastSub(&s3.v, a11, a21);
+    if (code == 0) code = FastSub(&s4.v, a12, &s2.v);
+    if (code == 0) code = FastSub(&t1.v, b12, b11);
+    if (code == 0) code = FastSub(&t2.v, b22, &t1.v);
+    if (code == 0) code = FastSub(&t3.v, b22, b12);
+    if (code == 0) code = FastSub(&t4.v, &t2.v, b21);
+    const BigInt* factors[7][2] = {{a11, b11}, {a12, b21}, {&s4.v, b22}, {a22, &t4.v},
+                                   {&s1.v, &t1.v}, {&s2.v, &t2.v}, {&s3.v, &t3.v}};
+    for (int i = 0; i < 7 && code == 0; ++i) code = run.Mul(&p[i].v, factors[i][0], factors[i][1]);
+    // c11 = p1 + p2, w = p1 + p6, v = w + p7, c12 = w + p5 + p3,
+    // c21 = v − p4, c22 = v + p5.
+    if (code == 0) code = FastAdd(&r.u[0][0].v, &p[0].v, &p[1].v);
+    if (code == 0) code = FastAdd(&w.v, &p[0].v, &p[5].v);
+    if (code == 0) code = FastAdd(&v.v, &w.v, &p[6].v);
+    if (code == 0) code = FastAdd(&x.v, &w.v, &p[4].v);
+    if (code == 0) code = FastAdd(&r.u[0][1].v, &x.v, &p[2].v);
+    if (code == 0) code = FastSub(&r.u[1][0].v, &v.v, &p[3].v);
+    if (code == 0) code = FastAdd(&r.u[1][1].v, &v.v, &p[4].v);
+    if (code != 0) return code;
+    for (auto& row : r.u)
+        for (auto& e : row) e.v.negative = 0;
+    r.det = m->det * n.det;
+    Exchange(m, &r);
+    return 0;
+}
+
 // m := m·n.
 int MatMul(Run& run, Matrix* m, const Matrix& n) {
     Matrix r;
+    if (IsIdentity(*m)) {
+        int code = 0;
+        for (int i = 0; i < 4 && code == 0; ++i) code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
+        if (code != 0) return code;
+        r.det = n.det;
+        Exchange(m, &r);
+        return 0;
+    }
+    int32_t shortest = INT32_MAX;
+    for (int i = 0; i < 4; ++i)
+        shortest = std::min({shortest, Len(m->u[i / 2][i % 2].v), Len(n.u[i / 2][i % 2].v)});
+    if (shortest >= gFastThresholds.mulKaratsuba) return MatMulStrassen(run, m, n);
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j) {
             BigTemp x, y;
@@ -181,12 +235,11 @@ void Exchange(Slot& x, Slot& y) {
     std::swap(x.len, y.len);
 }
 
-// Steps under the floor B^s on a >= b while a has more than stopLen limbs:
-// Lehmer's step, or one division where the leading limbs decide nothing.
-// m, whose entries are below B^(len(a) + 4), takes the steps on; *blocked
-// tells that the next remainder falls below B^s, so no step is left.
-// Every array is allocated once: the pair only shrinks, and the entries
-// stay below a / B^s.
+// Steps under the floor B^s on a >= b >= B^s while a has more than
+// stopLen limbs: Lehmer's step, or one division where the leading limbs
+// decide nothing. m receives the steps; *blocked tells that the next
+// remainder falls below B^s, so no step is left. Every array is allocated
+// once: the pair only shrinks, and the entries stay below a / B^s.
 int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
          bool* blocked) {
     *moved = false;
@@ -195,13 +248,22 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
     Slot x, y, sx, sy, u[2][2], t0, t1;
     int code = x.Load(a.v, room);
     if (code == 0) code = y.Load(b.v, room);
-    for (int i = 0; i < 4 && code == 0; ++i) code = u[i / 2][i % 2].Load(m->u[i / 2][i % 2].v, room);
+    for (int i = 0; i < 4 && code == 0; ++i) {
+        code = u[i / 2][i % 2].limbs.Reset(room) ? 0 : 3;
+        if (code == 0) u[i / 2][i % 2].limbs[0] = i == 0 || i == 3 ? 1 : 0;
+    }
     if (code == 0 && !(sx.limbs.Reset(room) && sy.limbs.Reset(room) && t0.limbs.Reset(room) &&
                        t1.limbs.Reset(room)))
         code = 3;
-    int det = m->det;
+    int det = 1;
     while (code == 0 && x.len > stopLen) {
         if (run.clk.Tick(8 * int64_t(x.len))) return -1;
+        // Every step keeps y at least B^s; the test keeps a pair that broke
+        // the rule from being divided down to zero.
+        if (y.len <= s) {
+            *blocked = true;
+            break;
+        }
         const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, s);
         if (c.steps > 0) {
             LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, sx.limbs.get(), &sx.len,
@@ -260,7 +322,7 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
 
 int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved);
 
-// The tops a / B^p and b / B^p (below B^n) reduced by Hgcd and carried to
+// The tops a / B^p >= b / B^p (below B^n) reduced by Hgcd and carried to
 // the whole pair, a >= b again afterwards; m takes the call's matrix on.
 int ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved) {
     BigTemp A, B;
@@ -278,26 +340,25 @@ int ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m
     return code;
 }
 
-// Leaf steps on a >= b into m; *blocked as for Leaf.
+// Leaf steps on a >= b, taken on by m; *blocked as for Leaf.
 int LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
               bool* blocked) {
     Matrix steps;
     bool stepped = false;
-    int code = SetIdentity(&steps);
-    if (code == 0) code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
+    const int code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
     if (code != 0 || !stepped) return code;
     *moved = true;
     return MatMul(run, m, steps);
 }
 
-// a, b below B^n in either order, m the identity: reduces the pair while
-// both stay at least B^s, s = n/2 + 1, and answers the steps in m.
-// *moved false: no step possible, and the pair is unchanged up to order.
+// B^n > a >= b, m the identity: reduces the pair while both stay at least
+// B^s, s = n/2 + 1, and answers the steps in m, a >= b again. *moved
+// false: no step possible, the pair unchanged.
 int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
+    assert(BigCompareMag(&a.v, &b.v) <= 0);
     *moved = false;
     const int32_t s = n / 2 + 1;
-    if (!AtLeastPower(a.v, s) || !AtLeastPower(b.v, s)) return 0;
-    if (BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
+    if (!AtLeastPower(b.v, s)) return 0;
     bool blocked = false;
     if (n < gFastThresholds.gcdHalfLeaf) return Leaf(run, a, b, s, 0, m, moved, &blocked);
     int code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
@@ -320,9 +381,8 @@ int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) 
     BigTemp x, y;
     int code = BigFromLimbs(&x.v, a->limbs, a->top, 0);
     if (code == 0) code = BigFromLimbs(&y.v, b->limbs, b->top, 0);
-    const int32_t small = std::max(gFastThresholds.gcdHalf, 2);
-    while (code == 0 && !BigIsZero(&y.v) && Len(y.v) >= small) {
-        // x > y here. The top half goes through Hgcd; a pair it cannot
+    while (code == 0 && !BigIsZero(&y.v) && Len(y.v) >= gFastThresholds.gcdHalf) {
+        // x >= y here. The top half goes through Hgcd; a pair it cannot
         // move takes one division.
         Matrix m;
         bool moved = false;
@@ -341,6 +401,7 @@ int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) 
         }
     }
     if (code != 0) return code;
-    if (BigIsZero(&y.v) || BigCompareMag(&x.v, &y.v) == 0) return BigFromLimbs(result, x.v.limbs, x.v.top, 0);
+    if (BigIsZero(&y.v) || BigCompareMag(&x.v, &y.v) == 0)
+        return BigFromLimbs(result, x.v.limbs, x.v.top, 0);
     return GcdLehmer(ctx, &x.v, &y.v, result);
 }

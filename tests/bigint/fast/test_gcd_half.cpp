@@ -142,7 +142,7 @@ TEST(FastGcdHalf, QuotientsAllOneAndSingleHugeQuotients) {
     mpz_set_str(g, RandomDigits(300).c_str(), 10);
     for (const bool lowered : {true, false}) {
         ThresholdScope scope(lowered ? FastThresholds::Lowered() : FastThresholds());
-        const int32_t fib = lowered ? 1200 : 25000;   // F(25000) has 5225 digits
+        const int32_t fib = lowered ? 1200 : 60000;   // F(60000) has 12539 digits
         {
             // Consecutive Fibonacci numbers, with and without a common factor.
             Big x, y;
@@ -153,7 +153,7 @@ TEST(FastGcdHalf, QuotientsAllOneAndSingleHugeQuotients) {
         }
         // A quotient of 12000 digits at the start, a quarter, half way, and
         // near the end of a sequence worth about as many digits.
-        const int32_t count = lowered ? 600 : 12000, huge = lowered ? 800 : 12000;
+        const int32_t count = lowered ? 600 : 30000, huge = lowered ? 800 : 12000;
         for (int32_t where : {0, count / 4, count / 2, count - 3}) {
             Big x, y;
             FromQuotients(Quotients(count, where, huge), g, &x, &y);
@@ -239,7 +239,7 @@ TEST(FastGcdHalf, QStopsItAtEveryPoll) {
         FastThresholds t = lowered ? FastThresholds::Lowered() : FastThresholds();
         ThresholdScope scope(t);
         Big a, b, g;
-        const int32_t n = lowered ? 300 : 6 * t.gcdHalf;
+        const int32_t n = lowered ? 300 : 4 * t.gcdHalf;
         RandomBig(&a, n, false);
         RandomBig(&b, n - 3, false);
         ScriptedContext counting;
