@@ -13,14 +13,16 @@
 // full pair follows with four products by the low p limbs,
 //   a' = α·B^p + det·(u11·a_lo − u01·b_lo),  b' = β·B^p + det·(u00·b_lo − u10·a_lo),
 // where the correction is below B^(s1 − 1 + p) in magnitude against
-// α·B^p >= B^(s1 + p) > B^(s + 1): the pair stays positive and at least B^s
-// while shrinking to about 3n/4 limbs. A second call of half the size on
+// α·B^p >= B^(s1 + p) >= B^(s + 1): the pair stays positive and at least
+// B^s while shrinking to about 3n/4 limbs. A second call of half the size on
 // its top limbs, split so that its floor lands one limb above s, brings it
 // to about s limbs, and Lehmer steps under the floor B^s finish. Nothing
 // needs M to be Euclid's exact quotient sequence of the full numbers: any
 // non-negative M of determinant ±1 keeps the gcd, and the bounds above
 // keep the sizes. Leaves (n below gcdHalfLeaf) take Lehmer steps on work
-// arrays, with a division where the leading limbs decide nothing.
+// arrays, with a division where the leading limbs decide nothing. Above
+// them a level costs, with k = n/4, four products of k by 2k limbs, four
+// of k by k, and seven more of k by k for M1·M2 in Strassen's form.
 //
 // The gcd calls Hgcd on the top half of its pair and applies the matrix to
 // the whole pair, each round removing about a quarter of the limbs; when
@@ -107,8 +109,10 @@ bool IsIdentity(const Matrix& m) {
 // the products are past schoolbook size. Its sums may be negative; the
 // entries it gives are not.
 int MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
-    const BigInt *a11 = &m->u[0][0].v, *a12 = &m->u[0][1].v, *a21 = &m->u[1][0].v, *a22 = &m->u[1][1].v;
-    const BigInt *b11 = &n.u[0][0].v, *b12 = &n.u[0][1].v, *b21 = &n.u[1][0].v, *b22 = &n.u[1][1].v;
+    const BigInt *a11 = &m->u[0][0].v, *a12 = &m->u[0][1].v;
+    const BigInt *a21 = &m->u[1][0].v, *a22 = &m->u[1][1].v;
+    const BigInt *b11 = &n.u[0][0].v, *b12 = &n.u[0][1].v;
+    const BigInt *b21 = &n.u[1][0].v, *b22 = &n.u[1][1].v;
     BigTemp s1, s2, s3, s4, t1, t2, t3, t4, p[7], w, v, x;
     Matrix r;
     int code = FastAdd(&s1.v, a21, a22);
@@ -144,7 +148,8 @@ int MatMul(Run& run, Matrix* m, const Matrix& n) {
     Matrix r;
     if (IsIdentity(*m)) {
         int code = 0;
-        for (int i = 0; i < 4 && code == 0; ++i) code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
+        for (int i = 0; i < 4 && code == 0; ++i)
+            code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
         if (code != 0) return code;
         r.det = n.det;
         Exchange(m, &r);

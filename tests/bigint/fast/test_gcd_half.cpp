@@ -79,11 +79,13 @@ TEST(FastGcdHalf, RandomPairsAndCommonFactorsAgreeWithEuclidAndGmp) {
             CheckGcd(Operand(n, kShapes[Rng()() % 5]), Operand(m, sb), true);
             // A common factor of any length up to the smaller operand.
             const std::vector<Limb> g = Operand(1 + int32_t(Rng()() % m), Shape::Random);
-            CheckGcd(NaiveProduct(Operand(n, Shape::Random), g), NaiveProduct(Operand(m, sb), g), true);
+            CheckGcd(NaiveProduct(Operand(n, Shape::Random), g), NaiveProduct(Operand(m, sb), g),
+                     true);
         }
     }
     // a far longer than b: the first rounds are divisions.
-    for (int32_t m : {6, 40, 200}) CheckGcd(Operand(3000, Shape::Random), Operand(m, Shape::Random), false);
+    for (int32_t m : {6, 40, 200})
+        CheckGcd(Operand(3000, Shape::Random), Operand(m, Shape::Random), false);
 }
 
 TEST(FastGcdHalf, SizesAroundTheThresholdsAgreeWithGmp) {
