@@ -422,7 +422,7 @@ bool SetThreshold(const char* arg) {
         {"mulKaratsuba", &t.mulKaratsuba}, {"mulNtt", &t.mulNtt}, {"sqrKaratsuba", &t.sqrKaratsuba},
         {"sqrNtt", &t.sqrNtt}, {"divNewton", &t.divNewton}, {"sqrtRecursive", &t.sqrtRecursive},
         {"cbrtNewton", &t.cbrtNewton}, {"productTree", &t.productTree}, {"gcdLehmer", &t.gcdLehmer},
-        {"powMontgomery", &t.powMontgomery},
+        {"gcdHalf", &t.gcdHalf}, {"gcdHalfLeaf", &t.gcdHalfLeaf}, {"powMontgomery", &t.powMontgomery},
         {"radixDivide", &t.radixDivide}, {"radixBinary", &t.radixBinary},
         {"radixBinaryLeaf", &t.radixBinaryLeaf}, {"binaryNtt", &t.binaryNtt}};
     for (auto& e : table) {

@@ -117,7 +117,9 @@ int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* resu
     Magnitude am, bm;
     int code = MakeMagnitude(a, &am);
     if (code == 0) code = MakeMagnitude(b, &bm);
-    return code != 0 ? code : GcdLehmer(ctx, am.get(), bm.get(), result);
+    if (code != 0) return code;
+    if (b->top + 1 >= gFastThresholds.gcdHalf) return GcdHalf(ctx, am.get(), bm.get(), result);
+    return GcdLehmer(ctx, am.get(), bm.get(), result);
 }
 int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                        BigInt* value) {

@@ -51,6 +51,9 @@ int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponen
 
 // gcd of |a| > |b| > 0 by Lehmer's method. 0, 3, -1.
 int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+// The same by the half-gcd: Lehmer's steps at the leaves, cofactor matrices
+// joined by products above them. 0, 3, -1.
+int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
 
 // Base conversion by divide and conquer over powers of the base.
 int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,

@@ -8,6 +8,10 @@
 // seven to nine digits, where long division removes one quotient limb per
 // pass. When the leading limbs cannot decide a quotient (a far longer than
 // b, or a single huge quotient) one full division step is taken instead.
+#include "bigint/gcd_lehmer.h"
+
+#include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "bigint/fast_paths.h"
@@ -17,63 +21,106 @@
 
 namespace {
 
-struct Number {
-    LimbBuffer limbs;
-    int32_t len = 0;
-};
-
-// Leading limbs of x at positions n − count … n − 1 (missing limbs 0).
-int64_t Leading(const Number& x, int32_t n, int32_t count) {
-    int64_t v = 0;
-    for (int32_t i = n - 1; i >= n - count; --i) v = v * kLimbBase + (i >= 0 && i < x.len ? x.limbs[i] : 0);
-    return v;
+// Leading limbs of v (len limbs) at positions n − count … n − 1 (missing limbs 0).
+int64_t Leading(const Limb* v, int32_t len, int32_t n, int32_t count) {
+    int64_t r = 0;
+    for (int32_t i = n - 1; i >= n - count; --i) r = r * kLimbBase + (i >= 0 && i < len ? v[i] : 0);
+    return r;
 }
 
-// s := A·x + B·y and t := C·x + D·y in one pass, for combinations known to
-// be non-negative (y no longer than x); s and t hold x.len + 1 limbs and
-// alias neither input. The pass takes two limbs at a time (digits below
-// 10^8): a term stays below 6·10^17 in magnitude, so adding kBias (a
-// multiple of 10^8) makes it non-negative and the carry is an unsigned
-// division by a constant. Both results are below x, so nothing is written
-// past limb x.len.
-void Combine(int64_t A, int64_t B, int64_t C, int64_t D, const Number& x, const Number& y,
-             Number* s, Number* t) {
+}  // namespace
+
+LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t ly,
+                              int32_t floorLimbs) {
+    LehmerCofactors c;
+    if (lx - ly >= 2) return c;
+    // Five limbs when they stay below 9·10^18, else four: the more digits,
+    // the more quotients one pass settles.
+    const int32_t count = x[lx - 1] < 900 ? 5 : 4;
+    int64_t xh = Leading(x, lx, lx, count), yh = Leading(y, ly, lx, count);
+    // The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
+    // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
+    // (B = 10000, k = lx − count): yh − max(|C|, |D|) >= B^(floor − k)
+    // keeps it at least B^floor. Floors more than four limbs above the
+    // leading window cannot be shown that way.
+    int64_t least = 0;
+    if (floorLimbs >= 0) {
+        const int32_t above = floorLimbs - (lx - count);
+        if (above > 4) return c;
+        least = 1;
+        for (int32_t i = 0; i < above; ++i) least *= kLimbBase;
+    }
+    int64_t A = 1, B = 0, C = 0, D = 1;
+    int32_t steps = 0;
+    while (yh + C != 0 && yh + D != 0) {
+        const int64_t q = (xh + A) / (yh + C);
+        if (q != (xh + B) / (yh + D)) break;
+        const int64_t nextC = A - q * C, nextD = B - q * D, nextY = xh - q * yh;
+        if (least > 0 && nextY - std::max(std::abs(nextC), std::abs(nextD)) < least) break;
+        A = C;
+        C = nextC;
+        B = D;
+        D = nextD;
+        xh = yh;
+        yh = nextY;
+        ++steps;
+    }
+    c.A = A;
+    c.B = B;
+    c.C = C;
+    c.D = D;
+    c.steps = steps;
+    return c;
+}
+
+// The pass takes two limbs at a time (digits below 10^8): a term stays below
+// 6·10^17 in magnitude, so adding kBias (a multiple of 10^8) makes it
+// non-negative and the carry is an unsigned division by a constant.
+void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Limb* y, int32_t ly,
+                   Limb* s, int32_t* ls, Limb* t, int32_t* lt) {
     constexpr int64_t kPair = int64_t(kLimbBase) * kLimbBase;
     constexpr int64_t kBias = kPair << 35;
     constexpr int64_t kBiasCarry = kBias / kPair;
+    const int64_t A = c.A, B = c.B, C = c.C, D = c.D;
     int64_t c1 = 0, c2 = 0;
-    Limb* so = s->limbs.get();
-    Limb* to = t->limbs.get();
-    const Limb* xs = x.limbs.get();
-    const Limb* ys = y.limbs.get();
     auto pair = [](const Limb* v, int32_t len, int32_t i) -> int64_t {
         const int64_t low = i < len ? v[i] : 0;
         return i + 1 < len ? low + int64_t(v[i + 1]) * kLimbBase : low;
     };
+    const int32_t n = std::max(lx, ly);
     int32_t i = 0;
-    for (; i < x.len; i += 2) {
-        const int64_t xi = pair(xs, x.len, i), yi = pair(ys, y.len, i);
+    for (; i < n; i += 2) {
+        const int64_t xi = pair(x, lx, i), yi = pair(y, ly, i);
         const uint64_t u1 = uint64_t(A * xi + B * yi + c1 + kBias);
         const uint64_t u2 = uint64_t(C * xi + D * yi + c2 + kBias);
         const uint64_t q1 = u1 / uint64_t(kPair), q2 = u2 / uint64_t(kPair);
         const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)), r2 = uint32_t(u2 - q2 * uint64_t(kPair));
-        so[i] = static_cast<Limb>(r1 % kLimbBase);
-        so[i + 1] = static_cast<Limb>(r1 / kLimbBase);
-        to[i] = static_cast<Limb>(r2 % kLimbBase);
-        to[i + 1] = static_cast<Limb>(r2 / kLimbBase);
+        s[i] = static_cast<Limb>(r1 % kLimbBase);
+        s[i + 1] = static_cast<Limb>(r1 / kLimbBase);
+        t[i] = static_cast<Limb>(r2 % kLimbBase);
+        t[i + 1] = static_cast<Limb>(r2 / kLimbBase);
         c1 = int64_t(q1) - kBiasCarry;
         c2 = int64_t(q2) - kBiasCarry;
     }
-    for (auto [out, carry] : {std::pair<Number*, int64_t>{s, c1}, std::pair<Number*, int64_t>{t, c2}}) {
-        int32_t len = i;
+    auto finish = [i](Limb* out, int64_t carry) {
+        int32_t k = i;
         while (carry > 0) {
-            out->limbs[len++] = static_cast<Limb>(carry % kLimbBase);
+            out[k++] = static_cast<Limb>(carry % kLimbBase);
             carry /= kLimbBase;
         }
-        while (len > 1 && out->limbs[len - 1] == 0) --len;
-        out->len = len;
-    }
+        while (k > 1 && out[k - 1] == 0) --k;
+        return k;
+    };
+    *ls = finish(s, c1);
+    *lt = finish(t, c2);
 }
+
+namespace {
+
+struct Number {
+    LimbBuffer limbs;
+    int32_t len = 0;
+};
 
 int FromRecord(const BigInt* v, int32_t room, Number* n) {
     if (!n->limbs.Reset(room)) return 3;
@@ -120,32 +167,15 @@ int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
             break;
         }
         // x >= y > 0 here.
-        int64_t A = 1, B = 0, C = 0, D = 1;
-        if (x.len - y.len < 2) {
-            // Five limbs when they stay below 9·10^18, else four: the more
-            // digits, the more quotients one pass settles.
-            const int32_t count = x.limbs[x.len - 1] < 900 ? 5 : 4;
-            int64_t xh = Leading(x, x.len, count), yh = Leading(y, x.len, count);
-            while (yh + C != 0 && yh + D != 0) {
-                const int64_t q = (xh + A) / (yh + C);
-                if (q != (xh + B) / (yh + D)) break;
-                int64_t r = A - q * C;
-                A = C;
-                C = r;
-                r = B - q * D;
-                B = D;
-                D = r;
-                r = xh - q * yh;
-                xh = yh;
-                yh = r;
-            }
-        }
-        if (B == 0) {
+        const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, -1);
+        if (c.steps == 0) {
             code = DivisionStep(ctx, &x, y);
             Exchange(&x, &y);
             continue;
         }
-        Combine(A, B, C, D, x, y, &s, &t);
+        // Both results are below x, so x.len + 1 limbs of room suffice.
+        LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, s.limbs.get(), &s.len,
+                      t.limbs.get(), &t.len);
         Exchange(&x, &s);
         Exchange(&y, &t);
     }

@@ -1,0 +1,412 @@
+// Greatest common divisor by the half-gcd, in O(M(n) log n).
+//
+// Hgcd(a, b, n) takes a, b below B^n (B = 10000) and, with s = n/2 + 1,
+// takes Euclid's steps while both numbers stay at least B^s. The steps come
+// back as a matrix M of non-negative entries and determinant ±1 with
+// (a; b) = M·(a'; b') for the reduced pair (a', b'). Since a >= u00·a' +
+// u01·b' (and b likewise), every entry is below B^n / B^s: M and the pair
+// have about n/2 limbs each.
+//
+// Möller's recursion: the top n − p limbs (p = n/2) are reduced by a call
+// of half the size, which gives M1 and reduced tops α, β >= B^s1 with
+// entries below B^(n1 − s1) <= B^(s1 − 1) (n1 = n − p, s1 = n1/2 + 1). The
+// full pair follows with four products by the low p limbs,
+//   a' = α·B^p + det·(u11·a_lo − u01·b_lo),  b' = β·B^p + det·(u00·b_lo − u10·a_lo),
+// where the correction is below B^(s1 − 1 + p) in magnitude against
+// α·B^p >= B^(s1 + p) >= B^(s + 1): the pair stays positive and at least
+// B^s while shrinking to about 3n/4 limbs. A second call of half the size on
+// its top limbs, split so that its floor lands one limb above s, brings it
+// to about s limbs, and Lehmer steps under the floor B^s finish. Nothing
+// needs M to be Euclid's exact quotient sequence of the full numbers: any
+// non-negative M of determinant ±1 keeps the gcd, and the bounds above
+// keep the sizes. Leaves (n below gcdHalfLeaf) take Lehmer steps on work
+// arrays, with a division where the leading limbs decide nothing. Above
+// them a level costs, with k = n/4, four products of k by 2k limbs, four
+// of k by k, and seven more of k by k for M1·M2 in Strassen's form.
+//
+// The gcd calls Hgcd on the top half of its pair and applies the matrix to
+// the whole pair, each round removing about a quarter of the limbs; when
+// Hgcd cannot move (a huge quotient) one division step is taken. Below
+// gcdHalf limbs Lehmer's method takes over.
+#include <algorithm>
+#include <cassert>
+#include <climits>
+#include <cstdlib>
+#include <utility>
+
+#include "bigint/fast_paths.h"
+#include "bigint/gcd_lehmer.h"
+#include "bigint/mul_kernels.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+int32_t Len(const BigInt& v) { return v.top + 1; }
+
+// v >= B^s, for a canonical v.
+bool AtLeastPower(const BigInt& v, int32_t s) { return v.top >= s; }
+
+// (a; b) = M·(a'; b') for the pair a reduction started from and the pair it reached.
+struct Matrix {
+    BigTemp u[2][2];
+    int det = 1;
+};
+
+int SetIdentity(Matrix* m) {
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j) {
+            BigFree(&m->u[i][j].v);
+            if (BigFromInt(&m->u[i][j].v, i == j ? 1 : 0) != 0) return 3;
+        }
+    m->det = 1;
+    return 0;
+}
+
+void Exchange(Matrix* x, Matrix* y) {
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j) std::swap(x->u[i][j].v, y->u[i][j].v);
+    std::swap(x->det, y->det);
+}
+
+// The pair exchanged: M's columns follow.
+void SwapPair(BigTemp& a, BigTemp& b, Matrix* m) {
+    std::swap(a.v, b.v);
+    std::swap(m->u[0][0].v, m->u[0][1].v);
+    std::swap(m->u[1][0].v, m->u[1][1].v);
+    m->det = -m->det;
+}
+
+// The context and the poll clock of one gcd. Products run the kernels
+// behind MulLimbs on this clock, which meters them by work: the many short
+// products near the leaves then poll no more often than the long ones.
+struct Run {
+    CalcContext* ctx;
+    PollClock clk;
+    explicit Run(CalcContext* c) : ctx(c), clk(c) {}
+
+    // r := x·y, written as new.
+    int Mul(BigInt* r, const BigInt* x, const BigInt* y) {
+        if (x->top < y->top) std::swap(x, y);
+        if (BigIsZero(y)) return BigFromInt(r, 0);
+        const int32_t la = Len(*x), lb = Len(*y);
+        LimbBuffer p(int64_t(la) + lb);
+        if (!p.ok()) return 3;
+        const int rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
+        if (rc != 0) return rc == kStopped ? -1 : 3;
+        r->top = LimbsTrimTop(p.get(), la + lb - 1);
+        r->negative = x->negative != y->negative;
+        r->limbs = p.Release();
+        return 0;
+    }
+};
+
+bool IsIdentity(const Matrix& m) {
+    return BigIsOne(&m.u[0][0].v) && BigIsZero(&m.u[0][1].v) && BigIsZero(&m.u[1][0].v) &&
+           BigIsOne(&m.u[1][1].v);
+}
+
+// m := m·n by Strassen's seven products in Winograd's form, which pays once
+// the products are past schoolbook size. Its sums may be negative; the
+// entries it gives are not.
+int MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
+    const BigInt *a11 = &m->u[0][0].v, *a12 = &m->u[0][1].v;
+    const BigInt *a21 = &m->u[1][0].v, *a22 = &m->u[1][1].v;
+    const BigInt *b11 = &n.u[0][0].v, *b12 = &n.u[0][1].v;
+    const BigInt *b21 = &n.u[1][0].v, *b22 = &n.u[1][1].v;
+    BigTemp s1, s2, s3, s4, t1, t2, t3, t4, p[7], w, v, x;
+    Matrix r;
+    int code = FastAdd(&s1.v, a21, a22);
+    if (code == 0) code = FastSub(&s2.v, &s1.v, a11);
+    if (code == 0) code = FastSub(&s3.v, a11, a21);
+    if (code == 0) code = FastSub(&s4.v, a12, &s2.v);
+    if (code == 0) code = FastSub(&t1.v, b12, b11);
+    if (code == 0) code = FastSub(&t2.v, b22, &t1.v);
+    if (code == 0) code = FastSub(&t3.v, b22, b12);
+    if (code == 0) code = FastSub(&t4.v, &t2.v, b21);
+    const BigInt* factors[7][2] = {{a11, b11}, {a12, b21}, {&s4.v, b22}, {a22, &t4.v},
+                                   {&s1.v, &t1.v}, {&s2.v, &t2.v}, {&s3.v, &t3.v}};
+    for (int i = 0; i < 7 && code == 0; ++i) code = run.Mul(&p[i].v, factors[i][0], factors[i][1]);
+    // c11 = p1 + p2, w = p1 + p6, v = w + p7, c12 = w + p5 + p3,
+    // c21 = v − p4, c22 = v + p5.
+    if (code == 0) code = FastAdd(&r.u[0][0].v, &p[0].v, &p[1].v);
+    if (code == 0) code = FastAdd(&w.v, &p[0].v, &p[5].v);
+    if (code == 0) code = FastAdd(&v.v, &w.v, &p[6].v);
+    if (code == 0) code = FastAdd(&x.v, &w.v, &p[4].v);
+    if (code == 0) code = FastAdd(&r.u[0][1].v, &x.v, &p[2].v);
+    if (code == 0) code = FastSub(&r.u[1][0].v, &v.v, &p[3].v);
+    if (code == 0) code = FastAdd(&r.u[1][1].v, &v.v, &p[4].v);
+    if (code != 0) return code;
+    for (auto& row : r.u)
+        for (auto& e : row) e.v.negative = 0;
+    r.det = m->det * n.det;
+    Exchange(m, &r);
+    return 0;
+}
+
+// m := m·n.
+int MatMul(Run& run, Matrix* m, const Matrix& n) {
+    Matrix r;
+    if (IsIdentity(*m)) {
+        int code = 0;
+        for (int i = 0; i < 4 && code == 0; ++i)
+            code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
+        if (code != 0) return code;
+        r.det = n.det;
+        Exchange(m, &r);
+        return 0;
+    }
+    int32_t shortest = INT32_MAX;
+    for (int i = 0; i < 4; ++i)
+        shortest = std::min({shortest, Len(m->u[i / 2][i % 2].v), Len(n.u[i / 2][i % 2].v)});
+    if (shortest >= gFastThresholds.mulKaratsuba) return MatMulStrassen(run, m, n);
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j) {
+            BigTemp x, y;
+            int code = run.Mul(&x.v, &m->u[i][0].v, &n.u[0][j].v);
+            if (code == 0) code = run.Mul(&y.v, &m->u[i][1].v, &n.u[1][j].v);
+            if (code == 0) code = FastAdd(&r.u[i][j].v, &x.v, &y.v);
+            if (code != 0) return code;
+        }
+    r.det = m->det * n.det;
+    Exchange(m, &r);
+    return 0;
+}
+
+// The low p >= 1 limbs of v, as a view of v's limbs.
+BigInt LowView(const BigInt& v, int32_t p) {
+    BigInt r = BigMagnitudeView(&v);
+    if (p <= v.top) r.top = LimbsTrimTop(v.limbs, p - 1);
+    return r;
+}
+
+// (a; b) := M^−1·(a; b), where the tops a / B^p and b / B^p have been
+// reduced by M to A and B.
+int Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B, const Matrix& m,
+           int32_t p) {
+    BigTemp na, nb;
+    if (p == 0) {
+        int code = BigCopy(&na.v, &A.v);
+        if (code == 0) code = BigCopy(&nb.v, &B.v);
+        if (code != 0) return code;
+    } else {
+        const BigInt al = LowView(a.v, p), bl = LowView(b.v, p);
+        // a' = A·B^p + det·(u11·al − u01·bl), b' = B·B^p + det·(u00·bl − u10·al).
+        const BigInt* terms[2][4] = {{&m.u[1][1].v, &al, &m.u[0][1].v, &bl},
+                                     {&m.u[0][0].v, &bl, &m.u[1][0].v, &al}};
+        const BigInt* tops[2] = {&A.v, &B.v};
+        BigInt* outs[2] = {&na.v, &nb.v};
+        for (int k = 0; k < 2; ++k) {
+            BigTemp plus, minus, e, high;
+            int code = run.Mul(&plus.v, terms[k][0], terms[k][1]);
+            if (code == 0) code = run.Mul(&minus.v, terms[k][2], terms[k][3]);
+            if (code == 0 && m.det < 0) std::swap(plus.v, minus.v);
+            if (code == 0) code = FastSub(&e.v, &plus.v, &minus.v);
+            if (code == 0) code = FastShiftUp(&high.v, tops[k], p);
+            if (code == 0) code = FastAdd(outs[k], &high.v, &e.v);
+            if (code != 0) return code;
+            assert(!FastIsNegative(outs[k]) && !BigIsZero(outs[k]));
+        }
+    }
+    BigReplace(&a.v, &na.v);
+    BigReplace(&b.v, &nb.v);
+    return 0;
+}
+
+// A number in a work array of fixed room.
+struct Slot {
+    LimbBuffer limbs;
+    int32_t len = 1;
+
+    int Load(const BigInt& v, int32_t room) {
+        if (!limbs.Reset(room)) return 3;
+        CopyLimbs(limbs.get(), v.limbs, v.top + 1);
+        len = v.top + 1;
+        return 0;
+    }
+    BigInt View() const {
+        BigInt v = {};
+        v.limbs = limbs.get();
+        v.top = len - 1;
+        return v;
+    }
+    int Store(BigInt* v) const {
+        BigFree(v);
+        return BigFromLimbs(v, limbs.get(), len - 1, 0);
+    }
+};
+
+void Exchange(Slot& x, Slot& y) {
+    x.limbs.Swap(y.limbs);
+    std::swap(x.len, y.len);
+}
+
+// Steps under the floor B^s on a >= b >= B^s while a has more than
+// stopLen limbs: Lehmer's step, or one division where the leading limbs
+// decide nothing. m receives the steps; *blocked tells that the next
+// remainder falls below B^s, so no step is left. Every array is allocated
+// once: the pair only shrinks, and the entries stay below a / B^s.
+int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
+         bool* blocked) {
+    *moved = false;
+    *blocked = false;
+    const int32_t room = Len(a.v) + 8;
+    Slot x, y, sx, sy, u[2][2], t0, t1;
+    int code = x.Load(a.v, room);
+    if (code == 0) code = y.Load(b.v, room);
+    for (int i = 0; i < 4 && code == 0; ++i) {
+        code = u[i / 2][i % 2].limbs.Reset(room) ? 0 : 3;
+        if (code == 0) u[i / 2][i % 2].limbs[0] = i == 0 || i == 3 ? 1 : 0;
+    }
+    if (code == 0 && !(sx.limbs.Reset(room) && sy.limbs.Reset(room) && t0.limbs.Reset(room) &&
+                       t1.limbs.Reset(room)))
+        code = 3;
+    int det = 1;
+    while (code == 0 && x.len > stopLen) {
+        if (run.clk.Tick(8 * int64_t(x.len))) return -1;
+        // Every step keeps y at least B^s; the test keeps a pair that broke
+        // the rule from being divided down to zero.
+        if (y.len <= s) {
+            *blocked = true;
+            break;
+        }
+        const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, s);
+        if (c.steps > 0) {
+            LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, sx.limbs.get(), &sx.len,
+                          sy.limbs.get(), &sy.len);
+            Exchange(x, sx);
+            Exchange(y, sy);
+            // M := M·Q with Q = [|D| |B|; |C| |A|], the steps' quotient
+            // matrices multiplied out (the inverse of the cofactors' matrix).
+            LehmerCofactors q;
+            q.A = std::abs(c.D);
+            q.B = std::abs(c.C);
+            q.C = std::abs(c.B);
+            q.D = std::abs(c.A);
+            for (auto& row : u) {
+                LehmerCombine(q, row[0].limbs.get(), row[0].len, row[1].limbs.get(), row[1].len,
+                              t0.limbs.get(), &t0.len, t1.limbs.get(), &t1.len);
+                Exchange(row[0], t0);
+                Exchange(row[1], t1);
+            }
+            if (c.steps % 2 != 0) det = -det;
+            *moved = true;
+            continue;
+        }
+        // (x, y) := (y, x mod y), M := M·[q 1; 1 0].
+        BigTemp q, r;
+        const BigInt xv = x.View(), yv = y.View();
+        code = FastDivMod(run.ctx, &xv, &yv, &q.v, &r.v);
+        if (code != 0) break;
+        if (!AtLeastPower(r.v, s)) {
+            *blocked = true;
+            break;
+        }
+        Exchange(x, y);
+        CopyLimbs(y.limbs.get(), r.v.limbs, r.v.top + 1);
+        y.len = r.v.top + 1;
+        for (auto& row : u) {
+            BigTemp product, sum;
+            const BigInt u0 = row[0].View(), u1 = row[1].View();
+            code = run.Mul(&product.v, &q.v, &u0);
+            if (code == 0) code = FastAdd(&sum.v, &product.v, &u1);
+            if (code != 0) break;
+            CopyLimbs(t0.limbs.get(), sum.v.limbs, sum.v.top + 1);
+            t0.len = sum.v.top + 1;
+            Exchange(row[1], row[0]);
+            Exchange(row[0], t0);
+        }
+        det = -det;
+        *moved = true;
+    }
+    if (code == 0) code = x.Store(&a.v);
+    if (code == 0) code = y.Store(&b.v);
+    for (int i = 0; i < 4 && code == 0; ++i) code = u[i / 2][i % 2].Store(&m->u[i / 2][i % 2].v);
+    m->det = det;
+    return code;
+}
+
+int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved);
+
+// The tops a / B^p >= b / B^p (below B^n) reduced by Hgcd and carried to
+// the whole pair, a >= b again afterwards; m takes the call's matrix on.
+int ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved) {
+    BigTemp A, B;
+    Matrix top;
+    bool topMoved = false;
+    int code = FastShiftDown(&A.v, &a.v, p);
+    if (code == 0) code = FastShiftDown(&B.v, &b.v, p);
+    if (code == 0) code = SetIdentity(&top);
+    if (code == 0) code = Hgcd(run, A, B, n, &top, &topMoved);
+    if (code != 0 || !topMoved) return code;
+    code = Adjust(run, a, b, A, B, top, p);
+    if (code == 0) code = MatMul(run, m, top);
+    if (code == 0 && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
+    *moved = true;
+    return code;
+}
+
+// Leaf steps on a >= b, taken on by m; *blocked as for Leaf.
+int LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
+              bool* blocked) {
+    Matrix steps;
+    bool stepped = false;
+    const int code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
+    if (code != 0 || !stepped) return code;
+    *moved = true;
+    return MatMul(run, m, steps);
+}
+
+// B^n > a >= b, m the identity: reduces the pair while both stay at least
+// B^s, s = n/2 + 1, and answers the steps in m, a >= b again. *moved
+// false: no step possible, the pair unchanged.
+int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
+    assert(BigCompareMag(&a.v, &b.v) <= 0);
+    *moved = false;
+    const int32_t s = n / 2 + 1;
+    if (!AtLeastPower(b.v, s)) return 0;
+    bool blocked = false;
+    if (n < gFastThresholds.gcdHalfLeaf) return Leaf(run, a, b, s, 0, m, moved, &blocked);
+    int code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
+    // About 3n/4 limbs are left, sometimes after one division more.
+    const int32_t n2 = 3 * n / 4 + 1;
+    if (code == 0 && Len(a.v) > n2) code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
+    if (code != 0 || blocked) return code;
+    // Split so that the call's floor lands at B^(s + 1): its top has
+    // n' = 2·len − 2s − 1 limbs, odd, so n'/2 + 1 + p = s + 1.
+    const int32_t len = Len(a.v);
+    if (len > s + 2) code = ReduceTops(run, a, b, 2 * s - len + 1, 2 * len - 2 * s - 1, m, moved);
+    if (code == 0) code = LeafSteps(run, a, b, s, 0, m, moved, &blocked);
+    return code;
+}
+
+}  // namespace
+
+int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+    Run run(ctx);
+    BigTemp x, y;
+    int code = BigFromLimbs(&x.v, a->limbs, a->top, 0);
+    if (code == 0) code = BigFromLimbs(&y.v, b->limbs, b->top, 0);
+    while (code == 0 && !BigIsZero(&y.v) && Len(y.v) >= gFastThresholds.gcdHalf) {
+        // x >= y here. The top half goes through Hgcd; a pair it cannot
+        // move takes one division.
+        Matrix m;
+        bool moved = false;
+        code = SetIdentity(&m);
+        if (code == 0) {
+            const int32_t n = Len(x.v), p = n / 2;
+            code = ReduceTops(run, x, y, p, n - p, &m, &moved);
+        }
+        if (code == 0 && !moved) {
+            BigTemp q, r;
+            code = FastDivMod(ctx, &x.v, &y.v, &q.v, &r.v);
+            if (code == 0) {
+                BigReplace(&x.v, &y.v);
+                BigMove(&y.v, &r.v);
+            }
+        }
+    }
+    if (code != 0) return code;
+    if (BigIsZero(&y.v) || BigCompareMag(&x.v, &y.v) == 0)
+        return BigFromLimbs(result, x.v.limbs, x.v.top, 0);
+    return GcdLehmer(ctx, &x.v, &y.v, result);
+}
