@@ -21,7 +21,7 @@ struct FastThresholds {
     int32_t rangePrimes = 2000;    // factors, from which range products go by prime factorisation
     int32_t rangePrimesSieve = 20000000;  // largest n sieved for it
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
-    int32_t gcdHalf = 2500;        // limbs of the smaller operand
+    int32_t gcdHalf = 1000;        // limbs of the smaller operand
     int32_t gcdHalfLeaf = 600;     // limbs: half-gcd calls below this are Lehmer leaves
     int32_t powMontgomery = 2000;  // limbs of an odd modulus below which powers run on words
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
