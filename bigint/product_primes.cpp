@@ -89,7 +89,7 @@ int PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32
         if (code == 0 && !chosen.empty()) {
             code = ListProduct(ctx, clk, chosen, 0, chosen.size(), &part.v);
             if (code == 0) code = FastMul(ctx, &next.v, &sq.v, &part.v);
-            if (code == 0) BigMove(&sq.v, &next.v);
+            if (code == 0) BigReplace(&sq.v, &next.v);
         }
         if (code == 0) BigReplace(&acc, &sq.v);
     }
