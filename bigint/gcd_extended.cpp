@@ -11,14 +11,18 @@
 // of m's length plus the combination pass's slack hold it throughout.
 //
 // While y has modInverseHalf limbs or more a round is the half-gcd of the
-// pair's top halves (gcd_half.h), about a quarter of the limbs gone per
-// round, its matrix joined to the row by four products: O(M(n) log n) in
-// all. A round that decides nothing (a huge quotient) is one division.
-// Below, Lehmer's steps (gcd_lehmer.h) apply the magnitudes of their
-// cofactors to the row in the same one-pass combination as to the pair,
-// with a division where the leading limbs decide nothing. Lehmer's steps
-// keep the remainder non-zero (floor 10000^0), so the step to y = 0 is
-// always a division.
+// whole pair (gcd_half.h), which halves it, its matrix of about half the
+// pair's limbs joined to the row by four products: O(M(n) log n) in all.
+// (Rounds on the top half only, as the gcd takes them, remove a quarter
+// each and so multiply the long row twice as often.) A round that decides
+// nothing (a huge quotient) is one division. Below, Lehmer's steps
+// (gcd_lehmer.h) apply the magnitudes of their cofactors to the row in the
+// same one-pass combination as to the pair, with a division where the
+// leading limbs decide nothing. Each such step costs the row's length, up
+// to m's, against the pair's few limbs: hence the low threshold, pairs
+// below gcdHalfLeaf going by leaf rounds that gather their steps in a small
+// matrix first. Lehmer's steps keep the remainder non-zero (floor
+// 10000^0), so the step to y = 0 is always a division.
 #include <cstdlib>
 #include <utility>
 
@@ -73,7 +77,7 @@ int HalfRounds(HgcdRun& run, State* s) {
     while (code == 0 && !BigIsZero(&s->y.v) && Len(s->y.v) >= gFastThresholds.modInverseHalf) {
         HgcdMatrix n;
         bool moved = false;
-        code = HgcdRound(run, s->x, s->y, &n, &moved);
+        code = HgcdRound(run, s->x, s->y, 0, &n, &moved);
         if (code != 0) break;
         if (!moved) {
             code = DivisionStep(run, s);

@@ -356,11 +356,10 @@ int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
 
 }  // namespace
 
-int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, HgcdMatrix* m, bool* moved) {
+int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
     *moved = false;
     const int code = SetIdentity(m);
-    const int32_t n = Len(x.v), p = n / 2;
-    return code != 0 ? code : ReduceTops(run, x, y, p, n - p, m, moved);
+    return code != 0 ? code : ReduceTops(run, x, y, p, Len(x.v) - p, m, moved);
 }
 
 int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
@@ -373,7 +372,7 @@ int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) 
         // move takes one division.
         Matrix m;
         bool moved = false;
-        code = HgcdRound(run, x, y, &m, &moved);
+        code = HgcdRound(run, x, y, Len(x.v) / 2, &m, &moved);
         if (code == 0 && !moved) {
             BigTemp q, r;
             code = FastDivMod(ctx, &x.v, &y.v, &q.v, &r.v);

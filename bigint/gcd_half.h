@@ -1,9 +1,12 @@
 // The half-gcd's round, shared by the gcd and the extended gcd (gcd_half.cpp).
 //
-// A round reduces x >= y > 0 by the half-gcd of their top halves and answers
-// the steps as a matrix M of non-negative entries and determinant ±1 with
-// (x; y) = M·(x'; y') for the reduced pair, x' >= y' >= 1 again. Entries
-// are at most x / y', about a quarter of x's limbs.
+// A round reduces x >= y > 0 by the half-gcd of x's limbs above the low p
+// (x / B^p, B = 10000, and y's likewise) and carries the steps to the whole
+// pair. It answers them as a matrix M of non-negative entries and
+// determinant ±1 with (x; y) = M·(x'; y') for the reduced pair, x' >= y' >= 1
+// again. Entries are at most x / y', about half the top's limbs, and the
+// pair loses about as many: a quarter of its limbs for p = len/2, half for
+// p = 0.
 #pragma once
 
 #include <algorithm>
@@ -40,7 +43,7 @@ struct HgcdRun {
     }
 };
 
-// One round on canonical x >= y > 0; m receives the steps. *moved false:
-// the tops decide no step (a huge quotient); the pair is left as it was and
-// m is the identity. 0, 3, -1.
-int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, HgcdMatrix* m, bool* moved);
+// One round on canonical x >= y > 0, 0 <= p < x's limbs; m receives the
+// steps. *moved false: the tops decide no step (a huge quotient, or y too
+// short); the pair is left as it was and m is the identity. 0, 3, -1.
+int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved);

@@ -93,8 +93,10 @@ TEST(FastModInverse, RandomPairsAroundTheLoweredThresholdsMatchGmp) {
 
 TEST(FastModInverse, RandomPairsAroundTheShippedThresholdsMatchGmp) {
     const FastThresholds t;
-    for (int32_t n : {t.modInverse - 1, t.modInverse, t.modInverse + 1, t.modInverseHalf - 1,
-                      t.modInverseHalf, t.modInverseHalf + 1, 2 * t.modInverseHalf + 3}) {
+    // A modulus of one limb is left out: a multiple of it would never end.
+    for (int32_t n : {std::max(2, t.modInverse - 1), t.modInverse, t.modInverse + 1,
+                      t.modInverseHalf - 1, t.modInverseHalf, t.modInverseHalf + 1,
+                      2 * t.modInverseHalf + 3, t.gcdHalfLeaf, 2 * t.gcdHalfLeaf + 1}) {
         CheckRandom(n, n);
         CheckRandom(n, n - 1);
     }
@@ -106,7 +108,7 @@ TEST(FastModInverse, RandomPairsAroundTheShippedThresholdsMatchGmp) {
 TEST(FastModInverse, SharedFactorsEndsOfTheRangeAndLargerOperands) {
     for (const bool lowered : {true, false}) {
         ThresholdScope scope(lowered ? FastThresholds::Lowered() : FastThresholds());
-        for (int32_t n : {40, 700, 2500}) {
+        for (int32_t n : {40, 700, lowered ? 900 : 2500}) {
             // A common factor of one limb or many: no inverse, the answer 0.
             for (int32_t g : {1, n / 3}) {
                 std::vector<Limb> f = Operand(g, Shape::Random);
@@ -197,7 +199,7 @@ TEST(FastModInverse, QStopsItAtEveryPoll) {
         t.nttParallel = 0;
         ThresholdScope scope(t);
         Big a, m, r0, r1;
-        const int32_t n = lowered ? 300 : 3 * t.modInverseHalf;
+        const int32_t n = lowered ? 300 : 3 * t.gcdHalfLeaf;
         RandomBig(&m, n, false);
         RandomBig(&a, n - 2, false);
         ScriptedContext warmUp, counting;
