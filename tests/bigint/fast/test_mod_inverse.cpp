@@ -32,43 +32,13 @@ void CheckInverse(const std::vector<Limb>& a, const std::vector<Limb>& m) {
 }
 
 // A modulus of n limbs and a number of k limbs below it, of random shapes;
-// odd moduli and a = 10^j + small give inverses often enough.
+// the modulus made odd half the time, so that both answers come up.
 void CheckRandom(int32_t n, int32_t k) {
     std::vector<Limb> m = Operand(n, kShapes[Rng()() % 5]);
     if (Rng()() % 2 == 0) m[0] = static_cast<Limb>(m[0] | 1);
     std::vector<Limb> a = Operand(k, kShapes[Rng()() % 4]);
     if (k == n) a[n - 1] = static_cast<Limb>(1 + Rng()() % (m[n - 1] > 1 ? m[n - 1] - 1 : 1));
     CheckInverse(a, m);
-}
-
-std::vector<Limb> FromMpz(const mpz_t z) {
-    Big v;
-    FromDecimal(&v, MpzDecimal(z));
-    return Normalised(v.v.limbs, v.v.top + 1);
-}
-
-// The pair (m, a) with the given quotients (1 … 6 at random, or all ones),
-// one of them `huge` digits long at position `where`, times g.
-void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_t g,
-                   std::vector<Limb>* m, std::vector<Limb>* a) {
-    mpz_t x, y, q;
-    mpz_inits(x, y, q, nullptr);
-    mpz_set(x, g);
-    for (int32_t i = count - 1; i >= 0; --i) {
-        if (i == where) {
-            std::string digits(huge, '0');
-            for (auto& c : digits) c = static_cast<char>('0' + Rng()() % 10);
-            digits[0] = '7';
-            mpz_set_str(q, digits.c_str(), 10);
-        } else {
-            mpz_set_ui(q, ones ? 1 : 1 + Rng()() % 6);
-        }
-        mpz_addmul(y, q, x);
-        mpz_swap(x, y);
-    }
-    *m = FromMpz(x);
-    *a = FromMpz(y);
-    mpz_clears(x, y, q, nullptr);
 }
 
 }  // namespace
