@@ -287,6 +287,35 @@ std::vector<Workload> Workloads() {
             r.hash = PrintMpz(g); r.total = Seconds(t0, Clock::now()); mpz_clears(x, y, g, nullptr);
             return r;
         }});
+    // An inverse modulo an odd 200000-digit number: a's common factors
+    // with the modulus divided out of it, so that the inverse exists.
+    const int32_t invDigits = Scaled(200000);
+    auto modinvInputs = [=](std::string* x, std::string* y) {
+        mpz_t a, m, g; mpz_inits(a, m, g, nullptr);
+        mpz_set_str(m, Digits(invDigits, 12).c_str(), 10); mpz_setbit(m, 0);
+        mpz_set_str(a, Digits(invDigits, 13).c_str(), 10);
+        for (mpz_gcd(g, a, m); mpz_cmp_ui(g, 1) != 0; mpz_gcd(g, a, m)) mpz_divexact(a, a, g);
+        std::vector<char> buf(mpz_sizeinbase(m, 10) + 2);
+        *x = mpz_get_str(buf.data(), 10, a); *y = mpz_get_str(buf.data(), 10, m);
+        mpz_clears(a, m, g, nullptr);
+    };
+    w.push_back({"modinv", "inverse modulo a 200000-digit number", 8.0,
+        [=] {
+            std::string xs, ms; modinvInputs(&xs, &ms);
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* x = o.Parse(xs); BigInt* m = o.Parse(ms); BigInt* v = o.New();
+            TIMED(r, compute, r.code = ModInverse(&o.ctx, x, m, v));
+            r.hash = Ours::Print(v); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            std::string xs, ms; modinvInputs(&xs, &ms);
+            Report r; mpz_t x, m, v; mpz_inits(x, m, v, nullptr); auto t0 = Clock::now();
+            mpz_set_str(x, xs.c_str(), 10); mpz_set_str(m, ms.c_str(), 10);
+            TIMED(r, compute, r.code = mpz_invert(v, x, m) ? 0 : 1);
+            r.hash = PrintMpz(v); r.total = Seconds(t0, Clock::now()); mpz_clears(x, m, v, nullptr);
+            return r;
+        }});
     const int32_t expDigits = Scaled(1000), modDigits = Scaled(1000);
     const std::string expText = "1" + std::string(expDigits, '0');
     w.push_back({"powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0,
@@ -422,7 +451,8 @@ bool SetThreshold(const char* arg) {
         {"mulKaratsuba", &t.mulKaratsuba}, {"mulNtt", &t.mulNtt}, {"sqrKaratsuba", &t.sqrKaratsuba},
         {"sqrNtt", &t.sqrNtt}, {"divNewton", &t.divNewton}, {"sqrtRecursive", &t.sqrtRecursive},
         {"cbrtNewton", &t.cbrtNewton}, {"productTree", &t.productTree}, {"gcdLehmer", &t.gcdLehmer},
-        {"gcdHalf", &t.gcdHalf}, {"gcdHalfLeaf", &t.gcdHalfLeaf}, {"powMontgomery", &t.powMontgomery},
+        {"gcdHalf", &t.gcdHalf}, {"gcdHalfLeaf", &t.gcdHalfLeaf}, {"modInverse", &t.modInverse},
+        {"modInverseHalf", &t.modInverseHalf}, {"powMontgomery", &t.powMontgomery},
         {"radixDivide", &t.radixDivide}, {"radixBinary", &t.radixBinary},
         {"radixBinaryLeaf", &t.radixBinaryLeaf}, {"binaryNtt", &t.binaryNtt}};
     for (auto& e : table) {

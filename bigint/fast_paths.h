@@ -54,6 +54,10 @@ int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result
 // The same by the half-gcd: Lehmer's steps at the leaves, cofactor matrices
 // joined by products above them. 0, 3, -1.
 int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+// The inverse of a modulo m in 1 … m − 1, or 0 when gcd(a, m) > 1, by the
+// extended gcd on Lehmer's steps and the half-gcd; canonical magnitudes
+// 0 < a < m. 0, 3, -1.
+int ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result);
 
 // Base conversion by divide and conquer over powers of the base.
 int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,

@@ -35,6 +35,7 @@
 #include <utility>
 
 #include "bigint/fast_paths.h"
+#include "bigint/gcd_half.h"
 #include "bigint/gcd_lehmer.h"
 #include "bigint/mul_kernels.h"
 #include "bigint/thresholds.h"
@@ -47,10 +48,8 @@ int32_t Len(const BigInt& v) { return v.top + 1; }
 bool AtLeastPower(const BigInt& v, int32_t s) { return v.top >= s; }
 
 // (a; b) = M·(a'; b') for the pair a reduction started from and the pair it reached.
-struct Matrix {
-    BigTemp u[2][2];
-    int det = 1;
-};
+using Matrix = HgcdMatrix;
+using Run = HgcdRun;
 
 int SetIdentity(Matrix* m) {
     for (int i = 0; i < 2; ++i)
@@ -75,30 +74,6 @@ void SwapPair(BigTemp& a, BigTemp& b, Matrix* m) {
     std::swap(m->u[1][0].v, m->u[1][1].v);
     m->det = -m->det;
 }
-
-// The context and the poll clock of one gcd. Products run the kernels
-// behind MulLimbs on this clock, which meters them by work: the many short
-// products near the leaves then poll no more often than the long ones.
-struct Run {
-    CalcContext* ctx;
-    PollClock clk;
-    explicit Run(CalcContext* c) : ctx(c), clk(c) {}
-
-    // r := x·y, written as new.
-    int Mul(BigInt* r, const BigInt* x, const BigInt* y) {
-        if (x->top < y->top) std::swap(x, y);
-        if (BigIsZero(y)) return BigFromInt(r, 0);
-        const int32_t la = Len(*x), lb = Len(*y);
-        LimbBuffer p(int64_t(la) + lb);
-        if (!p.ok()) return 3;
-        const int rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
-        if (rc != 0) return rc == kStopped ? -1 : 3;
-        r->top = LimbsTrimTop(p.get(), la + lb - 1);
-        r->negative = x->negative != y->negative;
-        r->limbs = p.Release();
-        return 0;
-    }
-};
 
 bool IsIdentity(const Matrix& m) {
     return BigIsOne(&m.u[0][0].v) && BigIsZero(&m.u[0][1].v) && BigIsZero(&m.u[1][0].v) &&
@@ -381,6 +356,12 @@ int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
 
 }  // namespace
 
+int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
+    *moved = false;
+    const int code = SetIdentity(m);
+    return code != 0 ? code : ReduceTops(run, x, y, p, Len(x.v) - p, m, moved);
+}
+
 int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     Run run(ctx);
     BigTemp x, y;
@@ -391,11 +372,7 @@ int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) 
         // move takes one division.
         Matrix m;
         bool moved = false;
-        code = SetIdentity(&m);
-        if (code == 0) {
-            const int32_t n = Len(x.v), p = n / 2;
-            code = ReduceTops(run, x, y, p, n - p, &m, &moved);
-        }
+        code = HgcdRound(run, x, y, Len(x.v) / 2, &m, &moved);
         if (code == 0 && !moved) {
             BigTemp q, r;
             code = FastDivMod(ctx, &x.v, &y.v, &q.v, &r.v);

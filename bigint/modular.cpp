@@ -121,12 +121,68 @@ int ModMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, c
     return ModCombine(ctx, result, x, y, m, ModOp::Mul);
 }
 
+namespace {
+
+// The extended gcd on the fast kernels (gcd_extended.cpp), for a modulus of
+// modInverse limbs or more and 0 < a < m in value. *taken false leaves every
+// other case, a zero a and a = m among them, to the chain below.
+int InverseByExtendedGcd(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v,
+                         bool* taken) {
+    *taken = false;
+    if (LimbsTrimTop(m->limbs, m->top) + 1 < gFastThresholds.modInverse || BigIsZeroMagnitude(a))
+        return 0;
+    BigTemp am, mm;
+    int code = BigFromLimbs(&am.v, a->limbs, a->top, 0);
+    if (code == 0) code = FastCanonical(&am.v);
+    if (code == 0) code = BigFromLimbs(&mm.v, m->limbs, m->top, 0);
+    if (code == 0) code = FastCanonical(&mm.v);
+    if (code != 0 || BigCompareMag(&am.v, &mm.v) <= 0) return code;
+    *taken = true;
+    return ModInverseExtended(ctx, &am.v, &mm.v, v);
+}
+
+// The chain of quotients by long division, then the back-substitution. A
+// zero divisor in the chain (a a multiple of m, or zero) is divided anyway,
+// as the calculator always has: with a modulus of two limbs or more the
+// estimate is out of range (code 1); with one limb the division subtracts
+// zero until the poll stops it (-1).
+int InverseByChain(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v) {
+    const int64_t size = static_cast<int64_t>(m->top) + 3;
+    LimbBuffer x(size), y(size), scratch(size), quotient(size);
+    if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return 3;
+    Chain chain;
+    CopyLimbs(x.get(), m->limbs, m->top + 1);
+    CopyLimbs(y.get(), a->limbs, a->top + 1);
+    int32_t tx = LimbsNormalizeTop(x.get(), m->top);
+    int32_t ty = LimbsNormalizeTop(y.get(), a->top);
+    if (ty == 0 && y[0] == 0 && tx > 0) return 1;
+    for (;;) {
+        int32_t tq = ty;
+        const int code =
+            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
+        if (code != 0) return code;
+        if (tx == 0 && x[0] == 0) break;
+        if (!chain.Push(quotient.get(), tq)) return 3;
+        x.Swap(y);
+        const int32_t t = tx;
+        tx = ty;
+        ty = t;
+    }
+    if (ty != 0 || y[0] != 1) return BigFromInt(v, 0);
+    int code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, v);
+    if (code == 0 && v->negative) {
+        BigTemp sum;
+        code = BigAdd(&sum.v, m, v);
+        if (code == 0) BigReplace(v, &sum.v);
+    }
+    return code;
+}
+
+}  // namespace
+
 // The v in 0 … m - 1 with a v ≡ 1 (mod m), by the extended Euclidean
 // algorithm. Answers 6 for a negative operand, and 0 with the result 0 when
-// a is not invertible. A zero divisor in the chain (a a multiple of m, or
-// zero) is divided anyway, as the calculator always has: with a modulus of
-// two limbs or more the estimate is out of range (code 1); with one limb the
-// division subtracts zero until the poll stops it (-1).
+// a is not invertible.
 int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
     if (BigIsNegative(a) || BigIsNegative(m)) {
         BigSetFailed(result);
@@ -138,38 +194,9 @@ int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* resul
         code = BigMod(ctx, a, m, &reduced.v);
         a = &reduced.v;
     }
-    const int64_t size = static_cast<int64_t>(m->top) + 3;
-    LimbBuffer x(size), y(size), scratch(size), quotient(size);
-    if (code == 0 && (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok())) code = 3;
-    Chain chain;
-    int32_t tx = 0, ty = 0;
-    if (code == 0) {
-        CopyLimbs(x.get(), m->limbs, m->top + 1);
-        CopyLimbs(y.get(), a->limbs, a->top + 1);
-        tx = LimbsNormalizeTop(x.get(), m->top);
-        ty = LimbsNormalizeTop(y.get(), a->top);
-        if (ty == 0 && y[0] == 0 && tx > 0) code = 1;
-    }
-    while (code == 0) {
-        int32_t tq = ty;
-        code = LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
-        if (code != 0 || (tx == 0 && x[0] == 0)) break;
-        if (!chain.Push(quotient.get(), tq)) code = 3;
-        x.Swap(y);
-        const int32_t t = tx;
-        tx = ty;
-        ty = t;
-    }
-    if (code == 0 && ty == 0 && y[0] == 1) {
-        code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, &v.v);
-        if (code == 0 && v.v.negative) {
-            BigTemp sum;
-            code = BigAdd(&sum.v, m, &v.v);
-            if (code == 0) BigReplace(&v.v, &sum.v);
-        }
-    } else if (code == 0) {
-        code = BigFromInt(&v.v, 0);
-    }
+    bool taken = false;
+    if (code == 0) code = InverseByExtendedGcd(ctx, a, m, &v.v, &taken);
+    if (code == 0 && !taken) code = InverseByChain(ctx, a, m, &v.v);
     if (code != 0) {
         BigSetFailed(result);
         return code;

@@ -23,6 +23,8 @@ struct FastThresholds {
     int32_t gcdLehmer = 30;        // limbs of the smaller operand
     int32_t gcdHalf = 1000;        // limbs of the smaller operand
     int32_t gcdHalfLeaf = 600;     // limbs: half-gcd calls below this are Lehmer leaves
+    int32_t modInverse = 2;        // limbs of the modulus from which inverses go by the extended gcd
+    int32_t modInverseHalf = 200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
     int32_t powMontgomery = 2000;  // limbs of an odd modulus below which powers run on words
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
     // Limbs from which bases 2, 4, 8 and 16 go out through binary words: that
@@ -51,6 +53,8 @@ struct FastThresholds {
         t.gcdLehmer = 3;
         t.gcdHalf = 6;
         t.gcdHalfLeaf = 5;
+        t.modInverse = 1;
+        t.modInverseHalf = 6;
         t.radixDivide = 8;
         t.radixBinary = 1;
         t.radixBinaryLeaf = 3;

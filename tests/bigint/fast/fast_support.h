@@ -1,6 +1,7 @@
 // Shared pieces of the fast-kernel tests: replayable randomness, operands
-// that hurt, scripted polling contexts, lowered thresholds, conversion of
-// records to and from GMP by decimal text.
+// that hurt, pairs with chosen continued fractions, scripted polling
+// contexts, lowered thresholds, conversion of records to and from GMP by
+// decimal text.
 #pragma once
 
 #include <gmp.h>
@@ -36,9 +37,17 @@ std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Lim
 // Limbs normalised (carry out of the top pushed into new limbs), zeros stripped.
 std::vector<Limb> Normalised(const Limb* p, int32_t n);
 
+// The pair (x, y) whose continued fraction has `count` quotients, times g:
+// (x, y) := (q·x + y, x) from the last quotient back, starting at (g, 0).
+// Quotients are 1 … 6 at random (all 1 with `ones`), and `huge` digits long
+// at position `where` (-1: nowhere).
+void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_t g,
+                   std::vector<Limb>* x, std::vector<Limb>* y);
+
 std::string ToDecimal(const BigInt* v);
 void FromDecimal(BigInt* v, const std::string& s);
 void ToMpz(mpz_t z, const BigInt* v);
+std::vector<Limb> FromMpz(const mpz_t z);
 std::string MpzDecimal(const mpz_t z);
 
 // Answers Q at poll number stopAt (1-based; 0 never) and counts polls.

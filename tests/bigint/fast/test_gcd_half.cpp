@@ -37,37 +37,6 @@ void CheckGcd(const std::vector<Limb>& a, const std::vector<Limb>& b, bool withE
     }
 }
 
-std::vector<Limb> FromMpz(const mpz_t z) {
-    Big v;
-    FromDecimal(&v, MpzDecimal(z));
-    return Normalised(v.v.limbs, v.v.top + 1);
-}
-
-// The pair whose continued fraction has the given quotients, times g:
-// (a, b) := (q·a + b, a) from the last quotient back, starting at (g, 0).
-// Quotients are 1 … 6, or `huge` digits long at position `where`.
-void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_t g,
-                   std::vector<Limb>* x, std::vector<Limb>* y) {
-    mpz_t a, b, q;
-    mpz_inits(a, b, q, nullptr);
-    mpz_set(a, g);
-    for (int32_t i = count - 1; i >= 0; --i) {
-        if (i == where) {
-            std::string digits(huge, '0');
-            for (auto& c : digits) c = static_cast<char>('0' + Rng()() % 10);
-            digits[0] = '7';
-            mpz_set_str(q, digits.c_str(), 10);
-        } else {
-            mpz_set_ui(q, ones ? 1 : 1 + Rng()() % 6);
-        }
-        mpz_addmul(b, q, a);
-        mpz_swap(a, b);
-    }
-    *x = FromMpz(a);
-    *y = FromMpz(b);
-    mpz_clears(a, b, q, nullptr);
-}
-
 }  // namespace
 
 TEST(FastGcdHalf, RandomPairsAndCommonFactorsAgreeWithEuclidAndGmp) {

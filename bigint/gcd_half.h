@@ -1,0 +1,49 @@
+// The half-gcd's round, shared by the gcd and the extended gcd (gcd_half.cpp).
+//
+// A round reduces x >= y > 0 by the half-gcd of x's limbs above the low p
+// (x / B^p, B = 10000, and y's likewise) and carries the steps to the whole
+// pair. It answers them as a matrix M of non-negative entries and
+// determinant ±1 with (x; y) = M·(x'; y') for the reduced pair, x' >= y' >= 1
+// again. Entries are at most x / y', about half the top's limbs, and the
+// pair loses about as many: a quarter of its limbs for p = len/2, half for
+// p = 0.
+#pragma once
+
+#include <algorithm>
+
+#include "bigint/fast_ops.h"
+#include "bigint/mul_kernels.h"
+
+struct HgcdMatrix {
+    BigTemp u[2][2];
+    int det = 1;
+};
+
+// The context and the poll clock of one gcd. Products run the kernels
+// behind MulLimbs on this clock, which meters them by work: the many short
+// products near the leaves then poll no more often than the long ones.
+struct HgcdRun {
+    CalcContext* ctx;
+    PollClock clk;
+    explicit HgcdRun(CalcContext* c) : ctx(c), clk(c) {}
+
+    // r := x·y, written as new.
+    int Mul(BigInt* r, const BigInt* x, const BigInt* y) {
+        if (x->top < y->top) std::swap(x, y);
+        if (BigIsZero(y)) return BigFromInt(r, 0);
+        const int32_t la = x->top + 1, lb = y->top + 1;
+        LimbBuffer p(int64_t(la) + lb);
+        if (!p.ok()) return 3;
+        const int rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
+        if (rc != 0) return rc == kStopped ? -1 : 3;
+        r->top = LimbsTrimTop(p.get(), la + lb - 1);
+        r->negative = x->negative != y->negative;
+        r->limbs = p.Release();
+        return 0;
+    }
+};
+
+// One round on canonical x >= y > 0, 0 <= p < x's limbs; m receives the
+// steps. *moved false: the tops decide no step (a huge quotient, or y too
+// short); the pair is left as it was and m is the identity. 0, 3, -1.
+int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved);
