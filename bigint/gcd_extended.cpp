@@ -89,32 +89,11 @@ int HalfRounds(HgcdRun& run, State* s) {
     return code;
 }
 
-// A number in a work array of fixed room.
-struct Work {
-    LimbBuffer limbs;
-    int32_t len = 1;
-
-    int Load(const BigInt& v, int32_t room) {
-        if (!limbs.Reset(room)) return 3;
-        CopyLimbs(limbs.get(), v.limbs, v.top + 1);
-        len = v.top + 1;
-        return 0;
-    }
-    int Store(BigInt* v) const {
-        BigFree(v);
-        return BigFromLimbs(v, limbs.get(), len - 1, 0);
-    }
-    void Swap(Work& o) {
-        limbs.Swap(o.limbs);
-        std::swap(len, o.len);
-    }
-};
-
 // Lehmer's steps down to y = 0, the row carried along; every array has the
 // room of m's limbs plus the combination's slack, since nothing outgrows m.
 int LehmerSteps(HgcdRun& run, State* s, int32_t room) {
-    Work x, y, u0, u1, t0, t1;
-    Work* work[4] = {&x, &y, &u0, &u1};
+    LimbSlot x, y, u0, u1, t0, t1;
+    LimbSlot* work[4] = {&x, &y, &u0, &u1};
     BigInt* kept[4] = {&s->x.v, &s->y.v, &s->u0.v, &s->u1.v};
     auto load = [&] {
         for (int i = 0; i < 4; ++i)

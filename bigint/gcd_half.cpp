@@ -187,34 +187,6 @@ int Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B,
     return 0;
 }
 
-// A number in a work array of fixed room.
-struct Slot {
-    LimbBuffer limbs;
-    int32_t len = 1;
-
-    int Load(const BigInt& v, int32_t room) {
-        if (!limbs.Reset(room)) return 3;
-        CopyLimbs(limbs.get(), v.limbs, v.top + 1);
-        len = v.top + 1;
-        return 0;
-    }
-    BigInt View() const {
-        BigInt v = {};
-        v.limbs = limbs.get();
-        v.top = len - 1;
-        return v;
-    }
-    int Store(BigInt* v) const {
-        BigFree(v);
-        return BigFromLimbs(v, limbs.get(), len - 1, 0);
-    }
-};
-
-void Exchange(Slot& x, Slot& y) {
-    x.limbs.Swap(y.limbs);
-    std::swap(x.len, y.len);
-}
-
 // Steps under the floor B^s on a >= b >= B^s while a has more than
 // stopLen limbs: Lehmer's step, or one division where the leading limbs
 // decide nothing. m receives the steps; *blocked tells that the next
@@ -225,7 +197,7 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
     *moved = false;
     *blocked = false;
     const int32_t room = Len(a.v) + 8;
-    Slot x, y, sx, sy, u[2][2], t0, t1;
+    LimbSlot x, y, sx, sy, u[2][2], t0, t1;
     int code = x.Load(a.v, room);
     if (code == 0) code = y.Load(b.v, room);
     for (int i = 0; i < 4 && code == 0; ++i) {
@@ -248,8 +220,8 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
         if (c.steps > 0) {
             LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, sx.limbs.get(), &sx.len,
                           sy.limbs.get(), &sy.len);
-            Exchange(x, sx);
-            Exchange(y, sy);
+            x.Swap(sx);
+            y.Swap(sy);
             // M := M·Q with Q = [|D| |B|; |C| |A|], the steps' quotient
             // matrices multiplied out (the inverse of the cofactors' matrix).
             LehmerCofactors q;
@@ -260,8 +232,8 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
             for (auto& row : u) {
                 LehmerCombine(q, row[0].limbs.get(), row[0].len, row[1].limbs.get(), row[1].len,
                               t0.limbs.get(), &t0.len, t1.limbs.get(), &t1.len);
-                Exchange(row[0], t0);
-                Exchange(row[1], t1);
+                row[0].Swap(t0);
+                row[1].Swap(t1);
             }
             if (c.steps % 2 != 0) det = -det;
             *moved = true;
@@ -276,7 +248,7 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
             *blocked = true;
             break;
         }
-        Exchange(x, y);
+        x.Swap(y);
         CopyLimbs(y.limbs.get(), r.v.limbs, r.v.top + 1);
         y.len = r.v.top + 1;
         for (auto& row : u) {
@@ -287,8 +259,8 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
             if (code != 0) break;
             CopyLimbs(t0.limbs.get(), sum.v.limbs, sum.v.top + 1);
             t0.len = sum.v.top + 1;
-            Exchange(row[1], row[0]);
-            Exchange(row[0], t0);
+            row[1].Swap(row[0]);
+            row[0].Swap(t0);
         }
         det = -det;
         *moved = true;

@@ -43,6 +43,33 @@ struct HgcdRun {
     }
 };
 
+// A number in a work array of fixed room, for the Lehmer steps of both.
+struct LimbSlot {
+    LimbBuffer limbs;
+    int32_t len = 1;
+
+    int Load(const BigInt& v, int32_t room) {
+        if (!limbs.Reset(room)) return 3;
+        CopyLimbs(limbs.get(), v.limbs, v.top + 1);
+        len = v.top + 1;
+        return 0;
+    }
+    BigInt View() const {
+        BigInt v = {};
+        v.limbs = limbs.get();
+        v.top = len - 1;
+        return v;
+    }
+    int Store(BigInt* v) const {
+        BigFree(v);
+        return BigFromLimbs(v, limbs.get(), len - 1, 0);
+    }
+    void Swap(LimbSlot& o) {
+        limbs.Swap(o.limbs);
+        std::swap(len, o.len);
+    }
+};
+
 // One round on canonical x >= y > 0, 0 <= p < x's limbs; m receives the
 // steps. *moved false: the tops decide no step (a huge quotient, or y too
 // short); the pair is left as it was and m is the identity. 0, 3, -1.
