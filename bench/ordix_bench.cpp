@@ -153,6 +153,36 @@ struct Workload {
         (report).pollGap = gPollGaps.Longest();          \
     } while (0)
 
+// z as decimal text.
+std::string MpzText(const mpz_t z) {
+    std::vector<char> buf(mpz_sizeinbase(z, 10) + 2);
+    return mpz_get_str(buf.data(), 10, z);
+}
+
+// One operation on two decimal inputs made by inputs(), ours beside GMP's.
+Workload TwoInputs(const char* name, const char* what, double target,
+                   std::function<void(std::string*, std::string*)> inputs,
+                   int (*ours)(CalcContext*, BigInt*, BigInt*, BigInt*),
+                   int (*gmp)(mpz_t, const mpz_t, const mpz_t)) {
+    return {name, what, target,
+        [=] {
+            std::string xs, ys; inputs(&xs, &ys);
+            Report r; Ours o; auto t0 = Clock::now();
+            BigInt* x = o.Parse(xs); BigInt* y = o.Parse(ys); BigInt* v = o.New();
+            TIMED(r, compute, r.code = ours(&o.ctx, x, y, v));
+            r.hash = Ours::Print(v); r.total = Seconds(t0, Clock::now());
+            return r;
+        },
+        [=] {
+            std::string xs, ys; inputs(&xs, &ys);
+            Report r; mpz_t x, y, v; mpz_inits(x, y, v, nullptr); auto t0 = Clock::now();
+            mpz_set_str(x, xs.c_str(), 10); mpz_set_str(y, ys.c_str(), 10);
+            TIMED(r, compute, r.code = gmp(v, x, y));
+            r.hash = PrintMpz(v); r.total = Seconds(t0, Clock::now()); mpz_clears(x, y, v, nullptr);
+            return r;
+        }};
+}
+
 std::vector<Workload> Workloads() {
     std::vector<Workload> w;
     const int32_t mulDigits = Scaled(1000000);
@@ -267,26 +297,12 @@ std::vector<Workload> Workloads() {
         mpz_set_str(a, Digits(gcdDigits - gd, 7).c_str(), 10);
         mpz_set_str(b, Digits(gcdDigits - gd, 8).c_str(), 10);
         mpz_mul(a, a, g); mpz_mul(b, b, g);
-        *x = std::string(mpz_get_str(nullptr, 10, a)); *y = std::string(mpz_get_str(nullptr, 10, b));
+        *x = MpzText(a); *y = MpzText(b);
         mpz_clears(g, a, b, nullptr);
     };
-    w.push_back({"gcd", "gcd of two 200000-digit numbers", 8.0,
-        [=] {
-            std::string xs, ys; gcdInputs(&xs, &ys);
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* x = o.Parse(xs); BigInt* y = o.Parse(ys); BigInt* g = o.New();
-            TIMED(r, compute, r.code = BigGcd(&o.ctx, x, y, g));
-            r.hash = Ours::Print(g); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            std::string xs, ys; gcdInputs(&xs, &ys);
-            Report r; mpz_t x, y, g; mpz_inits(x, y, g, nullptr); auto t0 = Clock::now();
-            mpz_set_str(x, xs.c_str(), 10); mpz_set_str(y, ys.c_str(), 10);
-            TIMED(r, compute, mpz_gcd(g, x, y));
-            r.hash = PrintMpz(g); r.total = Seconds(t0, Clock::now()); mpz_clears(x, y, g, nullptr);
-            return r;
-        }});
+    w.push_back(TwoInputs("gcd", "gcd of two 200000-digit numbers", 8.0, gcdInputs,
+        [](CalcContext* c, BigInt* x, BigInt* y, BigInt* r) { return BigGcd(c, x, y, r); },
+        [](mpz_t r, const mpz_t x, const mpz_t y) { mpz_gcd(r, x, y); return 0; }));
     // An inverse modulo an odd 200000-digit number: a's common factors
     // with the modulus divided out of it, so that the inverse exists.
     const int32_t invDigits = Scaled(200000);
@@ -295,27 +311,12 @@ std::vector<Workload> Workloads() {
         mpz_set_str(m, Digits(invDigits, 12).c_str(), 10); mpz_setbit(m, 0);
         mpz_set_str(a, Digits(invDigits, 13).c_str(), 10);
         for (mpz_gcd(g, a, m); mpz_cmp_ui(g, 1) != 0; mpz_gcd(g, a, m)) mpz_divexact(a, a, g);
-        std::vector<char> buf(mpz_sizeinbase(m, 10) + 2);
-        *x = mpz_get_str(buf.data(), 10, a); *y = mpz_get_str(buf.data(), 10, m);
+        *x = MpzText(a); *y = MpzText(m);
         mpz_clears(a, m, g, nullptr);
     };
-    w.push_back({"modinv", "inverse modulo a 200000-digit number", 8.0,
-        [=] {
-            std::string xs, ms; modinvInputs(&xs, &ms);
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* x = o.Parse(xs); BigInt* m = o.Parse(ms); BigInt* v = o.New();
-            TIMED(r, compute, r.code = ModInverse(&o.ctx, x, m, v));
-            r.hash = Ours::Print(v); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            std::string xs, ms; modinvInputs(&xs, &ms);
-            Report r; mpz_t x, m, v; mpz_inits(x, m, v, nullptr); auto t0 = Clock::now();
-            mpz_set_str(x, xs.c_str(), 10); mpz_set_str(m, ms.c_str(), 10);
-            TIMED(r, compute, r.code = mpz_invert(v, x, m) ? 0 : 1);
-            r.hash = PrintMpz(v); r.total = Seconds(t0, Clock::now()); mpz_clears(x, m, v, nullptr);
-            return r;
-        }});
+    w.push_back(TwoInputs("modinv", "inverse modulo a 200000-digit number", 8.0, modinvInputs,
+        [](CalcContext* c, BigInt* x, BigInt* m, BigInt* r) { return ModInverse(c, x, m, r); },
+        [](mpz_t r, const mpz_t x, const mpz_t m) { return mpz_invert(r, x, m) ? 0 : 1; }));
     const int32_t expDigits = Scaled(1000), modDigits = Scaled(1000);
     const std::string expText = "1" + std::string(expDigits, '0');
     w.push_back({"powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0,
