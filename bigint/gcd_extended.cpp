@@ -120,17 +120,7 @@ int LehmerSteps(HgcdRun& run, State* s, int32_t room) {
                       t1.limbs.get(), &t1.len);
         x.Swap(t0);
         y.Swap(t1);
-        // The steps' quotient matrices multiplied out, [|D| |B|; |C| |A|],
-        // the inverse of the cofactors' matrix.
-        LehmerCofactors q;
-        q.A = std::abs(c.D);
-        q.B = std::abs(c.C);
-        q.C = std::abs(c.B);
-        q.D = std::abs(c.A);
-        LehmerCombine(q, u0.limbs.get(), u0.len, u1.limbs.get(), u1.len, t0.limbs.get(), &t0.len,
-                      t1.limbs.get(), &t1.len);
-        u0.Swap(t0);
-        u1.Swap(t1);
+        ApplyQuotients(c, u0, u1, t0, t1);
         if (c.steps % 2 != 0) s->det = -s->det;
     }
     return code != 0 ? code : store();

@@ -222,19 +222,8 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
                           sy.limbs.get(), &sy.len);
             x.Swap(sx);
             y.Swap(sy);
-            // M := M·Q with Q = [|D| |B|; |C| |A|], the steps' quotient
-            // matrices multiplied out (the inverse of the cofactors' matrix).
-            LehmerCofactors q;
-            q.A = std::abs(c.D);
-            q.B = std::abs(c.C);
-            q.C = std::abs(c.B);
-            q.D = std::abs(c.A);
-            for (auto& row : u) {
-                LehmerCombine(q, row[0].limbs.get(), row[0].len, row[1].limbs.get(), row[1].len,
-                              t0.limbs.get(), &t0.len, t1.limbs.get(), &t1.len);
-                row[0].Swap(t0);
-                row[1].Swap(t1);
-            }
+            // M := M·Q, Q the steps' quotient matrices multiplied out.
+            for (auto& row : u) ApplyQuotients(c, row[0], row[1], t0, t1);
             if (c.steps % 2 != 0) det = -det;
             *moved = true;
             continue;

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "bigint/fast_ops.h"
+#include "bigint/gcd_lehmer.h"
 #include "bigint/mul_kernels.h"
 
 struct HgcdMatrix {
@@ -69,6 +70,24 @@ struct LimbSlot {
         std::swap(len, o.len);
     }
 };
+
+// (r0, r1) := (|D|·r0 + |C|·r1, |B|·r0 + |A|·r1) for the cofactors of some
+// Lehmer steps: a row of cofactors times the steps' quotient matrices
+// multiplied out, the inverse of the cofactors' matrix without its signs.
+// t0 and t1 are scratch of the rows' room; the steps flip the determinant
+// when their count is odd.
+inline void ApplyQuotients(const LehmerCofactors& c, LimbSlot& r0, LimbSlot& r1, LimbSlot& t0,
+                           LimbSlot& t1) {
+    LehmerCofactors q;
+    q.A = c.D < 0 ? -c.D : c.D;
+    q.B = c.C < 0 ? -c.C : c.C;
+    q.C = c.B < 0 ? -c.B : c.B;
+    q.D = c.A < 0 ? -c.A : c.A;
+    LehmerCombine(q, r0.limbs.get(), r0.len, r1.limbs.get(), r1.len, t0.limbs.get(), &t0.len,
+                  t1.limbs.get(), &t1.len);
+    r0.Swap(t0);
+    r1.Swap(t1);
+}
 
 // One round on canonical x >= y > 0, 0 <= p < x's limbs; m receives the
 // steps. *moved false: the tops decide no step (a huge quotient, or y too

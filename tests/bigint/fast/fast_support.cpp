@@ -1,5 +1,7 @@
 #include "fast_support.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <cstdlib>
 
@@ -143,6 +145,22 @@ void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const 
     *x = FromMpz(a);
     *y = FromMpz(b);
     mpz_clears(a, b, q, nullptr);
+}
+
+void ExpectStopsAtEveryPoll(const std::function<int(CalcContext*, BigInt*)>& op) {
+    Big warm, counted;
+    ScriptedContext warmUp, counting;
+    ASSERT_EQ(op(&warmUp, &warm.v), 0);
+    ASSERT_EQ(op(&counting, &counted.v), 0);
+    const long polls = counting.polls();
+    ASSERT_GT(polls, 10);
+    for (long stopAt : {1L, 2L, polls / 3, polls / 2, polls - 1, polls}) {
+        ScriptedContext stop(stopAt);
+        Big r;
+        EXPECT_EQ(op(&stop, &r.v), -1) << "poll " << stopAt << " of " << polls;
+        EXPECT_EQ(ToDecimal(&r.v), "1");
+        EXPECT_EQ(stop.polls(), stopAt);
+    }
 }
 
 }  // namespace fasttest

@@ -7,6 +7,7 @@
 #include <gmp.h>
 
 #include <cstdint>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -81,5 +82,12 @@ struct Big {
     Big& operator=(const Big&) = delete;
     BigInt* operator&() { return &v; }
 };
+
+// Runs op (result into the given record) to make the transform's root
+// tables, then once counting polls, then stops it at its first, second,
+// middle and last polls: each stop must answer -1 with result 1 and poll no
+// more. Set nttParallel = 0 first: the wait for the transform's helper
+// thread polls by time, and the counts would not repeat.
+void ExpectStopsAtEveryPoll(const std::function<int(CalcContext*, BigInt*)>& op);
 
 }  // namespace fasttest
