@@ -8,8 +8,9 @@
 // Cost: one division of half size and one square of quarter size per level.
 //
 // Cube root: the root y' of x's leading limbs (x without its low 3t limbs)
-// gives the upper bound (y' + 1)·B^t; Newton's step y ← (2y + x / y²) / 3
-// then decreases to the floor of the root, one or two steps from there.
+// gives the upper bound (y' + 1)·B^t; one Newton step y ← (2y + x / y²) / 3
+// brings it within a few units above the root, and steps of one with the
+// cube kept by differences end on the floor of the root.
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
@@ -73,6 +74,54 @@ int SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     return code;
 }
 
+// next := floor((2y + floor(x / y²)) / 3), Newton's step for the cube root;
+// never below the floor of the root, and below y while y is above it.
+int NewtonStep(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* next) {
+    BigTemp sq, quo, rem, twice, sum, three, r3;
+    int code = FastMul(ctx, &sq.v, y, y);
+    if (code == 0) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
+    if (code == 0) code = FastAdd(&twice.v, y, y);
+    if (code == 0) code = FastAdd(&sum.v, &twice.v, &quo.v);
+    if (code == 0) code = BigFromInt(&three.v, 3);
+    if (code == 0) code = FastDivMod(ctx, &sum.v, &three.v, next, &r3.v);
+    return code;
+}
+
+// Lowers y >= floor(cbrt(x)) to it by steps of one, keeping y² and y³ by
+// differences: (y − 1)² = y² − 2y + 1, (y − 1)³ = y³ − 3y² + 3y − 1. Gives
+// up (*done false) after a few steps, leaving y where it got to.
+int StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done) {
+    constexpr int kMaxSteps = 8;
+    BigTemp sq, cube;
+    int code = FastMul(ctx, &sq.v, y, y);
+    if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, y);
+    *done = false;
+    for (int i = 0; code == 0 && i <= kMaxSteps; ++i) {
+        if (BigCompareMag(&cube.v, x) >= 0) {   // y³ <= x
+            *done = true;
+            break;
+        }
+        if (i == kMaxSteps) break;
+        BigTemp y2, y3, sq2, sq3, d, c1, c2, s1, s2, y1;
+        code = FastAdd(&y2.v, y, y);
+        if (code == 0) code = FastAdd(&y3.v, &y2.v, y);
+        if (code == 0) code = FastAdd(&sq2.v, &sq.v, &sq.v);
+        if (code == 0) code = FastAdd(&sq3.v, &sq2.v, &sq.v);
+        if (code == 0) code = FastSub(&d.v, &sq3.v, &y3.v);     // 3y² − 3y
+        if (code == 0) code = FastSub(&c1.v, &cube.v, &d.v);
+        if (code == 0) code = AddSmall(&c2.v, &c1.v, -1);
+        if (code == 0) code = FastSub(&s1.v, &sq.v, &y2.v);
+        if (code == 0) code = AddSmall(&s2.v, &s1.v, 1);
+        if (code == 0) code = AddSmall(&y1.v, y, -1);
+        if (code == 0) {
+            BigReplace(&cube.v, &c2.v);
+            BigReplace(&sq.v, &s2.v);
+            BigReplace(y, &y1.v);
+        }
+    }
+    return code;
+}
+
 // floor(cbrt(x)) for x >= 0.
 int CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
     const int32_t n = x->top + 1;
@@ -88,15 +137,21 @@ int CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
     if (code == 0) code = AddSmall(&up.v, &root.v, 1);
     BigInt cur = {};
     if (code == 0) code = FastShiftUp(&cur, &up.v, t);
-    // Newton from above: stops at the first step that does not decrease.
-    while (code == 0) {
-        BigTemp sq, quo, rem, twice, sum, next, three, r3;
-        code = FastMul(ctx, &sq.v, &cur, &cur);
-        if (code == 0) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
-        if (code == 0) code = FastAdd(&twice.v, &cur, &cur);
-        if (code == 0) code = FastAdd(&sum.v, &twice.v, &quo.v);
-        if (code == 0) code = BigFromInt(&three.v, 3);
-        if (code == 0) code = FastDivMod(ctx, &sum.v, &three.v, &next.v, &r3.v);
+    // One step from the bound squares its relative error (below 1/y'), which
+    // leaves it a few units above the root: steps of one finish. Should more
+    // be needed, Newton's steps go on until one does not decrease.
+    bool done = false;
+    if (code == 0) {
+        BigTemp next;
+        code = NewtonStep(ctx, x, &cur, &next.v);
+        if (code == 0) {
+            BigReplace(&cur, &next.v);
+            code = StepDownToFloor(ctx, x, &cur, &done);
+        }
+    }
+    while (code == 0 && !done) {
+        BigTemp next;
+        code = NewtonStep(ctx, x, &cur, &next.v);
         if (code != 0 || BigCompareMag(&next.v, &cur) <= 0) break;
         BigReplace(&cur, &next.v);
     }
