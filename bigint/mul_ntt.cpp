@@ -182,10 +182,30 @@ int Convolve(PollClock& clk, const Prime& pr, const uint32_t* roots, const In* a
     return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
 }
 
+// The coefficients of a convolution, joined from its residues modulo the
+// two primes a block at a time; each is below p1·p2 < 2^57.
+class Coefficients {
+public:
+    Coefficients(const uint32_t* r1, const uint32_t* r2)
+        : r1_(r1), r2_(r2),
+          pair_{kP1.p, Mont(kP2.p),
+                static_cast<uint32_t>(uint64_t(PowMod(kP1.p % kP2.p, kP2.p - 2, kP2.p)) *
+                                      ((uint64_t(1) << 32) % kP2.p) % kP2.p)} {}
+    void Block(int32_t from, int32_t count, uint64_t* out) const {
+        ActiveNttKernels().crt(pair_, r1_ + from, r2_ + from, out, count);
+    }
+
+private:
+    const uint32_t* r1_;
+    const uint32_t* r2_;
+    CrtPair pair_;
+};
+
 // The linear convolution of a and b (b null: a with itself) by both primes;
-// sink(k, c) receives its coefficients c < p1·p2 in order, k = 0 … la + lb − 2.
-template <typename In, typename Sink>
-int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&& sink) {
+// finish(coefficients, clk) then takes its la + lb − 1 coefficients and
+// answers 0 or kStopped.
+template <typename In, typename Finish>
+int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Finish&& finish) {
     const int32_t len = la + lb;
     assert(len <= NttMaxLength());
     int32_t n = 1;
@@ -232,46 +252,83 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Sink&&
     }
     if (rc != 0) return rc;
 
-    // x = r1 + p1·((r2 − r1)·p1^−1 mod p2), below p1·p2 < 2^57. The residues
-    // arrive below 2p and are folded below p; r1 < p1 < 3·p2 is brought below
-    // p2 by two conditional subtractions, and the product by p1^−1 runs in
-    // Montgomery form (the factor carries R).
-    const Mont m2(kP2.p);
-    const uint32_t p2 = kP2.p;
-    const uint32_t invR = static_cast<uint32_t>(
-        uint64_t(PowMod(kP1.p % p2, p2 - 2, p2)) * ((uint64_t(1) << 32) % p2) % p2);
-    for (int32_t k = 0; k < len - 1; ++k) {
-        const uint32_t x1 = r1[k] >= kP1.p ? r1[k] - kP1.p : r1[k];
-        const uint32_t x2 = fa[k] >= p2 ? fa[k] - p2 : fa[k];
-        uint32_t x1m = x1 >= p2 ? x1 - p2 : x1;
-        x1m = x1m >= p2 ? x1m - p2 : x1m;
-        uint32_t d = m2.Mul(x2 + p2 - x1m, invR);
-        d = d >= p2 ? d - p2 : d;
-        sink(k, x1 + uint64_t(kP1.p) * d);
-        // A coefficient costs about as much as sixteen butterflies.
-        if ((k & 0xFFFF) == 0xFFFF && clk.Tick(16 * 0x10000)) return kStopped;
-    }
-    return clk.Tick(16 * (len & 0xFFFF)) ? kStopped : 0;
+    return finish(Coefficients(r1, fa), clk);
 }
 
-// Carries the coefficients into base-10000 limbs; the top limb takes the rest.
-struct LimbCarry {
-    Limb* p;
-    uint64_t carry = 0;
-    void operator()(int32_t k, uint64_t c) {
-        const uint64_t v = c + carry;
-        carry = v / kLimbBase;
-        p[k] = static_cast<Limb>(v - carry * kLimbBase);
+// Coefficients per block of the passes below, and between their polls (a
+// coefficient costs about as much as sixteen butterflies).
+constexpr int32_t kBlock = 256;
+constexpr int32_t kBlocksPerTick = 64;
+constexpr int64_t kBlockWork = 16 * kBlock;
+
+// v + carry into one limb; answers the next carry.
+inline uint64_t CarryStep(uint64_t v, uint64_t carry, Limb* out) {
+    v += carry;
+    const uint64_t q = v / kLimbBase;
+    *out = static_cast<Limb>(v - q * kLimbBase);
+    return q;
+}
+
+// Carries the coefficients into base-10000 limbs p[0 … count], the top limb
+// taking what is left. One carry is a chain of dependent divisions, so four
+// segments of the array run side by side, each from a carry of 0 (the first
+// three are seg long, the last what remains); each segment's last carry is
+// then added into the limbs above it.
+int CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk) {
+    uint64_t buf[4][kBlock];
+    const int32_t seg = count < 16 ? count : (count + 3) / 4;
+    const int32_t last = count < 16 ? 0 : count - 3 * seg;
+    const int lanes = count < 16 ? 1 : 4;
+    uint64_t c0 = 0, c1 = 0, c2 = 0, c3 = 0;
+    for (int32_t from = 0, blocks = 0; from < seg; from += kBlock, ++blocks) {
+        const int32_t len = std::min(kBlock, seg - from);
+        const int32_t lastLen = std::max(0, std::min(len, last - from));
+        for (int s = 0; s < lanes; ++s) {
+            const int32_t n = s == 3 ? lastLen : len;
+            if (n > 0) c.Block(s * seg + from, n, buf[s]);
+        }
+        Limb* q = p + from;
+        int32_t i = 0;
+        if (lanes == 4) {
+            for (; i < lastLen; ++i) {
+                c0 = CarryStep(buf[0][i], c0, q + i);
+                c1 = CarryStep(buf[1][i], c1, q + seg + i);
+                c2 = CarryStep(buf[2][i], c2, q + 2 * seg + i);
+                c3 = CarryStep(buf[3][i], c3, q + 3 * seg + i);
+            }
+            for (; i < len; ++i) {
+                c0 = CarryStep(buf[0][i], c0, q + i);
+                c1 = CarryStep(buf[1][i], c1, q + seg + i);
+                c2 = CarryStep(buf[2][i], c2, q + 2 * seg + i);
+            }
+        } else {
+            for (; i < len; ++i) c0 = CarryStep(buf[0][i], c0, q + i);
+        }
+        if (blocks % kBlocksPerTick == kBlocksPerTick - 1 &&
+            clk.Tick(lanes * kBlockWork * kBlocksPerTick))
+            return kStopped;
     }
-};
+    uint64_t top = lanes == 1 ? c0 : c3;
+    const uint64_t carry[3] = {c0, c1, c2};
+    for (int s = 0; s + 1 < lanes; ++s) {
+        uint64_t rest = carry[s];
+        for (int32_t i = (s + 1) * seg; rest != 0; ++i) {
+            if (i >= count) {
+                top += rest;
+                break;
+            }
+            rest = CarryStep(uint64_t(p[i]), rest, p + i);
+        }
+    }
+    assert(top < 32768);
+    p[count] = static_cast<Limb>(top);
+    return 0;
+}
 
 int RunLimbs(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
-    LimbCarry out{p};
-    const int rc = Run(clk, a, la, b, lb, out);
-    if (rc != 0) return rc;
-    assert(out.carry < 32768);
-    p[la + lb - 1] = static_cast<Limb>(out.carry);
-    return 0;
+    return Run(clk, a, la, b, lb, [&](const Coefficients& c, PollClock& clock) {
+        return CarryIntoLimbs(c, la + lb - 1, p, clock);
+    });
 }
 
 }  // namespace
@@ -288,5 +345,14 @@ int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
 
 int NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
                   uint64_t* c) {
-    return Run(clk, a, la, b, lb, [c](int32_t k, uint64_t v) { c[k] = v; });
+    return Run(clk, a, la, b, lb, [&](const Coefficients& coef, PollClock& clock) {
+        const int32_t count = la + lb - 1;
+        for (int32_t from = 0, blocks = 0; from < count; from += kBlock, ++blocks) {
+            coef.Block(from, std::min(kBlock, count - from), c + from);
+            if (blocks % kBlocksPerTick == kBlocksPerTick - 1 &&
+                clock.Tick(kBlockWork * kBlocksPerTick))
+                return kStopped;
+        }
+        return 0;
+    });
 }

@@ -174,7 +174,32 @@ void Pointwise(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, i
     for (int32_t i = 0; i < n; i += 8) Store(a + i, v.Mul(v.Mul(Load(a + i), Load(b + i)), f));
 }
 
-const NttKernels kAvx2 = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise};
+// x mod p for x < 2p.
+inline __m256i Below(__m256i x, __m256i p) { return _mm256_min_epu32(x, _mm256_sub_epi32(x, p)); }
+
+// Eight residue pairs at a time; the 64-bit values come from the even and
+// the odd lanes and are put back in order.
+void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out, int32_t count) {
+    const V v2(c.m2);
+    const __m256i p1 = Splat(c.p1), p2 = v2.p, invR = Splat(c.invR);
+    int32_t k = 0;
+    for (; k + 8 <= count; k += 8) {
+        const __m256i x1 = Below(Load(r1 + k), p1);
+        const __m256i x2 = Below(Load(r2 + k), p2);
+        const __m256i x1m = Below(Below(x1, p2), p2);
+        const __m256i d = Below(v2.Mul(_mm256_sub_epi32(_mm256_add_epi32(x2, p2), x1m), invR), p2);
+        const __m256i even = _mm256_add_epi64(_mm256_mul_epu32(d, p1),
+                                              _mm256_srli_epi64(_mm256_slli_epi64(x1, 32), 32));
+        const __m256i odd = _mm256_add_epi64(_mm256_mul_epu32(_mm256_srli_epi64(d, 32), p1),
+                                             _mm256_srli_epi64(x1, 32));
+        const __m256i lo = _mm256_unpacklo_epi64(even, odd), hi = _mm256_unpackhi_epi64(even, odd);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k), _mm256_permute2x128_si256(lo, hi, 0x20));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k + 4), _mm256_permute2x128_si256(lo, hi, 0x31));
+    }
+    PortableNttKernels().crt(c, r1 + k, r2 + k, out + k, count - k);
+}
+
+const NttKernels kAvx2 = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise, Crt};
 
 }  // namespace
 

@@ -34,6 +34,15 @@ struct Mont {
 
 inline uint32_t Fold(uint32_t x, uint32_t twoP) { return x >= twoP ? x - twoP : x; }
 
+// The two primes' residues joined: x = x1 + p1·((x2 − x1)·p1^−1 mod p2),
+// below p1·p2 < 2^57, from residues below 2·p1 and 2·p2. invR is p1^−1 mod
+// p2 times R, so that one Montgomery product modulo p2 applies it; p1 < 3·p2.
+struct CrtPair {
+    uint32_t p1;
+    Mont m2;
+    uint32_t invR;
+};
+
 struct NttKernels {
     // One stage of half length m >= 8 over a[0 … n).
     void (*forwardStage)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
@@ -46,6 +55,9 @@ struct NttKernels {
     // a[i] := a[i]·b[i]·scale·R^−2 (b null: a[i] squared), for the pointwise
     // product between the transforms.
     void (*pointwise)(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, int32_t n);
+    // out[k] := the joined value of r1[k] and r2[k], k < count.
+    void (*crt)(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out,
+                int32_t count);
 };
 
 const NttKernels& PortableNttKernels();

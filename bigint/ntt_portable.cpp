@@ -82,7 +82,20 @@ void Pointwise(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, i
     for (int32_t i = 0; i < n; ++i) a[i] = mt.Mul(mt.Mul(a[i], b[i]), scale);
 }
 
-const NttKernels kPortable = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise};
+void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out, int32_t count) {
+    const uint32_t p1 = c.p1, p2 = c.m2.p;
+    for (int32_t k = 0; k < count; ++k) {
+        const uint32_t x1 = r1[k] >= p1 ? r1[k] - p1 : r1[k];
+        const uint32_t x2 = r2[k] >= p2 ? r2[k] - p2 : r2[k];
+        uint32_t x1m = x1 >= p2 ? x1 - p2 : x1;
+        x1m = x1m >= p2 ? x1m - p2 : x1m;
+        uint32_t d = c.m2.Mul(x2 + p2 - x1m, c.invR);
+        d = d >= p2 ? d - p2 : d;
+        out[k] = x1 + uint64_t(p1) * d;
+    }
+}
+
+const NttKernels kPortable = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise, Crt};
 bool gPortable = false;
 
 }  // namespace
