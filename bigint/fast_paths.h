@@ -49,6 +49,11 @@ int BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result);
 int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
                      BigInt* result);
 
+// The same for moduli of any length, by transform products and the
+// modulus's cached reciprocal. 0, 3, -1.
+int ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+               BigInt* result);
+
 // gcd of |a| > |b| > 0 by Lehmer's method. 0, 3, -1.
 int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
 // The same by the half-gcd: Lehmer's steps at the leaves, cofactor matrices

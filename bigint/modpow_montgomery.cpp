@@ -16,6 +16,7 @@
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
+#include "bigint/modpow_window.h"
 #include "bigint/poll_clock.h"
 
 namespace {
@@ -63,27 +64,6 @@ int LimbsFromWords(std::vector<Word>& w, BigInt* v) {
     return BigFromLimbs(v, out.get(), top, 0);
 }
 
-// The bits of |e|, least significant first, no zero bits above the top.
-int ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
-    bits->clear();
-    if (e->top < 1000) {
-        const std::vector<Word> w = WordsFromLimbs(e, WordsFor(e));
-        for (size_t i = 0; i < w.size() * 64; ++i) bits->push_back(((w[i / 64] >> (i % 64)) & 1) != 0);
-    } else {
-        std::string hex;
-        const BigInt em = BigMagnitudeView(e);
-        const int code = BigToRadixDispatch(ctx, &em, 16, &hex);
-        if (code != 0) return code;
-        for (size_t i = 0; i < hex.size() * 4; ++i) {
-            const char c = hex[hex.size() - 1 - i / 4];
-            const int d = c <= '9' ? c - '0' : c - 'A' + 10;
-            bits->push_back(((d >> (i % 4)) & 1) != 0);
-        }
-    }
-    while (!bits->empty() && !bits->back()) bits->pop_back();
-    return 0;
-}
-
 // Arithmetic modulo an odd m of n words, R = 2^(64 n).
 class Montgomery {
 public:
@@ -95,6 +75,16 @@ public:
         t2_.assign(2 * n_, 0);
     }
     size_t Size() const { return n_; }
+
+    // The ring of the window power (modpow_window.h).
+    using Value = std::vector<Word>;
+    Value Zero() const { return Value(n_, 0); }
+    bool Copy(const Value& a, Value* r) const {
+        *r = a;
+        return true;
+    }
+    bool Mul(const Value& a, const Value& b, Value* r) { return Mul(a.data(), b.data(), r->data()); }
+    bool Sqr(const Value& a, Value* r) { return Sqr(a.data(), r->data()); }
 
     // r := a b / R mod m for a, b < m; r may be a or b. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
@@ -243,6 +233,16 @@ public:
           clk_(clk), t_(n_) {}
     size_t Size() const { return n_; }
     void Reduce(Word* x) const { x[n_ - 1] &= topMask_; }
+
+    // The ring of the window power (modpow_window.h).
+    using Value = std::vector<Word>;
+    Value Zero() const { return Value(n_, 0); }
+    bool Copy(const Value& a, Value* r) const {
+        *r = a;
+        return true;
+    }
+    bool Mul(const Value& a, const Value& b, Value* r) { return Mul(a.data(), b.data(), r->data()); }
+    bool Sqr(const Value& a, Value* r) { return Mul(a.data(), a.data(), r->data()); }
     // r := a b mod 2^bits; r may be a or b. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
         std::fill(t_.begin(), t_.end(), 0);
@@ -258,7 +258,6 @@ public:
         Reduce(r);
         return !clk_->Tick(static_cast<int64_t>(n_ * n_));
     }
-    bool Sqr(const Word* a, Word* r) { return Mul(a, a, r); }
 
 private:
     size_t n_;
@@ -267,55 +266,28 @@ private:
     std::vector<Word> t_;
 };
 
-// Window width for an exponent of the given number of bits.
-int WindowBits(size_t bits) {
-    if (bits <= 16) return 1;
-    if (bits <= 96) return 3;
-    if (bits <= 320) return 4;
-    if (bits <= 1024) return 5;
-    return 6;
-}
-
-// x := b^e by the ring's products (Montgomery forms in and out for
-// Montgomery), e given by its bits (index 0 least significant, top bit set).
-template <class Ring>
-bool SlidingWindowPower(Ring& mg, const std::vector<Word>& b, const std::vector<bool>& bits,
-                        std::vector<Word>* x) {
-    const size_t n = mg.Size();
-    const int w = WindowBits(bits.size());
-    std::vector<std::vector<Word>> odd(size_t(1) << (w - 1), std::vector<Word>(n));
-    std::vector<Word> square(n);
-    odd[0] = b;
-    if (!mg.Sqr(b.data(), square.data())) return false;
-    for (size_t k = 1; k < odd.size(); ++k) {
-        if (!mg.Mul(odd[k - 1].data(), square.data(), odd[k].data())) return false;
-    }
-    bool started = false;
-    for (int64_t i = static_cast<int64_t>(bits.size()) - 1; i >= 0;) {
-        if (!bits[size_t(i)]) {
-            if (!mg.Sqr(x->data(), x->data())) return false;
-            --i;
-            continue;
-        }
-        int64_t j = i - w + 1 < 0 ? 0 : i - w + 1;
-        while (!bits[size_t(j)]) ++j;
-        size_t value = 0;
-        for (int64_t k = i; k >= j; --k) value = (value << 1) | (bits[size_t(k)] ? 1 : 0);
-        if (started) {
-            for (int64_t k = i; k >= j; --k) {
-                if (!mg.Sqr(x->data(), x->data())) return false;
-            }
-            if (!mg.Mul(x->data(), odd[value / 2].data(), x->data())) return false;
-        } else {
-            *x = odd[value / 2];
-            started = true;
-        }
-        i = j - 1;
-    }
-    return true;
-}
-
 }  // namespace
+
+// The bits of |e|, least significant first, no zero bits above the top.
+int ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
+    bits->clear();
+    if (e->top < 1000) {
+        const std::vector<Word> w = WordsFromLimbs(e, WordsFor(e));
+        for (size_t i = 0; i < w.size() * 64; ++i) bits->push_back(((w[i / 64] >> (i % 64)) & 1) != 0);
+    } else {
+        std::string hex;
+        const BigInt em = BigMagnitudeView(e);
+        const int code = BigToRadixDispatch(ctx, &em, 16, &hex);
+        if (code != 0) return code;
+        for (size_t i = 0; i < hex.size() * 4; ++i) {
+            const char c = hex[hex.size() - 1 - i / 4];
+            const int d = c <= '9' ? c - '0' : c - 'A' + 10;
+            bits->push_back(((d >> (i % 4)) & 1) != 0);
+        }
+    }
+    while (!bits->empty() && !bits->back()) bits->pop_back();
+    return 0;
+}
 
 int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
                      BigInt* result) {

@@ -232,8 +232,10 @@ int SquareAndMultiply(CalcContext* ctx, BigInt* r, BigInt* b, BigInt* e, const B
 // base^e mod m for an exponent of any size; a negative exponent powers the
 // inverse. An exponent of 0 gives 1 without reduction. From |e| = 2 on the
 // answer is the residue in 0 … |m| - 1 whatever the signs (a negative base
-// takes part in the first product only), so non-zero moduli up to a size
-// go by Montgomery words there; the bit-by-bit loop keeps every other case.
+// takes part in the first product only), so non-zero moduli go by a
+// sliding window there (Montgomery words up to a size, transform products
+// and the modulus's reciprocal beyond); the bit-by-bit loop keeps every
+// other case.
 int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt* result,
            const BigInt* m) {
     BigTemp r, e, b;
@@ -247,10 +249,11 @@ int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt*
     }
     e.v.negative = 0;
     const bool twoOrMore = e.v.top > 0 || e.v.limbs[0] >= 2;
-    if (code == 0 && twoOrMore && !BigIsZeroMagnitude(m) &&
-        m->top < gFastThresholds.powMontgomery) {
+    if (code == 0 && twoOrMore && !BigIsZeroMagnitude(m)) {
         BigTemp fast;
-        code = ModPowMontgomery(ctx, &b.v, &e.v, m, &fast.v);
+        code = m->top < gFastThresholds.powMontgomery
+                   ? ModPowMontgomery(ctx, &b.v, &e.v, m, &fast.v)
+                   : ModPowLong(ctx, &b.v, &e.v, m, &fast.v);
         if (code == 0) BigReplace(&r.v, &fast.v);
     } else if (code == 0) {
         code = SquareAndMultiply(ctx, &r.v, &b.v, &e.v, m);

@@ -25,7 +25,7 @@ struct FastThresholds {
     int32_t gcdHalfLeaf = 600;     // limbs: half-gcd calls below this are Lehmer leaves
     int32_t modInverse = 2;        // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf = 200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
-    int32_t powMontgomery = 2000;  // limbs of an odd modulus below which powers run on words
+    int32_t powMontgomery = 1200;  // limbs of a modulus below which powers run on words
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
     // Limbs from which bases 2, 4, 8 and 16 go out through binary words: that
     // route is the faster one from a single limb on.

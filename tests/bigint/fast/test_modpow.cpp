@@ -25,8 +25,14 @@ std::string GmpPower(const BigInt* base, const BigInt* e, const BigInt* m) {
     return s;
 }
 
-// Odd moduli, and even ones split into a power of two and an odd part.
-TEST(FastModPow, ModuliOfEverySizeAndParityMatchGmp) {
+// Odd moduli, and even ones split into a power of two and an odd part; on
+// words, and by transform products (every modulus counted long).
+class FastModPowKernels : public ::testing::TestWithParam<int32_t> {};
+
+TEST_P(FastModPowKernels, ModuliOfEverySizeAndParityMatchGmp) {
+    FastThresholds limit = gFastThresholds;
+    limit.powMontgomery = GetParam();
+    ThresholdScope scope(limit);
     CalcContext ctx;
     for (int32_t mLimbs : {1, 4, 5, 17, 33, 250, 600}) {
       for (int parity : {1, 0, 2}) {
@@ -77,7 +83,8 @@ TEST(FastModPow, AllOnesModuliCarryThroughEveryWord) {
     mpz_clear(z);
 }
 
-// With a size limit of 0 the bit-by-bit loop answers: both paths must agree.
+// The word kernel (limit 2000) and the long kernel (limit 0) on edge moduli
+// and bases, both against GMP.
 class FastModPowBothPaths : public ::testing::TestWithParam<int32_t> {};
 
 TEST_P(FastModPowBothPaths, EdgeModuliAndBasesMatchGmp) {
@@ -125,7 +132,10 @@ TEST_P(FastModPowBothPaths, EdgeModuliAndBasesMatchGmp) {
 
 INSTANTIATE_TEST_SUITE_P(WordsAndLoop, FastModPowBothPaths, ::testing::Values(0, 2000));
 
-TEST(FastModPow, QStopsItWithResultOne) {
+TEST_P(FastModPowKernels, QStopsItWithResultOne) {
+    FastThresholds limit = gFastThresholds;
+    limit.powMontgomery = GetParam();
+    ThresholdScope scope(limit);
     Big m, base, e, r;
     RandomBig(&m, 400, false);
     m.v.limbs[0] = 1;
@@ -141,3 +151,5 @@ TEST(FastModPow, QStopsItWithResultOne) {
 }
 
 }  // namespace
+
+INSTANTIATE_TEST_SUITE_P(WordsAndTransforms, FastModPowKernels, ::testing::Values(2000, 0));
