@@ -258,21 +258,27 @@ std::vector<Workload> Workloads() {
             return r;
         }});
     const int32_t sqrtDigits = Scaled(2000000);
-    w.push_back({"sqrt", "square root of 2M digits", 0.8,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* x = o.Parse(Digits(sqrtDigits, 5)); BigInt* s = o.New();
-            TIMED(r, compute, r.code = BigSqrt(&o.ctx, x, s));
-            r.hash = Ours::Print(s); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t x, s; mpz_inits(x, s, nullptr); auto t0 = Clock::now();
-            mpz_set_str(x, Digits(sqrtDigits, 5).c_str(), 10);
-            TIMED(r, compute, { mpz_sqrt(s, x); r.code = mpz_perfect_square_p(x) ? 0 : 1; });
-            r.hash = PrintMpz(s); r.total = Seconds(t0, Clock::now()); mpz_clears(x, s, nullptr);
-            return r;
-        }});
+    // A root of a number of the given digits, ours beside GMP's.
+    auto root = [=](const char* name, const char* what, double target, int32_t digits,
+                    int (*ours)(CalcContext*, const BigInt*, BigInt*), unsigned long degree) {
+        return Workload{name, what, target,
+            [=] {
+                Report r; Ours o; auto t0 = Clock::now();
+                BigInt* x = o.Parse(Digits(digits, 5)); BigInt* s = o.New();
+                TIMED(r, compute, r.code = ours(&o.ctx, x, s));
+                r.hash = Ours::Print(s); r.total = Seconds(t0, Clock::now());
+                return r;
+            },
+            [=] {
+                Report r; mpz_t x, s; mpz_inits(x, s, nullptr); auto t0 = Clock::now();
+                mpz_set_str(x, Digits(digits, 5).c_str(), 10);
+                TIMED(r, compute, r.code = mpz_root(s, x, degree) ? 0 : 1);
+                r.hash = PrintMpz(s); r.total = Seconds(t0, Clock::now()); mpz_clears(x, s, nullptr);
+                return r;
+            }};
+    };
+    w.push_back(root("sqrt", "square root of 2M digits", 0.8, sqrtDigits, BigSqrt, 2));
+    w.push_back(root("cbrt", "cube root of 2M digits (our own workload)", 8.0, sqrtDigits, BigCbrt, 3));
     const int32_t binN = Scaled(1000000);
     w.push_back({"binomial", "binomial(1000000, 500000)", 5.0,
         [=] {
@@ -317,25 +323,30 @@ std::vector<Workload> Workloads() {
     w.push_back(TwoInputs("modinv", "inverse modulo a 200000-digit number", 8.0, modinvInputs,
         [](CalcContext* c, BigInt* x, BigInt* m, BigInt* r) { return ModInverse(c, x, m, r); },
         [](mpz_t r, const mpz_t x, const mpz_t m) { return mpz_invert(r, x, m) ? 0 : 1; }));
-    const int32_t expDigits = Scaled(1000), modDigits = Scaled(1000);
-    const std::string expText = "1" + std::string(expDigits, '0');
-    w.push_back({"powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* b = o.Int(3); BigInt* e = o.Parse(expText); BigInt* m = o.Parse(Digits(modDigits, 9));
-            BigInt* p = o.New();
-            TIMED(r, compute, r.code = ModPow(&o.ctx, b, e, p, m));
-            r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t b, e, m, p; mpz_inits(b, e, m, p, nullptr); auto t0 = Clock::now();
-            mpz_set_ui(b, 3); mpz_set_str(e, expText.c_str(), 10);
-            mpz_set_str(m, Digits(modDigits, 9).c_str(), 10);
-            TIMED(r, compute, mpz_powm(p, b, e, m));
-            r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clears(b, e, m, p, nullptr);
-            return r;
-        }});
+    // 3^(10^1000) modulo a number of the given digits.
+    const std::string expText = "1" + std::string(Scaled(1000), '0');
+    auto powmod = [=](const char* name, const char* what, double target, int32_t modDigits) {
+        return Workload{name, what, target,
+            [=] {
+                Report r; Ours o; auto t0 = Clock::now();
+                BigInt* b = o.Int(3); BigInt* e = o.Parse(expText); BigInt* m = o.Parse(Digits(modDigits, 9));
+                BigInt* p = o.New();
+                TIMED(r, compute, r.code = ModPow(&o.ctx, b, e, p, m));
+                r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
+                return r;
+            },
+            [=] {
+                Report r; mpz_t b, e, m, p; mpz_inits(b, e, m, p, nullptr); auto t0 = Clock::now();
+                mpz_set_ui(b, 3); mpz_set_str(e, expText.c_str(), 10);
+                mpz_set_str(m, Digits(modDigits, 9).c_str(), 10);
+                TIMED(r, compute, mpz_powm(p, b, e, m));
+                r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clears(b, e, m, p, nullptr);
+                return r;
+            }};
+    };
+    w.push_back(powmod("powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0, Scaled(1000)));
+    w.push_back(powmod("powmod-20k", "3^(10^1000) mod a 20000-digit number (our own workload)", 8.0,
+                       Scaled(20000)));
     const int32_t radixDigits = Scaled(300000);
     w.push_back({"base16", "300000 decimal digits to base 16", 4.0,
         [=] {
