@@ -345,7 +345,7 @@ std::vector<Workload> Workloads() {
             }};
     };
     w.push_back(powmod("powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0, Scaled(1000)));
-    w.push_back(powmod("powmod-20k", "3^(10^1000) mod a 20000-digit number (our own workload)", 8.0,
+    w.push_back(powmod("powmod20k", "3^(10^1000) mod a 20000-digit number (our own workload)", 8.0,
                        Scaled(20000)));
     const int32_t radixDigits = Scaled(300000);
     w.push_back({"base16", "300000 decimal digits to base 16", 4.0,
