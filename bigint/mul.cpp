@@ -5,27 +5,37 @@
 #include "bigint/mul_dispatch.h"
 
 // p += a * b, row by row over b's limbs. p holds ta + tb + 2 limbs and does
-// not overlap a or b. A limb times a limb plus both carries stays below
-// 10^8 + 2 * 10^4, inside 32 bits. Answers the product's top, or -1 when the
-// context asks to stop (p then holds a partial sum).
+// not overlap a or b. Each row adds a·b[i] into p[i …] two limbs at a time
+// (pairs below 10^8, so a pair's product and sum stay below 2^40) and puts
+// its carry in the limb above, which no earlier row has written. Answers the
+// product's top, or -1 when the context asks to stop (p then holds the
+// normalised sum of the rows done).
 int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_t ta,
                  int32_t tb) {
     assert(ta >= 0 && tb >= 0 && p != a && p != b);
+    constexpr uint64_t kPair = uint64_t(kLimbBase) * kLimbBase;
+    auto limb = [](Limb x) { return uint64_t(uint16_t(x)); };
     int32_t k = 0;
     for (int32_t i = 0; i <= tb; ++i) {
-        const int32_t bi = b[i];
-        int32_t c1 = 0;  // product carry
-        int32_t c2 = 0;  // sum carry
-        k = i;
-        for (int32_t j = 0; j <= ta; ++j) {
-            const int32_t t = bi * a[j] + c1;
-            c1 = t / kLimbBase;
-            const int32_t s = c2 + t % kLimbBase + p[k];
-            c2 = s / kLimbBase;
-            p[k] = static_cast<Limb>(s % kLimbBase);
-            ++k;
+        const uint64_t bi = limb(b[i]);
+        Limb* row = p + i;
+        uint64_t carry = 0;
+        int32_t j = 0;
+        for (; j < ta; j += 2) {
+            const uint64_t v = (limb(a[j]) + limb(a[j + 1]) * kLimbBase) * bi +
+                               limb(row[j]) + limb(row[j + 1]) * kLimbBase + carry;
+            carry = v / kPair;
+            const uint32_t low = static_cast<uint32_t>(v - carry * kPair);
+            row[j] = static_cast<Limb>(low % kLimbBase);
+            row[j + 1] = static_cast<Limb>(low / kLimbBase);
         }
-        p[k] = static_cast<Limb>(c1 + c2);
+        if (j == ta) {
+            const uint64_t v = limb(a[ta]) * bi + limb(row[ta]) + carry;
+            carry = v / kLimbBase;
+            row[ta] = static_cast<Limb>(v - carry * kLimbBase);
+        }
+        k = i + ta + 1;
+        p[k] = static_cast<Limb>(carry);
         if (ctx->ShouldStop()) return -1;
     }
     return p[k] >= 1 ? k : k - 1;
