@@ -57,6 +57,7 @@ struct DivisorCache {
 }  // namespace
 
 int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
+    if (d->top <= 1) return DivModSmall(ctx, x, d, q, r);
     const int32_t limit = gFastThresholds.divNewton;
     const int32_t m = d->top + 1;
     if (m < limit || x->top + 1 - m + 1 < limit) return DivModSchool(ctx, x, d, q, r);

@@ -40,6 +40,29 @@ TEST(FastDivide, AgreesWithLongDivisionAcrossSizesShapesAndSigns) {
     }
 }
 
+TEST(FastDivide, DivisorsOfOneAndTwoLimbsInOnePass) {
+    // Small values, both sides of a limb, the largest two-limb value and a
+    // top limb of 10000; dividends of odd and even lengths, their own top
+    // limb of 10000 included.
+    const std::vector<std::vector<Limb>> divisors = {
+        {2}, {3}, {7}, {9999}, {0, 1}, {1, 1}, {9999, 9999}, {0, 10000}, {10000}, {4321, 87}};
+    for (const auto& d : divisors) {
+        for (int32_t n : {1, 2, 3, 4, 9, 10, 301}) {
+            for (Shape sx : kShapes) {
+                for (bool xn : {false, true}) CheckAgainstSchool(Operand(n, sx), d, xn, !xn);
+            }
+        }
+    }
+    Big x, d, q, r;
+    RandomBig(&x, 300000, false);
+    BigFromInt(&d.v, 7);
+    for (long stopAt : {1L, 2L}) {
+        ScriptedContext ctx(stopAt);
+        EXPECT_EQ(DivModDispatch(&ctx, &x, &d, &q, &r), -1);
+        EXPECT_EQ(ctx.polls(), stopAt);
+    }
+}
+
 TEST(FastDivide, HardQuotientsAndExactMultiples) {
     // Divisors just above a power of the base give the largest quotient limbs;
     // x = q·d and x = q·d − 1 sit on either side of a remainder of zero.
