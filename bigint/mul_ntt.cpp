@@ -238,11 +238,16 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Finish
     }
     rc = Convolve(clk, kP1, roots1.get(), a, la, b, lb, r1, fb, n);
     if (helper.joinable()) {
-        // The helper may lag behind (the other core busy): keep polling
-        // while waiting for it, about every millisecond.
+        // The helper is usually a moment behind: wait by yielding, not by
+        // sleeping, and poll every millisecond in case it lags far (the
+        // other core busy).
+        auto lastPoll = std::chrono::steady_clock::now();
         while (rc == 0 && !helperDone.load(std::memory_order_acquire)) {
-            std::this_thread::sleep_for(std::chrono::microseconds(250));
-            if (clk.Tick(gFastThresholds.pollWork / 4 + 1)) rc = kStopped;
+            std::this_thread::yield();
+            const auto now = std::chrono::steady_clock::now();
+            if (now - lastPoll < std::chrono::milliseconds(1)) continue;
+            lastPoll = now;
+            if (clk.Tick(gFastThresholds.pollWork)) rc = kStopped;
         }
         if (rc != 0) cancel = true;
         helper.join();
