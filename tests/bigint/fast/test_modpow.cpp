@@ -25,14 +25,21 @@ std::string GmpPower(const BigInt* base, const BigInt* e, const BigInt* m) {
     return s;
 }
 
-// Odd moduli, and even ones split into a power of two and an odd part; on
-// words, and by transform products (every modulus counted long).
-class FastModPowKernels : public ::testing::TestWithParam<int32_t> {};
+// The parameter is the modulus size from which the long kernel takes over:
+// 2000 keeps these moduli on words, 0 sends every one to the long kernel.
+class FastModPowKernels : public ::testing::TestWithParam<int32_t> {
+protected:
+    FastModPowKernels() : scope_(WithLimit(GetParam())) {}
+    static FastThresholds WithLimit(int32_t limit) {
+        FastThresholds t = gFastThresholds;
+        t.powMontgomery = limit;
+        return t;
+    }
+    ThresholdScope scope_;
+};
 
+// Odd moduli, and even ones split into a power of two and an odd part.
 TEST_P(FastModPowKernels, ModuliOfEverySizeAndParityMatchGmp) {
-    FastThresholds limit = gFastThresholds;
-    limit.powMontgomery = GetParam();
-    ThresholdScope scope(limit);
     CalcContext ctx;
     for (int32_t mLimbs : {1, 4, 5, 17, 33, 250, 600}) {
       for (int parity : {1, 0, 2}) {
@@ -83,14 +90,8 @@ TEST(FastModPow, AllOnesModuliCarryThroughEveryWord) {
     mpz_clear(z);
 }
 
-// The word kernel (limit 2000) and the long kernel (limit 0) on edge moduli
-// and bases, both against GMP.
-class FastModPowBothPaths : public ::testing::TestWithParam<int32_t> {};
-
-TEST_P(FastModPowBothPaths, EdgeModuliAndBasesMatchGmp) {
-    FastThresholds limit = gFastThresholds;
-    limit.powMontgomery = GetParam();
-    ThresholdScope scope(limit);
+// Edge moduli and bases against GMP.
+TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
     CalcContext ctx;
     // Around one and two words, a top limb of 10000 (99999999 + 1 = 10^8 + 1
     // after the increment below), moduli 1 and -1, bases that are multiples.
@@ -130,12 +131,8 @@ TEST_P(FastModPowBothPaths, EdgeModuliAndBasesMatchGmp) {
     EXPECT_EQ(ToDecimal(&r), GmpPower(&base, &e, &sum));
 }
 
-INSTANTIATE_TEST_SUITE_P(WordsAndLoop, FastModPowBothPaths, ::testing::Values(0, 2000));
 
 TEST_P(FastModPowKernels, QStopsItWithResultOne) {
-    FastThresholds limit = gFastThresholds;
-    limit.powMontgomery = GetParam();
-    ThresholdScope scope(limit);
     Big m, base, e, r;
     RandomBig(&m, 400, false);
     m.v.limbs[0] = 1;
