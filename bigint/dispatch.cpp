@@ -21,7 +21,8 @@ struct Magnitude {
 
 int MakeMagnitude(const BigInt* v, Magnitude* m) {
     m->view = BigMagnitudeView(v);
-    if (v->limbs[v->top] < kLimbBase) return 0;
+    m->view.top = LimbsTrimTop(v->limbs, v->top);
+    if (v->limbs[m->view.top] < kLimbBase) return 0;
     const int code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
     return code != 0 ? code : FastCanonical(&m->copy.v);
 }
@@ -121,6 +122,19 @@ int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* resu
     if (code != 0) return code;
     if (b->top + 1 >= gFastThresholds.gcdHalf) return GcdHalf(ctx, am.get(), bm.get(), result);
     return GcdLehmer(ctx, am.get(), bm.get(), result);
+}
+int ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
+    // The extended gcd takes 0 < a < m in value; every other case, a zero a
+    // and a = m among them, keeps the chain and its answers.
+    if (LimbsTrimTop(m->limbs, m->top) + 1 >= gFastThresholds.modInverse && !BigIsZeroMagnitude(a)) {
+        Magnitude am, mm;
+        int code = MakeMagnitude(a, &am);
+        if (code == 0) code = MakeMagnitude(m, &mm);
+        if (code != 0) return code;
+        if (BigCompareMag(am.get(), mm.get()) > 0)
+            return ModInverseExtended(ctx, am.get(), mm.get(), result);
+    }
+    return ModInverseSchool(ctx, a, m, result);
 }
 int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                        BigInt* value) {

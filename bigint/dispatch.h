@@ -14,6 +14,7 @@ int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result)
 // when k is long enough, else n … (n - k + 1) / k!. 0, 3, -1.
 int BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result);
 int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+int ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result);
 int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                        BigInt* value);
 int BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text);

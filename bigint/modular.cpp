@@ -1,5 +1,6 @@
 // The remainder behind [mod] and the modular sum, difference, product,
 // inverse and power of the modulus mode.
+#include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
 #include "bigint/mul_dispatch.h"
@@ -121,32 +122,12 @@ int ModMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, c
     return ModCombine(ctx, result, x, y, m, ModOp::Mul);
 }
 
-namespace {
-
-// The extended gcd on the fast kernels (gcd_extended.cpp), for a modulus of
-// modInverse limbs or more and 0 < a < m in value. *taken false leaves every
-// other case, a zero a and a = m among them, to the chain below.
-int InverseByExtendedGcd(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v,
-                         bool* taken) {
-    *taken = false;
-    if (LimbsTrimTop(m->limbs, m->top) + 1 < gFastThresholds.modInverse || BigIsZeroMagnitude(a))
-        return 0;
-    BigTemp am, mm;
-    int code = BigFromLimbs(&am.v, a->limbs, a->top, 0);
-    if (code == 0) code = FastCanonical(&am.v);
-    if (code == 0) code = BigFromLimbs(&mm.v, m->limbs, m->top, 0);
-    if (code == 0) code = FastCanonical(&mm.v);
-    if (code != 0 || BigCompareMag(&am.v, &mm.v) <= 0) return code;
-    *taken = true;
-    return ModInverseExtended(ctx, &am.v, &mm.v, v);
-}
-
 // The chain of quotients by long division, then the back-substitution. A
 // zero divisor in the chain (a a multiple of m, or zero) is divided anyway,
 // as the calculator always has: with a modulus of two limbs or more the
 // estimate is out of range (code 1); with one limb the division subtracts
 // zero until the poll stops it (-1).
-int InverseByChain(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v) {
+int ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v) {
     const int64_t size = static_cast<int64_t>(m->top) + 3;
     LimbBuffer x(size), y(size), scratch(size), quotient(size);
     if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return 3;
@@ -178,8 +159,6 @@ int InverseByChain(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v
     return code;
 }
 
-}  // namespace
-
 // The v in 0 … m - 1 with a v ≡ 1 (mod m), by the extended Euclidean
 // algorithm. Answers 6 for a negative operand, and 0 with the result 0 when
 // a is not invertible.
@@ -194,9 +173,7 @@ int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* resul
         code = BigMod(ctx, a, m, &reduced.v);
         a = &reduced.v;
     }
-    bool taken = false;
-    if (code == 0) code = InverseByExtendedGcd(ctx, a, m, &v.v, &taken);
-    if (code == 0 && !taken) code = InverseByChain(ctx, a, m, &v.v);
+    if (code == 0) code = ModInverseDispatch(ctx, a, m, &v.v);
     if (code != 0) {
         BigSetFailed(result);
         return code;

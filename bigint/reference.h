@@ -20,6 +20,12 @@ int CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result);
 int RangeProductSchool(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
 // gcd of magnitudes with |a| > |b| > 0, non-negative. 0, 3, -1.
 int GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+// The inverse of a (0 <= a <= m, both non-negative) modulo m by the chain of
+// quotients and its back-substitution: the v in 0 … m − 1, or 0 when there
+// is none. A zero a is divided anyway: code 1 for a modulus of two limbs or
+// more, an endless subtraction of zero that only the poll ends (-1) for
+// one limb. 0, 1, 3, -1.
+int ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result);
 // value of the digits (values 0..base-1, most significant first), base 2..16.
 int RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                      BigInt* value);
