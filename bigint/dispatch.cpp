@@ -58,10 +58,10 @@ struct DivisorCache {
 }  // namespace
 
 int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
-    if (d->top <= 1) return DivModSmall(ctx, x, d, q, r);
     const int32_t limit = gFastThresholds.divNewton;
     const int32_t m = d->top + 1;
-    if (m < limit || x->top + 1 - m + 1 < limit) return DivModSchool(ctx, x, d, q, r);
+    const bool small = d->top <= 1;
+    if (!small && (m < limit || x->top + 1 - m + 1 < limit)) return DivModSchool(ctx, x, d, q, r);
     Magnitude xm, dm;
     int code = MakeMagnitude(x, &xm);
     if (code == 0) code = MakeMagnitude(d, &dm);
@@ -69,7 +69,11 @@ int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q
     // goes through the cached reciprocal; others get one sized to them.
     static DivisorCache cache;
     const int32_t quotientLimbs = x->top - d->top + 1;
-    if (code == 0 && quotientLimbs + 2 >= m) {
+    if (code == 0 && small) {
+        // 10^8 written as two limbs (a top limb of 10000) is three limbs long.
+        code = dm.get()->top <= 1 ? DivModSmall(ctx, xm.get(), dm.get(), q, r)
+                                  : DivModSchool(ctx, x, d, q, r);
+    } else if (code == 0 && quotientLimbs + 2 >= m) {
         const NewtonDivisor* known = nullptr;
         code = cache.For(ctx, dm.get(), &known);
         if (code == 0) code = DivModWithDivisor(ctx, xm.get(), known, q, r);

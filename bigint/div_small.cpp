@@ -9,17 +9,7 @@
 int DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                 BigInt* remainder) {
     auto limb = [](Limb v) { return uint64_t(uint16_t(v)); };
-    const uint8_t qNegative = x->negative != d->negative, rNegative = x->negative;
     const uint64_t dv = d->top == 0 ? limb(d->limbs[0]) : limb(d->limbs[0]) + limb(d->limbs[1]) * kLimbBase;
-    // A top limb of 10000 (left by a sum) is carried first, so that every
-    // pair is below 10^8 and every quotient pair too.
-    BigTemp canonical;
-    if (x->limbs[x->top] >= kLimbBase) {
-        int code = BigFromLimbs(&canonical.v, x->limbs, x->top, 0);
-        if (code == 0) code = FastCanonical(&canonical.v);
-        if (code != 0) return code;
-        x = &canonical.v;
-    }
     const int32_t n = x->top + 1;
     LimbBuffer q(n);
     if (!q.ok()) return 3;
@@ -43,8 +33,8 @@ int DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quot
         if ((i & 0x3FFF) == 1 && clk.Tick(16 * 0x4000)) return -1;
     }
     const Limb r[2] = {static_cast<Limb>(rest % kLimbBase), static_cast<Limb>(rest / kLimbBase)};
-    if (BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), n - 1), qNegative) != 0) return 3;
-    if (BigFromLimbs(remainder, r, r[1] != 0 ? 1 : 0, rNegative) != 0) {
+    if (BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), n - 1), 0) != 0) return 3;
+    if (BigFromLimbs(remainder, r, r[1] != 0 ? 1 : 0, 0) != 0) {
         BigFree(quotient);
         return 3;
     }

@@ -11,8 +11,8 @@
 // of d; quotient and remainder non-negative. 0, 3, -1.
 int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                  BigInt* remainder);
-// The same for divisors below 10^8 (at most two limbs), in one pass; signs as
-// long division gives them. 0, 3, -1.
+// The same for canonical divisors below 10^8 (at most two limbs), in one
+// pass; quotient and remainder non-negative. 0, 3, -1.
 int DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                 BigInt* remainder);
 // A divisor with its reciprocal, for many divisions by the same number.
