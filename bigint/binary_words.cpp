@@ -62,7 +62,7 @@ namespace {
 // apart in 64-bit sums, which cannot overflow for lb < 2^31, so the inner
 // loop carries nothing and vectorises; one carry pass at the end. Polled per
 // row so that a long a cannot run on.
-int MulBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+int WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p) {
     const int32_t n = la + lb;
     Scratch<uint64_t> sums(2 * int64_t(n));
@@ -126,7 +126,7 @@ int MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* 
 // la >= lb; b null for the square of a.
 int MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                uint32_t* p) {
-    if (lb < gFastThresholds.binaryNtt) return MulBasecase(clk, a, la, b ? b : a, lb, p);
+    if (lb < gFastThresholds.binaryNtt) return WordsBasecase(clk, a, la, b ? b : a, lb, p);
     if (2 * (int64_t(la) + lb) <= NttMaxLength()) return MulTransform(clk, a, la, b, lb, p);
     // a = a1·2^(32h) + a0: p = a0·b, then a1·b added in at word h.
     const int32_t h = la / 2;
