@@ -22,7 +22,7 @@ int FromMagnitude(BigInt* v, uint32_t n, uint8_t negative) {
 
 int BigFromInt(BigInt* v, int32_t n) {
     const uint32_t mag = n < 0 ? 0u - static_cast<uint32_t>(n) : static_cast<uint32_t>(n);
-    return FromMagnitude(v, mag, n < 0 ? 1 : 0);
+    return FromMagnitude(v, mag, static_cast<uint8_t>(n < 0 ? 1 : 0));
 }
 
 int BigFromUnsigned(BigInt* v, uint32_t n) { return FromMagnitude(v, n, 0); }

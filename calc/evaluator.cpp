@@ -1,6 +1,7 @@
 #include "calc/evaluator.h"
 
 #include "calc/codes.h"
+#include "resources/result.h"
 #include "resources/strings.h"
 
 NumberValue::~NumberValue() {
@@ -200,5 +201,5 @@ int StoreResult(CalcContext* ctx, BigInt* destination, BigInt* temporary) {
     return code;
 }
 
-std::string ReportText(int code) { return OxMessage(code); }
+std::string ReportText(int code) { return ResultMessage(static_cast<Result>(code)); }
 std::string ReportTitle() { return OxString(62); }

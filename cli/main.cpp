@@ -15,6 +15,7 @@
 
 #include "cli/interpreter.h"
 #include "cli/signal_context.h"
+#include "resources/result.h"
 #include "resources/strings.h"
 
 namespace {
@@ -37,7 +38,8 @@ public:
         if (code == 0) return;
         ok_ = false;
         std::fflush(stdout);
-        std::fprintf(stderr, "ordix-cli: line %ld: %s (code %d)\n", number, OxMessage(code), code);
+        std::fprintf(stderr, "ordix-cli: line %ld: %s (code %d)\n", number,
+                     ResultMessage(static_cast<Result>(code)), code);
     }
 
     // Lines of f until its end; a prompt before each when interactive.

@@ -7,6 +7,7 @@
 
 #include "dialogs/inp_dlg.h"
 #include "dialogs/msg_dlg.h"
+#include "resources/result.h"
 #include "resources/strings.h"
 #include "windows/ui_text.h"
 
@@ -27,7 +28,7 @@ public:
 
     void errorMessage(QWidget* owner, int code, const QString& caption) override {
         QMessageBox box(QMessageBox::Information, ErrorCaption(caption),
-                        QString::fromUtf8(OxMessage(code)), QMessageBox::Ok, owner);
+                        QString::fromUtf8(ResultMessage(static_cast<Result>(code))), QMessageBox::Ok, owner);
         box.setWindowModality(Qt::ApplicationModal);
         box.exec();
     }

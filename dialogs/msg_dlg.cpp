@@ -22,8 +22,8 @@ TMsgDlg::TMsgDlg(QWidget* parent, const QString& caption, const QString& text, i
     box->addSpacing(8);
     auto* row = new QHBoxLayout;
     row->addStretch(1);
-    auto add = [&](int id, const char* text, int answer) {
-        auto* b = new QPushButton(QString::fromLatin1(text), this);
+    auto add = [&](int id, const char* buttonText, int answer) {
+        auto* b = new QPushButton(QString::fromLatin1(buttonText), this);
         b->setObjectName(QStringLiteral("ctl%1").arg(id));
         connect(b, &QPushButton::clicked, this, [this, answer] { done(answer); });
         row->addWidget(b);

@@ -1,7 +1,7 @@
 // How a window's text is laid out on printed pages, without any printer:
 // the print format a window keeps, the offsets as printed, the usable height
 // of a page, lines per page and the breaking of a text into pages of lines.
-// io/print.h draws the pages this computes.
+// io/print/print.h draws the pages this computes.
 #pragma once
 
 #include <cstddef>

@@ -11,6 +11,7 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "lists/prime_table.h"
+#include "resources/result.h"
 #include "resources/strings.h"
 
 namespace {
@@ -85,7 +86,7 @@ int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
             }
         }
     }
-    if (code == kListStopped) out->text = OxMessage(102);
-    if (code == kListFull) out->text = OxMessage(kListFull);
+    if (code == kListStopped) out->text = ResultMessage(static_cast<Result>(102));
+    if (code == kListFull) out->text = ResultMessage(static_cast<Result>(kListFull));
     return code;
 }

@@ -30,7 +30,5 @@ const char* OxString(int id) {
     return "";
 }
 
-const char* OxMessage(int code) { return OxString(400 + (code == -1 ? 102 : code)); }
-
 int OxStringCount() { return static_cast<int>(std::size(kEntries)); }
 int OxStringIdAt(int i) { return kEntries[i].id; }

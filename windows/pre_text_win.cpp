@@ -12,7 +12,7 @@
 #include <QTextLayout>
 
 #include "dialogs/modal.h"
-#include "io/print.h"
+#include "io/print/print.h"
 #include "resources/limits.h"
 #include "resources/strings.h"
 #include "windows/font_map.h"

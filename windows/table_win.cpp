@@ -11,7 +11,7 @@
 #include "bigint/bigint.h"
 #include "dialogs/modal.h"
 #include "io/byte_io.h"
-#include "io/print.h"
+#include "io/print/print.h"
 #include "resources/limits.h"
 #include "resources/menus_table.h"
 #include "resources/strings.h"

@@ -19,6 +19,7 @@
 #include <functional>
 
 #include "dialogs/modal.h"
+#include "resources/result.h"
 #include "resources/strings.h"
 
 struct ModalCall {
@@ -73,7 +74,7 @@ public:
     }
     void errorMessage(QWidget*, int code, const QString& caption) override {
         calls.append({"error", caption.isEmpty() ? QStringLiteral("hmm ...") : caption,
-                      QString::fromUtf8(OxMessage(code)), code});
+                      QString::fromUtf8(ResultMessage(static_cast<Result>(code))), code});
     }
     bool oneInput(QWidget*, const QString& caption, const QString& prompt, QString* text,
                   int maxChars) override {

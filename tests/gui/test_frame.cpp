@@ -21,7 +21,7 @@
 #include "app/calc_app.h"
 #include "app/calc_frame.h"
 #include "bigint/bigint.h"
-#include "io/print.h"
+#include "io/print/print.h"
 #include "io/settings.h"
 #include "resources/menus_frame.h"
 #include "scripted_modal.h"

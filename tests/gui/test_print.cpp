@@ -12,7 +12,7 @@
 #include <QtTest>
 
 #include "dialogs/prnspx_dlg.h"
-#include "io/print.h"
+#include "io/print/print.h"
 #include "resources/menus_table.h"
 #include "scripted_modal.h"
 #include "windows/note_win.h"

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "resources/result.h"
 #include "resources/strings.h"
 
 TEST(StringTable, IdsAreUnique) {
@@ -11,9 +12,9 @@ TEST(StringTable, IdsAreUnique) {
 }
 
 TEST(StringTable, MessagesByCode) {
-    EXPECT_STREQ(OxMessage(104), "division by 0");
-    EXPECT_STREQ(OxMessage(-1), "interrupted");
-    EXPECT_STREQ(OxMessage(108), "");
+    EXPECT_STREQ(ResultMessage(Result::kDivisionByZero), "division by 0");
+    EXPECT_STREQ(ResultMessage(Result::kStopped), "interrupted");
+    EXPECT_STREQ(ResultMessage(Result::kUnbalanced), "");
     EXPECT_STREQ(OxString(62), "hmm ...");
     EXPECT_STREQ(OxString(99999), "");
 }

@@ -1,4 +1,4 @@
-#include "io/print.h"
+#include "io/print/print.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
