@@ -8,10 +8,11 @@
 //
 // The type is [[nodiscard]]: a call that drops a Result is a warning, so a
 // caller either handles the code or says in a comment why it cannot fail and
-// writes (void)F(...).
+// writes (void)F(...). Codes are written qualified, Result::kNoMemory; they
+// still compare and print as the numbers they are.
 #pragma once
 
-enum class [[nodiscard]] Result : int {
+enum [[nodiscard]] Result : int {
     kOk = 0,
     kCannotUnderstand = 1,   // "cannot understand"
     kCouldNotFind = 2,       // "could not find"
