@@ -21,33 +21,31 @@
 #include "calc/decimal_read.h"
 #include "dialogs/about_dlg.h"
 #include "dialogs/batc_dlg.h"
+#include "dialogs/calc_dlg.h"
 #include "dialogs/conv_dlg.h"
 #include "dialogs/hail_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/modulus.h"
 #include "dialogs/recur_dlg.h"
 #include "dialogs/recur_run.h"
+#include "dialogs/ui_text.h"
 #include "io/num_file.h"
 #include "lists/prime_table.h"
 #include "resources/menus_frame.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/font_table.h"
 #include "windows/help_win.h"
 #include "windows/note_win.h"
 #include "windows/num_win.h"
 #include "windows/num_win_text.h"
-#include "windows/ui_text.h"
 
 namespace {
-
 
 constexpr int kFrameWidth = 640;
 constexpr int kFrameHeight = 120;
 constexpr int kNumWinBaseWidth = 720;
-constexpr int kNumWinFont = 2;   // the font table's Courier New 10
-constexpr int kTableCaption = 5;     // "input"
-constexpr int kTablePrompt = 813;    // "label (A ... Z)"
-constexpr int kOutOfBounds = 17;
+constexpr int kNumWinFont = 2;  // the font table's Courier New 10
 
 // White, or the grey of the desktop's windows, behind a number's digits.
 void SetBackground(TNumWin* w, bool white) {
@@ -74,7 +72,7 @@ BigInt ViewOf(NumLimbs& l) {
 }  // namespace
 
 TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
-    setWindowTitle(OxText(800));
+    setWindowTitle(OxText(kStrOrdix));
     setObjectName(QStringLiteral("TCalcFrame"));
     lastFont_ = FontTableEntry(kNumWinFont, logicalDpiY());
     installMenu(kOxMenu);
@@ -138,14 +136,14 @@ void TCalcFrame::readSettings() {
         placeNumWin(modWin_, DigitCount(&model_->Modulus().numerator));
 }
 
-int TCalcFrame::writeSettings() {
+Result TCalcFrame::writeSettings() {
     const QRect g = normalGeometry().isValid() ? normalGeometry() : geometry();
     settings_.left = g.left();
     settings_.top = g.top();
     settings_.width = g.width();
     settings_.height = g.height();
     settings_.maximized = isMaximized() ? 1 : 0;
-    return WriteSettings(ConfigFolder(), settings_);
+    return Result(WriteSettings(ConfigFolder(), settings_));
 }
 
 void TCalcFrame::closeEvent(QCloseEvent* e) {
@@ -162,7 +160,8 @@ void TCalcFrame::closeEvent(QCloseEvent* e) {
             return;
         }
     }
-    writeSettings();
+    // A settings file that cannot be written only loses the placement.
+    (void)writeSettings();
     model_->ClearRecursion();
     e->accept();
 }
@@ -195,10 +194,10 @@ void TCalcFrame::VariableChanged(int label) {
         return;
     }
     if (w) {
-        w->refill(&v->numerator, &v->denominator);
+        (void)w->refill(&v->numerator, &v->denominator);  // the window reports its own code
     } else {
         const QString name =
-            pendingName_.isEmpty() ? OxText(270) + QString::number(label) : pendingName_;
+            pendingName_.isEmpty() ? OxText(kStrNumber) + QString::number(label) : pendingName_;
         w = makeNumWin(label, name, &v->numerator, &v->denominator);
         rebuildViewMenu();
     }
@@ -216,11 +215,11 @@ void TCalcFrame::ModulusChanged(bool) {
     }
     const NumberValue& m = model_->Modulus();
     if (!modWin_) {
-        modWin_ = makeNumWin(kModulusLabel, OxText(206), &m.numerator, &m.denominator);
+        modWin_ = makeNumWin(kModulusLabel, OxText(kStrModulus), &m.numerator, &m.denominator);
         connect(modWin_, &TNumWin::shownChanged, this,
                 [this](bool shown) { model_->SetModulusMode(shown); });
     } else {
-        modWin_->refill(&m.numerator, &m.denominator);
+        (void)modWin_->refill(&m.numerator, &m.denominator);  // reports its own code
     }
     modWin_->setInscription(QString::fromStdString(model_->ModulusFormula()));
 }
@@ -263,19 +262,19 @@ void TCalcFrame::rebuildViewMenu() {
 
 bool TCalcFrame::LabelInUse(int label) { return model_->HasVariable(label); }
 
-int TCalcFrame::RunCalculate(int label, const QString& formula) {
-    if (busy_) return 0;
+Result TCalcFrame::RunCalculate(int label, const QString& formula) {
+    if (busy_) return Result::kOk;
     const std::string text = formula.toStdString();
     return RunWatched([&] { return model_->Calculate(label, text); });
 }
 
-int TCalcFrame::RunWatched(const std::function<int()>& work) {
-    if (busy_ || ctx_.running()) return -1;
+Result TCalcFrame::RunWatched(const std::function<int()>& work) {
+    if (busy_ || ctx_.running()) return Result::kStopped;
     busy_ = true;
-    int code;
+    Result code;
     {
         PollScope scope(&ctx_, this);
-        code = work();
+        code = Result(work());
     }
     busy_ = false;
     return code;
@@ -283,6 +282,17 @@ int TCalcFrame::RunWatched(const std::function<int()>& work) {
 
 void TCalcFrame::ShowBatchOutput(const QString& title, const QString& text) {
     tables_->showBatch(title, text);
+}
+
+Result TCalcFrame::RunList(const ListGenerator& generator, QWidget* progress, QString* summary) {
+    return lists_->runList(generator, progress, summary);
+}
+
+void TCalcFrame::ShowHelp(QWidget* owner, const char* name, const QString& caption) {
+    auto* help = owner->findChild<THelpWin*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!help) help = new THelpWin(owner);
+    help->showHelp(name);
+    if (!caption.isEmpty()) help->setWindowTitle(caption);
 }
 
 void TCalcFrame::RecursionChanged() {
@@ -303,11 +313,12 @@ int TCalcFrame::firstLabelInUse() const {
 void TCalcFrame::tableCommand() {
     const int first = firstLabelInUse();
     QString answer(QChar(LabelLetter(first > 0 ? first : 1)));
-    if (!TheModal().oneInput(this, OxText(kTableCaption), OxText(kTablePrompt), &answer, kMaxFieldChars))
+    if (!TheModal().oneInput(this, OxText(kStrInput), OxText(kStrLabelPrompt), &answer,
+                             kMaxFieldChars))
         return;
     const int label = LabelFromText(answer);
     if (label == 0)
-        ShowError(this, kOutOfBounds);
+        ShowError(this, Result::kOutOfBounds);
     else
         tables_->showTable(label);
 }
@@ -318,7 +329,7 @@ void TCalcFrame::showDialog(int id) {
     switch (id) {
     case kCmdCalculate: d = calcDlg_; break;
     case kCmdDefine:
-        if (!recurDlg_) recurDlg_ = new TRecurDlg(this, model_.get());
+        if (!recurDlg_) recurDlg_ = new TRecurDlg(this, model_.get(), this);
         d = recurDlg_;
         break;
     case kCmdBatch:
@@ -338,13 +349,14 @@ void TCalcFrame::showDialog(int id) {
     showWindow(d);
 }
 
-int TCalcFrame::openNumberFile(const QString& path) {
+Result TCalcFrame::openNumberFile(const QString& path) {
     NumFile file;
-    if (ReadNumFile(QFile::encodeName(path).toStdString(), &file) != 0) return 11;
+    if (ReadNumFile(QFile::encodeName(path).toStdString(), &file) != 0)
+        return Result::kCannotOpenFile;
     bool inUse[kLabelCount];
     for (int i = 0; i < kLabelCount; ++i) inUse[i] = model_->HasVariable(i + 1);
     const int label = LabelForOpenedFile(file.label, inUse);
-    if (label == 0) return 4;
+    if (label == 0) return Result::kNoMoreRoom;
     if (file.hasFont) {
         lastFont_ = file.font;
         lastFontExtra_ = file.fontExtra;
@@ -352,21 +364,22 @@ int TCalcFrame::openNumberFile(const QString& path) {
     const BigInt num = ViewOf(file.numerator);
     const BigInt den = ViewOf(file.denominator);
     pendingName_ = path;
-    const int code = model_->StoreValue(label, file.notebook, &num, &den);
+    const Result code = Result(model_->StoreValue(label, file.notebook, &num, &den));
     pendingName_.clear();
     if (code != 0) return code;
     if (TNumWin* w = numWin(label)) w->notebook()->markNotModified();
     ShowLabel(label);
-    return 0;
+    return Result::kOk;
 }
 
-int TCalcFrame::pasteNumber(const QString& text) {
+Result TCalcFrame::pasteNumber(const QString& text) {
     const int label = model_->FirstFreeLabel();
-    if (label == 0) return 4;
+    if (label == 0) return Result::kNoMoreRoom;
     BigInt value = {}, one = {};
-    int code = ReadDecimal(text.trimmed().toStdString(), &value);   // a sign may follow spaces
-    if (code == 0) code = BigFromInt(&one, 1);
-    if (code == 0) code = model_->StoreValue(label, OxString(809), &value, &one);
+    // A sign may follow spaces.
+    Result code = Result(ReadDecimal(text.trimmed().toStdString(), &value));
+    if (code == 0) code = Result(BigFromInt(&one, 1));
+    if (code == 0) code = Result(model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one));
     BigFree(&value);
     BigFree(&one);
     if (code == 0) ShowLabel(label);
@@ -379,16 +392,8 @@ void TCalcFrame::modulusCommand() {
         if (model_->ModulusMode() && modWin_) modWin_->hide();
         return;
     }
-    busy_ = true;
-    int code;
-    {
-        PollScope scope(&ctx_, this);
-        const QString title = windowTitle();
-        setWindowTitle(OxText(601));
-        code = model_->ModulusCommand(formula.toStdString());
-        setWindowTitle(title);
-    }
-    busy_ = false;
+    const std::string text = formula.toStdString();
+    const Result code = RunCaptioned([&] { return model_->ModulusCommand(text); });
     if (code != 0) {
         ShowError(this, code);
         return;
@@ -396,11 +401,6 @@ void TCalcFrame::modulusCommand() {
     // The model takes the formula after it has told about the value.
     modWin_->setInscription(QString::fromStdString(model_->ModulusFormula()));
     showWindow(modWin_);   // a new modulus is in force at once
-}
-
-void TCalcFrame::showHelp(const char* name) {
-    if (!help_) help_ = new THelpWin(this);
-    help_->showHelp(name);
 }
 
 void TCalcFrame::applyBackgrounds() {
@@ -447,20 +447,26 @@ void TCalcFrame::command(int id) {
     case kCmdBatch:
     case kCmdHailstone:
     case kCmdBaseConversion: showDialog(id); break;
-    case kCmdOneStep: OneStepCommand(model_.get(), this); break;
-    case kCmdManySteps: ManyStepsCommand(model_.get(), this); break;
+    // The step commands report their own codes.
+    case kCmdOneStep:
+        (void)OneStepCommand(model_.get(), this);
+        break;
+    case kCmdManySteps:
+        (void)ManyStepsCommand(model_.get(), this);
+        break;
     case kCmdTable: tableCommand(); break;
     case kCmdModulus: modulusCommand(); break;
     case kCmdOpen: {
-        const QString path = TheModal().openFileName(this, QString(), FileFilter(OxString(806)),
-                                                     "num", OxText(270) + "1.num");
+        const QString path =
+            TheModal().openFileName(this, QString(), FileFilter(OxString(kStrNumberFiles)), "num",
+                                    OxText(kStrNumber) + "1.num");
         if (path.isEmpty()) break;
-        const int code = openNumberFile(path);
+        const Result code = openNumberFile(path);
         if (code != 0) ShowError(this, code);
         break;
     }
     case kCmdPaste: {
-        const int code = pasteNumber(QGuiApplication::clipboard()->text());
+        const Result code = pasteNumber(QGuiApplication::clipboard()->text());
         if (code != 0) ShowError(this, code);
         break;
     }
@@ -468,10 +474,18 @@ void TCalcFrame::command(int id) {
         white_ = !white_;
         applyBackgrounds();
         break;
-    case kCmdFileHelp: showHelp("OXFILEH"); break;
-    case kCmdViewHelp: showHelp("OXVIEWH"); break;
-    case kCmdListsHelp: showHelp("OXLISTH"); break;
-    case kCmdProgramHelp: showHelp("PROGHELP"); break;
+    case kCmdFileHelp:
+        ShowHelp(this, "OXFILEH", QString());
+        break;
+    case kCmdViewHelp:
+        ShowHelp(this, "OXVIEWH", QString());
+        break;
+    case kCmdListsHelp:
+        ShowHelp(this, "OXLISTH", QString());
+        break;
+    case kCmdProgramHelp:
+        ShowHelp(this, "PROGHELP", QString());
+        break;
     case kCmdAbout: ShowAbout(this); break;
     case kCmdViewModulus: showWindow(modWin_); break;
     case kCmdExit: close(); break;

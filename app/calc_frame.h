@@ -22,8 +22,7 @@
 
 #include "app/poll_context.h"
 #include "calc/model.h"
-#include "dialogs/calc_dlg.h"
-#include "dialogs/run_host.h"
+#include "dialogs/gui_host.h"
 #include "io/logfont.h"
 #include "io/settings.h"
 #include "windows/kel_win.h"
@@ -33,13 +32,13 @@ class ListCommands;
 class QAction;
 class QMenu;
 class TBatcDlg;
+class TCalcDlg;
 class TConvDlg;
 class THailDlg;
-class THelpWin;
 class TNumWin;
 class TRecurDlg;
 
-class TCalcFrame : public TKelWin, public CalcObserver, public CalcDlgOwner, public RunHost {
+class TCalcFrame : public TKelWin, public CalcObserver, public GuiHost {
     Q_OBJECT
 public:
     TCalcFrame();
@@ -58,12 +57,11 @@ public:
     THailDlg* hailstoneDialog() const { return hailDlg_; }
     TConvDlg* conversionDialog() const { return convDlg_; }
     bool busy() const { return busy_; }
-    bool whiteBackgrounds() const { return white_; }
     const FrameSettings& settings() const { return settings_; }
 
     // The settings record: read and placed at start, written at close.
     void readSettings();
-    int writeSettings();
+    Result writeSettings();
 
     // Commands (public so that tests drive them as the menu does).
     void command(int id) override;
@@ -71,20 +69,20 @@ public:
     bool commandChecked(int id) override;
 
     // Reads a number file into the label it names, or the first free one.
-    // 0, 4 (no label free), 11, or the store's code.
-    int openNumberFile(const QString& path);
+    // kOk, kNoMoreRoom (no label free), kCannotOpenFile, or the store's code.
+    Result openNumberFile(const QString& path);
     // Clipboard text as an integer into the first free label.
-    int pasteNumber(const QString& text);
+    Result pasteNumber(const QString& text);
 
-    // CalcDlgOwner
-    bool LabelInUse(int label) override;
-    int RunCalculate(int label, const QString& formula) override;
-    void ShowLabel(int label) override;
+    // GuiHost: one computation at a time, under the poll context.
     QWidget* MainWindow() override { return this; }
-
-    // RunHost: one computation at a time, under the poll context.
-    int RunWatched(const std::function<int()>& work) override;
+    Result RunWatched(const std::function<int()>& work) override;
+    bool LabelInUse(int label) override;
+    Result RunCalculate(int label, const QString& formula) override;
+    void ShowLabel(int label) override;
     void ShowBatchOutput(const QString& title, const QString& text) override;
+    Result RunList(const ListGenerator& generator, QWidget* progress, QString* summary) override;
+    void ShowHelp(QWidget* owner, const char* name, const QString& caption) override;
 
     // CalcObserver
     void VariableChanged(int label) override;
@@ -100,7 +98,6 @@ private:
     TNumWin* makeNumWin(int label, const QString& name, const BigInt* num, const BigInt* den);
     void placeNumWin(TNumWin* w, int32_t digits);
     void rebuildViewMenu();
-    void showHelp(const char* name);
     void modulusCommand();
     void applyBackgrounds();
     void showWindow(QWidget* w);
@@ -112,7 +109,6 @@ private:
     std::unique_ptr<CalcModel> model_;
     TNumWin* numWins_[kLabelCount] = {};
     TNumWin* modWin_ = nullptr;
-    THelpWin* help_ = nullptr;
     TCalcDlg* calcDlg_ = nullptr;
     TRecurDlg* recurDlg_ = nullptr;
     TBatcDlg* batchDlg_ = nullptr;

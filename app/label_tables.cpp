@@ -4,15 +4,15 @@
 
 #include "app/placement.h"
 #include "calc/model.h"
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/table_win.h"
-#include "windows/ui_text.h"
 
 namespace {
 
 // How often a running recursion redraws the tables it fills.
 constexpr int kRefreshIntervalMs = 200;
-constexpr int kTableTitle = 812;   // "table"
 // Below the frame (app/placement.h): the batch window, then the tables by label.
 constexpr int kBatchStep = 1;
 constexpr int kFirstTableStep = 3;
@@ -43,8 +43,7 @@ TTableWin* LabelTables::showTable(int label) {
     if (label < 1 || label > kLabelCount) return nullptr;
     TTableWin*& t = tables_[label - 1];
     if (!t) {
-        const QString title =
-            OxText(kTableTitle) + QLatin1Char(' ') + QChar(LabelLetter(label));
+        const QString title = OxText(kStrTable) + QLatin1Char(' ') + QChar(LabelLetter(label));
         t = new TTableWin(owner_, title);
         PlaceBelowFrame(owner_, t, kFirstTableStep + (label - 1) % 8);
     }

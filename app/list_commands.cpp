@@ -9,17 +9,15 @@
 #include "dialogs/heron_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/quads_dlg.h"
-#include "dialogs/run_host.h"
+#include "dialogs/ui_text.h"
 #include "lists/list_generators.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/table_win.h"
 #include "windows/text_win.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kInputCaption = 5;      // "input"
 constexpr int kPolygonChars = 19;
 constexpr int kFactorFont = 2;        // the font table's Courier New 10
 // Where the two windows first open below the frame (app/placement.h).
@@ -71,7 +69,7 @@ const MenuList* FindMenuList(int id) {
 
 }  // namespace
 
-ListCommands::ListCommands(RunHost* host, CalcContext* ctx) : host_(host), ctx_(ctx) {}
+ListCommands::ListCommands(GuiHost* host, CalcContext* ctx) : host_(host), ctx_(ctx) {}
 
 ListCommands::~ListCommands() {
     delete heron_;
@@ -87,8 +85,6 @@ bool ListCommands::Handles(int id) {
            (id >= kCmdQuadruples && id <= kCmdLatticeCubes);
 }
 
-QWidget* ListCommands::MainWindow() { return host_->MainWindow(); }
-
 void ListCommands::command(int id) {
     if (FindMenuList(id))
         askOneInput(id);
@@ -100,7 +96,7 @@ void ListCommands::command(int id) {
 
 void ListCommands::askOneInput(int id) {
     const MenuList& m = *FindMenuList(id);
-    QWidget* main = MainWindow();
+    QWidget* main = host_->MainWindow();
     QString text = m.kind == ListKind::cyclotomic
                        ? QString::number(cyclotomicIndex_)
                        : QString::fromStdString(ListDialogDefault(m.kind, &SharedListRandom()));
@@ -113,7 +109,7 @@ void ListCommands::askOneInput(int id) {
     ListGenerator generator;
     if (m.byValue) {
         uint32_t value = 0;
-        if (int code = ReadListValue(m.kind, typed, &value)) {
+        if (const Result code = Result(ReadListValue(m.kind, typed, &value))) {
             ShowError(main, code);
             return;
         }
@@ -122,27 +118,28 @@ void ListCommands::askOneInput(int id) {
     } else {
         generator = [f = m.byText, typed](CalcContext* c, ListOutput* o) { return f(c, typed, o); };
     }
-    run(m.target, generator, main, nullptr);
+    (void)run(m.target, generator, main, nullptr);  // run reports its errors
 }
 
 void ListCommands::askPolygons() {
-    QWidget* main = MainWindow();
+    QWidget* main = host_->MainWindow();
     QString length = QString::fromLatin1(kPolygonLengthPreset);
     QString sides = QString::fromLatin1(kPolygonSidesPreset);
-    if (!TheModal().twoInput(main, OxText(kInputCaption), QString::fromStdString(PolygonLengthPrompt()),
+    if (!TheModal().twoInput(main, OxText(kStrInput), QString::fromStdString(PolygonLengthPrompt()),
                              QString::fromStdString(PolygonSidesPrompt()), &length, kPolygonChars,
                              &sides, kPolygonChars, QString(), QString()))
         return;
     uint32_t n = 0, m = 0;
-    const int code = ParseListUnsigned(length.toStdString(), &n) &&
-                       ParseListUnsigned(sides.toStdString(), &m)
-                   ? CheckPolygonInputs(n, m)
-                   : kListOutOfBounds;
+    const Result code =
+        ParseListUnsigned(length.toStdString(), &n) && ParseListUnsigned(sides.toStdString(), &m)
+            ? Result(CheckPolygonInputs(n, m))
+            : Result::kOutOfBounds;
     if (code != 0) {
         ShowError(main, code);
         return;
     }
-    run(ListTarget::list,
+    (void)run(
+        ListTarget::list,  // run reports its errors
         [n, m](CalcContext* c, ListOutput* o) {
             return ListPolygons(c, n, m, kPolygonRoundCap, &SharedListRandom(), o);
         },
@@ -150,24 +147,24 @@ void ListCommands::askPolygons() {
 }
 
 void ListCommands::showDialog(int id) {
-    QWidget* main = MainWindow();
+    QWidget* main = host_->MainWindow();
     QDialog* d = nullptr;
     switch (id) {
     case kCmdHeronian:
-        if (!heron_) heron_ = new THeroDlg(main, this);
+        if (!heron_) heron_ = new THeroDlg(main, host_);
         d = heron_;
         break;
     case kCmdRationalMedians:
-        if (!rational_) rational_ = new TRatMDlg(main, this, false);
+        if (!rational_) rational_ = new TRatMDlg(main, host_, false);
         d = rational_;
         break;
     case kCmdPerpendicularMedians:
-        if (!perpendicular_) perpendicular_ = new TRatMDlg(main, this, true);
+        if (!perpendicular_) perpendicular_ = new TRatMDlg(main, host_, true);
         d = perpendicular_;
         break;
     case kCmdQuadruples:
     case kCmdLatticeCubes:
-        if (!quads_) quads_ = new TQuadDlg(main, this);
+        if (!quads_) quads_ = new TQuadDlg(main, host_);
         // The cube list lives behind the quadruples' fourth choice; the
         // quadruples item leaves a cube choice for the first quadruple one.
         if (id == kCmdLatticeCubes)
@@ -181,13 +178,13 @@ void ListCommands::showDialog(int id) {
     PresentWindow(d);
 }
 
-int ListCommands::RunList(const ListGenerator& generator, QWidget* progress, QString* summary) {
+Result ListCommands::runList(const ListGenerator& generator, QWidget* progress, QString* summary) {
     return run(ListTarget::list, generator, progress, summary);
 }
 
-int ListCommands::run(ListTarget target, const ListGenerator& generator, QWidget* progress,
-                      QString* summary) {
-    QWidget* main = MainWindow();
+Result ListCommands::run(ListTarget target, const ListGenerator& generator, QWidget* progress,
+                         QString* summary) {
+    QWidget* main = host_->MainWindow();
     const QString caption = progress->windowTitle();
     ListOutput out;
     out.status = [progress](const std::string& text) {
@@ -197,7 +194,7 @@ int ListCommands::run(ListTarget target, const ListGenerator& generator, QWidget
     main->activateWindow();
     main->setFocus();
     bool ran = false;
-    const int code = host_->RunWatched([&] {
+    const Result code = host_->RunWatched([&] {
         ran = true;
         return generator(ctx_, &out);
     });
@@ -218,8 +215,8 @@ void ListCommands::show(ListTarget target, const ListOutput& out) {
     QString text = QString::fromLatin1(out.text.data(), static_cast<qsizetype>(out.text.size()));
     if (target == ListTarget::list) {
         if (!list_) {
-            list_ = new TTableWin(MainWindow(), caption);
-            PlaceBelowFrame(MainWindow(), list_, kListStep);
+            list_ = new TTableWin(host_->MainWindow(), caption);
+            PlaceBelowFrame(host_->MainWindow(), list_, kListStep);
         }
         list_->replaceText(text);
         list_->setTextAndTitle(caption);
@@ -228,8 +225,8 @@ void ListCommands::show(ListTarget target, const ListOutput& out) {
     }
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     if (!factor_) {
-        factor_ = new TTextWin(MainWindow(), caption, QString(), QString(), kFactorFont);
-        PlaceBelowFrame(MainWindow(), factor_, kFactorStep);
+        factor_ = new TTextWin(host_->MainWindow(), caption, QString(), QString(), kFactorFont);
+        PlaceBelowFrame(host_->MainWindow(), factor_, kFactorStep);
     }
     factor_->replaceText(text);
     factor_->markNotModified();

@@ -13,12 +13,11 @@
 
 #include <cstdint>
 
-#include "dialogs/list_runner.h"
+#include "dialogs/gui_host.h"
 #include "lists/list_inputs.h"
 
 class CalcContext;
 class QDialog;
-class RunHost;
 class THeroDlg;
 class TQuadDlg;
 class TRatMDlg;
@@ -48,12 +47,13 @@ enum ListsCommand {
 // Where a list's text goes.
 enum class ListTarget { list, factorization };
 
-class ListCommands : public ListRunner {
+class ListCommands {
 public:
-    // host runs the generators (its RunWatched) and parents the windows and
-    // dialogs; ctx is the context they poll. Both must outlive this object.
-    ListCommands(RunHost* host, CalcContext* ctx);
-    ~ListCommands() override;
+    // host runs the generators (its RunWatched), parents the windows and
+    // dialogs and is their host; ctx is the context they poll. Both must
+    // outlive this object.
+    ListCommands(GuiHost* host, CalcContext* ctx);
+    ~ListCommands();
     ListCommands(const ListCommands&) = delete;
     ListCommands& operator=(const ListCommands&) = delete;
 
@@ -70,19 +70,20 @@ public:
     TQuadDlg* quadDialog() const { return quads_; }
     uint32_t cyclotomicIndex() const { return cyclotomicIndex_; }
 
-    // ListRunner
-    QWidget* MainWindow() override;
-    int RunList(const ListGenerator& generator, QWidget* progress, QString* summary) override;
+    // GuiHost::RunList for the host: into the list window.
+    [[nodiscard]] Result runList(const ListGenerator& generator, QWidget* progress,
+                                 QString* summary);
 
 private:
     // As RunList, into the target window; summary may be null.
-    int run(ListTarget target, const ListGenerator& generator, QWidget* progress, QString* summary);
+    Result run(ListTarget target, const ListGenerator& generator, QWidget* progress,
+               QString* summary);
     void show(ListTarget target, const ListOutput& out);
     void askOneInput(int id);
     void askPolygons();
     void showDialog(int id);
 
-    RunHost* host_;
+    GuiHost* host_;
     CalcContext* ctx_;
     TTableWin* list_ = nullptr;
     TTextWin* factor_ = nullptr;

@@ -8,28 +8,32 @@
 #include <QVBoxLayout>
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
 constexpr int kMinorVersion = 2;
 
-
 QPointer<TAboutDlg> g_open;
 
 }  // namespace
 
-QString TAboutDlg::Caption() { return OxText(730) + OxText(731) + QString::number(kMinorVersion) + "]"; }
+QString TAboutDlg::Caption() {
+    return OxText(kStrAboutOrdix) + OxText(kStrVersionOpen) + QString::number(kMinorVersion) + "]";
+}
 
 QString TAboutDlg::Text() {
-    QStringList lines{QString(), OxText(732), OxText(733) + " 5 " + OxText(734) + " 2012", QString(), QString()};
+    QStringList lines{QString(), OxText(kStrSystems),
+                      OxText(kStrVersionCompiled) + " 5 " + OxText(kStrCompileMonth) + " 2012",
+                      QString(), QString()};
     // The notice: blank lines after its third and seventh lines.
-    for (int id = 735; id <= 741; ++id) {
+    for (int id = kStrNoticeFirst; id <= kStrNoticeLast; ++id) {
         lines << OxText(id);
-        if (id == 737 || id == 741) lines << QString();
+        if (id == kStrNoticeThird || id == kStrNoticeLast) lines << QString();
     }
-    lines << OxText(742);
+    lines << OxText(kStrComments);
     return lines.join('\n');
 }
 
@@ -43,7 +47,8 @@ TAboutDlg::TAboutDlg(QWidget* parent) : TGenDlg(parent) {
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     const QFontMetrics fm(text->font());
     const int lines = Text().count('\n') + 1;
-    text->setMinimumSize(fm.horizontalAdvance(OxText(741)) + 40, fm.lineSpacing() * (lines + 1) + 12);
+    text->setMinimumSize(fm.horizontalAdvance(OxText(kStrNoticeLast)) + 40,
+                         fm.lineSpacing() * (lines + 1) + 12);
     box->addWidget(text);
     auto* row = new QHBoxLayout;
     auto* ok = new QPushButton(QStringLiteral("ok"), this);

@@ -6,17 +6,15 @@
 #include <QVBoxLayout>
 
 #include "calc/model.h"
+#include "dialogs/gui_host.h"
 #include "dialogs/modal.h"
-#include "dialogs/run_host.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kTitleString = 278;     // "batch calculation"
-constexpr int kBusyString = 601;      // "press Q to quit"
 constexpr int kFieldWidthChars = 40;
 
 QLineEdit* Field(QWidget* parent, int presetId) {
@@ -28,30 +26,31 @@ QLineEdit* Field(QWidget* parent, int presetId) {
 
 }  // namespace
 
-TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host)
-    : TBusyDlg(parent, "BATCH", kTitleString), model_(model), host_(host) {
-    formula_ = Field(this, 916);
-    first_ = Field(this, 917);
-    second_ = Field(this, 918);
+TBatcDlg::TBatcDlg(QWidget* parent, CalcModel* model, GuiHost* host)
+    : TBusyDlg(parent, "BATCH", kStrBatch), model_(model), host_(host) {
+    formula_ = Field(this, kStrBatchFormula);
+    first_ = Field(this, kStrBatchFirst);
+    second_ = Field(this, kStrBatchSecond);
 
     auto* form = new QFormLayout;
-    form->addRow(OxText(205), formula_);
-    form->addRow(OxText(914), first_);
-    form->addRow(OxText(915), second_);
+    form->addRow(OxText(kStrCalculation), formula_);
+    form->addRow(OxText(kStrBaseA), first_);
+    form->addRow(OxText(kStrBaseB), second_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addWidget(makeButtons(45, "calculate", [this] { calculate(); }));
+    layout->addWidget(makeButtons(kStrCalculate, "calculate",
+                                  [this] { (void)calculate(); }));  // reported already
 }
 
-int TBatcDlg::calculate() {
-    if (busy()) return 0;
+Result TBatcDlg::calculate() {
+    if (busy()) return Result::kOk;
     const std::string formula = formula_->text().toStdString();
     const std::string first = first_->text().toStdString();
     const std::string second = second_->text().toStdString();
     setBusy(true);
     host_->MainWindow()->activateWindow();
     BatchResult out;
-    const int code =
+    const Result code =
         host_->RunWatched([&] { return model_->Batch(formula, first, second, &out); });
     if (out.shown)
         host_->ShowBatchOutput(QString::fromStdString(out.title), QString::fromStdString(out.text));

@@ -7,16 +7,17 @@
 #pragma once
 
 #include "dialogs/busy_dlg.h"
+#include "resources/result.h"
 
 class CalcModel;
 class QLineEdit;
-class RunHost;
+class GuiHost;
 
 class TBatcDlg : public TBusyDlg {
     Q_OBJECT
 public:
     // model and host must outlive the dialog.
-    TBatcDlg(QWidget* parent, CalcModel* model, RunHost* host);
+    TBatcDlg(QWidget* parent, CalcModel* model, GuiHost* host);
 
     QLineEdit* formulaEdit() const { return formula_; }
     QLineEdit* firstList() const { return first_; }
@@ -24,11 +25,11 @@ public:
 
     // "calculate": 0, or the code of the batch (already reported): 6 for an
     // empty list, a compile code, or the last pair's evaluation code.
-    int calculate();
+    Result calculate();
 
 private:
     CalcModel* model_;
-    RunHost* host_;
+    GuiHost* host_;
     QLineEdit* formula_;
     QLineEdit* first_;
     QLineEdit* second_;

@@ -6,13 +6,11 @@
 
 #include "calc/model.h"
 #include "dialogs/lunch_key.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
-#include "windows/ui_text.h"
+#include "resources/string_ids.h"
 
 namespace {
-
-constexpr int kBusyString = 601;    // "press Q to quit"
-constexpr int kCloseString = 44;    // "close"
 
 }  // namespace
 
@@ -29,7 +27,7 @@ QDialogButtonBox* TBusyDlg::makeButtons(int actionTextId, const char* actionName
     auto* action = new QPushButton(OxText(actionTextId), this);
     action->setObjectName(QString::fromLatin1(actionName));
     action->setDefault(true);
-    auto* close = new QPushButton(OxText(kCloseString), this);
+    auto* close = new QPushButton(OxText(kStrClose), this);
     close->setObjectName(QStringLiteral("close"));
     close->setAutoDefault(false);
     auto* buttons = new QDialogButtonBox(this);
@@ -44,7 +42,7 @@ QDialogButtonBox* TBusyDlg::makeButtons(int actionTextId, const char* actionName
 
 void TBusyDlg::setBusy(bool busy) {
     busy_ = busy;
-    setWindowTitle(OxText(busy ? kBusyString : titleId_));
+    setWindowTitle(OxText(busy ? kStrPressQToQuit : titleId_));
 }
 
 void TBusyDlg::reject() {

@@ -6,48 +6,47 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+#include "dialogs/gui_host.h"
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kFirstLabelShown = 14;   // N
-constexpr int kCancelledByUser = -12;
+constexpr int kFirstLabelShown = 14;  // N
 
 }  // namespace
 
-CalcDlgOwner::~CalcDlgOwner() = default;
-
-TCalcDlg::TCalcDlg(QWidget* parent, CalcDlgOwner* owner)
-    : TBusyDlg(parent, "CALC", 205), owner_(owner) {
-    formula_ = new QLineEdit(OxText(810), this);
+TCalcDlg::TCalcDlg(QWidget* parent, GuiHost* host)
+    : TBusyDlg(parent, "CALC", kStrCalculation), host_(host) {
+    formula_ = new QLineEdit(OxText(kStrFormulaPreset), this);
     formula_->setMaxLength(kMaxFieldChars);
     formula_->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
     label_ = LabelComboBox(this, kFirstLabelShown);
 
     auto* form = new QFormLayout;
     form->addRow(formula_);
-    form->addRow(OxText(807), label_);
+    form->addRow(OxText(kStrNameResult), label_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addWidget(makeButtons(808, "create", [this] { create(); }));
+    layout->addWidget(
+        makeButtons(kStrCreate, "create", [this] { (void)create(); }));  // reported already
 }
 
-int TCalcDlg::create() {
-    if (busy()) return 0;
+Result TCalcDlg::create() {
+    if (busy()) return Result::kOk;
     const int label = label_->currentIndex() + 1;
-    if (owner_->LabelInUse(label) &&
-        AskMessage(this, OxText(2), OxText(13), kMsgYesNo) != kMbYes)
-        return kCancelledByUser;
+    if (host_->LabelInUse(label) &&
+        AskMessage(this, OxText(kStrCareful), OxText(kStrOverwrite), kMsgYesNo) != kMbYes)
+        return Result::kCancelled;
     setBusy(true);
-    if (QWidget* w = owner_->MainWindow()) w->activateWindow();
-    const int code = owner_->RunCalculate(label, formula_->text());
+    host_->MainWindow()->activateWindow();
+    const Result code = host_->RunCalculate(label, formula_->text());
     setBusy(false);
     if (code == 0)
-        owner_->ShowLabel(label);
+        host_->ShowLabel(label);
     else
         ShowError(this, code);
     return code;

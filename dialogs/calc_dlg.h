@@ -7,35 +7,26 @@
 #include <QString>
 
 #include "dialogs/busy_dlg.h"
+#include "resources/result.h"
 
+class GuiHost;
 class QComboBox;
 class QLineEdit;
-
-// What the dialog needs from the main window.
-class CalcDlgOwner {
-public:
-    virtual ~CalcDlgOwner();
-    virtual bool LabelInUse(int label) = 0;
-    // Compiles and evaluates formula into label 1..26: the result code.
-    virtual int RunCalculate(int label, const QString& formula) = 0;
-    virtual void ShowLabel(int label) = 0;
-    virtual QWidget* MainWindow() = 0;
-};
 
 class TCalcDlg : public TBusyDlg {
     Q_OBJECT
 public:
-    TCalcDlg(QWidget* parent, CalcDlgOwner* owner);
+    TCalcDlg(QWidget* parent, GuiHost* host);
 
     QLineEdit* formulaEdit() const { return formula_; }
     QComboBox* labelBox() const { return label_; }
 
-    // The "create" button: 0, -12 when the overwrite question was answered
-    // no, or the calculation's code (already reported).
-    int create();
+    // The "create" button: kOk, kCancelled when the overwrite question was
+    // answered no, or the calculation's code (already reported).
+    Result create();
 
 private:
-    CalcDlgOwner* owner_;
+    GuiHost* host_;
     QLineEdit* formula_;
     QComboBox* label_;
 };

@@ -10,13 +10,13 @@
 #include <string>
 
 #include "calc/conversion.h"
+#include "dialogs/gui_host.h"
 #include "dialogs/modal.h"
-#include "dialogs/run_host.h"
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
-
 
 constexpr int kInputBaseAtStart = 2;
 constexpr int kOutputBaseAtStart = 10;
@@ -35,25 +35,25 @@ QButtonGroup* BaseRow(QWidget* parent, QGridLayout* grid, int row, int checked) 
 
 }  // namespace
 
-TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host)
-    : TBusyDlg(parent, "CONVERT", 912), ctx_(ctx), host_(host) {
-
+TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, GuiHost* host)
+    : TBusyDlg(parent, "CONVERT", kStrBaseConversion), ctx_(ctx), host_(host) {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(2);
     const int columns = kLastBase - kFirstBase + 1;
     from_ = BaseRow(this, grid, 0, kInputBaseAtStart);
-    input_ = new QLineEdit(OxText(919), this);
+    input_ = new QLineEdit(OxText(kStrConvInput), this);
     input_->setMaxLength(kConvInputChars);
     grid->addWidget(input_, 1, 0, 1, columns);
 
-    auto* buttons = makeButtons(913, "convert", [this] { convert(); });
+    auto* buttons =
+        makeButtons(kStrConvert, "convert", [this] { (void)convert(); });  // reported already
     buttons->setCenterButtons(true);
     grid->addWidget(buttons, 2, 0, 1, columns);
 
     to_ = BaseRow(this, grid, 3, kOutputBaseAtStart);
     // The longest output, a full base-16 input written in base 2, has 12000
     // digits: within a line edit's default limit of 32767.
-    output_ = new QLineEdit(OxText(920), this);
+    output_ = new QLineEdit(OxText(kStrConvBases), this);
     output_->setReadOnly(true);
     grid->addWidget(output_, 4, 0, 1, columns);
 
@@ -69,11 +69,11 @@ void TConvDlg::setBases(int from, int to) {
     if (QAbstractButton* b = to_->button(to)) b->setChecked(true);
 }
 
-int TConvDlg::convert() {
+Result TConvDlg::convert() {
     const std::string input = input_->text().toStdString();
     const int from = inputBase(), to = outputBase();
     std::string digits;
-    const int code =
+    const Result code =
         host_->RunWatched([&] { return ConvertDigits(ctx_, from, to, input, &digits); });
     if (code != 0) {
         output_->clear();
@@ -81,5 +81,5 @@ int TConvDlg::convert() {
         return code;
     }
     output_->setText(QString::fromStdString(digits));
-    return 0;
+    return Result::kOk;
 }

@@ -6,11 +6,12 @@
 #pragma once
 
 #include "dialogs/busy_dlg.h"
+#include "resources/result.h"
 
 class CalcContext;
 class QButtonGroup;
 class QLineEdit;
-class RunHost;
+class GuiHost;
 
 constexpr int kConvInputChars = 3000;
 constexpr int kFirstBase = 2;
@@ -20,7 +21,7 @@ class TConvDlg : public TBusyDlg {
     Q_OBJECT
 public:
     // ctx and host must outlive the dialog.
-    TConvDlg(QWidget* parent, CalcContext* ctx, RunHost* host);
+    TConvDlg(QWidget* parent, CalcContext* ctx, GuiHost* host);
 
     QLineEdit* inputEdit() const { return input_; }
     QLineEdit* outputEdit() const { return output_; }
@@ -30,11 +31,11 @@ public:
 
     // "convert": 0 with the digits in the output, or the code (already
     // reported, the output emptied): 1 for an invalid digit, 3, -1.
-    int convert();
+    Result convert();
 
 private:
     CalcContext* ctx_;
-    RunHost* host_;
+    GuiHost* host_;
     QButtonGroup* from_;
     QButtonGroup* to_;
     QLineEdit* input_;

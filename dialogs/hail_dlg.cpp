@@ -8,16 +8,15 @@
 #include <QVBoxLayout>
 
 #include "calc/model.h"
+#include "dialogs/gui_host.h"
 #include "dialogs/modal.h"
-#include "dialogs/run_host.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kTitleString = 275;   // "Collatz calculation"
 constexpr int kSeedAtStart = 8;     // H
 constexpr int kMaximumAtStart = 13; // M
 constexpr int kResultWidthChars = 12;
@@ -32,36 +31,37 @@ QLineEdit* ResultField(QWidget* parent, int textId) {
 
 }  // namespace
 
-THailDlg::THailDlg(QWidget* parent, CalcModel* model, RunHost* host)
-    : TBusyDlg(parent, "COLLATZ", kTitleString), model_(model), host_(host) {
+THailDlg::THailDlg(QWidget* parent, CalcModel* model, GuiHost* host)
+    : TBusyDlg(parent, "COLLATZ", kStrCollatz), model_(model), host_(host) {
     seed_ = LabelComboBox(this, kSeedAtStart);
     maximum_ = LabelComboBox(this, kMaximumAtStart);
-    steps_ = ResultField(this, 910);
-    stepsToMaximum_ = ResultField(this, 911);
+    steps_ = ResultField(this, kStrStepsUnknown);
+    stepsToMaximum_ = ResultField(this, kStrMaximumUnknown);
 
     auto* grid = new QGridLayout;
     grid->addWidget(seed_, 0, 0);
-    grid->addWidget(new QLabel(OxText(906), this), 0, 1);
-    grid->addWidget(new QLabel(OxText(907), this), 1, 0, Qt::AlignRight);
+    grid->addWidget(new QLabel(OxText(kStrTermZero), this), 0, 1);
+    grid->addWidget(new QLabel(OxText(kStrOneIsTerm), this), 1, 0, Qt::AlignRight);
     grid->addWidget(steps_, 1, 1);
     grid->addWidget(maximum_, 2, 0);
-    grid->addWidget(new QLabel(OxText(908), this), 2, 1);
-    grid->addWidget(new QLabel(OxText(909), this), 3, 0, Qt::AlignRight);
+    grid->addWidget(new QLabel(OxText(kStrIsMaximum), this), 2, 1);
+    grid->addWidget(new QLabel(OxText(kStrMaximumIsTerm), this), 3, 0, Qt::AlignRight);
     grid->addWidget(stepsToMaximum_, 3, 1);
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
-    layout->addWidget(makeButtons(45, "calculate", [this] { calculate(); }));
+    layout->addWidget(makeButtons(kStrCalculate, "calculate",
+                                  [this] { (void)calculate(); }));  // reported already
 }
 
-int THailDlg::calculate() {
-    if (busy()) return 0;
+Result THailDlg::calculate() {
+    if (busy()) return Result::kOk;
     const int seed = seed_->currentIndex() + 1;
     const int maximum = maximum_->currentIndex() + 1;
     setBusy(true);
     host_->MainWindow()->activateWindow();
     HailResult result;
-    const int code =
+    const Result code =
         host_->RunWatched([&] { return model_->Hailstone(seed, maximum, &result); });
     setBusy(false);
     if (code != 0) {
@@ -70,5 +70,5 @@ int THailDlg::calculate() {
     }
     steps_->setText(QString::number(result.steps));
     stepsToMaximum_->setText(QString::number(result.stepsToMaximum));
-    return 0;
+    return Result::kOk;
 }

@@ -7,17 +7,18 @@
 #pragma once
 
 #include "dialogs/busy_dlg.h"
+#include "resources/result.h"
 
 class CalcModel;
 class QComboBox;
 class QLineEdit;
-class RunHost;
+class GuiHost;
 
 class THailDlg : public TBusyDlg {
     Q_OBJECT
 public:
     // model and host must outlive the dialog.
-    THailDlg(QWidget* parent, CalcModel* model, RunHost* host);
+    THailDlg(QWidget* parent, CalcModel* model, GuiHost* host);
 
     QComboBox* seedBox() const { return seed_; }
     QComboBox* maximumBox() const { return maximum_; }
@@ -27,11 +28,11 @@ public:
     // "calculate": 0, or the code (already reported): 2 for a seed label
     // without a value, 6 for the same label twice, 14 for a seed below 1,
     // -1 when stopped, 3. The result fields change only on 0.
-    int calculate();
+    Result calculate();
 
 private:
     CalcModel* model_;
-    RunHost* host_;
+    GuiHost* host_;
     QComboBox* seed_;
     QComboBox* maximum_;
     QLineEdit* steps_;

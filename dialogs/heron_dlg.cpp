@@ -8,17 +8,17 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "dialogs/gui_host.h"
 #include "dialogs/list_dlg.h"
-#include "dialogs/list_runner.h"
 #include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
-
 
 struct TriangleText {
     const char* resource;
@@ -29,18 +29,20 @@ struct TriangleText {
 
 TriangleText TextOf(TriangleList kind) {
     switch (kind) {
-    case TriangleList::heronian: return {"HERON", 248, kPerimeterPresetMin, 823};
-    case TriangleList::rationalMedians: return {"RATMED", 249, kPerimeterPresetMin, 823};
+    case TriangleList::heronian:
+        return {"HERON", kStrHeronian, kPerimeterPresetMin, kStrAboveEleven};
+    case TriangleList::rationalMedians:
+        return {"RATMED", kStrRationalMedians, kPerimeterPresetMin, kStrAboveEleven};
     case TriangleList::perpendicularMedians:
-        return {"PERPMED", 251, kPerpendicularPresetMin, 825};
+        return {"PERPMED", kStrPerpendicularMedians, kPerpendicularPresetMin, kStrAboveFiftyThree};
     }
     return {"", 0, 0, 0};
 }
 
 }  // namespace
 
-TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kind)
-    : TGenDlg(parent), runner_(runner), kind_(kind) {
+TTriangleDlg::TTriangleDlg(QWidget* parent, GuiHost* host, TriangleList kind)
+    : TGenDlg(parent), host_(host), kind_(kind) {
     const TriangleText t = TextOf(kind);
     setObjectName(QString::fromLatin1(t.resource));
     setWindowTitle(title());
@@ -48,9 +50,9 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
 
     min_ = ListBoundEdit(this, 211, QString::number(t.presetMin));
     max_ = ListBoundEdit(this, 212, QString::number(kPerimeterPresetMax));
-    right_ = ListControl<QCheckBox>(this, 271, OxText(826));
-    isosceles_ = ListControl<QCheckBox>(this, 272, OxText(827));
-    atLeastTwo_ = ListControl<QCheckBox>(this, 273, OxText(828));
+    right_ = ListControl<QCheckBox>(this, 271, OxText(kStrRightTriangles));
+    isosceles_ = ListControl<QCheckBox>(this, 272, OxText(kStrIsosceles));
+    atLeastTwo_ = ListControl<QCheckBox>(this, 273, OxText(kStrAtLeastTwo));
     const bool perpendicular = kind == TriangleList::perpendicularMedians;
     right_->setVisible(!perpendicular);
     isosceles_->setVisible(!perpendicular);
@@ -61,12 +63,12 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
     QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
 
     auto* grid = new QGridLayout;
-    grid->addWidget(new QLabel(OxText(821), this), 0, 0);
+    grid->addWidget(new QLabel(OxText(kStrMinPerimeter), this), 0, 0);
     grid->addWidget(min_, 0, 1);
     grid->addWidget(new QLabel(OxText(t.minAdviceId), this), 0, 2);
-    grid->addWidget(new QLabel(OxText(822), this), 1, 0);
+    grid->addWidget(new QLabel(OxText(kStrMaxPerimeter), this), 1, 0);
     grid->addWidget(max_, 1, 1);
-    grid->addWidget(new QLabel(OxText(824), this), 1, 2);
+    grid->addWidget(new QLabel(OxText(kStrBelow65536), this), 1, 2);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
     if (!perpendicular) {
@@ -77,7 +79,7 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kin
     layout->addWidget(buttons);
 
     AddLunchKey(this);
-    connect(listButton, &QPushButton::clicked, this, [this] { list(); });
+    connect(listButton, &QPushButton::clicked, this, [this] { (void)list(); });  // reported already
     connect(closeButton, &QPushButton::clicked, this, &TTriangleDlg::reject);
 }
 
@@ -87,14 +89,14 @@ void TTriangleDlg::reject() {
     if (!busy_) TGenDlg::reject();
 }
 
-int TTriangleDlg::list() {
-    if (busy_) return 0;
+Result TTriangleDlg::list() {
+    if (busy_) return Result::kOk;
     TriangleOptions o;
-    int code = ReadDialogBound(min_, &o.minPerimeter);
+    Result code = ReadDialogBound(min_, &o.minPerimeter);
     if (code == 0) code = ReadDialogBound(max_, &o.maxPerimeter);
-    if (code == 0) code = CheckPerimeterBounds(o.minPerimeter, o.maxPerimeter);
+    if (code == 0) code = Result(CheckPerimeterBounds(o.minPerimeter, o.maxPerimeter));
     if (code != 0) {
-        ShowError(runner_->MainWindow(), code);
+        ShowError(host_->MainWindow(), code);
         return code;
     }
     o.right = right_->isChecked();
@@ -111,7 +113,7 @@ int TTriangleDlg::list() {
     };
     busy_ = true;
     QString summary;
-    code = runner_->RunList(generator, this, &summary);
+    code = host_->RunList(generator, this, &summary);
     busy_ = false;
     // Deliberately, the perpendicular-median dialog keeps the list's summary.
     const bool keepSummary = kind_ == TriangleList::perpendicularMedians && !summary.isEmpty();
@@ -119,10 +121,10 @@ int TTriangleDlg::list() {
     return code;
 }
 
-THeroDlg::THeroDlg(QWidget* parent, ListRunner* runner)
-    : TTriangleDlg(parent, runner, TriangleList::heronian) {}
+THeroDlg::THeroDlg(QWidget* parent, GuiHost* host)
+    : TTriangleDlg(parent, host, TriangleList::heronian) {}
 
-TRatMDlg::TRatMDlg(QWidget* parent, ListRunner* runner, bool perpendicular)
-    : TTriangleDlg(parent, runner,
-                   perpendicular ? TriangleList::perpendicularMedians
-                                 : TriangleList::rationalMedians) {}
+TRatMDlg::TRatMDlg(QWidget* parent, GuiHost* host, bool perpendicular)
+    : TTriangleDlg(
+          parent, host,
+          perpendicular ? TriangleList::perpendicularMedians : TriangleList::rationalMedians) {}

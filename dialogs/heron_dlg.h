@@ -14,8 +14,9 @@
 #include <cstdint>
 
 #include "dialogs/gen_dlg.h"
+#include "resources/result.h"
 
-class ListRunner;
+class GuiHost;
 class QCheckBox;
 class QLineEdit;
 
@@ -34,18 +35,18 @@ public:
     // "list": 0 or the run's code; 6 ("inconsistent data") for max below
     // min and 17 ("out of bounds") outside 12..65535 are reported by the
     // main window and nothing runs.
-    int list();
+    Result list();
 
 public slots:
     void reject() override;
 
 protected:
-    TTriangleDlg(QWidget* parent, ListRunner* runner, TriangleList kind);
+    TTriangleDlg(QWidget* parent, GuiHost* host, TriangleList kind);
 
 private:
     QString title() const;
 
-    ListRunner* runner_;
+    GuiHost* host_;
     TriangleList kind_;
     QLineEdit* min_;
     QLineEdit* max_;
@@ -58,7 +59,7 @@ private:
 class THeroDlg : public TTriangleDlg {
     Q_OBJECT
 public:
-    THeroDlg(QWidget* parent, ListRunner* runner);
+    THeroDlg(QWidget* parent, GuiHost* host);
 };
 
 class TRatMDlg : public TTriangleDlg {
@@ -66,5 +67,5 @@ class TRatMDlg : public TTriangleDlg {
 public:
     // perpendicular: the PERPMED dialog, whose caption after a run is the
     // list's summary.
-    TRatMDlg(QWidget* parent, ListRunner* runner, bool perpendicular);
+    TRatMDlg(QWidget* parent, GuiHost* host, bool perpendicular);
 };

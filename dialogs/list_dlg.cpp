@@ -4,16 +4,15 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "dialogs/ui_text.h"
 #include "lists/list_frame.h"
 #include "lists/list_inputs.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 constexpr int kBoundChars = 29;
 constexpr int kBoundWidthChars = 10;
-constexpr int kListText = 820;    // "list"
-constexpr int kCloseText = 44;    // "close"
 }  // namespace
 
 QLineEdit* ListBoundEdit(QWidget* parent, int id, const QString& preset) {
@@ -25,10 +24,10 @@ QLineEdit* ListBoundEdit(QWidget* parent, int id, const QString& preset) {
 }
 
 QDialogButtonBox* ListButtons(QWidget* parent, QPushButton** list, QPushButton** close) {
-    *list = new QPushButton(OxText(kListText), parent);
+    *list = new QPushButton(OxText(kStrList), parent);
     (*list)->setObjectName(QStringLiteral("list"));
     (*list)->setDefault(true);
-    *close = new QPushButton(OxText(kCloseText), parent);
+    *close = new QPushButton(OxText(kStrClose), parent);
     (*close)->setObjectName(QStringLiteral("close"));
     (*close)->setAutoDefault(false);
     auto* buttons = new QDialogButtonBox(parent);
@@ -37,6 +36,7 @@ QDialogButtonBox* ListButtons(QWidget* parent, QPushButton** list, QPushButton**
     return buttons;
 }
 
-int ReadDialogBound(const QLineEdit* edit, uint32_t* value) {
-    return ParseListUnsigned(edit->text().toStdString(), value) ? 0 : kListOutOfBounds;
+Result ReadDialogBound(const QLineEdit* edit, uint32_t* value) {
+    return ParseListUnsigned(edit->text().toStdString(), value) ? Result::kOk
+                                                                : Result::kOutOfBounds;
 }

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+#include "resources/result.h"
+
 class QAbstractButton;
 class QDialogButtonBox;
 class QLineEdit;
@@ -26,6 +28,6 @@ Button* ListControl(QWidget* parent, int id, const QString& text) {
 // receive them.
 QDialogButtonBox* ListButtons(QWidget* parent, QPushButton** list, QPushButton** close);
 
-// A bound typed into a list dialog: 0, or 17 when the text is not a whole
-// number that fits 32 bits.
-int ReadDialogBound(const QLineEdit* edit, uint32_t* value);
+// A bound typed into a list dialog: kOk, or kOutOfBounds when the text is
+// not a whole number that fits 32 bits.
+Result ReadDialogBound(const QLineEdit* edit, uint32_t* value);

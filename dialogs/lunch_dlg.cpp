@@ -7,17 +7,16 @@
 #include <QVBoxLayout>
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
-namespace {
-constexpr int kFirstDishString = 711;
-}
+namespace {}
 
 QList<int> TLunch::DrawDishes(QRandomGenerator* rng) {
     // A partial shuffle: the first five places of a random permutation.
     int ids[kLunchDishes];
-    for (int i = 0; i < kLunchDishes; ++i) ids[i] = kFirstDishString + i;
+    for (int i = 0; i < kLunchDishes; ++i) ids[i] = kStrFirstDish + i;
     QList<int> drawn;
     for (int i = 0; i < kLunchChoices; ++i) {
         const int j = i + static_cast<int>(rng->bounded(kLunchDishes - i));
@@ -29,7 +28,7 @@ QList<int> TLunch::DrawDishes(QRandomGenerator* rng) {
 
 TLunch::TLunch(QWidget* parent) : TGenDlg(parent) {
     setObjectName(QStringLiteral("LUNCH"));
-    setWindowTitle(OxText(709));
+    setWindowTitle(OxText(kStrTodaysSpecials));
     auto* box = new QVBoxLayout(this);
     int id = 271;
     for (int dish : DrawDishes(QRandomGenerator::global())) {
@@ -38,7 +37,7 @@ TLunch::TLunch(QWidget* parent) : TGenDlg(parent) {
         box->addWidget(c);
     }
     box->addSpacing(6);
-    auto* takeOut = new QCheckBox(OxText(710), this);
+    auto* takeOut = new QCheckBox(OxText(kStrTakeOut), this);
     takeOut->setObjectName(QStringLiteral("ctl276"));
     box->addWidget(takeOut);
     auto* row = new QHBoxLayout;
@@ -57,5 +56,5 @@ TLunch::TLunch(QWidget* parent) : TGenDlg(parent) {
 
 void RunLunch(QWidget* owner) {
     TLunch dlg(owner);
-    if (TheModal().runDialog(&dlg) == QDialog::Accepted) ShowError(owner, 13);
+    if (TheModal().runDialog(&dlg) == QDialog::Accepted) ShowError(owner, Result::kKitchenClosed);
 }

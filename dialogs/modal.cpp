@@ -7,14 +7,15 @@
 
 #include "dialogs/inp_dlg.h"
 #include "dialogs/msg_dlg.h"
+#include "dialogs/ui_text.h"
 #include "resources/result.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
 QString ErrorCaption(const QString& caption) {
-    return caption.isEmpty() ? OxText(62) : caption;
+    return caption.isEmpty() ? OxText(kStrHmm) : caption;
 }
 
 // The real dialogs.
@@ -26,9 +27,9 @@ public:
         return dlg.exec();
     }
 
-    void errorMessage(QWidget* owner, int code, const QString& caption) override {
+    void errorMessage(QWidget* owner, Result code, const QString& caption) override {
         QMessageBox box(QMessageBox::Information, ErrorCaption(caption),
-                        QString::fromUtf8(ResultMessage(static_cast<Result>(code))), QMessageBox::Ok, owner);
+                        QString::fromUtf8(ResultMessage(code)), QMessageBox::Ok, owner);
         box.setWindowModality(Qt::ApplicationModal);
         box.exec();
     }
@@ -101,7 +102,7 @@ Modal* SetModal(Modal* m) {
     return previous;
 }
 
-void ShowError(QWidget* owner, int code) { TheModal().errorMessage(owner, code, QString()); }
+void ShowError(QWidget* owner, Result code) { TheModal().errorMessage(owner, code, QString()); }
 
 int AskMessage(QWidget* owner, const QString& caption, const QString& text, int kind) {
     return TheModal().messageBox(owner, caption, text, kind);

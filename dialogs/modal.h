@@ -12,6 +12,8 @@
 #include <QFont>
 #include <QString>
 
+#include "resources/result.h"
+
 class QDialog;
 class QWidget;
 
@@ -28,7 +30,7 @@ public:
                            int kind) = 0;
     // The message of result code `code` (string 400 + code) under `caption`,
     // "hmm ..." when the caption is empty. Never fails.
-    virtual void errorMessage(QWidget* owner, int code, const QString& caption) = 0;
+    virtual void errorMessage(QWidget* owner, Result code, const QString& caption) = 0;
     // One line of input; *text is the default on entry and the answer on ok.
     // The field accepts maxChars characters.
     virtual bool oneInput(QWidget* owner, const QString& caption, const QString& prompt,
@@ -60,5 +62,5 @@ Modal* SetModal(Modal* m);
 QString FileFilter(const char* pairs);
 
 // Shorthands for the common cases.
-void ShowError(QWidget* owner, int code);
+void ShowError(QWidget* owner, Result code);
 int AskMessage(QWidget* owner, const QString& caption, const QString& text, int kind);

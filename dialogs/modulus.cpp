@@ -1,11 +1,12 @@
 #include "dialogs/modulus.h"
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 bool AskModulusFormula(QWidget* owner, QString* formula) {
-    return TheModal().oneInput(owner, OxText(206),
-                               OxText(5), formula, kMaxFieldChars);
+    return TheModal().oneInput(owner, OxText(kStrModulus), OxText(kStrInput), formula,
+                               kMaxFieldChars);
 }

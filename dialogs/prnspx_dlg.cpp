@@ -11,13 +11,13 @@
 #include <QVBoxLayout>
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
 constexpr int kLengthChars = 12;
-
 
 template <class W>
 W* Named(W* w, const QString& name) {
@@ -41,7 +41,7 @@ long double Inches(const QLineEdit* e) { return InchesFromCentimetreText(e->text
 TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
     : TGenDlg(parent), format_(format) {
     setObjectName(QStringLiteral("PRNSPX2"));
-    setWindowTitle(OxText(764));
+    setWindowTitle(OxText(kStrPrintFormat));
     const int mode = format->dialogMode;
     const bool pictures = mode >= 1 && mode <= 2;
 
@@ -56,12 +56,13 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
     unit_ = LengthEdit(this, 212, format->xUnit);
     hori_ = LengthEdit(this, 213, format->hOffset);
     vert_ = LengthEdit(this, 214, format->vOffset);
-    auto* widthLabel = Named(new QLabel(OxText(765), this), QStringLiteral("lbl211"));
-    auto* unitLabel = Named(new QLabel(OxText(766), this), QStringLiteral("lbl212"));
-    auto* horiLabel = Named(new QLabel(OxText(768), this), QStringLiteral("lbl213"));
-    auto* vertLabel = Named(new QLabel(OxText(769), this), QStringLiteral("lbl214"));
-    frame_ = Named(new QCheckBox(OxText(770), this), QStringLiteral("ctl271"));
-    color_ = Named(new QCheckBox(OxText(771), this), QStringLiteral("ctl272"));
+    auto* widthLabel = Named(new QLabel(OxText(kStrPrintWidth), this), QStringLiteral("lbl211"));
+    auto* unitLabel = Named(new QLabel(OxText(kStrPrintUnit), this), QStringLiteral("lbl212"));
+    auto* horiLabel =
+        Named(new QLabel(OxText(kStrPrintHorizontal), this), QStringLiteral("lbl213"));
+    auto* vertLabel = Named(new QLabel(OxText(kStrPrintVertical), this), QStringLiteral("lbl214"));
+    frame_ = Named(new QCheckBox(OxText(kStrPrintFrame), this), QStringLiteral("ctl271"));
+    color_ = Named(new QCheckBox(OxText(kStrColorPrinter), this), QStringLiteral("ctl272"));
     frame_->setChecked(format->frameImage);
     color_->setChecked(format->colorPrinter);
 
@@ -72,7 +73,8 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
     grid->addWidget(unitChoice_, 1, 0);
     grid->addWidget(unitLabel, 1, 1);
     grid->addWidget(unit_, 1, 2);
-    grid->addWidget(Named(new QLabel(OxText(767), this), QStringLiteral("lblOffsets")), 2, 0, 1, 3);
+    grid->addWidget(Named(new QLabel(OxText(kStrPrintOffset), this), QStringLiteral("lblOffsets")),
+                    2, 0, 1, 3);
     grid->addWidget(horiLabel, 3, 1);
     grid->addWidget(hori_, 3, 2);
     grid->addWidget(vertLabel, 4, 1);
@@ -107,9 +109,9 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
 }
 
 void TPrnSpxDlg::accept() {
-    const int code = AcceptPrintFormat(format_, Inches(width_), Inches(unit_), Inches(hori_),
-                                       Inches(vert_), widthChoice_->isChecked(),
-                                       frame_->isChecked(), color_->isChecked());
+    const Result code = Result(
+        AcceptPrintFormat(format_, Inches(width_), Inches(unit_), Inches(hori_), Inches(vert_),
+                          widthChoice_->isChecked(), frame_->isChecked(), color_->isChecked()));
     if (code != 0) {
         ShowError(this, code);
         return;

@@ -10,50 +10,46 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "dialogs/gui_host.h"
 #include "dialogs/list_dlg.h"
-#include "dialogs/list_runner.h"
 #include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kTitle = 216;          // "Pythagorean quadruples"
-constexpr int kMaxLength = 229;      // "max length"
-constexpr int kCubeLength = 227;     // "length"
-constexpr int kKitchenClosed = 13;
 constexpr const char* kMinPreset = "3";
 constexpr const char* kMaxPreset = "100";
 
 }  // namespace
 
-TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runner_(runner) {
+TQuadDlg::TQuadDlg(QWidget* parent, GuiHost* host) : TGenDlg(parent), host_(host) {
     setObjectName(QStringLiteral("QUADS"));
-    setWindowTitle(OxText(kTitle));
+    setWindowTitle(OxText(kStrQuadruples));
     setModal(false);
 
     min_ = ListBoundEdit(this, 211, QString::fromLatin1(kMinPreset));
     max_ = ListBoundEdit(this, 212, QString::fromLatin1(kMaxPreset));
-    minLabel_ = new QLabel(OxText(829), this);
-    minAdvice_ = new QLabel(OxText(830), this);
-    maxLabel_ = new QLabel(OxText(kMaxLength), this);
+    minLabel_ = new QLabel(OxText(kStrMinLength), this);
+    minAdvice_ = new QLabel(OxText(kStrAboveTwo), this);
+    maxLabel_ = new QLabel(OxText(kStrMaxLength), this);
 
     kind_ = new QButtonGroup(this);
     auto* radios = new QVBoxLayout;
     for (int id = 251; id <= 254; ++id) {
-        auto* r = ListControl<QRadioButton>(this, id, OxText(832 + id - 251));
+        auto* r = ListControl<QRadioButton>(this, id, OxText(kStrFirstQuadChoice + id - 251));
         kind_->addButton(r, id);
         radios->addWidget(r);
     }
     kind_->button(251)->setChecked(true);
-    ascending_ = ListControl<QCheckBox>(this, 272, OxText(836));
-    primitive_ = ListControl<QCheckBox>(this, 271, OxText(837));
-    zeros_ = ListControl<QCheckBox>(this, 273, OxText(838));
-    duplicates_ = ListControl<QCheckBox>(this, 274, OxText(839));
+    ascending_ = ListControl<QCheckBox>(this, 272, OxText(kStrAscending));
+    primitive_ = ListControl<QCheckBox>(this, 271, OxText(kStrPrimitiveOnly));
+    zeros_ = ListControl<QCheckBox>(this, 273, OxText(kStrAllowZeros));
+    duplicates_ = ListControl<QCheckBox>(this, 274, OxText(kStrAllowDuplicates));
 
     QPushButton* listButton = nullptr;
     QPushButton* closeButton = nullptr;
@@ -65,7 +61,7 @@ TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runne
     grid->addWidget(minAdvice_, 0, 2);
     grid->addWidget(maxLabel_, 1, 0);
     grid->addWidget(max_, 1, 1);
-    grid->addWidget(new QLabel(OxText(831), this), 1, 2);
+    grid->addWidget(new QLabel(OxText(kStrLengthBelow65536), this), 1, 2);
     auto* checks = new QVBoxLayout;
     for (QCheckBox* c : {ascending_, primitive_, zeros_, duplicates_}) checks->addWidget(c);
     auto* options = new QHBoxLayout;
@@ -81,7 +77,7 @@ TQuadDlg::TQuadDlg(QWidget* parent, ListRunner* runner) : TGenDlg(parent), runne
 
     AddLunchKey(this);
     connect(kind_, &QButtonGroup::idClicked, this, [this] { showChoice(); });
-    connect(listButton, &QPushButton::clicked, this, [this] { list(); });
+    connect(listButton, &QPushButton::clicked, this, [this] { (void)list(); });  // reported already
     connect(closeButton, &QPushButton::clicked, this, &TQuadDlg::reject);
 }
 
@@ -100,25 +96,25 @@ void TQuadDlg::showChoice() {
                        static_cast<QWidget*>(minAdvice_), static_cast<QWidget*>(zeros_)})
         w->setVisible(!c);
     duplicates_->setVisible(c);
-    maxLabel_->setText(OxText(c ? kCubeLength : kMaxLength));
+    maxLabel_->setText(OxText(c ? kStrLength : kStrMaxLength));
 }
 
 void TQuadDlg::reject() {
     if (!busy_) TGenDlg::reject();
 }
 
-int TQuadDlg::list() {
-    if (busy_) return 0;
+Result TQuadDlg::list() {
+    if (busy_) return Result::kOk;
     if (cubes()) {
-        ShowError(runner_->MainWindow(), kKitchenClosed);
-        return kKitchenClosed;
+        ShowError(host_->MainWindow(), Result::kKitchenClosed);
+        return Result::kKitchenClosed;
     }
     QuadOptions o;
-    int code = ReadDialogBound(min_, &o.minLength);
+    Result code = ReadDialogBound(min_, &o.minLength);
     if (code == 0) code = ReadDialogBound(max_, &o.maxLength);
-    if (code == 0) code = CheckQuadBounds(o.minLength, o.maxLength);
+    if (code == 0) code = Result(CheckQuadBounds(o.minLength, o.maxLength));
     if (code != 0) {
-        ShowError(runner_->MainWindow(), code);
+        ShowError(host_->MainWindow(), code);
         return code;
     }
     o.primitiveOnly = primitive_->isChecked();
@@ -127,10 +123,10 @@ int TQuadDlg::list() {
     o.kind = static_cast<QuadKind>(choice() - 251);
     busy_ = true;
     QString summary;
-    code = runner_->RunList(
+    code = host_->RunList(
         [o](CalcContext* ctx, ListOutput* out) { return ListQuadruples(ctx, o, out); }, this,
         &summary);
     busy_ = false;
-    setWindowTitle(OxText(kTitle));
+    setWindowTitle(OxText(kStrQuadruples));
     return code;
 }

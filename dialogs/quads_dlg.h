@@ -13,8 +13,9 @@
 #pragma once
 
 #include "dialogs/gen_dlg.h"
+#include "resources/result.h"
 
-class ListRunner;
+class GuiHost;
 class QButtonGroup;
 class QCheckBox;
 class QLabel;
@@ -23,7 +24,7 @@ class QLineEdit;
 class TQuadDlg : public TGenDlg {
     Q_OBJECT
 public:
-    TQuadDlg(QWidget* parent, ListRunner* runner);
+    TQuadDlg(QWidget* parent, GuiHost* host);
 
     QLineEdit* minEdit() const { return min_; }
     QLineEdit* maxEdit() const { return max_; }
@@ -41,7 +42,7 @@ public:
     // "list": 0 or the run's code; 6 (max below min), 17 (a bound below 3
     // or above 65535) and 13 (lattice cubes) are reported by the main window
     // and nothing runs.
-    int list();
+    Result list();
 
 public slots:
     void reject() override;
@@ -49,7 +50,7 @@ public slots:
 private:
     void showChoice();
 
-    ListRunner* runner_;
+    GuiHost* host_;
     QLineEdit* min_;
     QLineEdit* max_;
     QLabel* minLabel_;

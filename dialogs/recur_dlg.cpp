@@ -10,17 +10,16 @@
 #include <QVBoxLayout>
 
 #include "calc/model.h"
+#include "dialogs/gui_host.h"
 #include "dialogs/lunch_key.h"
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/help_win.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kTitleString = 266;   // "recursion", also the first radio button
 constexpr int kEditWidthChars = 36;
 constexpr int kListRowsShown = 8;
 
@@ -33,33 +32,34 @@ QPushButton* Button(QWidget* parent, int textId, const char* name) {
 
 }  // namespace
 
-TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model) : TGenDlg(parent), model_(model) {
+TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model, GuiHost* host)
+    : TGenDlg(parent), model_(model), host_(host) {
     setObjectName(QStringLiteral("RECUR"));
-    setWindowTitle(OxText(kTitleString));
+    setWindowTitle(OxText(kStrRecursion));
     setModal(false);
 
     edit_ = new QLineEdit(this);
     edit_->setMaxLength(kMaxFieldChars);
     edit_->setMinimumWidth(fontMetrics().averageCharWidth() * kEditWidthChars);
-    step_ = new QRadioButton(OxText(kTitleString), this);
-    condition_ = new QRadioButton(OxText(900), this);
+    step_ = new QRadioButton(OxText(kStrRecursion), this);
+    condition_ = new QRadioButton(OxText(kStrCondition), this);
     step_->setChecked(true);
     list_ = new QListWidget(this);
     list_->setMinimumHeight(list_->fontMetrics().height() * kListRowsShown);
 
-    QPushButton* enterButton = Button(this, 901, "enter");
+    QPushButton* enterButton = Button(this, kStrEnter, "enter");
     enterButton->setDefault(true);   // Return in the edit field enters the text
-    QPushButton* one = Button(this, 903, "one");
-    QPushButton* all = Button(this, 904, "all");
-    QPushButton* help = Button(this, 905, "help");
-    QPushButton* close = Button(this, 44, "close");
+    QPushButton* one = Button(this, kStrDeleteOne, "one");
+    QPushButton* all = Button(this, kStrDeleteAll, "all");
+    QPushButton* help = Button(this, kStrHelp, "help");
+    QPushButton* close = Button(this, kStrClose, "close");
 
     auto* radios = new QHBoxLayout;
     radios->addWidget(step_);
     radios->addWidget(condition_);
     radios->addStretch();
 
-    auto* deleteBox = new QGroupBox(OxText(902), this);
+    auto* deleteBox = new QGroupBox(OxText(kStrDelete), this);
     auto* deleteLayout = new QVBoxLayout(deleteBox);
     deleteLayout->addWidget(one);
     deleteLayout->addWidget(all);
@@ -75,7 +75,8 @@ TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model) : TGenDlg(parent), model
     grid->setRowStretch(5, 1);
 
     AddLunchKey(this);
-    connect(enterButton, &QPushButton::clicked, this, [this] { enter(); });
+    connect(enterButton, &QPushButton::clicked, this,
+            [this] { (void)enter(); });  // reported already
     connect(one, &QPushButton::clicked, this, [this] { deleteSelected(); });
     connect(all, &QPushButton::clicked, this, [this] { deleteAll(); });
     connect(help, &QPushButton::clicked, this, [this] { showHelp(); });
@@ -95,21 +96,21 @@ void TRecurDlg::refill() {
         list_->addItem(QString::fromStdString(row));
 }
 
-int TRecurDlg::enter() {
+Result TRecurDlg::enter() {
     const QString text = edit_->text();
-    if (text.isEmpty()) return 0;
-    const int code = model_->EnterRecursion(text.toStdString(), condition_->isChecked());
+    if (text.isEmpty()) return Result::kOk;
+    const Result code = Result(model_->EnterRecursion(text.toStdString(), condition_->isChecked()));
     if (code != 0) {
         // Two messages on purpose, as the program always had them: the
         // specific one, then "cannot understand" once more.
         ShowError(this, code);
-        ShowError(this, 1);
+        ShowError(this, Result::kCannotUnderstand);
         return code;
     }
     refill();
     edit_->clear();
     edit_->setFocus();
-    return 0;
+    return Result::kOk;
 }
 
 bool TRecurDlg::deleteSelected() {
@@ -125,8 +126,4 @@ void TRecurDlg::deleteAll() {
     refill();
 }
 
-void TRecurDlg::showHelp() {
-    if (!help_) help_ = new THelpWin(this);
-    help_->showHelp("OXFILEH");
-    help_->setWindowTitle(OxText(kTitleString));
-}
+void TRecurDlg::showHelp() { host_->ShowHelp(this, "OXFILEH", OxText(kStrRecursion)); }

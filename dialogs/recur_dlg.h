@@ -7,34 +7,35 @@
 #pragma once
 
 #include "dialogs/gen_dlg.h"
+#include "resources/result.h"
 
 class CalcModel;
+class GuiHost;
 class QLineEdit;
 class QListWidget;
 class QPushButton;
 class QRadioButton;
-class THelpWin;
 
 class TRecurDlg : public TGenDlg {
     Q_OBJECT
 public:
-    // model must outlive the dialog.
-    TRecurDlg(QWidget* parent, CalcModel* model);
+    // model and host must outlive the dialog; the host shows the help.
+    TRecurDlg(QWidget* parent, CalcModel* model, GuiHost* host);
 
     QLineEdit* entryEdit() const { return edit_; }
     QRadioButton* stepButton() const { return step_; }
     QRadioButton* conditionButton() const { return condition_; }
     QListWidget* listBox() const { return list_; }
-    THelpWin* helpWindow() const { return help_; }
 
-    // "enter": the edit text into the list the radio buttons choose. 0 (also
-    // for an empty text, which does nothing) or the code, reported twice: as
-    // itself and then as "cannot understand".
-    int enter();
+    // "enter": the edit text into the list the radio buttons choose. kOk
+    // (also for an empty text, which does nothing) or the code, reported
+    // twice: as itself and then as "cannot understand".
+    Result enter();
     // delete "one": the selected row; false when none is selected.
     bool deleteSelected();
     // delete "all".
     void deleteAll();
+    // "help": the file help in a help window of the dialog, captioned "recursion".
     void showHelp();
     // Fills the list box from the model again.
     void refill();
@@ -44,9 +45,9 @@ protected:
 
 private:
     CalcModel* model_;
+    GuiHost* host_;
     QLineEdit* edit_;
     QRadioButton* step_;
     QRadioButton* condition_;
     QListWidget* list_;
-    THelpWin* help_ = nullptr;
 };

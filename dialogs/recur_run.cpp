@@ -5,48 +5,39 @@
 #include <functional>
 
 #include "calc/model.h"
+#include "dialogs/gui_host.h"
 #include "dialogs/modal.h"
-#include "dialogs/run_host.h"
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
-
-constexpr int kCountCaption = 207;   // "how many iterations?"
-constexpr int kCountPrompt = 5;      // "input"
-constexpr int kRunCaption = 601;     // "press Q to quit"
-
 // Runs under the host with the main window focused and captioned
-// "press Q to quit"; its own caption comes back afterwards.
-int RunWithCaption(RunHost* host, const std::function<int()>& run) {
-    QWidget* main = host->MainWindow();
-    const QString caption = main->windowTitle();
-    main->setWindowTitle(OxText(kRunCaption));
-    main->activateWindow();
-    const int code = host->RunWatched(run);
-    main->setWindowTitle(caption);
-    return code;
+// "press Q to quit".
+Result RunWithCaption(GuiHost* host, const std::function<int()>& run) {
+    host->MainWindow()->activateWindow();
+    return host->RunCaptioned(run);
 }
 
-int Report(RunHost* host, int code) {
+Result Report(GuiHost* host, Result code) {
     if (code > 0) ShowError(host->MainWindow(), code);
     return code;
 }
 
 }  // namespace
 
-int OneStepCommand(CalcModel* model, RunHost* host) {
-    const int code = Report(host, RunWithCaption(host, [model] { return model->OneStep(); }));
+Result OneStepCommand(CalcModel* model, GuiHost* host) {
+    const Result code = Report(host, RunWithCaption(host, [model] { return model->OneStep(); }));
     host->MainWindow()->activateWindow();
     return code;
 }
 
-int ManyStepsCommand(CalcModel* model, RunHost* host) {
+Result ManyStepsCommand(CalcModel* model, GuiHost* host) {
     QString count = QString::number(model->StepCountDefault());
-    if (!TheModal().oneInput(host->MainWindow(), OxText(kCountCaption), OxText(kCountPrompt), &count,
-                             kStepCountChars))
-        return kStepCountCancelled;
+    if (!TheModal().oneInput(host->MainWindow(), OxText(kStrHowManyIterations), OxText(kStrInput),
+                             &count, kStepCountChars))
+        return Result::kCancelled;
     const std::string text = count.toStdString();
     return Report(host, RunWithCaption(host, [model, &text] { return model->ManySteps(text); }));
 }

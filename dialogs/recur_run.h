@@ -8,17 +8,18 @@
 // enough to poll, and the run then ends unreported with -1.
 #pragma once
 
+#include "resources/result.h"
+
 class CalcModel;
-class RunHost;
+class GuiHost;
 
 constexpr int kStepCountChars = 30;
-constexpr int kStepCountCancelled = -12;
 
-// One step. Answers the run's code: 0 (also when a condition halted it), -1,
-// or a positive code, which has been reported.
-int OneStepCommand(CalcModel* model, RunHost* host);
+// One step. Answers the run's code: kOk (also when a condition halted it),
+// kStopped, or a positive code, which has been reported.
+Result OneStepCommand(CalcModel* model, GuiHost* host);
 // Asks "how many iterations?" preset with the model's step count default and
 // runs that many steps; text that is no count of at least 1 gives 14. The
 // count becomes the default only when the run ends with 0. Answers as
-// OneStepCommand, or kStepCountCancelled when the question was cancelled.
-int ManyStepsCommand(CalcModel* model, RunHost* host);
+// OneStepCommand, or kCancelled when the question was cancelled.
+Result ManyStepsCommand(CalcModel* model, GuiHost* host);

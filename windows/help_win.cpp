@@ -2,8 +2,9 @@
 
 #include <QFile>
 
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 // The help texts are compiled into the program's static library; this makes
 // sure the linker keeps them.
@@ -23,7 +24,7 @@ QString HelpText(const char* name) {
 }
 
 THelpWin::THelpWin(QWidget* parent)
-    : TTextWin(parent, OxText(707), QString(), QString(), 0) {
+    : TTextWin(parent, OxText(kStrOrdixHelp), QString(), QString(), 0) {
     askToSave_ = false;
 }
 

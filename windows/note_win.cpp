@@ -1,7 +1,8 @@
 #include "windows/note_win.h"
 
+#include "dialogs/ui_text.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 TNoteWin::TNoteWin(QWidget* parent, const QString& numberFileName, const QString& text,
                    int fontIndex)
@@ -9,7 +10,7 @@ TNoteWin::TNoteWin(QWidget* parent, const QString& numberFileName, const QString
                   &kNoteMenu) {}
 
 QString TNoteWin::CaptionFor(const QString& numberFileName) {
-    return OxText(704) + " [" + numberFileName + "]";
+    return OxText(kStrNotebook) + " [" + numberFileName + "]";
 }
 
 void TNoteWin::setNumberFileName(const QString& name) {

@@ -14,18 +14,18 @@
 #include "bigint/bigint.h"
 #include "calc/digit_freq.h"
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "io/num_file.h"
 #include "resources/limits.h"
 #include "resources/menus_frame.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/font_map.h"
 #include "windows/help_win.h"
 #include "windows/note_win.h"
 #include "windows/num_win_text.h"
-#include "windows/ui_text.h"
 
 namespace {
-
 
 constexpr int kNotebookFont = 2;
 
@@ -43,15 +43,14 @@ TNumWin::TNumWin(QWidget* parent, const QString& name, int label, const BigInt* 
     editor()->setLineWrapMode(QPlainTextEdit::NoWrap);
     editor()->setFont(FontFromLogFont(font_));
     notebook_ = new TNoteWin(this, QFileInfo(fileName()).fileName(), QString(), kNotebookFont);
-    relayout();
+    (void)relayout();  // reports its own code
 }
 
 TNumWin::~TNumWin() = default;
 
-int TNumWin::refill(const BigInt* numerator, const BigInt* denominator) {
+Result TNumWin::refill(const BigInt* numerator, const BigInt* denominator) {
     num_ = numerator;
     den_ = denominator;
-    modified_ = true;
     return relayout();
 }
 
@@ -62,7 +61,7 @@ void TNumWin::setInscription(const QString& text) {
 
 void TNumWin::setLineDigits(int32_t digits) {
     fixedLineDigits_ = digits;
-    relayout();
+    (void)relayout();  // reports its own code
 }
 
 int32_t TNumWin::measuredLineDigits() const {
@@ -75,14 +74,13 @@ int32_t TNumWin::measuredLineDigits() const {
     return digits < 1 ? 1 : digits;
 }
 
-int TNumWin::relayout() {
+Result TNumWin::relayout() {
     lineDigits_ = fixedLineDigits_ > 0 ? fixedLineDigits_ : measuredLineDigits();
-    int code = 0;
+    Result code = Result::kOk;
     const BigInt* parts[2] = {num_, den_};
     for (int p = 0; p < 2; ++p) {
-        const int c = LayoutSections(parts[p]->top, BigTextLength(parts[p]),
-                                     parts[p]->negative != 0,
-                                     lineDigits_, &layout_[p]);
+        const Result c = Result(LayoutSections(parts[p]->top, BigTextLength(parts[p]),
+                                               parts[p]->negative != 0, lineDigits_, &layout_[p]));
         if (c != 0) code = c;
     }
     chooseState();
@@ -113,8 +111,8 @@ void TNumWin::display() {
 }
 
 QString TNumWin::titleText() const {
-    QString t = label_ == kModulusLabel ? OxText(206) : QString(QChar('A' + label_ - 1));
-    t += " [" + QFileInfo(fileName()).fileName() + "] [" + OxText(801) + ": ";
+    QString t = label_ == kModulusLabel ? OxText(kStrModulus) : QString(QChar('A' + label_ - 1));
+    t += " [" + QFileInfo(fileName()).fileName() + "] [" + OxText(kStrDigits) + ": ";
     if (state_ == kShowFraction)
         t += QString::number(DigitCount(num_)) + "/" + QString::number(DigitCount(den_));
     else
@@ -123,7 +121,7 @@ QString TNumWin::titleText() const {
     if (state_ >= kShowNumerator) t += "[" + OxText(part_ == 0 ? 803 : 804) + "]";
     const SectionLayout& l = layout_[part_];
     if (state_ != kShowFraction && l.count > 0)
-        t += " [" + OxText(802) + " " + QString::number(l.current + 1) + "/" +
+        t += " [" + OxText(kStrSection) + " " + QString::number(l.current + 1) + "/" +
              QString::number(l.count + 1) + "]";
     return t;
 }
@@ -137,9 +135,10 @@ void TNumWin::go(int32_t section) {
 
 void TNumWin::jump() {
     const SectionLayout& l = layout_[part_];
-    const QString prompt = OxText(209) + " [1 ... " + QString::number(l.count + 1) + "]";
+    const QString prompt =
+        OxText(kStrTargetNumber) + " [1 ... " + QString::number(l.count + 1) + "]";
     QString answer = QString::number(l.current + 1);
-    if (!TheModal().oneInput(this, OxText(5), prompt, &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(kStrInput), prompt, &answer, kMaxFieldChars)) return;
     bool ok = false;
     const int target = answer.trimmed().toInt(&ok);
     if (ok && target >= 1 && target <= l.count + 1) go(target - 1);
@@ -149,7 +148,7 @@ void TNumWin::digitFrequencies() {
     BigInt copy = {};
     if (BigCopy(&copy, shownPart()) != 0) {
         BigFree(&copy);
-        report(3);
+        report(Result::kNoMemory);
         return;
     }
     const std::string table = WithBreaks(DigitFrequencyText(&copy).c_str(), "\n");
@@ -162,22 +161,24 @@ void TNumWin::digitFrequencies() {
 
 void TNumWin::saveAsText() {
     QString answer = QString::number(lineDigits_);
-    if (!TheModal().oneInput(this, OxText(5), OxText(805), &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(kStrInput), OxText(kStrDigitsPerLine), &answer,
+                             kMaxFieldChars))
+        return;
     const int asked = answer.trimmed().toInt();
     const int32_t perLine = asked > 1 ? asked : lineDigits_;
     const QString start = QFileInfo(fileName()).completeBaseName() + ".txt";
     const QString path =
-        TheModal().saveFileName(this, QString(), FileFilter(OxString(708)), "txt", start);
+        TheModal().saveFileName(this, QString(), FileFilter(OxString(kStrTextFiles)), "txt", start);
     if (path.isEmpty()) return;
     const std::string text = DigitLines(shownPart(), perLine, "\r\n");
     QFile f(path);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
         f.write(text.data(), static_cast<qint64>(text.size())) !=
             static_cast<qint64>(text.size()))
-        report(12);
+        report(Result::kCannotSaveFile);
 }
 
-int TNumWin::saveNumber(const QString& path) {
+Result TNumWin::saveNumber(const QString& path) {
     NumFile file;
     // The modulus has no label of its own: its file opens in the first free one.
     file.label = label_ > 0 ? label_ : 0;
@@ -188,15 +189,15 @@ int TNumWin::saveNumber(const QString& path) {
     file.hasFont = true;
     file.font = font_;
     file.fontExtra = fontExtra_;
-    if (WriteNumFile(QFile::encodeName(path).toStdString(), file) != 0) return 12;
+    if (WriteNumFile(QFile::encodeName(path).toStdString(), file) != 0)
+        return Result::kCannotSaveFile;
     if (path != fileName()) {
         setFileName(path);
         notebook_->setNumberFileName(QFileInfo(path).fileName());
     }
     notebook_->markNotModified();
-    modified_ = false;
     setWindowTitle(titleText());
-    return 0;
+    return Result::kOk;
 }
 
 void TNumWin::chooseFont() {
@@ -204,7 +205,7 @@ void TNumWin::chooseFont() {
     if (!TheModal().chooseFont(this, &font)) return;
     font_ = LogFontFromFont(font, logicalDpiY());
     editor()->setFont(FontFromLogFont(font_));
-    relayout();
+    (void)relayout();  // reports its own code
 }
 
 void TNumWin::showHelp(const char* name) {
@@ -229,8 +230,8 @@ void TNumWin::command(int id) {
     switch (id) {
     case kNumSave: report(saveNumber(fileName())); break;
     case kNumSaveAs: {
-        const QString path = TheModal().saveFileName(this, QString(), FileFilter(OxString(806)),
-                                                     "num", fileName());
+        const QString path = TheModal().saveFileName(
+            this, QString(), FileFilter(OxString(kStrNumberFiles)), "num", fileName());
         if (!path.isEmpty()) report(saveNumber(path));
         break;
     }
@@ -275,7 +276,8 @@ void TNumWin::closeEvent(QCloseEvent* e) {
 
 void TNumWin::resizeEvent(QResizeEvent* e) {
     TTextWin::resizeEvent(e);
-    if (fixedLineDigits_ == 0 && measuredLineDigits() != lineDigits_) relayout();
+    if (fixedLineDigits_ == 0 && measuredLineDigits() != lineDigits_)
+        (void)relayout();  // reports its own code
 }
 
 QRect TNumWin::Placement(int label, int32_t digits, const QRect& base) {

@@ -12,6 +12,7 @@
 #include "bigint/record.h"
 #include "calc/model.h"
 #include "io/logfont.h"
+#include "resources/result.h"
 #include "windows/num_win_layout.h"
 #include "windows/text_win.h"
 
@@ -29,8 +30,8 @@ public:
     ~TNumWin() override;
 
     // The value changed (or moved): recompute sections and redisplay.
-    // Answers 0, or 4 when a part needs too many sections.
-    int refill(const BigInt* numerator, const BigInt* denominator);
+    // Answers kOk, or kNoMoreRoom when a part needs too many sections.
+    Result refill(const BigInt* numerator, const BigInt* denominator);
 
     int label() const { return label_; }
     int displayState() const { return state_; }
@@ -51,9 +52,8 @@ public:
     // fixed value (above 0) overrides that, for a predictable layout.
     void setLineDigits(int32_t digits);
 
-    // Writes the number file: 0, or 12 (cannot save file).
-    int saveNumber(const QString& path);
-    bool valueModified() const { return modified_; }
+    // Writes the number file: kOk or kCannotSaveFile.
+    Result saveNumber(const QString& path);
 
     // The title for the current state (also set as the window title).
     QString titleText() const;
@@ -75,7 +75,7 @@ protected:
     void resizeEvent(QResizeEvent* e) override;
 
 private:
-    int relayout();
+    Result relayout();
     void chooseState();
     void display();
     int32_t measuredLineDigits() const;
@@ -95,7 +95,6 @@ private:
     int state_ = kShowWhole;
     int32_t lineDigits_ = 0;
     int32_t fixedLineDigits_ = 0;
-    bool modified_ = true;
     LogFont font_;
     uint32_t fontExtra_ = 0;
     TNoteWin* notebook_;

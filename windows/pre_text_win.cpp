@@ -12,16 +12,16 @@
 #include <QTextLayout>
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "io/print/print.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/font_map.h"
-#include "windows/text_search.h"
-#include "windows/ui_text.h"
 #include "windows/search_prompt.h"
+#include "windows/text_search.h"
 
 namespace {
-
 
 // A new window shows this many columns and lines of its font.
 constexpr int kDefaultColumns = 80;
@@ -103,8 +103,8 @@ bool TPreTextWin::isModified() const { return edit_->document()->isModified(); }
 
 void TPreTextWin::markNotModified() { edit_->document()->setModified(false); }
 
-int TPreTextWin::find(const QString& pattern) {
-    if (pattern.isEmpty()) return 9;
+Result TPreTextWin::find(const QString& pattern) {
+    if (pattern.isEmpty()) return Result::kNothingToDo;
     const QString all = text();
     QTextCursor c = edit_->textCursor();
     const int start = c.selectionStart() + (restart_ ? 0 : 1);
@@ -114,13 +114,13 @@ int TPreTextWin::find(const QString& pattern) {
         c.setPosition(0);
         edit_->setTextCursor(c);
         restart_ = true;
-        return 2;
+        return Result::kCouldNotFind;
     }
     c.setPosition(at);
     c.setPosition(at + pattern.size(), QTextCursor::KeepAnchor);
     edit_->setTextCursor(c);
     ScrollSelectionToFourthLine(edit_);
-    return 0;
+    return Result::kOk;
 }
 
 // The scroll bar of a plain-text editor counts laid-out lines.
@@ -156,11 +156,13 @@ void TPreTextWin::chooseFont() {
 
 void TPreTextWin::minusSigns() {
     QString answer = QStringLiteral("150");
-    if (!TheModal().oneInput(this, OxText(701), OxText(702), &answer, kMaxFieldChars)) return;
+    if (!TheModal().oneInput(this, OxText(kStrLengthenHyphens), OxText(kStrMinusSignCode), &answer,
+                             kMaxFieldChars))
+        return;
     bool ok = false;
     const QChar c = CharOfCode(answer.trimmed().toInt(&ok));
     if (!ok || c.isNull()) {
-        report(1);
+        report(Result::kCannotUnderstand);
         return;
     }
     QString all = text();
@@ -172,7 +174,7 @@ void TPreTextWin::minusSigns() {
     cursor.insertText(all);
 }
 
-void TPreTextWin::report(int code) {
+void TPreTextWin::report(Result code) {
     if (code != 0) ShowError(this, code);
 }
 
@@ -196,7 +198,9 @@ void TPreTextWin::command(int id) {
     case kTxtRestart: restartAtTop(); break;
     case kTxtFont: chooseFont(); break;
     case kTxtMinusSigns: minusSigns(); break;
-    case kTxtSearchHelp: AskMessage(this, OxText(705), OxText(706), kMsgOk); break;
+    case kTxtSearchHelp:
+        AskMessage(this, OxText(kStrSearching), OxText(kStrSearchHelp), kMsgOk);
+        break;
     case kTxtPrint:
     case kTxtSelectPrinter:
     case kTxtOffsets:

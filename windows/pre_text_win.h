@@ -13,6 +13,7 @@
 #include <QString>
 
 #include "io/page_layout.h"
+#include "resources/result.h"
 #include "windows/kel_win.h"
 
 class QPlainTextEdit;
@@ -45,16 +46,17 @@ public:
     QPlainTextEdit* editor() const { return edit_; }
     PrintFormat& printFormat() { return printFormat_; }
 
-    // The search of F1 and F3 with the given pattern: 0 (found, selected),
-    // 9 (empty pattern) or 2 (not found: caret to the start, restart set).
-    int find(const QString& pattern);
+    // The search of F1 and F3 with the given pattern: kOk (found, selected),
+    // kNothingToDo (empty pattern) or kCouldNotFind (caret to the start,
+    // restart set).
+    Result find(const QString& pattern);
 
     void command(int id) override;
     bool commandEnabled(int id) override;
 
 protected:
     // Shows the message of a failed command's code (none for 0).
-    void report(int code);
+    void report(Result code);
 
 private:
     void search();

@@ -3,14 +3,17 @@
 #include <QString>
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "resources/limits.h"
-#include "windows/ui_text.h"
+#include "resources/string_ids.h"
 
 bool AskSearchText(QWidget* owner, QString* searchText) {
     QString answer = *searchText;
-    if (!TheModal().oneInput(owner, OxText(5), OxText(700), &answer, kMaxFieldChars)) return false;
+    if (!TheModal().oneInput(owner, OxText(kStrInput), OxText(kStrSearchFor), &answer,
+                             kMaxFieldChars))
+        return false;
     if (answer.isEmpty()) {
-        ShowError(owner, 9);
+        ShowError(owner, Result::kNothingToDo);
         return false;
     }
     *searchText = answer;

@@ -10,20 +10,20 @@
 
 #include "bigint/bigint.h"
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "io/byte_io.h"
 #include "io/print/print.h"
 #include "resources/limits.h"
 #include "resources/menus_table.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/font_map.h"
 #include "windows/pre_text_win.h"
+#include "windows/search_prompt.h"
 #include "windows/table_win_sections.h"
 #include "windows/text_search.h"
-#include "windows/ui_text.h"
-#include "windows/search_prompt.h"
 
 namespace {
-
 
 std::u16string_view View(const QString& s) {
     return std::u16string_view(reinterpret_cast<const char16_t*>(s.utf16()),
@@ -166,22 +166,22 @@ void TTableWin::display() {
 void TTableWin::jump() {
     const int count = sectionCount();
     QString answer = QString::number(shown_ + 1);
-    const QString prompt = OxText(760) + QStringLiteral(" [1 ... %1]").arg(count);
-    if (!TheModal().oneInput(this, OxText(5), prompt, &answer, kMaxFieldChars)) return;
+    const QString prompt = OxText(kStrTableTarget) + QStringLiteral(" [1 ... %1]").arg(count);
+    if (!TheModal().oneInput(this, OxText(kStrInput), prompt, &answer, kMaxFieldChars)) return;
     bool ok = false;
     const int target = answer.trimmed().toInt(&ok);
     if (!ok)
-        report(1);
+        report(Result::kCannotUnderstand);
     else if (target < 1 || target > count)
-        report(17);
+        report(Result::kOutOfBounds);
     else if (target - 1 != shown_)
         showSection(target - 1);
 }
 
 // ---- Searching -----------------------------------------------------------
 
-int TTableWin::find(const QString& pattern) {
-    if (pattern.isEmpty()) return 9;
+Result TTableWin::find(const QString& pattern) {
+    if (pattern.isEmpty()) return Result::kNothingToDo;
     const int from = edit_->textCursor().selectionStart() + (restart_ ? 0 : 1);
     restart_ = false;
     for (int k = shown_; k < sectionCount(); ++k) {
@@ -196,10 +196,10 @@ int TTableWin::find(const QString& pattern) {
         edit_->setTextCursor(c);
         ScrollSelectionToFourthLine(edit_);
         restart_ = false;
-        return 0;
+        return Result::kOk;
     }
     restartAtTop();
-    return 2;
+    return Result::kCouldNotFind;
 }
 
 void TTableWin::search() {
@@ -218,17 +218,18 @@ void TTableWin::restartAtTop() {
 // ---- Files, font, commands -----------------------------------------------
 
 // Saved as the text windows save: the text, then one zero byte.
-int TTableWin::saveFile(const QString& path) {
+Result TTableWin::saveFile(const QString& path) {
     QByteArray bytes = text_.toUtf8();
     bytes.append('\0');
-    if (!WriteWholeFile(QFile::encodeName(path).toStdString(), bytes.toStdString())) return 12;
+    if (!WriteWholeFile(QFile::encodeName(path).toStdString(), bytes.toStdString()))
+        return Result::kCannotSaveFile;
     fileName_ = path;
-    return 0;
+    return Result::kOk;
 }
 
 void TTableWin::saveAs() {
-    const QString path =
-        TheModal().saveFileName(this, QString(), FileFilter(OxString(708)), "txt", fileName_);
+    const QString path = TheModal().saveFileName(
+        this, QString(), FileFilter(OxString(kStrTextFiles)), "txt", fileName_);
     if (!path.isEmpty()) report(saveFile(path));
 }
 
@@ -239,7 +240,7 @@ void TTableWin::chooseFont() {
     edit_->setFont(tableFont(fontIndex_));
 }
 
-void TTableWin::report(int code) {
+void TTableWin::report(Result code) {
     if (code != 0) ShowError(this, code);
 }
 
@@ -279,7 +280,9 @@ void TTableWin::command(int id) {
     case kTblBack: showSection(shown_ - 1); break;
     case kTblForward: showSection(shown_ + 1); break;
     case kTblJump: jump(); break;
-    case kTblSectionHelp: AskMessage(this, OxText(761), OxText(762), kMsgOk); break;
+    case kTblSectionHelp:
+        AskMessage(this, OxText(kStrSections), OxText(kStrSectionsHelp), kMsgOk);
+        break;
     default: TFontWin::command(id); break;
     }
 }

@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "io/page_layout.h"
+#include "resources/result.h"
 #include "windows/kel_win.h"
 
 struct BigInt;
@@ -77,11 +78,11 @@ public:
     PrintFormat& printFormat() { return printFormat_; }
 
     // The search of F1 and F3 over the whole text from the caret on, moving
-    // to the section of a match: 0 (found, selected), 9 (empty pattern) or
-    // 2 (not found: the first section shown, caret at its start).
-    int find(const QString& pattern);
+    // to the section of a match: kOk (found, selected), kNothingToDo (empty
+    // pattern) or kCouldNotFind (the first section shown, caret at its start).
+    Result find(const QString& pattern);
     // 0, or 12 (cannot save file).
-    int saveFile(const QString& path);
+    Result saveFile(const QString& path);
 
     void command(int id) override;
     bool commandEnabled(int id) override;
@@ -96,7 +97,7 @@ private:
     void restartAtTop();
     void saveAs();
     void chooseFont();
-    void report(int code);
+    void report(Result code);
 
     QPlainTextEdit* edit_;
     QString text_;

@@ -7,15 +7,14 @@
 #include <string>
 
 #include "dialogs/modal.h"
+#include "dialogs/ui_text.h"
 #include "io/byte_io.h"
 #include "resources/limits.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 #include "windows/text_search.h"
-#include "windows/ui_text.h"
 
 namespace {
-
-constexpr int kCancelled = -12;
 
 std::string LocalPath(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
@@ -42,51 +41,51 @@ TTextWin::TTextWin(QWidget* parent, const QString& title, const QString& fileNam
                    const QString& text, int fontIndex, const MenuData* menu)
     : TPreTextWin(parent, title, fileName, text, fontIndex, menu) {}
 
-int TTextWin::openFile(const QString& path) {
+Result TTextWin::openFile(const QString& path) {
     std::string bytes;
-    if (!ReadWholeFile(LocalPath(path), &bytes)) return 11;
+    if (!ReadWholeFile(LocalPath(path), &bytes)) return Result::kCannotOpenFile;
     // A file saved here ends with a zero byte: it is no part of the text.
     const std::size_t end = bytes.find('\0');
     if (end != std::string::npos) bytes.resize(end);
     replaceText(DecodeTextBytes(QByteArray::fromStdString(bytes)));
     markNotModified();
     setFileName(path);
-    return 0;
+    return Result::kOk;
 }
 
-int TTextWin::saveFile(const QString& path) {
+Result TTextWin::saveFile(const QString& path) {
     QByteArray bytes = text().toUtf8();
     bytes.append('\0');
-    if (!WriteWholeFile(LocalPath(path), bytes.toStdString())) return 12;
+    if (!WriteWholeFile(LocalPath(path), bytes.toStdString())) return Result::kCannotSaveFile;
     setFileName(path);
     markNotModified();
-    return 0;
+    return Result::kOk;
 }
 
-int TTextWin::save() { return fileName().isEmpty() ? saveAs() : saveFile(fileName()); }
+Result TTextWin::save() { return fileName().isEmpty() ? saveAs() : saveFile(fileName()); }
 
-int TTextWin::saveAs() {
-    const QString path =
-        TheModal().saveFileName(this, QString(), FileFilter(OxString(708)), "txt", fileName());
-    return path.isEmpty() ? kCancelled : saveFile(path);
+Result TTextWin::saveAs() {
+    const QString path = TheModal().saveFileName(
+        this, QString(), FileFilter(OxString(kStrTextFiles)), "txt", fileName());
+    return path.isEmpty() ? Result::kCancelled : saveFile(path);
 }
 
 void TTextWin::command(int id) {
     switch (id) {
     case kTxtOpen: {
-        const QString path = TheModal().openFileName(this, QString(), FileFilter(OxString(708)),
-                                                     "txt", fileName());
+        const QString path = TheModal().openFileName(
+            this, QString(), FileFilter(OxString(kStrTextFiles)), "txt", fileName());
         if (!path.isEmpty()) report(openFile(path));
         break;
     }
     case kTxtSave: {
-        const int code = save();
-        if (code != kCancelled) report(code);
+        const Result code = save();
+        if (code != Result::kCancelled) report(code);
         break;
     }
     case kTxtSaveAs: {
-        const int code = saveAs();
-        if (code != kCancelled) report(code);
+        const Result code = saveAs();
+        if (code != Result::kCancelled) report(code);
         break;
     }
     default: TPreTextWin::command(id); break;
@@ -99,13 +98,14 @@ void TTextWin::closeEvent(QCloseEvent* e) {
         return;
     }
     const QString name = fileName().isEmpty() ? windowTitle() : fileName();
-    switch (AskMessage(this, OxText(2), OxText(703) + name + "?", kMsgYesNoCancel)) {
+    switch (AskMessage(this, OxText(kStrCareful), OxText(kStrSaveChangesTo) + name + "?",
+                       kMsgYesNoCancel)) {
     case kMbYes: {
-        const int code = save();
+        const Result code = save();
         if (code == 0) {
             e->accept();
         } else {
-            if (code != kCancelled) report(code);
+            if (code != Result::kCancelled) report(code);
             e->ignore();
         }
         break;

@@ -11,10 +11,10 @@ public:
     TTextWin(QWidget* parent, const QString& title, const QString& fileName,
              const QString& text, int fontIndex);
 
-    // 0, or 11 (cannot open file); the text is cut at kTextBufferChars.
-    int openFile(const QString& path);
-    // 0, or 12 (cannot save file); marks the text not modified on success.
-    int saveFile(const QString& path);
+    // kOk or kCannotOpenFile; the text is cut at kTextBufferChars.
+    Result openFile(const QString& path);
+    // kOk or kCannotSaveFile; marks the text not modified on success.
+    Result saveFile(const QString& path);
 
     void command(int id) override;
 
@@ -27,8 +27,8 @@ protected:
     // Whether closing a modified text asks to save it (help windows do not).
     bool askToSave_ = true;
 
-    int save();     // to the current file, or as a new one when there is none
-    int saveAs();   // -12 when the file dialog is cancelled
+    Result save();    // to the current file, or as a new one when there is none
+    Result saveAs();  // kCancelled when the file dialog is cancelled
 };
 
 // The text of a file's bytes: UTF-8 when they are valid UTF-8, else the

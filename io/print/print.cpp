@@ -13,9 +13,10 @@
 
 #include "dialogs/modal.h"
 #include "dialogs/prnspx_dlg.h"
+#include "dialogs/ui_text.h"
 #include "resources/menu_data.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
-#include "windows/ui_text.h"
 
 namespace {
 
@@ -56,9 +57,9 @@ QFont PrintFont(const QFont& screenFont, int screenDpiY) {
     return f;
 }
 
-int PrintTextOn(QPrinter* printer, const QString& jobName, const QString& text,
-                const QFont& font, const PrintFormat& format) {
-    if (text.isEmpty()) return 9;
+Result PrintTextOn(QPrinter* printer, const QString& jobName, const QString& text,
+                   const QFont& font, const PrintFormat& format) {
+    if (text.isEmpty()) return Result::kNothingToDo;
     printer->setDocName(QFileInfo(jobName).fileName());
     QPainter painter;
     if (!painter.begin(printer)) return kPrintRefused;
@@ -85,16 +86,15 @@ int PrintTextOn(QPrinter* printer, const QString& jobName, const QString& text,
         }
     }
     painter.end();
-    return 0;
+    return Result::kOk;
 }
 
 void PrintText(QWidget* owner, const QString& jobName, const QString& text,
                const QFont& screenFont, const PrintFormat& format) {
-    const int code = PrintTextOn(&CurrentPrinter(), jobName, text,
-                                 PrintFont(screenFont, owner->logicalDpiY()), format);
+    const Result code = PrintTextOn(&CurrentPrinter(), jobName, text,
+                                    PrintFont(screenFont, owner->logicalDpiY()), format);
     if (code == kPrintRefused)
-        AskMessage(owner, OxText(62), OxText(763),
-                   kMsgOk);
+        AskMessage(owner, OxText(kStrHmm), OxText(kStrCannotPrint), kMsgOk);
     else if (code != 0)
         ShowError(owner, code);
 }

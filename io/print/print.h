@@ -11,13 +11,15 @@
 #include <QString>
 
 #include "io/page_layout.h"
+#include "resources/result.h"
 
 class QFont;
 class QPrinter;
 class QWidget;
 
-// PrintTextOn's answer when the printer would not start the job.
-constexpr int kPrintRefused = -2;
+// PrintTextOn's answer when the printer would not start the job. No message
+// of the table fits; the print command says "cannot print" itself.
+constexpr Result kPrintRefused = Result::kHalted;
 
 QPrinter& CurrentPrinter();
 
@@ -30,10 +32,10 @@ QFont PrintFont(const QFont& screenFont, int screenDpiY);
 
 // Prints text in font (sized in points): one line per line of the text, a
 // new page at each form feed and whenever the usable height is full. The
-// job is named after jobName without its folder. Answers 0, 9 ("nothing to
-// do") for an empty text, or kPrintRefused.
-int PrintTextOn(QPrinter* printer, const QString& jobName, const QString& text,
-                const QFont& font, const PrintFormat& format);
+// job is named after jobName without its folder. Answers kOk, kNothingToDo
+// for an empty text, or kPrintRefused.
+Result PrintTextOn(QPrinter* printer, const QString& jobName, const QString& text,
+                   const QFont& font, const PrintFormat& format);
 
 // Prints on the current printer the text owner shows in screenFont and tells
 // the user when that fails.

@@ -1,3 +1,0 @@
-#include "dialogs/list_runner.h"
-
-ListRunner::~ListRunner() = default;

@@ -1,3 +1,0 @@
-#include "dialogs/run_host.h"
-
-RunHost::~RunHost() = default;
