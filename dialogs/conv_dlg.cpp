@@ -64,11 +64,6 @@ TConvDlg::TConvDlg(QWidget* parent, CalcContext* ctx, GuiHost* host)
 int TConvDlg::inputBase() const { return from_->checkedId(); }
 int TConvDlg::outputBase() const { return to_->checkedId(); }
 
-void TConvDlg::setBases(int from, int to) {
-    if (QAbstractButton* b = from_->button(from)) b->setChecked(true);
-    if (QAbstractButton* b = to_->button(to)) b->setChecked(true);
-}
-
 Result TConvDlg::convert() {
     const std::string input = input_->text().toStdString();
     const int from = inputBase(), to = outputBase();

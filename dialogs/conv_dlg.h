@@ -27,7 +27,6 @@ public:
     QLineEdit* outputEdit() const { return output_; }
     int inputBase() const;
     int outputBase() const;
-    void setBases(int from, int to);   // 2..16 each
 
     // "convert": 0 with the digits in the output, or the code (already
     // reported, the output emptied): 1 for an invalid digit, 3, -1.

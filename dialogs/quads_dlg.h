@@ -30,7 +30,6 @@ public:
     QLineEdit* maxEdit() const { return max_; }
     QLabel* maxLabel() const { return maxLabel_; }
     QCheckBox* ascendingBox() const { return ascending_; }
-    QCheckBox* primitiveBox() const { return primitive_; }
     QCheckBox* zerosBox() const { return zeros_; }
     QCheckBox* duplicatesBox() const { return duplicates_; }
     // 251..254.

@@ -38,5 +38,3 @@ LogFont FontTableEntry(int index, int dpiY) {
     SetFaceName(&f, r.face);
     return f;
 }
-
-int FontTablePoints(int index) { return RowAt(index).points; }

@@ -13,5 +13,3 @@ constexpr int kFontTableSize = 10;
 // Entry index (0..9; others read as 0) for a screen of dpiY pixels per inch:
 // the height is the negative pixel height, points * dpiY / 72.
 LogFont FontTableEntry(int index, int dpiY);
-// The entry's size in points.
-int FontTablePoints(int index);

@@ -18,7 +18,3 @@ void TNoteWin::setNumberFileName(const QString& name) {
     setWindowTitle(CaptionFor(name));
 }
 
-void TNoteWin::clearNotebook() {
-    replaceText(QString());
-    setWindowTitle(CaptionFor(fileName()));
-}

@@ -13,8 +13,6 @@ public:
 
     // Renames the number the notebook belongs to; the caption follows.
     void setNumberFileName(const QString& name);
-    // Empties the notebook and renews its caption.
-    void clearNotebook();
 
     static QString CaptionFor(const QString& numberFileName);
 };

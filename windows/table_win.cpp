@@ -75,12 +75,6 @@ bool TTableWin::append(const QString& text) {
     return true;
 }
 
-bool TTableWin::appendLatin1(std::string_view text) {
-    if (!fits(static_cast<qsizetype>(text.size()))) return false;
-    text_ += QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
-    return true;
-}
-
 bool TTableWin::appendRow(const BigInt* numerator) {
     const bool head = append(QString::asprintf("%3d: ", rows_++));
     const bool value = append(NumeratorDigits(numerator) + QLatin1String("\r\n"));
@@ -90,11 +84,6 @@ bool TTableWin::appendRow(const BigInt* numerator) {
 void TTableWin::replaceText(const QString& text) {
     text_ = text.left(kListChars);
     shownValid_ = false;
-}
-
-void TTableWin::clearText() {
-    replaceText(QString());
-    rows_ = 0;
 }
 
 // ---- Sections ------------------------------------------------------------

@@ -19,7 +19,6 @@
 #include <QString>
 
 #include <cstddef>
-#include <string_view>
 #include <vector>
 
 #include "io/page_layout.h"
@@ -40,7 +39,6 @@ public:
     // Adds text at the end unless the buffer would pass kListChars; then
     // nothing is added and the answer is false. No message either way.
     bool append(const QString& text);
-    bool appendLatin1(std::string_view text);
     // One row: the row counter as "%3d: ", then the numerator's decimal
     // digits without line breaks and "\r\n", as two appends under the rule
     // above. The counter goes up by one whether or not they fitted. True
@@ -48,8 +46,6 @@ public:
     bool appendRow(const BigInt* numerator);
     // The whole text, cut at kListChars; the row counter is left alone.
     void replaceText(const QString& text);
-    // Empties the text and starts the row counter at 0 again.
-    void clearText();
     const QString& text() const { return text_; }
     int rowCounter() const { return rows_; }
 
