@@ -42,14 +42,13 @@ TriangleText TextOf(TriangleList kind) {
 }  // namespace
 
 TTriangleDlg::TTriangleDlg(QWidget* parent, GuiHost* host, TriangleList kind)
-    : TGenDlg(parent), host_(host), kind_(kind) {
+    : TListDlg(parent, host, QString::number(TextOf(kind).presetMin),
+               QString::number(kPerimeterPresetMax)),
+      kind_(kind) {
     const TriangleText t = TextOf(kind);
     setObjectName(QString::fromLatin1(t.resource));
     setWindowTitle(title());
-    setModal(false);
 
-    min_ = ListBoundEdit(this, 211, QString::number(t.presetMin));
-    max_ = ListBoundEdit(this, 212, QString::number(kPerimeterPresetMax));
     right_ = ListControl<QCheckBox>(this, 271, OxText(kStrRightTriangles));
     isosceles_ = ListControl<QCheckBox>(this, 272, OxText(kStrIsosceles));
     atLeastTwo_ = ListControl<QCheckBox>(this, 273, OxText(kStrAtLeastTwo));
@@ -58,9 +57,7 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, GuiHost* host, TriangleList kind)
     isosceles_->setVisible(!perpendicular);
     atLeastTwo_->setVisible(kind == TriangleList::rationalMedians);
 
-    QPushButton* listButton = nullptr;
-    QPushButton* closeButton = nullptr;
-    QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
+    QDialogButtonBox* buttons = makeButtons();
 
     auto* grid = new QGridLayout;
     grid->addWidget(new QLabel(OxText(kStrMinPerimeter), this), 0, 0);
@@ -79,26 +76,15 @@ TTriangleDlg::TTriangleDlg(QWidget* parent, GuiHost* host, TriangleList kind)
     layout->addWidget(buttons);
 
     AddLunchKey(this);
-    connect(listButton, &QPushButton::clicked, this, [this] { (void)list(); });  // reported already
-    connect(closeButton, &QPushButton::clicked, this, &TTriangleDlg::reject);
 }
 
 QString TTriangleDlg::title() const { return OxText(TextOf(kind_).titleId); }
 
-void TTriangleDlg::reject() {
-    if (!busy_) TGenDlg::reject();
-}
-
 Result TTriangleDlg::list() {
-    if (busy_) return Result::kOk;
+    if (busy()) return Result::kOk;
     TriangleOptions o;
-    Result code = ReadDialogBound(min_, &o.minPerimeter);
-    if (code == 0) code = ReadDialogBound(max_, &o.maxPerimeter);
-    if (code == 0) code = Result(CheckPerimeterBounds(o.minPerimeter, o.maxPerimeter));
-    if (code != 0) {
-        ShowError(host_->MainWindow(), code);
-        return code;
-    }
+    const Result refused = readBounds(&o.minPerimeter, &o.maxPerimeter, CheckPerimeterBounds);
+    if (refused != 0) return refused;
     o.right = right_->isChecked();
     o.isosceles = isosceles_->isChecked();
     o.atLeastTwo = atLeastTwo_->isChecked();
@@ -111,10 +97,8 @@ Result TTriangleDlg::list() {
         }
         return ListPerpendicularMedians(ctx, o, out);
     };
-    busy_ = true;
     QString summary;
-    code = host_->RunList(generator, this, &summary);
-    busy_ = false;
+    const Result code = runList(generator, &summary);
     // Deliberately, the perpendicular-median dialog keeps the list's summary.
     const bool keepSummary = kind_ == TriangleList::perpendicularMedians && !summary.isEmpty();
     setWindowTitle(keepSummary ? summary : title());

@@ -13,32 +13,23 @@
 
 #include <cstdint>
 
-#include "dialogs/gen_dlg.h"
-#include "resources/result.h"
+#include "dialogs/list_dlg.h"
 
-class GuiHost;
 class QCheckBox;
-class QLineEdit;
 
 enum class TriangleList { heronian, rationalMedians, perpendicularMedians };
 
-class TTriangleDlg : public TGenDlg {
+class TTriangleDlg : public TListDlg {
     Q_OBJECT
 public:
-    QLineEdit* minEdit() const { return min_; }
-    QLineEdit* maxEdit() const { return max_; }
     QCheckBox* rightBox() const { return right_; }
     QCheckBox* isoscelesBox() const { return isosceles_; }
     QCheckBox* atLeastTwoBox() const { return atLeastTwo_; }
-    bool busy() const { return busy_; }
 
-    // "list": 0 or the run's code; 6 ("inconsistent data") for max below
-    // min and 17 ("out of bounds") outside 12..65535 are reported by the
-    // main window and nothing runs.
-    Result list();
-
-public slots:
-    void reject() override;
+    // "list": kOk or the run's code; kInconsistent for max below min and
+    // kOutOfBounds outside 12..65535 are reported by the main window and
+    // nothing runs.
+    Result list() override;
 
 protected:
     TTriangleDlg(QWidget* parent, GuiHost* host, TriangleList kind);
@@ -46,14 +37,10 @@ protected:
 private:
     QString title() const;
 
-    GuiHost* host_;
     TriangleList kind_;
-    QLineEdit* min_;
-    QLineEdit* max_;
     QCheckBox* right_;
     QCheckBox* isosceles_;
     QCheckBox* atLeastTwo_;
-    bool busy_ = false;
 };
 
 class THeroDlg : public TTriangleDlg {

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "dialogs/modal.h"
 #include "dialogs/ui_text.h"
 #include "lists/list_frame.h"
 #include "lists/list_inputs.h"
@@ -11,8 +12,12 @@
 #include "resources/strings.h"
 
 namespace {
+
 constexpr int kBoundChars = 29;
 constexpr int kBoundWidthChars = 10;
+constexpr int kMinEditId = 211;
+constexpr int kMaxEditId = 212;
+
 }  // namespace
 
 QLineEdit* ListBoundEdit(QWidget* parent, int id, const QString& preset) {
@@ -39,4 +44,42 @@ QDialogButtonBox* ListButtons(QWidget* parent, QPushButton** list, QPushButton**
 Result ReadDialogBound(const QLineEdit* edit, uint32_t* value) {
     return ParseListUnsigned(edit->text().toStdString(), value) ? Result::kOk
                                                                 : Result::kOutOfBounds;
+}
+
+TListDlg::TListDlg(QWidget* parent, GuiHost* host, const QString& minPreset,
+                   const QString& maxPreset)
+    : TGenDlg(parent), host_(host) {
+    setModal(false);
+    min_ = ListBoundEdit(this, kMinEditId, minPreset);
+    max_ = ListBoundEdit(this, kMaxEditId, maxPreset);
+}
+
+void TListDlg::reject() {
+    if (!busy_) TGenDlg::reject();
+}
+
+QDialogButtonBox* TListDlg::makeButtons() {
+    QPushButton* listButton = nullptr;
+    QPushButton* closeButton = nullptr;
+    QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
+    // list() reports its codes itself.
+    connect(listButton, &QPushButton::clicked, this, [this] { (void)list(); });
+    connect(closeButton, &QPushButton::clicked, this, &TListDlg::reject);
+    return buttons;
+}
+
+Result TListDlg::readBounds(uint32_t* min, uint32_t* max,
+                            const std::function<int(uint32_t, uint32_t)>& check) {
+    Result code = ReadDialogBound(min_, min);
+    if (code == 0) code = ReadDialogBound(max_, max);
+    if (code == 0) code = Result(check(*min, *max));
+    if (code != 0) ShowError(host_->MainWindow(), code);
+    return code;
+}
+
+Result TListDlg::runList(const ListGenerator& generator, QString* summary) {
+    busy_ = true;
+    const Result code = host_->RunList(generator, this, summary);
+    busy_ = false;
+    return code;
 }

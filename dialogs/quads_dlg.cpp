@@ -27,13 +27,11 @@ constexpr const char* kMaxPreset = "100";
 
 }  // namespace
 
-TQuadDlg::TQuadDlg(QWidget* parent, GuiHost* host) : TGenDlg(parent), host_(host) {
+TQuadDlg::TQuadDlg(QWidget* parent, GuiHost* host)
+    : TListDlg(parent, host, QString::fromLatin1(kMinPreset), QString::fromLatin1(kMaxPreset)) {
     setObjectName(QStringLiteral("QUADS"));
     setWindowTitle(OxText(kStrQuadruples));
-    setModal(false);
 
-    min_ = ListBoundEdit(this, 211, QString::fromLatin1(kMinPreset));
-    max_ = ListBoundEdit(this, 212, QString::fromLatin1(kMaxPreset));
     minLabel_ = new QLabel(OxText(kStrMinLength), this);
     minAdvice_ = new QLabel(OxText(kStrAboveTwo), this);
     maxLabel_ = new QLabel(OxText(kStrMaxLength), this);
@@ -51,9 +49,7 @@ TQuadDlg::TQuadDlg(QWidget* parent, GuiHost* host) : TGenDlg(parent), host_(host
     zeros_ = ListControl<QCheckBox>(this, 273, OxText(kStrAllowZeros));
     duplicates_ = ListControl<QCheckBox>(this, 274, OxText(kStrAllowDuplicates));
 
-    QPushButton* listButton = nullptr;
-    QPushButton* closeButton = nullptr;
-    QDialogButtonBox* buttons = ListButtons(this, &listButton, &closeButton);
+    QDialogButtonBox* buttons = makeButtons();
 
     auto* grid = new QGridLayout;
     grid->addWidget(minLabel_, 0, 0);
@@ -77,8 +73,6 @@ TQuadDlg::TQuadDlg(QWidget* parent, GuiHost* host) : TGenDlg(parent), host_(host
 
     AddLunchKey(this);
     connect(kind_, &QButtonGroup::idClicked, this, [this] { showChoice(); });
-    connect(listButton, &QPushButton::clicked, this, [this] { (void)list(); });  // reported already
-    connect(closeButton, &QPushButton::clicked, this, &TQuadDlg::reject);
 }
 
 int TQuadDlg::choice() const { return kind_->checkedId(); }
@@ -99,34 +93,22 @@ void TQuadDlg::showChoice() {
     maxLabel_->setText(OxText(c ? kStrLength : kStrMaxLength));
 }
 
-void TQuadDlg::reject() {
-    if (!busy_) TGenDlg::reject();
-}
-
 Result TQuadDlg::list() {
-    if (busy_) return Result::kOk;
+    if (busy()) return Result::kOk;
     if (cubes()) {
         ShowError(host_->MainWindow(), Result::kKitchenClosed);
         return Result::kKitchenClosed;
     }
     QuadOptions o;
-    Result code = ReadDialogBound(min_, &o.minLength);
-    if (code == 0) code = ReadDialogBound(max_, &o.maxLength);
-    if (code == 0) code = Result(CheckQuadBounds(o.minLength, o.maxLength));
-    if (code != 0) {
-        ShowError(host_->MainWindow(), code);
-        return code;
-    }
+    const Result refused = readBounds(&o.minLength, &o.maxLength, CheckQuadBounds);
+    if (refused != 0) return refused;
     o.primitiveOnly = primitive_->isChecked();
     o.ascending = ascending_->isChecked();
     o.zeros = zeros_->isChecked();
     o.kind = static_cast<QuadKind>(choice() - 251);
-    busy_ = true;
     QString summary;
-    code = host_->RunList(
-        [o](CalcContext* ctx, ListOutput* out) { return ListQuadruples(ctx, o, out); }, this,
-        &summary);
-    busy_ = false;
+    const Result code = runList(
+        [o](CalcContext* ctx, ListOutput* out) { return ListQuadruples(ctx, o, out); }, &summary);
     setWindowTitle(OxText(kStrQuadruples));
     return code;
 }

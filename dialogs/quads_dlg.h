@@ -12,22 +12,17 @@
 // then answers "kitchen closed today".
 #pragma once
 
-#include "dialogs/gen_dlg.h"
-#include "resources/result.h"
+#include "dialogs/list_dlg.h"
 
-class GuiHost;
 class QButtonGroup;
 class QCheckBox;
 class QLabel;
-class QLineEdit;
 
-class TQuadDlg : public TGenDlg {
+class TQuadDlg : public TListDlg {
     Q_OBJECT
 public:
     TQuadDlg(QWidget* parent, GuiHost* host);
 
-    QLineEdit* minEdit() const { return min_; }
-    QLineEdit* maxEdit() const { return max_; }
     QLabel* maxLabel() const { return maxLabel_; }
     QCheckBox* ascendingBox() const { return ascending_; }
     QCheckBox* zerosBox() const { return zeros_; }
@@ -36,22 +31,15 @@ public:
     int choice() const;
     void choose(int radioId);
     bool cubes() const { return choice() == 254; }
-    bool busy() const { return busy_; }
 
-    // "list": 0 or the run's code; 6 (max below min), 17 (a bound below 3
-    // or above 65535) and 13 (lattice cubes) are reported by the main window
-    // and nothing runs.
-    Result list();
-
-public slots:
-    void reject() override;
+    // "list": kOk or the run's code; kInconsistent (max below min),
+    // kOutOfBounds (a bound below 3 or above 65535) and kKitchenClosed
+    // (lattice cubes) are reported by the main window and nothing runs.
+    Result list() override;
 
 private:
     void showChoice();
 
-    GuiHost* host_;
-    QLineEdit* min_;
-    QLineEdit* max_;
     QLabel* minLabel_;
     QLabel* minAdvice_;
     QLabel* maxLabel_;
@@ -60,5 +48,4 @@ private:
     QCheckBox* primitive_;
     QCheckBox* zeros_;
     QCheckBox* duplicates_;
-    bool busy_ = false;
 };

@@ -79,8 +79,8 @@ Result TNumWin::relayout() {
     Result code = Result::kOk;
     const BigInt* parts[2] = {num_, den_};
     for (int p = 0; p < 2; ++p) {
-        const Result c = Result(LayoutSections(parts[p]->top, BigTextLength(parts[p]),
-                                               parts[p]->negative != 0, lineDigits_, &layout_[p]));
+        const Result c = LayoutSections(parts[p]->top, BigTextLength(parts[p]),
+                                               parts[p]->negative != 0, lineDigits_, &layout_[p]);
         if (c != 0) code = c;
     }
     chooseState();

@@ -6,8 +6,8 @@ int32_t LinesPerSection(int32_t lineDigits) {
     return (kTextBufferChars + 2) / (lineDigits + 2);
 }
 
-int LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineDigits,
-                   SectionLayout* out) {
+Result LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineDigits,
+                      SectionLayout* out) {
     const int32_t L = lineDigits < 1 ? 1 : lineDigits;
     const int32_t digits = textLength - (negative ? 1 : 0);
     // Digits of the top limb, 1..4. (Taken as 0 for a full top limb, the
@@ -45,7 +45,7 @@ int LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineD
             out->bounds.assign({top, -1});
             out->count = 0;
             out->offset = 0;
-            return 4;
+            return Result::kNoMoreRoom;
         }
         out->bounds.push_back(b);
         ++out->count;
@@ -53,7 +53,7 @@ int LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineD
     }
     out->bounds.push_back(-1);
     out->offset = out->count == 0 ? 0 : offset;
-    return 0;
+    return Result::kOk;
 }
 
 int ChooseDisplayState(bool denominatorIsOne, int32_t numSections, int32_t denSections,

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "resources/result.h"
+
 constexpr int kMaxSections = 50000;
 
 struct SectionLayout {
@@ -24,9 +26,9 @@ struct SectionLayout {
 
 // Pages a part of top limb index `top`, `textLength` characters of decimal
 // text (the sign included) and sign `negative` into lines of `lineDigits`.
-// 0, or 4 (no more room) when it needs more than kMaxSections sections.
-int LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineDigits,
-                   SectionLayout* out);
+// kOk, or kNoMoreRoom when it needs more than kMaxSections sections.
+Result LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineDigits,
+                      SectionLayout* out);
 
 // Lines per section and the limbs of section 0 and of every later one, as
 // LayoutSections uses them (exposed for the window's own checks).
