@@ -56,7 +56,8 @@ void LabelTables::stepDone(const CalcModel& model, const std::vector<int>& targe
         TTableWin* t = table(label);
         const NumberValue* v = model.Variable(label);
         if (!t || !v || !t->isVisible()) continue;
-        t->appendRow(&v->numerator);
+        // A full table takes no more rows, without a message.
+        (void)t->appendRow(&v->numerator);
         if (std::find(pending_.begin(), pending_.end(), t) == pending_.end()) pending_.push_back(t);
     }
     if (!sinceRefresh_.isValid() || sinceRefresh_.elapsed() >= kRefreshIntervalMs) runFinished();

@@ -33,10 +33,10 @@ public:
     virtual void errorMessage(QWidget* owner, Result code, const QString& caption) = 0;
     // One line of input; *text is the default on entry and the answer on ok.
     // The field accepts maxChars characters.
-    virtual bool oneInput(QWidget* owner, const QString& caption, const QString& prompt,
+    [[nodiscard]] virtual bool oneInput(QWidget* owner, const QString& caption, const QString& prompt,
                           QString* text, int maxChars) = 0;
     // Two lines of input; button texts empty mean "ok" and "cancel".
-    virtual bool twoInput(QWidget* owner, const QString& caption, const QString& label1,
+    [[nodiscard]] virtual bool twoInput(QWidget* owner, const QString& caption, const QString& label1,
                           const QString& label2, QString* text1, int max1, QString* text2,
                           int max2, const QString& okText, const QString& cancelText) = 0;
     // File dialogs; `filter` in Qt's form ("Number files (*.num)"), `suffix`
@@ -46,7 +46,7 @@ public:
     virtual QString saveFileName(QWidget* owner, const QString& caption, const QString& filter,
                                  const QString& suffix, const QString& start) = 0;
     // The system font dialog; *font is the current font on entry.
-    virtual bool chooseFont(QWidget* owner, QFont* font) = 0;
+    [[nodiscard]] virtual bool chooseFont(QWidget* owner, QFont* font) = 0;
     // Any other modal dialog of the program (about, lunch, calculate ...):
     // answers QDialog::Accepted or QDialog::Rejected.
     virtual int runDialog(QDialog* dialog) = 0;

@@ -7,4 +7,4 @@
 class QWidget;
 
 // True on ok, with *formula the text typed (at most 255 characters).
-bool AskModulusFormula(QWidget* owner, QString* formula);
+[[nodiscard]] bool AskModulusFormula(QWidget* owner, QString* formula);

@@ -40,4 +40,4 @@ private:
 };
 
 // Shows the dialog for *format through the modal seam; true when accepted.
-bool RunOffsetsDialog(QWidget* owner, PrintFormat* format);
+[[nodiscard]] bool RunOffsetsDialog(QWidget* owner, PrintFormat* format);

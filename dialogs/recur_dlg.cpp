@@ -77,7 +77,7 @@ TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model, GuiHost* host)
     AddLunchKey(this);
     connect(enterButton, &QPushButton::clicked, this,
             [this] { (void)enter(); });  // reported already
-    connect(one, &QPushButton::clicked, this, [this] { deleteSelected(); });
+    connect(one, &QPushButton::clicked, this, [this] { (void)deleteSelected(); });   // none selected: nothing to do
     connect(all, &QPushButton::clicked, this, [this] { deleteAll(); });
     connect(help, &QPushButton::clicked, this, [this] { showHelp(); });
     connect(close, &QPushButton::clicked, this, &QDialog::reject);

@@ -32,7 +32,7 @@ public:
     // twice: as itself and then as "cannot understand".
     Result enter();
     // delete "one": the selected row; false when none is selected.
-    bool deleteSelected();
+    [[nodiscard]] bool deleteSelected();
     // delete "all".
     void deleteAll();
     // "help": the file help in a help window of the dialog, captioned "recursion".

@@ -7,4 +7,4 @@ class QWidget;
 // Asks for the text to search for, preset with *searchText. On an answer
 // that is not empty, stores it there and answers true; a cancel answers
 // false, and an empty answer is reported ("nothing to do") and answers false.
-bool AskSearchText(QWidget* owner, QString* searchText);
+[[nodiscard]] bool AskSearchText(QWidget* owner, QString* searchText);

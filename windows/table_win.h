@@ -38,12 +38,12 @@ public:
 
     // Adds text at the end unless the buffer would pass kListChars; then
     // nothing is added and the answer is false. No message either way.
-    bool append(const QString& text);
+    [[nodiscard]] bool append(const QString& text);
     // One row: the row counter as "%3d: ", then the numerator's decimal
     // digits without line breaks and "\r\n", as two appends under the rule
     // above. The counter goes up by one whether or not they fitted. True
     // when both fitted.
-    bool appendRow(const BigInt* numerator);
+    [[nodiscard]] bool appendRow(const BigInt* numerator);
     // The whole text, cut at kListChars; the row counter is left alone.
     void replaceText(const QString& text);
     const QString& text() const { return text_; }

@@ -103,8 +103,9 @@ bool RunPrintCommand(int id, QWidget* owner, const QString& jobName, const QStri
                      const QFont& screenFont, PrintFormat* format) {
     switch (id) {
     case kTxtPrint: PrintText(owner, jobName, text, screenFont, *format); return true;
-    case kTxtSelectPrinter: SelectPrinter(owner); return true;
-    case kTxtOffsets: RunOffsetsDialog(owner, format); return true;
+    // A cancelled dialog leaves everything as it was.
+    case kTxtSelectPrinter: (void)SelectPrinter(owner); return true;
+    case kTxtOffsets: (void)RunOffsetsDialog(owner, format); return true;
     default: return false;
     }
 }

@@ -24,7 +24,7 @@ constexpr Result kPrintRefused = Result::kHalted;
 QPrinter& CurrentPrinter();
 
 // The printer set-up dialog for CurrentPrinter(); true when accepted.
-bool SelectPrinter(QWidget* owner);
+[[nodiscard]] bool SelectPrinter(QWidget* owner);
 
 // The font a window shows (sized in screen pixels at screenDpiY, or in
 // points) sized in points, so that it prints at the size it is seen.
