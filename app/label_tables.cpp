@@ -6,7 +6,6 @@
 #include "calc/model.h"
 #include "dialogs/ui_text.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 #include "windows/table_win.h"
 
 namespace {

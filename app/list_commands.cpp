@@ -12,7 +12,6 @@
 #include "dialogs/ui_text.h"
 #include "lists/list_generators.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 #include "windows/table_win.h"
 #include "windows/text_win.h"
 

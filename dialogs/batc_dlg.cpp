@@ -11,7 +11,6 @@
 #include "dialogs/ui_text.h"
 #include "resources/limits.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 namespace {
 

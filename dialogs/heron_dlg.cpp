@@ -16,7 +16,6 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 namespace {
 

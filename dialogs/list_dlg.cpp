@@ -9,7 +9,6 @@
 #include "lists/list_frame.h"
 #include "lists/list_inputs.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 namespace {
 

@@ -10,7 +10,6 @@
 #include "dialogs/ui_text.h"
 #include "resources/result.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 namespace {
 

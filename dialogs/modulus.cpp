@@ -4,7 +4,6 @@
 #include "dialogs/ui_text.h"
 #include "resources/limits.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 bool AskModulusFormula(QWidget* owner, QString* formula) {
     return TheModal().oneInput(owner, OxText(kStrModulus), OxText(kStrInput), formula,

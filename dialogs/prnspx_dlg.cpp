@@ -13,7 +13,6 @@
 #include "dialogs/modal.h"
 #include "dialogs/ui_text.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 #include "dialogs/ui_text.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 // The help texts are compiled into the program's static library; this makes
 // sure the linker keeps them.

@@ -2,7 +2,6 @@
 
 #include "dialogs/ui_text.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 TNoteWin::TNoteWin(QWidget* parent, const QString& numberFileName, const QString& text,
                    int fontIndex)

@@ -16,7 +16,6 @@
 #include "io/print/print.h"
 #include "resources/limits.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 #include "windows/font_map.h"
 #include "windows/search_prompt.h"
 #include "windows/text_search.h"
