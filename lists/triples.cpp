@@ -32,8 +32,8 @@ void AppendGeneratedRow(ListOutput* out, std::string row, uint32_t m, uint32_t n
 
 }  // namespace
 
-int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
-    if (int code = CheckListValue(primitiveOnly ? ListKind::primitiveTriples : ListKind::allTriples,
+Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
+    if (Result code = CheckListValue(primitiveOnly ? ListKind::primitiveTriples : ListKind::allTriples,
                                   bound))
         return code;
     const int w1 = DecDigits(static_cast<uint32_t>(bound * 0.707107));
@@ -71,11 +71,11 @@ int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, 
     out->caption = std::string(OxString(213)) + " [";
     if (primitiveOnly) out->caption += std::string(OxString(194)) + "; ";
     Concat8(&out->caption, OxString(257), " < ", Dec(shownBound), "] : ", Dec(count));
-    return stopped && !full ? kListStopped : kListDone;
+    return stopped && !full ? Result::kStopped : Result::kOk;
 }
 
-int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
-    if (int code = CheckListValue(ListKind::generators, bound)) return code;
+Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
+    if (Result code = CheckListValue(ListKind::generators, bound)) return code;
     const uint32_t top = 2 * bound * bound;
     const int w2 = DecDigits(top) + 1, w3 = w2;
     const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
@@ -97,11 +97,11 @@ int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
         }
     }
     out->caption = std::string(OxString(213)) + " : " + Dec(count);
-    return stopped && !full ? kListStopped : kListDone;
+    return stopped && !full ? Result::kStopped : Result::kOk;
 }
 
-int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out) {
-    if (int code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound)) return code;
+Result ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out) {
+    if (Result code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound)) return code;
     const uint32_t top = 2 * bound * bound;
     const int w2 = DecDigits(top) + 1, w3 = w2;
     const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
@@ -133,5 +133,5 @@ int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutp
         }
     }
     out->caption = Dec(count) + " " + OxString(angle120 ? 221 : 220) + " ";
-    return stopped && !full ? kListStopped : kListDone;
+    return stopped && !full ? Result::kStopped : Result::kOk;
 }
