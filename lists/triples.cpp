@@ -30,6 +30,21 @@ void AppendGeneratedRow(ListOutput* out, std::string row, uint32_t m, uint32_t n
     if (!AppendListLine(out, row)) *full = true;
 }
 
+struct Widths {
+    int w1, w2, w3;
+};
+
+// The table of a list made from generators m < n <= bound: sides up to
+// 2 bound^2, the first column sized from 0.414 of that, then m and n.
+Widths OpenGeneratedTable(ListOutput* out, uint32_t bound) {
+    const uint32_t top = 2 * bound * bound;
+    const int w2 = DecDigits(top) + 1;
+    const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
+    ListStatus(out, OxString(601));
+    OpenTable(out, w1, w2, w2, "    m   n", 0);
+    return {w1, w2, w2};
+}
+
 }  // namespace
 
 Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
@@ -76,11 +91,7 @@ Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnl
 
 Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
     if (Result code = CheckListValue(ListKind::generators, bound)) return code;
-    const uint32_t top = 2 * bound * bound;
-    const int w2 = DecDigits(top) + 1, w3 = w2;
-    const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
-    ListStatus(out, OxString(601));
-    OpenTable(out, w1, w2, w3, "    m   n", 0);
+    const auto [w1, w2, w3] = OpenGeneratedTable(out, bound);
 
     uint32_t count = 0;
     bool full = false, stopped = false;
@@ -102,11 +113,7 @@ Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
 
 Result ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out) {
     if (Result code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound)) return code;
-    const uint32_t top = 2 * bound * bound;
-    const int w2 = DecDigits(top) + 1, w3 = w2;
-    const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
-    ListStatus(out, OxString(601));
-    OpenTable(out, w1, w2, w3, "    m   n", 0);
+    const auto [w1, w2, w3] = OpenGeneratedTable(out, bound);
     // The equilateral triangle heads the 60-degree list, outside the count and the ceiling.
     if (!angle120) out->text += SidesRow(1, 1, 1, w1, w2, w3) + "    1   2\r\n";
 

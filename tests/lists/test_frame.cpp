@@ -13,15 +13,17 @@ TEST(ListFrame, CeilingAdmitsExactlyOneMillionCharacters) {
     ListOutput out;
     out.text.assign(kListChars - 10, 'x');
     EXPECT_FALSE(AppendListLine(&out, std::string(11, 'y')));
-    EXPECT_EQ(out.text.size(), size_t(kListChars - 10)) << "a refused row leaves the text as it was";
+    EXPECT_EQ(out.text.size(), size_t(kListChars - 10))
+        << "a refused row leaves the text as it was";
     EXPECT_TRUE(AppendListLine(&out, std::string(10, 'y')));
     EXPECT_FALSE(AppendListLine(&out, "z"));
     EXPECT_EQ(PadLeft(3, "123456"), "123") << "a field too narrow keeps the first characters";
 }
 
 TEST(ListFrame, RuntimeRandomSequenceAndSeed) {
-    ListRandom rng;   // the runtime generator's well-known opening from seed 1
-    for (int v : {346, 130, 10982, 1090, 11656, 7117, 17595, 6415, 22948, 31126}) EXPECT_EQ(rng.Next(), v);
+    ListRandom rng;  // the runtime generator's well-known opening from seed 1
+    for (int v : {346, 130, 10982, 1090, 11656, 7117, 17595, 6415, 22948, 31126})
+        EXPECT_EQ(rng.Next(), v);
     rng.Seed(1);
     EXPECT_EQ(ListDialogDefault(ListKind::factor, &rng), "457") << "346 mod 1111 + 111";
 }
@@ -46,7 +48,8 @@ TEST(ListFrame, OneInputBoundsAndTheirCodes) {
         Result below;
     } cases[] = {
         {ListKind::primes, 2, 1598843, Result::kOutOfBounds},
-        {ListKind::primitiveTriples, 5, 197890, Result::kNothingToShow},   // the advertised limit is accepted
+        {ListKind::primitiveTriples, 5, 197890,
+         Result::kNothingToShow},  // the advertised limit is accepted
         {ListKind::allTriples, 5, 95150, Result::kNothingToShow},
         {ListKind::generators, 2, 398, Result::kNothingToShow},
         {ListKind::commonEntry, 3, 65535, Result::kNothingToShow},

@@ -9,13 +9,14 @@
 
 namespace {
 
-using Poly = std::map<long, long>;   // exponent -> coefficient
+using Poly = std::map<long, long>;  // exponent -> coefficient
 
 Poly Multiply(const Poly& x, const std::vector<Numbers>& rows) {
     Poly product;
     for (const auto& [i, a] : x)
         for (const Numbers& r : rows) product[i + r[0]] += a * r[1];
-    for (auto it = product.begin(); it != product.end();) it = it->second == 0 ? product.erase(it) : std::next(it);
+    for (auto it = product.begin(); it != product.end();)
+        it = it->second == 0 ? product.erase(it) : std::next(it);
     return product;
 }
 
@@ -53,7 +54,8 @@ TEST(PrimeList, QuitKeyEndsTheRunWithTheRowsWritten) {
 
 TEST(Factor, FactorizationLinesAndRefusals) {
     const std::pair<const char*, const char*> cases[] = {
-        {"2", "2"}, {"1024", "2^10"}, {"360", "(2^3)*(3^2)*5"}, {"1001", "7*11*13"}, {"--12", "(2^2)*3"},
+        {"2", "2"},          {"1024", "2^10"},    {"360", "(2^3)*(3^2)*5"},
+        {"1001", "7*11*13"}, {"--12", "(2^2)*3"},
     };
     ListOutput out;
     for (const auto& [input, line] : cases) {
@@ -83,9 +85,10 @@ TEST(Divisors, AgreeWithBruteForce) {
         ASSERT_EQ(ListDivisors(nullptr, std::to_string(n), &out), Result::kOk);
         const std::string rule(std::to_string(sum).size(), '-');
         EXPECT_EQ(out.text, expected + rule + "\r\ndivisor sum = " + std::to_string(sum)) << n;
-        EXPECT_EQ(out.caption, "divisor list [" + std::to_string(n) + "] : " + std::to_string(count));
+        EXPECT_EQ(out.caption,
+                  "divisor list [" + std::to_string(n) + "] : " + std::to_string(count));
     }
-    ListOutput out;   // a prime beyond the table, and its sum past 32 bits
+    ListOutput out;  // a prime beyond the table, and its sum past 32 bits
     ASSERT_EQ(ListDivisors(nullptr, "2556298938551", &out), Result::kOk);
     EXPECT_EQ(out.text, "1\r\n2556298938551\r\n-------------\r\ndivisor sum = 2556298938552");
 }
@@ -104,12 +107,13 @@ TEST(TwoSquares, AgreeWithBruteForceAndTopOfTheRangePrintsUnsigned) {
             listed.emplace_back(x, y);
         }
         ASSERT_EQ(listed, expected) << n;
-        EXPECT_NE(out.caption.find(" = " + std::to_string(expected.size()) + " "), std::string::npos);
+        EXPECT_NE(out.caption.find(" = " + std::to_string(expected.size()) + " "),
+                  std::string::npos);
     }
     ListOutput out;
     ASSERT_EQ(ListTwoSquares(4294967295u, &out), Result::kOk);
     EXPECT_EQ(out.caption, "4294967295 = 0 sums of two squares");
-    ASSERT_EQ(ListTwoSquares(4294836225u, &out), Result::kOk);   // 65535^2: the widest x and square
+    ASSERT_EQ(ListTwoSquares(4294836225u, &out), Result::kOk);  // 65535^2: the widest x and square
     EXPECT_EQ(Rows(out.text).front(), "[65535,    0] (4294836225 + 0)");
 }
 
@@ -142,4 +146,3 @@ TEST(Cyclotomic, StopReplacesTheText) {
     EXPECT_EQ(out.text, "interrupted");
     EXPECT_EQ(out.caption, "cyclotomic polynomial [30]");
 }
-

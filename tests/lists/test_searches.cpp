@@ -19,7 +19,6 @@ bool ByLengthThenFirstLeg(const Numbers& x, const Numbers& y) {
     return std::make_pair(x[3], x[0]) < std::make_pair(y[3], y[0]);
 }
 
-
 // The polygons of a list text, each as its sides; rows are "[  x ,   y]".
 std::vector<std::vector<Numbers>> Polygons(const std::string& text) {
     std::vector<std::vector<Numbers>> polygons(1);
@@ -49,17 +48,20 @@ TEST(Quadruples, AgreeWithBruteForceForEveryOption) {
             std::vector<Numbers> expected;
             for (long d = 3; d <= 45; ++d)
                 for (long a = d - 1; a > 0; --a)
-                    for (long b = a; b > 0; --b)   // a lone leg (d, 0, 0) never shows
+                    for (long b = a; b > 0; --b)  // a lone leg (d, 0, 0) never shows
                         for (long c = b; c >= (o.zeros ? 0 : 1); --c) {
                             const bool repeated = a == b || b == c;
                             if (a * a + b * b + c * c != d * d ||
-                                (o.primitiveOnly && std::gcd(std::gcd(a, b), std::gcd(c, d)) != 1) ||
+                                (o.primitiveOnly &&
+                                 std::gcd(std::gcd(a, b), std::gcd(c, d)) != 1) ||
                                 (kind == QuadKind::distinct && repeated) ||
                                 (kind == QuadKind::repeats && !repeated))
                                 continue;
-                            expected.push_back(o.ascending ? Numbers{c, b, a, d} : Numbers{a, b, c, d});
+                            expected.push_back(o.ascending ? Numbers{c, b, a, d}
+                                                           : Numbers{a, b, c, d});
                         }
-            if (o.ascending) std::stable_sort(expected.begin(), expected.end(), ByLengthThenFirstLeg);
+            if (o.ascending)
+                std::stable_sort(expected.begin(), expected.end(), ByLengthThenFirstLeg);
             ListOutput out;
             ASSERT_EQ(ListQuadruples(nullptr, o, &out), Result::kOk);
             EXPECT_EQ(Leading(out.text, 4), expected) << "flags " << flags << " kind " << int(kind);
@@ -94,7 +96,8 @@ TEST(Polygons, FoundPolygonsAreConvexClosedAndNeverShareAPosition) {
     ASSERT_EQ(ListPolygons(nullptr, 1105, 8, 200000, &rng, &out), Result::kOk);
     const std::vector<std::vector<Numbers>> polygons = Polygons(out.text);
     ASSERT_GE(polygons.size(), 2u);
-    EXPECT_EQ(out.caption, "polygons [sides 8, squared length 1105] : " + std::to_string(polygons.size()));
+    EXPECT_EQ(out.caption,
+              "polygons [sides 8, squared length 1105] : " + std::to_string(polygons.size()));
     for (const std::vector<Numbers>& p : polygons) {
         ASSERT_EQ(p.size(), 8u);
         long sx = 0, sy = 0;
@@ -112,7 +115,8 @@ TEST(Polygons, FoundPolygonsAreConvexClosedAndNeverShareAPosition) {
     for (size_t i = 0; i < polygons.size(); ++i)
         for (size_t j = i + 1; j < polygons.size(); ++j)
             for (size_t k = 0; k < 8; ++k)
-                EXPECT_NE(polygons[i][k], polygons[j][k]) << "polygons " << i << ", " << j << " at " << k;
+                EXPECT_NE(polygons[i][k], polygons[j][k])
+                    << "polygons " << i << ", " << j << " at " << k;
 }
 
 TEST(Polygons, EndsAtTheQuitKeyOrAtOnceWhenHopeless) {
