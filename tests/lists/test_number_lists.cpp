@@ -22,11 +22,15 @@ Poly Multiply(const Poly& x, const std::vector<Numbers>& rows) {
 
 }  // namespace
 
-TEST(PrimeList, NumberedToTheWidthOfCountPlusOne) {
+TEST(PrimeList, NumberedToTheWidthOfCountPlusOneAndStopped) {
     ListOutput out;
     ASSERT_EQ(ListPrimes(nullptr, 23, &out), Result::kOk);
     EXPECT_EQ(Rows(out.text)[8], " 9. 23");
     EXPECT_EQ(out.caption, "9 primes");
+    QuitAtPoll quit(5);
+    EXPECT_EQ(ListPrimes(&quit, 1000, &out), Result::kStopped);
+    EXPECT_EQ(Rows(out.text).size(), 5u) << "the rows written";
+    EXPECT_EQ(out.caption, "5 primes");
 }
 
 TEST(PrimeList, FullSizeRunsFitTheCeiling) {
@@ -42,14 +46,6 @@ TEST(PrimeList, FullSizeRunsFitTheCeiling) {
     EXPECT_EQ(out.text.substr(0, 10), "    1. 2\r\n");
     ASSERT_EQ(ListPrimes(nullptr, 847051, &out), Result::kOk);
     EXPECT_EQ(out.text.substr(0, 3), "2\r\n");
-}
-
-TEST(PrimeList, QuitKeyEndsTheRunWithTheRowsWritten) {
-    QuitAtPoll quit(5);
-    ListOutput out;
-    EXPECT_EQ(ListPrimes(&quit, 1000, &out), Result::kStopped);
-    EXPECT_EQ(Rows(out.text).size(), 5u);
-    EXPECT_EQ(out.caption, "5 primes");
 }
 
 TEST(Factor, FactorizationLinesAndRefusals) {

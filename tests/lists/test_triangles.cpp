@@ -10,15 +10,6 @@
 
 namespace {
 
-TriangleOptions Perimeters(uint32_t lo, uint32_t hi, bool right = false, bool isosceles = false) {
-    TriangleOptions o;
-    o.minPerimeter = lo;
-    o.maxPerimeter = hi;
-    o.right = right;
-    o.isosceles = isosceles;
-    return o;
-}
-
 // The sides of each row, after the perimeter column (5 wide in these tests).
 std::vector<Numbers> SidesOf(const std::string& text) { return Leading(text, 3, 5); }
 
@@ -89,7 +80,7 @@ TEST(Triples, CommonEntryAgreesWithBruteForce) {
 
 TEST(Heronian, DefaultsGiveSixteenHundredNinety) {
     ListOutput out;
-    ASSERT_EQ(ListHeronian(nullptr, Perimeters(12, 1000), &out), Result::kOk);
+    ASSERT_EQ(ListHeronian(nullptr, TriangleOptions{12, 1000}, &out), Result::kOk);
     EXPECT_EQ(out.caption, "Heronian triangles [11 < perim < 1001] : 1690");
     const std::vector<std::string> rows = Rows(out.text);
     ASSERT_EQ(rows.size(), 1692u);
@@ -99,7 +90,7 @@ TEST(Heronian, DefaultsGiveSixteenHundredNinety) {
 TEST(Heronian, AgreesWithBruteForceForEveryOption) {
     // Every primitive integer triangle of even perimeter 12..160 with integer area.
     for (int flags = 0; flags < 4; ++flags) {
-        const TriangleOptions o = Perimeters(12, 160, flags & 1, flags & 2);
+        const TriangleOptions o{12, 160, (flags & 1) != 0, (flags & 2) != 0};
         std::vector<Numbers> expected;  // by perimeter, then a, then b
         for (long p = 12; p <= 160; p += 2)
             for (long a = 3; 2 * a < p; ++a)
@@ -121,12 +112,12 @@ TEST(Heronian, AgreesWithBruteForceForEveryOption) {
 TEST(Heronian, StopReportsThePerimeterReached) {
     QuitAtPoll quit(4);  // perimeter 12 has one a, 14 two: the fourth poll is at 16
     ListOutput out;
-    EXPECT_EQ(ListHeronian(&quit, Perimeters(12, 1000, true), &out), Result::kStopped);
+    EXPECT_EQ(ListHeronian(&quit, TriangleOptions{12, 1000, true}, &out), Result::kStopped);
     EXPECT_EQ(out.caption, "Heronian triangles [11 < perim < 17] : 1");
 }
 
 TEST(RationalMedians, AtLeastTwoKeepsTheStarredRows) {
-    TriangleOptions o = Perimeters(12, 60);
+    TriangleOptions o{12, 60};
     ListOutput out;
     ASSERT_EQ(ListRationalMedians(nullptr, o, &out), Result::kOk);
     const std::vector<std::string> rows = Rows(out.text);
@@ -139,7 +130,7 @@ TEST(RationalMedians, AtLeastTwoKeepsTheStarredRows) {
 
 TEST(RationalMedians, DefaultsFillTheTextAndStopAtTheCeiling) {
     ListOutput out;
-    ASSERT_EQ(ListRationalMedians(nullptr, Perimeters(12, 1000), &out), Result::kOk);
+    ASSERT_EQ(ListRationalMedians(nullptr, TriangleOptions{12, 1000}, &out), Result::kOk);
     EXPECT_LE(out.text.size(), 1000000u);
     EXPECT_GT(out.text.size(), 1000000u - 60);
     // The caption's upper bound is the perimeter the run reached.
@@ -148,7 +139,7 @@ TEST(RationalMedians, DefaultsFillTheTextAndStopAtTheCeiling) {
 
 TEST(PerpendicularMedians, TwentySixWithTheDefaults) {
     ListOutput out;
-    ASSERT_EQ(ListPerpendicularMedians(nullptr, Perimeters(54, 1000), &out), Result::kOk);
+    ASSERT_EQ(ListPerpendicularMedians(nullptr, TriangleOptions{54, 1000}, &out), Result::kOk);
     EXPECT_EQ(out.caption, "perpendicular medians [53 < perim < 1001] : 26");
     const std::vector<Numbers> tris = SidesOf(out.text);
     ASSERT_EQ(tris.size(), 26u);
