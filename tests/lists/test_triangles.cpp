@@ -13,7 +13,27 @@ namespace {
 // The sides of each row, after the perimeter column (5 wide in these tests).
 std::vector<Numbers> SidesOf(const std::string& text) { return Leading(text, 3, 5); }
 
-bool Right(long a, long b, long c) { return a * a + b * b == c * c; }
+// Every primitive triangle a <= b <= c of even perimeter lo..hi, by perimeter,
+// then a, then b; isosceles ones only when asked.
+std::vector<Numbers> Triangles(long lo, long hi, bool isosceles) {
+    std::vector<Numbers> all;
+    for (long p = lo + lo % 2; p <= hi; p += 2)
+        for (long a = 1; 3 * a <= p; ++a)
+            for (long b = a; a + 2 * b <= p; ++b) {
+                const long c = p - a - b;
+                if (c < a + b && std::gcd(std::gcd(a, b), c) == 1 &&
+                    (isosceles || (a != b && b != c)))
+                    all.push_back({a, b, c});
+            }
+    return all;
+}
+
+bool Square(long v) {
+    const long r = std::lround(std::sqrt(double(v)));
+    return r * r == v;
+}
+
+bool Right(const Numbers& t) { return t[0] * t[0] + t[1] * t[1] == t[2] * t[2]; }
 
 }  // namespace
 
@@ -88,21 +108,15 @@ TEST(Heronian, DefaultsGiveSixteenHundredNinety) {
 }
 
 TEST(Heronian, AgreesWithBruteForceForEveryOption) {
-    // Every primitive integer triangle of even perimeter 12..160 with integer area.
     for (int flags = 0; flags < 4; ++flags) {
         const TriangleOptions o{12, 160, (flags & 1) != 0, (flags & 2) != 0};
-        std::vector<Numbers> expected;  // by perimeter, then a, then b
-        for (long p = 12; p <= 160; p += 2)
-            for (long a = 3; 2 * a < p; ++a)
-                for (long b = a; a + b < p; ++b) {
-                    const long c = p - a - b;
-                    if (c < b || c >= a + b || std::gcd(std::gcd(a, b), c) != 1) continue;
-                    if ((Right(a, b, c) && !o.right) || ((a == b || b == c) && !o.isosceles))
-                        continue;
-                    const long z = p * (p - 2 * a) * (p - 2 * b) * (p - 2 * c);
-                    const long r = std::lround(std::sqrt(double(z)));
-                    if (r * r == z) expected.push_back({a, b, c});
-                }
+        std::vector<Numbers> expected;
+        for (const Numbers& t : Triangles(12, 160, o.isosceles)) {
+            const long p = t[0] + t[1] + t[2];  // 16 area^2 = p (p - 2a) (p - 2b) (p - 2c)
+            if ((o.right || !Right(t)) &&
+                Square(p * (p - 2 * t[0]) * (p - 2 * t[1]) * (p - 2 * t[2])))
+                expected.push_back(t);
+        }
         ListOutput out;
         ASSERT_EQ(ListHeronian(nullptr, o, &out), Result::kOk);
         EXPECT_EQ(SidesOf(out.text), expected) << "flags " << flags;
@@ -116,16 +130,27 @@ TEST(Heronian, StopReportsThePerimeterReached) {
     EXPECT_EQ(out.caption, "Heronian triangles [11 < perim < 17] : 1");
 }
 
-TEST(RationalMedians, AtLeastTwoKeepsTheStarredRows) {
-    TriangleOptions o{12, 60};
-    ListOutput out;
-    ASSERT_EQ(ListRationalMedians(nullptr, o, &out), Result::kOk);
-    const std::vector<std::string> rows = Rows(out.text);
-    size_t starred = 0;
-    for (size_t i = 2; i < rows.size(); ++i) starred += rows[i].find('*') != std::string::npos;
-    o.atLeastTwo = true;
-    ASSERT_EQ(ListRationalMedians(nullptr, o, &out), Result::kOk);
-    EXPECT_EQ(Rows(out.text).size() - 2, starred) << "exactly the starred rows";
+TEST(Medians, AgreeWithBruteForceForEveryOption) {
+    // 4 m_a^2 = 2b^2 + 2c^2 - a^2, and so on round; the medians to b and c are
+    // perpendicular exactly when b^2 + c^2 = 5a^2. The last round is the
+    // perpendicular list.
+    for (int flags = 0; flags < 9; ++flags) {
+        const TriangleOptions o{12, 200, (flags & 1) != 0, (flags & 2) != 0, (flags & 4) != 0};
+        const bool perpendicular = flags == 8;
+        std::vector<Numbers> expected;
+        for (const Numbers& t : Triangles(12, 200, o.isosceles)) {
+            const long a2 = t[0] * t[0], b2 = t[1] * t[1], c2 = t[2] * t[2];
+            const int k = Square(2 * b2 + 2 * c2 - a2) + Square(2 * c2 + 2 * a2 - b2) +
+                          Square(2 * a2 + 2 * b2 - c2);
+            if (perpendicular ? b2 + c2 == 5 * a2
+                              : (o.right || !Right(t)) && (k >= 2 || (k == 1 && !o.atLeastTwo)))
+                expected.push_back(t);
+        }
+        ListOutput out;
+        const auto list = perpendicular ? ListPerpendicularMedians : ListRationalMedians;
+        ASSERT_EQ(list(nullptr, o, &out), Result::kOk);
+        EXPECT_EQ(SidesOf(out.text), expected) << "flags " << flags;
+    }
 }
 
 TEST(RationalMedians, DefaultsFillTheTextAndStopAtTheCeiling) {
@@ -141,10 +166,5 @@ TEST(PerpendicularMedians, TwentySixWithTheDefaults) {
     ListOutput out;
     ASSERT_EQ(ListPerpendicularMedians(nullptr, TriangleOptions{54, 1000}, &out), Result::kOk);
     EXPECT_EQ(out.caption, "perpendicular medians [53 < perim < 1001] : 26");
-    const std::vector<Numbers> tris = SidesOf(out.text);
-    ASSERT_EQ(tris.size(), 26u);
-    for (const Numbers& t : tris) {
-        EXPECT_EQ(t[1] * t[1] + t[2] * t[2], 5 * t[0] * t[0]);
-        EXPECT_FALSE(Right(t[0], t[1], t[2]) || t[0] == t[1] || t[1] == t[2]);
-    }
+    EXPECT_EQ(SidesOf(out.text).size(), 26u);
 }
