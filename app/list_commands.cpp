@@ -33,8 +33,8 @@ struct MenuList {
     int id;
     ListKind kind;
     ListTarget target;
-    int (*byValue)(CalcContext*, uint32_t, ListOutput*);
-    int (*byText)(CalcContext*, const std::string&, ListOutput*);
+    Result (*byValue)(CalcContext*, uint32_t, ListOutput*);
+    Result (*byText)(CalcContext*, const std::string&, ListOutput*);
 };
 
 const MenuList kMenuLists[] = {
@@ -137,7 +137,7 @@ void ListCommands::askPolygons() {
     const int code = ParseListUnsigned(length.toStdString(), &n) &&
                        ParseListUnsigned(sides.toStdString(), &m)
                    ? CheckPolygonInputs(n, m)
-                   : kListOutOfBounds;
+                   : Result::kOutOfBounds;
     if (code != 0) {
         ShowError(main, code);
         return;

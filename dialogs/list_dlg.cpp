@@ -38,5 +38,5 @@ QDialogButtonBox* ListButtons(QWidget* parent, QPushButton** list, QPushButton**
 }
 
 int ReadDialogBound(const QLineEdit* edit, uint32_t* value) {
-    return ParseListUnsigned(edit->text().toStdString(), value) ? 0 : kListOutOfBounds;
+    return ParseListUnsigned(edit->text().toStdString(), value) ? 0 : Result::kOutOfBounds;
 }

@@ -25,7 +25,6 @@ namespace {
 constexpr int kTitle = 216;          // "Pythagorean quadruples"
 constexpr int kMaxLength = 229;      // "max length"
 constexpr int kCubeLength = 227;     // "length"
-constexpr int kKitchenClosed = 13;
 constexpr const char* kMinPreset = "3";
 constexpr const char* kMaxPreset = "100";
 
@@ -110,8 +109,8 @@ void TQuadDlg::reject() {
 int TQuadDlg::list() {
     if (busy_) return 0;
     if (cubes()) {
-        ShowError(runner_->MainWindow(), kKitchenClosed);
-        return kKitchenClosed;
+        ShowError(runner_->MainWindow(), Result::kKitchenClosed);
+        return Result::kKitchenClosed;
     }
     QuadOptions o;
     int code = ReadDialogBound(min_, &o.minLength);
