@@ -9,9 +9,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QPrinter>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -26,7 +23,6 @@
 #include "dialogs/conv_dlg.h"
 #include "dialogs/hail_dlg.h"
 #include "dialogs/recur_dlg.h"
-#include "io/print/print.h"
 #include "io/settings.h"
 #include "resources/menus_frame.h"
 #include "scripted_modal.h"
@@ -253,34 +249,6 @@ private slots:
         QCOMPARE(modal.lastError(), -1);
         QCOMPARE(Text(f, kB), std::string("5"));
         QVERIFY(!f.context().running());
-    }
-
-    // Print in a number window prints the section on show, at once, on the
-    // current printer, named after the number's file.
-    void numberWindowPrintsItsShownSection() {
-        if (QStandardPaths::findExecutable("pdftotext").isEmpty())
-            QSKIP("pdftotext (poppler-utils) is not installed");
-        ScriptedModal modal;
-        TCalcFrame f;
-        QCOMPARE(Calculate(f, "3^2000", kA), 0);
-        TNumWin* w = f.numWin(kA);
-        w->setLineDigits(50);
-        const QString pdf = dir_.filePath("a.pdf");
-        QPrinter& printer = CurrentPrinter();
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(pdf);
-        printer.setPageSize(QPageSize(QPageSize::A4));
-        QAction* print = FindMenuAction(w, kNumPrint);
-        QVERIFY(print && print->isEnabled());
-        print->trigger();
-        QCOMPARE(modal.count("error"), 0);
-        QProcess p;
-        p.start(QStandardPaths::findExecutable("pdftotext"), {pdf, "-"});
-        QVERIFY(p.waitForFinished(20000));
-        const QString printed = QString::fromUtf8(p.readAllStandardOutput()).simplified();
-        const QString shown = w->editor()->toPlainText().simplified();
-        QVERIFY(shown.startsWith("1"));
-        QCOMPARE(printed, shown);
     }
 
     // A shown table of B collects B after every step of a Fibonacci

@@ -1,8 +1,9 @@
 // Printing to PDF files through QPrinter, read back with poppler's pdftotext
 // and pdfinfo (skipped when they are missing); the offsets dialog; the print
-// commands of the text, notebook and table windows.
+// commands of the text, number and table windows.
 #include <QFile>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPrinter>
 #include <QProcess>
 #include <QRadioButton>
@@ -11,11 +12,16 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <string>
+
+#include "bigint/bigint.h"
 #include "dialogs/prnspx_dlg.h"
 #include "io/print/print.h"
+#include "resources/menus_frame.h"
 #include "resources/menus_table.h"
 #include "scripted_modal.h"
-#include "windows/note_win.h"
+#include "windows/font_table.h"
+#include "windows/num_win.h"
 #include "windows/table_win.h"
 #include "windows/text_win.h"
 
@@ -141,9 +147,20 @@ private slots:
         QCOMPARE(PageLines(pdf), (QList<QStringList>{{"first line", "second line"}}));
         text.close();
 
-        TNoteWin note(nullptr, "number1.num", "made by 2^100", 2);
-        note.command(kTxtPrint);
-        QCOMPARE(Info(pdf, "Title"), QStringLiteral("number1.num"));
+        // A number window prints the digits it shows.
+        BigInt v = {}, one = {};
+        std::string digits(2000, '7');
+        BigFromText(digits.data(), &v);
+        BigFromInt(&one, 1);
+        {
+            TNumWin num(nullptr, "number1", 1, &v, &one, FontTableEntry(2, 96));
+            num.setLineDigits(50);
+            num.command(kNumPrint);
+            QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(),
+                     num.editor()->toPlainText().simplified());
+        }
+        BigFree(&v);
+        BigFree(&one);
         // A table window prints its shown section, named after its title
         // until it is saved.
         TTableWin table(nullptr, "t");
