@@ -23,7 +23,6 @@
 #include "windows/num_win_layout.h"
 #include "windows/num_win_text.h"
 #include "windows/table_win.h"
-#include "windows/table_win_sections.h"
 #include "windows/text_win.h"
 
 namespace {
@@ -72,11 +71,6 @@ int FillToCeiling(TTableWin* w) {
     int rows = 0;
     while (w->append(Rows(rows, 1, 97))) ++rows;
     return rows;
-}
-
-std::vector<std::size_t> Starts(const QString& s) {
-    return TableSectionStarts(
-        std::u16string_view(reinterpret_cast<const char16_t*>(s.utf16()), s.size()));
 }
 
 }  // namespace
@@ -370,20 +364,6 @@ private slots:
         w.resize(350, 400);
         QVERIFY(w.lineDigits() < wide);
         QCOMPARE(w.editor()->toPlainText().section('\n', 0, 0).size(), int(w.lineDigits()));
-    }
-
-    void sectionsEndAfterTheLastLineFeedThatFits() {
-        QCOMPARE(Starts(QString(kTableSectionChars, 'a')).size(), std::size_t(1));
-        QString t = QString(kTableSectionChars, 'a');
-        t[100] = '\n';
-        t += 'b';   // 30001 characters with a line feed inside
-        QCOMPARE(Starts(t), (std::vector<std::size_t>{0, 101}));
-        // A row longer than a section is cut at the section's length, but a
-        // CR is not parted from its LF.
-        QCOMPARE(Starts(QString(70000, '7')),
-                 (std::vector<std::size_t>{0, 30000, 60000}));
-        t = QString(kTableSectionChars - 1, 'a') + "\r\n" + "bc";
-        QCOMPARE(Starts(t), (std::vector<std::size_t>{0, std::size_t(kTableSectionChars - 1)}));
     }
 
     void aMegabytePagesBySectionsOfWholeRows() {
