@@ -72,7 +72,8 @@ private slots:
                              Mono(), PrintFormat()),
                  0);
         QCOMPARE(Info(pdf, "Pages"), QStringLiteral("2"));
-        QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(), QStringLiteral("alpha beta gamma delta"));
+        QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(),
+                 QStringLiteral("alpha beta gamma delta"));
         QCOMPARE(Info(pdf, "Title"), QStringLiteral("report.txt"));
     }
 
@@ -110,7 +111,8 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&text));
         QTest::keyClick(&text, Qt::Key_P, Qt::ControlModifier);
         QCOMPARE(Info(pdf, "Title"), QStringLiteral("notes.txt"));
-        QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(), QStringLiteral("first line second line"));
+        QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(),
+                 QStringLiteral("first line second line"));
         text.close();
 
         // A number window prints the digits it shows.
@@ -148,7 +150,8 @@ private slots:
         QVERIFY(!printed.contains("row 299.") && !printed.contains("row 600."));
         // 7.62 cm are three inches (216 points) from the paper's edge.
         const QRegularExpression firstWord(R"re(<word xMin="([\d.]+)")re");
-        const double x = firstWord.match(Run("pdftotext", {"-bbox", pdf, "-"})).captured(1).toDouble();
+        const double x =
+            firstWord.match(Run("pdftotext", {"-bbox", pdf, "-"})).captured(1).toDouble();
         QVERIFY2(qAbs(x - 216) < 1.5, qPrintable(QString::number(x)));
     }
 
