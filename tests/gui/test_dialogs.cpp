@@ -263,11 +263,6 @@ private slots:
         std::memset(f.faceName, 'A', sizeof f.faceName);   // no terminating zero
         QCOMPARE(FontFromLogFont(f).family().size(), kLogFontFaceChars - 1);
     }
-
-    void windowsFiltersBecomeQtFilters() {
-        QCOMPARE(FileFilter("Text Files (*.TXT)|*.txt|All|*"),
-                 QStringLiteral("Text Files (*.txt);;All (*)"));
-    }
 };
 
 QTEST_MAIN(TestDialogs)
