@@ -30,8 +30,8 @@ struct MenuList {
     int id;
     ListKind kind;
     ListTarget target;
-    int (*byValue)(CalcContext*, uint32_t, ListOutput*);
-    int (*byText)(CalcContext*, const std::string&, ListOutput*);
+    Result (*byValue)(CalcContext*, uint32_t, ListOutput*);
+    Result (*byText)(CalcContext*, const std::string&, ListOutput*);
 };
 
 const MenuList kMenuLists[] = {

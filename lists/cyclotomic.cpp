@@ -42,8 +42,8 @@ void DivByBinomial(std::vector<uint32_t>* c, uint32_t k) {
 
 }  // namespace
 
-int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
-    if (int code = CheckListValue(ListKind::cyclotomic, n)) return code;
+Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
+    if (Result code = CheckListValue(ListKind::cyclotomic, n)) return code;
     ListStatus(out, OxString(601));
     const std::vector<uint32_t> primes = DistinctPrimes(n);
     uint32_t degree = n;
@@ -51,7 +51,7 @@ int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
 
     std::vector<uint32_t> coef(degree + 1, 0);
     coef[0] = 1;
-    int code = kListDone;
+    Result code = Result::kOk;
     for (uint32_t subset = 0; subset < (1u << primes.size()); ++subset) {
         uint32_t e = 1, bits = 0;
         for (size_t i = 0; i < primes.size(); ++i) {
@@ -62,13 +62,13 @@ int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
         if (bits % 2 == 0) MulByBinomial(&coef, n / e);
         else DivByBinomial(&coef, n / e);
         if (ListStopRequested(ctx)) {
-            code = kListStopped;
+            code = Result::kStopped;
             break;
         }
     }
 
     out->caption = std::string(OxString(250)) + " [" + Dec(n) + "]";
-    if (code == kListDone) {
+    if (code == Result::kOk) {
         const std::string expo = OxString(267), coefName = OxString(268);
         const int expoWidth = std::max(static_cast<int>(expo.size()), DecDigits(degree));
         const int coefWidth = static_cast<int>(coefName.size()) + 2;
@@ -81,12 +81,13 @@ int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
             std::string row = PadLeft(expoWidth, Dec(k)) +
                               PadLeft(coefWidth, Dec(static_cast<int64_t>(value))) + "\r\n";
             if (!AppendListLine(out, row)) {
-                code = kListFull;
+                code = Result::kNoMoreRoom;
                 break;
             }
         }
     }
-    if (code == kListStopped) out->text = ResultMessage(static_cast<Result>(102));
-    if (code == kListFull) out->text = ResultMessage(static_cast<Result>(kListFull));
+    // A stopped or overfull run shows its message instead of a partial polynomial.
+    if (code == Result::kStopped) out->text = ResultMessage(Result::kInterrupted);
+    if (code == Result::kNoMoreRoom) out->text = ResultMessage(Result::kNoMoreRoom);
     return code;
 }

@@ -22,9 +22,9 @@ struct ScopedBig {
     }
 };
 
-int BigFromDecimal(const std::string& text, BigInt* value) {
+Result BigFromDecimal(const std::string& text, BigInt* value) {
     std::string copy = text;
-    return BigFromText(copy.data(), value);
+    return Result(BigFromText(copy.data(), value));
 }
 
 // The value of a record of at most four limbs (below 10^16); what is left
@@ -50,33 +50,36 @@ std::string BigDecimal(const BigInt* value) {
     return buf;
 }
 
-int ReadFactorInput(const std::string& text, BigInt* value) {
-    if (text.find_first_of("0123456789") == std::string::npos) return 17;
+Result ReadFactorInput(const std::string& text, BigInt* value) {
+    if (text.find_first_of("0123456789") == std::string::npos) return Result::kOutOfBounds;
     ScopedBig read, limit;
-    if (BigFromDecimal(text, &read.v) != 0) return 17;
-    if (BigFromDecimal(kFactorLimitText, &limit.v) != 0) return 3;
-    if (BigIsZero(&read.v) || read.v.negative || BigCompareMag(&read.v, &limit.v) < 0) return 17;
+    // Whatever the number reader refuses is out of bounds for these lists.
+    if (!Ok(BigFromDecimal(text, &read.v))) return Result::kOutOfBounds;
+    if (!Ok(BigFromDecimal(kFactorLimitText, &limit.v))) return Result::kNoMemory;
+    if (BigIsZero(&read.v) || read.v.negative || BigCompareMag(&read.v, &limit.v) < 0)
+        return Result::kOutOfBounds;
     *value = read.v;
     read.v = BigInt{};
-    return 0;
+    return Result::kOk;
 }
 
-int FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* factors) {
+Result FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* factors) {
     factors->clear();
-    if (BigIsOne(value)) return 0;
+    if (BigIsOne(value)) return Result::kOk;
     ScopedBig rest, quotient, remainder, prime;
-    if (BigCopy(&rest.v, value) != 0) return 3;
+    if (!Ok(Result(BigCopy(&rest.v, value)))) return Result::kNoMemory;
     uint32_t small = 0;
     if (rest.v.top == 0 && BigToUnsigned(&rest.v, &small) && small < 4) {
         factors->push_back({BigDecimal(&rest.v), 1});
-        return 0;
+        return Result::kOk;
     }
     for (uint32_t p : ListPrimeTable()) {
         if (uint64_t{p} * p > SmallValue(&rest.v)) break;
-        if (BigFromUnsigned(prime.Fresh(), p) != 0) return 3;
+        if (!Ok(Result(BigFromUnsigned(prime.Fresh(), p)))) return Result::kNoMemory;
         uint32_t e = 0;
         for (;;) {
-            if (int code = BigDivMod(ctx, &rest.v, &prime.v, quotient.Fresh(), remainder.Fresh()))
+            if (Result code =
+                    Result(BigDivMod(ctx, &rest.v, &prime.v, quotient.Fresh(), remainder.Fresh())))
                 return code;
             if (!BigIsZero(&remainder.v)) break;
             ++e;
@@ -85,7 +88,7 @@ int FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* f
         if (e > 0) factors->push_back({Dec(p), e});
     }
     if (!BigIsOne(&rest.v)) factors->push_back({BigDecimal(&rest.v), 1});
-    return 0;
+    return Result::kOk;
 }
 
 std::string FactorizationLine(const std::vector<PrimeFactor>& factors) {
@@ -103,18 +106,19 @@ std::string FactorizationLine(const std::vector<PrimeFactor>& factors) {
     return line;
 }
 
-int DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors, std::vector<BigInt>* divisors) {
+Result DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors,
+                   std::vector<BigInt>* divisors) {
     FreeAll(divisors);
     std::vector<BigInt> primes(factors.size(), BigInt{});
-    auto release = [&](int code) {
+    auto release = [&](Result code) {
         FreeAll(&primes);
-        if (code != 0) FreeAll(divisors);
+        if (!Ok(code)) FreeAll(divisors);
         return code;
     };
     for (size_t i = 0; i < factors.size(); ++i)
-        if (BigFromDecimal(factors[i].prime, &primes[i]) != 0) return release(3);
+        if (!Ok(BigFromDecimal(factors[i].prime, &primes[i]))) return release(Result::kNoMemory);
     divisors->push_back(BigInt{});
-    if (BigFromInt(&divisors->back(), 1) != 0) return release(3);
+    if (!Ok(Result(BigFromInt(&divisors->back(), 1)))) return release(Result::kNoMemory);
 
     // Exponent vectors as an odometer whose first position turns fastest.
     std::vector<uint32_t> exponent(factors.size(), 0);
@@ -126,10 +130,11 @@ int DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors, std::
         for (size_t i = 0; i < pos; ++i) exponent[i] = 0;
 
         ScopedBig product, next;
-        BigFromInt(&product.v, 1);
+        if (!Ok(Result(BigFromInt(&product.v, 1)))) return release(Result::kNoMemory);
         for (size_t i = 0; i < factors.size(); ++i)
             for (uint32_t k = 0; k < exponent[i]; ++k) {
-                if (int code = BigMul(ctx, next.Fresh(), &product.v, &primes[i])) return release(code);
+                if (Result code = Result(BigMul(ctx, next.Fresh(), &product.v, &primes[i])))
+                    return release(code);
                 std::swap(product.v, next.v);
             }
         // After the last divisor smaller than the product.
@@ -138,48 +143,49 @@ int DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors, std::
         divisors->insert(at, product.v);
         product.v = BigInt{};
     }
-    return release(0);
+    return release(Result::kOk);
 }
 
 namespace {
 
-// The prime factors of the input as typed: 17 for a bad input, 10 for 1.
-int FactorsOfInput(CalcContext* ctx, const std::string& input, std::vector<PrimeFactor>* factors) {
+// The prime factors of the input as typed: kOutOfBounds for a bad input,
+// kNothingToShow for 1.
+Result FactorsOfInput(CalcContext* ctx, const std::string& input, std::vector<PrimeFactor>* factors) {
     ScopedBig value;
-    if (int code = ReadFactorInput(input, &value.v)) return code;
-    if (int code = FactorBig(ctx, &value.v, factors)) return code;
-    return factors->empty() ? kListNothing : 0;
+    if (Result code = ReadFactorInput(input, &value.v)) return code;
+    if (Result code = FactorBig(ctx, &value.v, factors)) return code;
+    return factors->empty() ? Result::kNothingToShow : Result::kOk;
 }
 
 }  // namespace
 
 // The numbers are at most 13 digits: the arithmetic of these two lists is
 // never long enough to poll for.
-int ListFactor(CalcContext*, const std::string& input, ListOutput* out) {
+Result ListFactor(CalcContext*, const std::string& input, ListOutput* out) {
     CalcContext quiet;
     std::vector<PrimeFactor> factors;
-    if (int code = FactorsOfInput(&quiet, input, &factors)) return code;
+    if (Result code = FactorsOfInput(&quiet, input, &factors)) return code;
     out->text = FactorizationLine(factors);
     out->caption = std::string(OxString(198)) + " " + input;
-    return kListDone;
+    return Result::kOk;
 }
 
-int ListDivisors(CalcContext*, const std::string& input, ListOutput* out) {
+Result ListDivisors(CalcContext*, const std::string& input, ListOutput* out) {
     CalcContext quiet;
     CalcContext* ctx = &quiet;
     std::vector<PrimeFactor> factors;
-    if (int code = FactorsOfInput(ctx, input, &factors)) return code;
+    if (Result code = FactorsOfInput(ctx, input, &factors)) return code;
     std::vector<BigInt> divisors;
-    if (int code = DivisorsBig(ctx, factors, &divisors)) return code;
+    if (Result code = DivisorsBig(ctx, factors, &divisors)) return code;
 
+    // A sum that ran out of memory still lists the divisors; the code says so.
     ScopedBig sum, next;
-    BigFromInt(&sum.v, 0);
+    Result code = Ok(Result(BigFromInt(&sum.v, 0))) ? Result::kOk : Result::kNoMemory;
     out->text.clear();
-    int code = kListDone;
     for (const BigInt& d : divisors) {
         // A number below the limit has at most a few thousand divisors: no ceiling test.
         out->text += BigDecimal(&d) + "\r\n";
-        if (BigAdd(next.Fresh(), &sum.v, &d) != 0) code = 3;
+        if (!Ok(Result(BigAdd(next.Fresh(), &sum.v, &d)))) code = Result::kNoMemory;
         std::swap(sum.v, next.v);
     }
     const std::string total = BigDecimal(&sum.v);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bigint/bigint.h"
+#include "resources/result.h"
 
 struct PrimeFactor {
     std::string prime;   // decimal text
@@ -16,22 +17,23 @@ struct PrimeFactor {
 
 constexpr const char* kFactorLimitText = "2556298938649";
 
-// Reads the number typed for Factor or Divisors: 0, or 17 for text without
-// digits, a negative value, zero or a value above the limit. *value is then
-// owned by the caller.
-int ReadFactorInput(const std::string& text, BigInt* value);
+// Reads the number typed for Factor or Divisors: kOk, or kOutOfBounds for text
+// without digits, a negative value, zero or a value above the limit. *value is
+// then owned by the caller.
+Result ReadFactorInput(const std::string& text, BigInt* value);
 
 // The factors of value (>= 1) in increasing order; none for 1. A cofactor left
 // after the table is listed as it is. ctx (not null) is polled by the
-// divisions. 0, 3, or -1 when stopped.
-int FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* factors);
+// divisions. kOk, kNoMemory, or kStopped.
+Result FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>* factors);
 
 // "(2^3)*(3^2)*5": powers bracketed unless they stand alone.
 std::string FactorizationLine(const std::vector<PrimeFactor>& factors);
 
 // Every divisor of the factored number, ascending (1 first). The records are
-// the caller's to free. ctx as for FactorBig. 0, 3, or -1 when stopped.
-int DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors, std::vector<BigInt>* divisors);
+// the caller's to free. ctx as for FactorBig. kOk, kNoMemory, or kStopped.
+Result DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors,
+                   std::vector<BigInt>* divisors);
 
 // The decimal text of a value.
 std::string BigDecimal(const BigInt* value);

@@ -7,8 +7,8 @@
 #include "lists/triangles.h"
 #include "resources/strings.h"
 
-int ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
-    if (int code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
+Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
+    if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
     const uint32_t maxP = options.maxPerimeter;
     const int w = DecDigits(maxP), perimWidth = PerimeterWidth(maxP);
     // The area is below p^2 / 20.8; the column is sized from (max + 1)^2 * 0.15.
@@ -40,8 +40,8 @@ int ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* o
         ++count;
         return true;
     };
-    const int code = WalkTriangles(ctx, {options.minPerimeter, maxP, options.isosceles}, visit, &lastP);
-    const uint32_t upper = code == kListStopped ? lastP + 1 : maxP + 1;
+    const Result code = WalkTriangles(ctx, {options.minPerimeter, maxP, options.isosceles}, visit, &lastP);
+    const uint32_t upper = code == Result::kStopped ? lastP + 1 : maxP + 1;
     out->caption = TriangleCaption(248, options.minPerimeter, upper, count);
     return code;
 }

@@ -1,6 +1,5 @@
 #include "lists/list_command.h"
 
-
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 
@@ -26,83 +25,85 @@ bool ReadFlags(const Args& args, size_t from, std::initializer_list<std::pair<co
 struct OneNumberList {
     const char* name;
     ListKind kind;
-    int (*run)(CalcContext*, uint32_t, ListOutput*);
+    Result (*run)(CalcContext*, uint32_t, ListOutput*);
 };
+
+// A list of one number and a choice, with the choice made.
+template <Result (*List)(CalcContext*, uint32_t, bool, ListOutput*), bool kChoice>
+Result WithChoice(CalcContext* ctx, uint32_t n, ListOutput* out) {
+    return List(ctx, n, kChoice, out);
+}
 
 const OneNumberList kOneNumberLists[] = {
     {"primes", ListKind::primes, ListPrimes},
-    {"triples", ListKind::primitiveTriples,
-     [](CalcContext* c, uint32_t n, ListOutput* o) { return ListHypotenuseTriples(c, n, true, o); }},
-    {"alltriples", ListKind::allTriples,
-     [](CalcContext* c, uint32_t n, ListOutput* o) { return ListHypotenuseTriples(c, n, false, o); }},
+    {"triples", ListKind::primitiveTriples, WithChoice<ListHypotenuseTriples, true>},
+    {"alltriples", ListKind::allTriples, WithChoice<ListHypotenuseTriples, false>},
     {"generators", ListKind::generators, ListTripleGenerators},
     {"common", ListKind::commonEntry, ListCommonEntry},
-    {"tri60", ListKind::tri60,
-     [](CalcContext* c, uint32_t n, ListOutput* o) { return ListAngleTriangles(c, n, false, o); }},
-    {"tri120", ListKind::tri120,
-     [](CalcContext* c, uint32_t n, ListOutput* o) { return ListAngleTriangles(c, n, true, o); }},
+    {"tri60", ListKind::tri60, WithChoice<ListAngleTriangles, false>},
+    {"tri120", ListKind::tri120, WithChoice<ListAngleTriangles, true>},
     {"cyclotomic", ListKind::cyclotomic, ListCyclotomic},
 };
 
-int RunTriangles(CalcContext* ctx, const Args& args, ListOutput* out) {
+Result RunTriangles(CalcContext* ctx, const Args& args, ListOutput* out) {
     TriangleOptions o;
     const std::string& name = args[0];
-    if (args.size() < 3) return kListCannotUnderstand;
+    if (args.size() < 3) return Result::kCannotUnderstand;
     if (!ParseListUnsigned(args[1], &o.minPerimeter) || !ParseListUnsigned(args[2], &o.maxPerimeter))
-        return kListOutOfBounds;
+        return Result::kOutOfBounds;
     if (name == "heron") {
         if (!ReadFlags(args, 3, {{"right", &o.right}, {"isosceles", &o.isosceles}}))
-            return kListCannotUnderstand;
+            return Result::kCannotUnderstand;
         return ListHeronian(ctx, o, out);
     }
     if (name == "ratmed") {
         if (!ReadFlags(args, 3, {{"right", &o.right}, {"isosceles", &o.isosceles}, {"two", &o.atLeastTwo}}))
-            return kListCannotUnderstand;
+            return Result::kCannotUnderstand;
         return ListRationalMedians(ctx, o, out);
     }
-    if (args.size() != 3) return kListCannotUnderstand;
+    if (args.size() != 3) return Result::kCannotUnderstand;
     return ListPerpendicularMedians(ctx, o, out);
 }
 
-int RunQuads(CalcContext* ctx, const Args& args, ListOutput* out) {
+Result RunQuads(CalcContext* ctx, const Args& args, ListOutput* out) {
     QuadOptions o;
-    if (args.size() < 3) return kListCannotUnderstand;
+    if (args.size() < 3) return Result::kCannotUnderstand;
     if (!ParseListUnsigned(args[1], &o.minLength) || !ParseListUnsigned(args[2], &o.maxLength))
-        return kListOutOfBounds;
+        return Result::kOutOfBounds;
     bool distinct = false, repeats = false;
     if (!ReadFlags(args, 3, {{"primitive", &o.primitiveOnly}, {"ascending", &o.ascending},
                              {"distinct", &distinct}, {"repeats", &repeats}, {"zeros", &o.zeros}}) ||
         (distinct && repeats))
-        return kListCannotUnderstand;
+        return Result::kCannotUnderstand;
     o.kind = distinct ? QuadKind::distinct : repeats ? QuadKind::repeats : QuadKind::any;
     return ListQuadruples(ctx, o, out);
 }
 
-int RunPolygons(CalcContext* ctx, const Args& args, ListOutput* out) {
-    if (args.size() != 4 && args.size() != 5) return kListCannotUnderstand;
+Result RunPolygons(CalcContext* ctx, const Args& args, ListOutput* out) {
+    if (args.size() != 4 && args.size() != 5) return Result::kCannotUnderstand;
     uint32_t n = 0, m = 0, rounds = 0, seed = 1;
-    if (!ParseListUnsigned(args[1], &n) || !ParseListUnsigned(args[2], &m)) return kListOutOfBounds;
+    if (!ParseListUnsigned(args[1], &n) || !ParseListUnsigned(args[2], &m)) return Result::kOutOfBounds;
     if (!ParseListUnsigned(args[3], &rounds) || (args.size() == 5 && !ParseListUnsigned(args[4], &seed)))
-        return kListCannotUnderstand;
+        return Result::kCannotUnderstand;
     ListRandom rng(seed);
     return ListPolygons(ctx, n, m, rounds, &rng, out);
 }
 
 }  // namespace
 
-int RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
-    if (args.empty()) return kListCannotUnderstand;
+Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
+    if (args.empty()) return Result::kCannotUnderstand;
     out->endWhenFull = true;
     const std::string& name = args[0];
     for (const OneNumberList& list : kOneNumberLists) {
         if (name != list.name) continue;
-        if (args.size() != 2) return kListCannotUnderstand;
+        if (args.size() != 2) return Result::kCannotUnderstand;
         uint32_t value = 0;
-        if (int code = ReadListValue(list.kind, args[1], &value)) return code;
+        if (Result code = ReadListValue(list.kind, args[1], &value)) return code;
         return list.run(ctx, value, out);
     }
     if (name == "factor" || name == "divisors" || name == "squares") {
-        if (args.size() != 2) return kListCannotUnderstand;
+        if (args.size() != 2) return Result::kCannotUnderstand;
         if (name == "factor") return ListFactor(ctx, args[1], out);
         if (name == "divisors") return ListDivisors(ctx, args[1], out);
         return ListTwoSquares(ReadListUnsignedLoose(args[1]), out);
@@ -110,5 +111,5 @@ int RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
     if (name == "heron" || name == "ratmed" || name == "perpmed") return RunTriangles(ctx, args, out);
     if (name == "quads") return RunQuads(ctx, args, out);
     if (name == "polygons") return RunPolygons(ctx, args, out);
-    return kListNotFound;
+    return Result::kCouldNotFind;
 }

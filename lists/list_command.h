@@ -14,8 +14,9 @@
 //   heron MIN MAX [right] [isosceles] · ratmed MIN MAX [right] [isosceles] [two] ·
 //   perpmed MIN MAX · quads MIN MAX [primitive] [ascending] [distinct|repeats] [zeros] ·
 //   polygons N M ROUNDS [SEED]
-// Answers 0, or the list's code (17, 10, 6, 4, -1, ...; 1 for arguments the
-// command does not understand, 2 for an unknown list) with out left as the
-// run left it. A row that does not fit ends a run here instead of waiting
-// for a Q that no one will type.
-int RunListCommand(CalcContext* ctx, const std::vector<std::string>& args, ListOutput* out);
+// Answers kOk, or the list's code (kOutOfBounds, kNothingToShow, kStopped, ...;
+// kCannotUnderstand for arguments the command does not understand,
+// kCouldNotFind for an unknown list) with out left as the run left it. A row
+// that does not fit ends a run here instead of waiting for a Q that no one
+// will type.
+Result RunListCommand(CalcContext* ctx, const std::vector<std::string>& args, ListOutput* out);

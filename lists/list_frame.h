@@ -3,13 +3,12 @@
 //
 // A generator takes its validated inputs, a calculation context for the polls
 // and a ListOutput (text plus caption). It answers
-//    0   the list is complete;
-//   -1   the user stopped the run: out holds what was written so far, with the
-//        caption counting the rows actually written;
-//    4   (cyclotomic only) a row did not fit; the text is "no more room";
-//   17, 10, 6   the inputs were refused ("out of bounds", "nothing to show",
-//        "inconsistent data"); out is left untouched and the caller shows the
-//        message.
+//   kOk           the list is complete;
+//   kStopped      the user stopped the run: out holds what was written so far,
+//                 with the caption counting the rows actually written;
+//   kNoMoreRoom   (cyclotomic only) a row did not fit; the text says so;
+//   kOutOfBounds, kNothingToShow, kInconsistent   the inputs were refused; out
+//                 is left untouched and the caller shows the message.
 // Whenever ListOutputShown(code) holds, out is what the list window shows.
 #pragma once
 
@@ -19,15 +18,7 @@
 #include <string_view>
 
 #include "bigint/context.h"
-
-constexpr int kListDone = 0;
-constexpr int kListStopped = -1;
-constexpr int kListFull = 4;
-constexpr int kListInconsistent = 6;
-constexpr int kListNothing = 10;
-constexpr int kListOutOfBounds = 17;
-constexpr int kListCannotUnderstand = 1;
-constexpr int kListNotFound = 2;
+#include "resources/result.h"
 
 struct ListOutput {
     std::string caption;
@@ -41,13 +32,14 @@ struct ListOutput {
     std::function<void(const std::string&)> status;
 };
 
+// Takes the code as a number: the front ends keep the codes they pass on as ints.
 inline bool ListOutputShown(int code) {
-    return code == kListDone || code == kListStopped || code == kListFull;
+    return code == Result::kOk || code == Result::kStopped || code == Result::kNoMoreRoom;
 }
 
 // Appends one row (its "\r\n" included) when the text stays within the
 // 1,000,000-character ceiling; otherwise changes nothing and answers false.
-bool AppendListLine(ListOutput* out, std::string_view row);
+[[nodiscard]] bool AppendListLine(ListOutput* out, std::string_view row);
 
 // Pads text on the left with fill up to width, or cuts it to its first width
 // characters when it is longer.

@@ -11,21 +11,21 @@
 #include "lists/list_random.h"
 
 // The first primes up to bound (2..1598843), numbered below 67402 rows.
-int ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out);
+Result ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out);
 // The factorization line of the number typed (up to 2556298938649).
-int ListFactor(CalcContext* ctx, const std::string& input, ListOutput* out);
+Result ListFactor(CalcContext* ctx, const std::string& input, ListOutput* out);
 // The ascending divisors of the number typed and their sum.
-int ListDivisors(CalcContext* ctx, const std::string& input, ListOutput* out);
+Result ListDivisors(CalcContext* ctx, const std::string& input, ListOutput* out);
 
 // Pythagorean triples by hypotenuse up to bound; primitive ones only, or all
 // with a star on the primitive ones.
-int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out);
+Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out);
 // Primitive triples from their generating pairs n = 2..bound.
-int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out);
+Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out);
 // Every triple with the number as hypotenuse or as leg.
-int ListCommonEntry(CalcContext* ctx, uint32_t number, ListOutput* out);
+Result ListCommonEntry(CalcContext* ctx, uint32_t number, ListOutput* out);
 // Triangles with a 60- or 120-degree angle from generators n up to bound.
-int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out);
+Result ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out);
 
 struct TriangleOptions {
     uint32_t minPerimeter = 12;
@@ -34,10 +34,10 @@ struct TriangleOptions {
     bool isosceles = false;   // include isosceles triangles
     bool atLeastTwo = false;  // rational medians: rows with two rational medians or more
 };
-int ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
-int ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
+Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
+Result ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
 // Uses only the bounds of options.
-int ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
+Result ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out);
 
 enum class QuadKind { any = 0, distinct = 1, repeats = 2 };
 struct QuadOptions {
@@ -48,15 +48,15 @@ struct QuadOptions {
     QuadKind kind = QuadKind::any;
     bool zeros = false;
 };
-int ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* out);
+Result ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* out);
 
 // Every way of writing n as x^2 + y^2, x >= y >= 0.
-int ListTwoSquares(uint32_t n, ListOutput* out);
+Result ListTwoSquares(uint32_t n, ListOutput* out);
 // The coefficients of the nth cyclotomic polynomial (1..65535).
-int ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out);
+Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out);
 // Random search for convex lattice polygons with sides of squared length n,
 // no two parallel; runs until the context stops it or after maxRounds rounds
 // (the desktop program passes kPolygonRoundCap).
 constexpr uint32_t kPolygonRoundCap = 2147483647u;
-int ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
+Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
                  ListRandom* rng, ListOutput* out);

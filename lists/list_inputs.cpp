@@ -8,7 +8,7 @@ namespace {
 
 struct KindRange {
     uint32_t low, high;   // both accepted
-    int belowCode;
+    Result belowCode;
 };
 
 struct KindData {
@@ -21,18 +21,18 @@ constexpr uint32_t kAll = 0xFFFFFFFFu;
 const KindData& DataOf(ListKind kind) {
     // In the order of ListKind.
     static const KindData table[] = {
-        {{610, 208, 195, "", 30}, {2, 1598843, 17}},
-        {{612, 198, 5, " < = 2556298938649", 20}, {0, kAll, 17}},
-        {{638, 199, 5, " < = 2556298938649", 20}, {0, kAll, 17}},
+        {{610, 208, 195, "", 30}, {2, 1598843, Result::kOutOfBounds}},
+        {{612, 198, 5, " < = 2556298938649", 20}, {0, kAll, Result::kOutOfBounds}},
+        {{638, 199, 5, " < = 2556298938649", 20}, {0, kAll, Result::kOutOfBounds}},
         // The hypotenuse lists accept their own advertised limits: kept inclusive.
-        {{620, 5, 218, " [ < 197890 ]", 30}, {5, 197890, 10}},
-        {{621, 5, 218, " [ < 95150 ]", 30}, {5, 95150, 10}},
-        {{622, 5, 256, " [ < 399 ]", 30}, {2, 398, 10}},
-        {{623, 5, 214, " [ < 65536 ]", 30}, {3, 65535, 10}},
-        {{624, 5, 219, " [ < 440 ]", 30}, {2, 439, 10}},
-        {{625, 5, 219, " [ < 461 ]", 30}, {2, 460, 10}},
-        {{611, 5, 209, " < 4294967296", 20}, {0, kAll, 17}},
-        {{637, 250, 271, " [ < 65536 ]", 50}, {1, 65535, 17}},
+        {{620, 5, 218, " [ < 197890 ]", 30}, {5, 197890, Result::kNothingToShow}},
+        {{621, 5, 218, " [ < 95150 ]", 30}, {5, 95150, Result::kNothingToShow}},
+        {{622, 5, 256, " [ < 399 ]", 30}, {2, 398, Result::kNothingToShow}},
+        {{623, 5, 214, " [ < 65536 ]", 30}, {3, 65535, Result::kNothingToShow}},
+        {{624, 5, 219, " [ < 440 ]", 30}, {2, 439, Result::kNothingToShow}},
+        {{625, 5, 219, " [ < 461 ]", 30}, {2, 460, Result::kNothingToShow}},
+        {{611, 5, 209, " < 4294967296", 20}, {0, kAll, Result::kOutOfBounds}},
+        {{637, 250, 271, " [ < 65536 ]", 50}, {1, 65535, Result::kOutOfBounds}},
     };
     return table[static_cast<int>(kind)];
 }
@@ -94,34 +94,41 @@ uint32_t ReadListUnsignedLoose(const std::string& text) {
     return static_cast<uint32_t>(v);
 }
 
-int CheckListValue(ListKind kind, uint32_t value) {
+Result CheckListValue(ListKind kind, uint32_t value) {
     const KindRange& r = DataOf(kind).range;
     if (value < r.low) return r.belowCode;
-    if (value > r.high) return 17;
-    return 0;
+    if (value > r.high) return Result::kOutOfBounds;
+    return Result::kOk;
 }
 
-int ReadListValue(ListKind kind, const std::string& text, uint32_t* value) {
-    if (!ParseListUnsigned(text, value)) return 17;
+Result ReadListValue(ListKind kind, const std::string& text, uint32_t* value) {
+    if (!ParseListUnsigned(text, value)) return Result::kOutOfBounds;
     return CheckListValue(kind, *value);
 }
 
-int CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter) {
-    if (maxPerimeter < minPerimeter) return 6;
-    if (minPerimeter < kPerimeterMin || maxPerimeter > kPerimeterMax) return 17;
-    return 0;
+namespace {
+
+// The two-bound dialogs: an inconsistent pair is reported before the range.
+Result CheckBounds(uint32_t min, uint32_t max, uint32_t lowest, uint32_t highest) {
+    if (max < min) return Result::kInconsistent;
+    if (min < lowest || max > highest) return Result::kOutOfBounds;
+    return Result::kOk;
 }
 
-int CheckQuadBounds(uint32_t minLength, uint32_t maxLength) {
-    if (maxLength < minLength) return 6;
-    if (minLength < kQuadLengthMin || maxLength > kQuadLengthMax) return 17;
-    return 0;
+}  // namespace
+
+Result CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter) {
+    return CheckBounds(minPerimeter, maxPerimeter, kPerimeterMin, kPerimeterMax);
+}
+
+Result CheckQuadBounds(uint32_t minLength, uint32_t maxLength) {
+    return CheckBounds(minLength, maxLength, kQuadLengthMin, kQuadLengthMax);
 }
 
 std::string PolygonLengthPrompt() { return std::string(OxString(225)) + " < 4294967296"; }
 std::string PolygonSidesPrompt() { return std::string(OxString(226)) + " (6, 8, 10, 12)"; }
 
-int CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
-    if (squaredLength < 5 || sides < 6 || sides > 12 || sides % 2 != 0) return 17;
-    return 0;
+Result CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
+    if (squaredLength < 5 || sides < 6 || sides > 12 || sides % 2 != 0) return Result::kOutOfBounds;
+    return Result::kOk;
 }

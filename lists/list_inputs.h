@@ -7,6 +7,7 @@
 #include <string>
 
 #include "lists/list_random.h"
+#include "resources/result.h"
 
 // The lists asked for through the one-input dialog.
 enum class ListKind {
@@ -42,16 +43,18 @@ constexpr uint32_t kCyclotomicFirstIndex = 105;
 
 // Reads an unsigned decimal number, blanks around it allowed. False for text
 // that is not a number or does not fit 32 bits.
-bool ParseListUnsigned(const std::string& text, uint32_t* value);
+[[nodiscard]] bool ParseListUnsigned(const std::string& text, uint32_t* value);
 // The runtime's loose conversion: leading blanks, then digits as far as they
 // go, saturating at 4294967295; anything else reads as 0.
 uint32_t ReadListUnsignedLoose(const std::string& text);
 
-// The check of a one-input value: 0, 10 (below the range) or 17 (above it).
-// Factoring and divisors take big-integer text: see ReadFactorInput.
-int CheckListValue(ListKind kind, uint32_t value);
-// Parse and check: 17 for text that is not a number, then CheckListValue.
-int ReadListValue(ListKind kind, const std::string& text, uint32_t* value);
+// The check of a one-input value: kOk, then for a value below the range
+// kNothingToShow (the triple and triangle lists) or kOutOfBounds (the others),
+// above it kOutOfBounds. Factoring and divisors take big-integer text: see
+// ReadFactorInput.
+Result CheckListValue(ListKind kind, uint32_t value);
+// Parse and check: kOutOfBounds for text that is not a number, then CheckListValue.
+Result ReadListValue(ListKind kind, const std::string& text, uint32_t* value);
 
 // The two-bound dialogs of the triangle lists and the quadruples, with the
 // presets of the triangle dialogs (the perpendicular-median dialog presets 54).
@@ -62,14 +65,14 @@ constexpr uint32_t kPerimeterMin = 12;
 constexpr uint32_t kPerimeterMax = 65535;
 constexpr uint32_t kQuadLengthMin = 3;
 constexpr uint32_t kQuadLengthMax = 65535;
-// 6 when max < min, 17 when outside the range, else 0.
-int CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter);
-int CheckQuadBounds(uint32_t minLength, uint32_t maxLength);
+// kInconsistent when max < min, kOutOfBounds when outside the range, else kOk.
+Result CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter);
+Result CheckQuadBounds(uint32_t minLength, uint32_t maxLength);
 
 // The polygon search's two-input dialog (caption: string 5): prompts and presets.
 std::string PolygonLengthPrompt();   // "squared length < 4294967296"
 std::string PolygonSidesPrompt();    // "number of sides (6, 8, 10, 12)"
 constexpr const char* kPolygonLengthPreset = "32045";
 constexpr const char* kPolygonSidesPreset = "6";
-// The polygon search's two inputs: 17 unless N >= 5 and m is 6, 8, 10 or 12.
-int CheckPolygonInputs(uint32_t squaredLength, uint32_t sides);
+// The polygon search's two inputs: kOutOfBounds unless N >= 5 and m is 6, 8, 10 or 12.
+Result CheckPolygonInputs(uint32_t squaredLength, uint32_t sides);

@@ -36,7 +36,7 @@ struct MedianList {
     bool (*listed)(int rational, const TriangleOptions& o);
 };
 
-int RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOptions& options,
+Result RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOptions& options,
                   ListOutput* out) {
     const uint32_t maxP = options.maxPerimeter;
     const int w = DecDigits(maxP), perimWidth = PerimeterWidth(maxP);
@@ -68,17 +68,17 @@ int RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOption
     TriangleWalk walk = list.walk;
     walk.minPerimeter = options.minPerimeter;
     walk.maxPerimeter = maxP;
-    int code = WalkTriangles(ctx, walk, visit, &lastP);
-    const uint32_t upper = code == kListDone ? maxP + 1 : lastP + 1;
+    Result code = WalkTriangles(ctx, walk, visit, &lastP);
+    const uint32_t upper = code == Result::kOk ? maxP + 1 : lastP + 1;
     out->caption = TriangleCaption(list.nounId, options.minPerimeter, upper, count);
-    if (code == kListFull) code = kListDone;   // the list simply ends at the ceiling
+    if (code == Result::kNoMoreRoom) code = Result::kOk;   // the list simply ends at the ceiling
     return code;
 }
 
 }  // namespace
 
-int ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
-    if (int code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
+Result ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
+    if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
     MedianList list{249, {0, 0, options.isosceles},
                     [](uint32_t a, uint32_t b, uint32_t c, const TriangleOptions& o) {
                         return o.right || a * a + b * b != c * c;
@@ -87,8 +87,8 @@ int ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOu
     return RunMedianList(ctx, list, options, out);
 }
 
-int ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
-    if (int code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
+Result ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
+    if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
     // The medians to b and c are perpendicular exactly when b^2 + c^2 = 5a^2;
     // such a triangle is never isosceles nor right.
     MedianList list{251, {0, 0, false},

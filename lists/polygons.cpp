@@ -72,9 +72,9 @@ bool SharesAPosition(const std::vector<std::vector<uint32_t>>& found,
 
 }  // namespace
 
-int ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
+Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
                  ListRandom* rng, ListOutput* out) {
-    if (int code = CheckPolygonInputs(squaredLength, sides)) return code;
+    if (Result code = CheckPolygonInputs(squaredLength, sides)) return code;
     const std::vector<EdgeVector> table = EdgeVectors(squaredLength);
     const uint32_t q = static_cast<uint32_t>(table.size() / 4);
 
@@ -101,19 +101,21 @@ int ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint3
         std::string rule;
         HyphenRule(&rule, 2 * w + 6, false);
         rule += "\r\n";
+        // Rows past the ceiling are left out; the caption still counts every
+        // polygon found.
         for (const std::vector<uint32_t>& polygon : found) {
             for (uint32_t index : polygon) {
                 std::string row;
                 Concat8(&row, "[", PadLeft(w, Dec(static_cast<int64_t>(table[index].x))), " , ",
                         PadLeft(w, Dec(static_cast<int64_t>(table[index].y))), "]\r\n");
-                AppendListLine(out, row);
+                (void)AppendListLine(out, row);
             }
-            AppendListLine(out, rule);
+            (void)AppendListLine(out, rule);
         }
     }
     out->caption = std::string(OxString(272)) + " [" + OxString(236) + " " + Dec(sides) + ", " +
                    OxString(225) + " " + Dec(squaredLength) + "] : " +
                    Dec(static_cast<uint32_t>(found.size()));
     // The search has no other end than the user's stop: that is its normal end.
-    return kListDone;
+    return Result::kOk;
 }

@@ -9,8 +9,8 @@ namespace {
 constexpr uint32_t kNumberingThreshold = 67402;
 }  // namespace
 
-int ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out) {
-    if (int code = CheckListValue(ListKind::primes, bound)) return code;
+Result ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out) {
+    if (Result code = CheckListValue(ListKind::primes, bound)) return code;
     const std::vector<uint32_t>& table = ListPrimeTable();
     uint32_t count = 0;
     while (count < table.size() && table[count] <= bound) ++count;
@@ -34,5 +34,5 @@ int ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out) {
         }
     }
     out->caption = Dec(written) + " " + OxString(208);
-    return stopped ? kListStopped : kListDone;
+    return stopped ? Result::kStopped : Result::kOk;
 }

@@ -20,8 +20,8 @@ struct Quad {
 
 }  // namespace
 
-int ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* out) {
-    if (int code = CheckQuadBounds(options.minLength, options.maxLength)) return code;
+Result ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* out) {
+    if (Result code = CheckQuadBounds(options.minLength, options.maxLength)) return code;
     std::vector<Quad> found;
     uint32_t firstD = 0, lastD = 0;
     bool stopped = false;
@@ -93,5 +93,5 @@ int ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* out
     else
         Concat8(&out->caption, OxString(227), " = ", Dec(maxD));
     out->caption += "] : " + Dec(count);
-    return stopped && found.size() <= kQuadRecordCap ? kListStopped : kListDone;
+    return stopped && found.size() <= kQuadRecordCap ? Result::kStopped : Result::kOk;
 }

@@ -17,10 +17,10 @@ struct TriangleWalk {
 // Calls visit(p, a, b, c) for every triangle of the range, primitive or not
 // (visitors test primitivity after their cheaper tests), polling the context
 // after each smallest side a. visit answers false to end the run (a refused
-// row). Answers 0 when the range was walked, -1 when the user stopped it, 4
-// when visit ended it; *lastPerimeter is the perimeter reached.
+// row). Answers kOk when the range was walked, kStopped when the user stopped
+// it, kNoMoreRoom when visit ended it; *lastPerimeter is the perimeter reached.
 template <class Visit>
-int WalkTriangles(CalcContext* ctx, const TriangleWalk& walk, Visit&& visit, uint32_t* lastPerimeter) {
+Result WalkTriangles(CalcContext* ctx, const TriangleWalk& walk, Visit&& visit, uint32_t* lastPerimeter) {
     for (uint32_t p = walk.minPerimeter + (walk.minPerimeter & 1u); p <= walk.maxPerimeter; p += 2) {
         *lastPerimeter = p;
         const uint32_t s = p / 2;
@@ -32,11 +32,11 @@ int WalkTriangles(CalcContext* ctx, const TriangleWalk& walk, Visit&& visit, uin
             uint32_t end = s - (a - 1) / 2;             // b < end
             if (!walk.isosceles && a % 2 == 0) --end;   // keeps b < c
             for (; b < end; ++b)
-                if (!visit(p, a, b, p - a - b)) return kListFull;
-            if (ListStopRequested(ctx)) return kListStopped;
+                if (!visit(p, a, b, p - a - b)) return Result::kNoMoreRoom;
+            if (ListStopRequested(ctx)) return Result::kStopped;
         }
     }
-    return kListDone;
+    return Result::kOk;
 }
 
 inline bool PrimitiveTriangle(uint32_t a, uint32_t b, uint32_t c) {

@@ -30,10 +30,25 @@ void AppendGeneratedRow(ListOutput* out, std::string row, uint32_t m, uint32_t n
     if (!AppendListLine(out, row)) *full = true;
 }
 
+struct Widths {
+    int w1, w2, w3;
+};
+
+// The table of a list made from generators m < n <= bound: sides up to
+// 2 bound^2, the first column sized from 0.414 of that, then m and n.
+Widths OpenGeneratedTable(ListOutput* out, uint32_t bound) {
+    const uint32_t top = 2 * bound * bound;
+    const int w2 = DecDigits(top) + 1;
+    const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
+    ListStatus(out, OxString(601));
+    OpenTable(out, w1, w2, w2, "    m   n", 0);
+    return {w1, w2, w2};
+}
+
 }  // namespace
 
-int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
-    if (int code = CheckListValue(primitiveOnly ? ListKind::primitiveTriples : ListKind::allTriples,
+Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
+    if (Result code = CheckListValue(primitiveOnly ? ListKind::primitiveTriples : ListKind::allTriples,
                                   bound))
         return code;
     const int w1 = DecDigits(static_cast<uint32_t>(bound * 0.707107));
@@ -71,16 +86,12 @@ int ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, 
     out->caption = std::string(OxString(213)) + " [";
     if (primitiveOnly) out->caption += std::string(OxString(194)) + "; ";
     Concat8(&out->caption, OxString(257), " < ", Dec(shownBound), "] : ", Dec(count));
-    return stopped && !full ? kListStopped : kListDone;
+    return stopped && !full ? Result::kStopped : Result::kOk;
 }
 
-int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
-    if (int code = CheckListValue(ListKind::generators, bound)) return code;
-    const uint32_t top = 2 * bound * bound;
-    const int w2 = DecDigits(top) + 1, w3 = w2;
-    const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
-    ListStatus(out, OxString(601));
-    OpenTable(out, w1, w2, w3, "    m   n", 0);
+Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
+    if (Result code = CheckListValue(ListKind::generators, bound)) return code;
+    const auto [w1, w2, w3] = OpenGeneratedTable(out, bound);
 
     uint32_t count = 0;
     bool full = false, stopped = false;
@@ -97,16 +108,12 @@ int ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
         }
     }
     out->caption = std::string(OxString(213)) + " : " + Dec(count);
-    return stopped && !full ? kListStopped : kListDone;
+    return stopped && !full ? Result::kStopped : Result::kOk;
 }
 
-int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out) {
-    if (int code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound)) return code;
-    const uint32_t top = 2 * bound * bound;
-    const int w2 = DecDigits(top) + 1, w3 = w2;
-    const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
-    ListStatus(out, OxString(601));
-    OpenTable(out, w1, w2, w3, "    m   n", 0);
+Result ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out) {
+    if (Result code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound)) return code;
+    const auto [w1, w2, w3] = OpenGeneratedTable(out, bound);
     // The equilateral triangle heads the 60-degree list, outside the count and the ceiling.
     if (!angle120) out->text += SidesRow(1, 1, 1, w1, w2, w3) + "    1   2\r\n";
 
@@ -133,5 +140,5 @@ int ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutp
         }
     }
     out->caption = Dec(count) + " " + OxString(angle120 ? 221 : 220) + " ";
-    return stopped && !full ? kListStopped : kListDone;
+    return stopped && !full ? Result::kStopped : Result::kOk;
 }

@@ -15,7 +15,7 @@ std::vector<SquarePair> TwoSquareRepresentations(uint32_t n) {
     return reps;
 }
 
-int ListTwoSquares(uint32_t n, ListOutput* out) {
+Result ListTwoSquares(uint32_t n, ListOutput* out) {
     const std::vector<SquarePair> reps = TwoSquareRepresentations(n);
     // The width is fixed by the first representation, the one with the largest x.
     int width = 5;
@@ -33,5 +33,5 @@ int ListTwoSquares(uint32_t n, ListOutput* out) {
     }
     out->caption = Dec(n) + " = " + Dec(static_cast<uint32_t>(reps.size())) + " " +
                    OxString(reps.size() == 1 ? 210 : 211);
-    return kListDone;
+    return Result::kOk;
 }

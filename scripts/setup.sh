@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libgl1-mesa-dev
   libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
   xvfb xauth x11-utils xdotool poppler-utils fonts-dejavu-core
+  clang-format clang-tidy git
 )
 
 missing=()

@@ -1,13 +1,8 @@
 // A scripted answerer for every modal question of the program. While one is
 // alive it replaces the real dialogs: each question is recorded in `calls`
-// and answered from a queue filled by the test, in order. A question asked
+// and answered from a queue filled by the test, in order; a question asked
 // with an empty queue is answered as cancelled and counted in `unexpected`.
 // Error messages are recorded but take no answer.
-//
-//   ScriptedModal modal;
-//   modal.answerText("needle");          // the next input dialog says ok
-//   win.command(353);
-//   QCOMPARE(modal.lastError(), 0);
 #pragma once
 
 #include <QDialog>
@@ -36,21 +31,22 @@ public:
     ScriptedModal(const ScriptedModal&) = delete;
     ScriptedModal& operator=(const ScriptedModal&) = delete;
 
-    // Answers, consumed in order.
-    void answer(int result) { push({result, true, {}, {}, {}}); }   // boxes, dialogs
-    void answerText(const QString& t) { push({QDialog::Accepted, true, t, {}, {}}); }
+    // Answers, consumed in order. A box or dialog takes `answer`, an input
+    // or file dialog says ok with the text or path.
+    void answer(int result) { queue_.push_back({result, true, {}, {}, {}}); }
+    void answerText(const QString& t) { queue_.push_back({QDialog::Accepted, true, t, {}, {}}); }
     void answerTexts(const QString& a, const QString& b) {
-        push({QDialog::Accepted, true, a, b, {}});
+        queue_.push_back({QDialog::Accepted, true, a, b, {}});
     }
-    void answerFile(const QString& path) { push({QDialog::Accepted, true, path, {}, {}}); }
-    void answerFont(const QFont& f) { push({QDialog::Accepted, true, {}, {}, f}); }
-    void answerCancel() { push({kMbCancel, false, {}, {}, {}}); }
+    void answerFile(const QString& path) { answerText(path); }
+    void answerFont(const QFont& f) { queue_.push_back({QDialog::Accepted, true, {}, {}, f}); }
+    void answerCancel() { queue_.push_back({kMbCancel, false, {}, {}, {}}); }
 
-    // Called with a dialog given to runDialog before it is answered, to look
-    // at it or fill in its fields.
+    // Called with a dialog given to runDialog before it is answered.
     std::function<void(QDialog*)> onDialog;
 
     QList<ModalCall> calls;
+    QStringList defaults;   // the texts the input dialogs opened with
     int unexpected = 0;
 
     // The code of the last error message shown, 0 for none.
@@ -64,13 +60,11 @@ public:
         for (const ModalCall& c : calls) n += c.what == QLatin1String(what);
         return n;
     }
-    bool pending() const { return !queue_.empty(); }
 
     int messageBox(QWidget*, const QString& caption, const QString& text, int kind) override {
         calls.append({"message", caption, text, kind});
         Answer a;
-        if (!take(&a)) return kMbCancel;
-        return a.result;
+        return take(&a) ? a.result : int(kMbCancel);
     }
     void errorMessage(QWidget*, int code, const QString& caption) override {
         calls.append({"error", caption.isEmpty() ? QStringLiteral("hmm ...") : caption,
@@ -121,9 +115,6 @@ public:
         return dialog->result();
     }
 
-    // The defaults the input dialogs were opened with, in order.
-    QStringList defaults;
-
 private:
     struct Answer {
         int result;
@@ -131,7 +122,6 @@ private:
         QString text1, text2;
         QFont font;
     };
-    void push(Answer a) { queue_.push_back(std::move(a)); }
     bool take(Answer* a) {
         if (queue_.empty()) {
             ++unexpected;
@@ -144,8 +134,7 @@ private:
     QString file(const char* what, const QString& caption, const QString& filter) {
         calls.append({what, caption, filter, 0});
         Answer a;
-        if (!take(&a) || !a.ok) return QString();
-        return a.text1;
+        return take(&a) && a.ok ? a.text1 : QString();
     }
 
     Modal* previous_;

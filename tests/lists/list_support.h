@@ -1,43 +1,42 @@
-// Helpers of the list tests: a scripted quit key and row access.
+// Helpers of the list tests: the rows of a list text and the numbers they hold.
 #pragma once
 
+#include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
-#include "bigint/context.h"
-
-// Answers Q from the given poll (1-based) on; counts the polls.
-class QuitAtPoll : public CalcContext {
-public:
-    explicit QuitAtPoll(long at) : at_(at) {}
-    int PollQuitKey() override { return ++polls_ >= at_ ? kQuitKey : 0; }
-    long polls() const { return polls_; }
-
-private:
-    long at_;
-    long polls_ = 0;
-};
+#include "lists/list_generators.h"
+#include "support/test_support.h"
 
 // The rows of a list text without their "\r\n".
 inline std::vector<std::string> Rows(const std::string& text) {
     std::vector<std::string> rows;
-    for (size_t start = 0; start < text.size();) {
-        size_t end = text.find("\r\n", start);
-        if (end == std::string::npos) end = text.size();
+    for (size_t start = 0, end; start < text.size(); start = end + 2) {
+        end = std::min(text.find("\r\n", start), text.size());
         rows.push_back(text.substr(start, end - start));
-        start = end + 2;
     }
     return rows;
 }
 
 // The blank-separated words of a row.
 inline std::vector<std::string> Words(const std::string& row) {
+    std::istringstream in(row);
     std::vector<std::string> words;
-    for (size_t i = 0; i < row.size();) {
-        size_t start = row.find_first_not_of(' ', i);
-        if (start == std::string::npos) break;
-        i = std::min(row.find(' ', start), row.size());
-        words.push_back(row.substr(start, i - start));
-    }
+    for (std::string w; in >> w;) words.push_back(w);
     return words;
+}
+
+// The first n numbers of every row below the header and rule, read from
+// column `from` on (a star after a number ends it).
+using Numbers = std::vector<long>;
+inline std::vector<Numbers> Leading(const std::string& text, size_t n, size_t from = 0) {
+    std::vector<Numbers> table;
+    const std::vector<std::string> rows = Rows(text);
+    for (size_t i = 2; i < rows.size(); ++i) {
+        const std::vector<std::string> w = Words(rows[i].substr(from));
+        table.emplace_back();
+        for (size_t k = 0; k < n; ++k) table.back().push_back(std::stol(w.at(k)));
+    }
+    return table;
 }
