@@ -66,9 +66,9 @@ public:
         Answer a;
         return take(&a) ? a.result : int(kMbCancel);
     }
-    void errorMessage(QWidget*, int code, const QString& caption) override {
+    void errorMessage(QWidget*, Result code, const QString& caption) override {
         calls.append({"error", caption.isEmpty() ? QStringLiteral("hmm ...") : caption,
-                      QString::fromUtf8(ResultMessage(static_cast<Result>(code))), code});
+                      QString::fromUtf8(ResultMessage(code)), code});
     }
     bool oneInput(QWidget*, const QString& caption, const QString& prompt, QString* text,
                   int maxChars) override {

@@ -1,5 +1,5 @@
-// A RunHost for the dialog tests: a plain main window, runs counted with the
-// captions they saw, Batch output recorded instead of shown.
+// A GuiHost for the dialog tests: a plain main window, runs counted with the
+// captions they saw, Batch output and help requests recorded instead of shown.
 #pragma once
 
 #include <QStringList>
@@ -7,21 +7,28 @@
 
 #include <functional>
 
-#include "dialogs/run_host.h"
+#include "dialogs/gui_host.h"
 
-class StubHost : public RunHost {
+class StubHost : public GuiHost {
 public:
     StubHost() { main.setWindowTitle(QStringLiteral("Ordix")); }
 
     QWidget* MainWindow() override { return &main; }
-    int RunWatched(const std::function<int()>& work) override {
+    Result RunWatched(const std::function<int()>& work) override {
         captionsDuringRuns << main.windowTitle();
         if (onRun) onRun();
-        return work();
+        return Result(work());
     }
+    bool LabelInUse(int) override { return false; }
+    Result RunCalculate(int, const QString&) override { return Result::kOk; }
+    void ShowLabel(int) override {}
     void ShowBatchOutput(const QString& title, const QString& text) override {
         batchTitles << title;
         batchText = text;
+    }
+    Result RunList(const ListGenerator&, QWidget*, QString*) override { return Result::kOk; }
+    void ShowHelp(QWidget*, const char* name, const QString& caption) override {
+        helps << QString::fromLatin1(name) + " " + caption;
     }
 
     // Called in each run before its work, to look at the dialogs meanwhile.
@@ -31,4 +38,5 @@ public:
     QStringList captionsDuringRuns;
     QStringList batchTitles;
     QString batchText;
+    QStringList helps;   // "name caption" per request
 };

@@ -154,7 +154,8 @@ private slots:
 
         QuitContext quitting;
         TConvDlg stopped(nullptr, &quitting, &host);
-        stopped.setBases(10, 2);
+        BaseButton(&stopped, 0, 10)->setChecked(true);
+        BaseButton(&stopped, 1, 2)->setChecked(true);
         stopped.inputEdit()->setText(QString(200, QChar('9')));
         QCOMPARE(stopped.convert(), -1);
         QCOMPARE(stopped.outputEdit()->text(), QString());
@@ -164,7 +165,8 @@ private slots:
     void recursionEntriesListNewestFirstWithConditionsAfterSteps() {
         ModelFixture f;
         ScriptedModal modal;
-        TRecurDlg dlg(nullptr, &f.model);
+        StubHost host;
+        TRecurDlg dlg(nullptr, &f.model, &host);
         dlg.show();
         Type(&dlg, "b=a+b");
         Type(&dlg, "a = b");
@@ -190,7 +192,7 @@ private slots:
         dlg.show();
         QCOMPARE(Rows(dlg), QStringList({"c=c+1"}));
         Click(&dlg, "help");
-        QVERIFY(dlg.helpWindow()->isVisible());
+        QCOMPARE(host.helps, QStringList({"OXFILEH recursion"}));
     }
 
     // One step and Many steps run under the busy caption; the count asked
@@ -222,7 +224,7 @@ private slots:
         QCOMPARE(ManyStepsCommand(&f.model, &host), 14);
         const int runs = host.captionsDuringRuns.size();
         modal.answerCancel();   // cancelled: nothing runs
-        QCOMPARE(ManyStepsCommand(&f.model, &host), kStepCountCancelled);
+        QCOMPARE(ManyStepsCommand(&f.model, &host), Result::kCancelled);
         QCOMPARE(host.captionsDuringRuns.size(), runs);
         QCOMPARE(modal.defaults, QStringList({"100", "7", "7", "7"}));
 

@@ -21,7 +21,6 @@
 #include "app/poll_context.h"
 #include "dialogs/about_dlg.h"
 #include "dialogs/inp_dlg.h"
-#include "dialogs/int_input.h"
 #include "dialogs/lunch_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/msg_dlg.h"
@@ -176,24 +175,6 @@ private slots:
         QVERIFY(w.close());
     }
 
-    void boundedInputAcceptsItsRangeOnly() {
-        ScriptedModal modal;
-        const struct { const char* answer; int code; int64_t value; } cases[] = {
-            {"9", 0, 9}, {"10", 17, 5}, {"seven", 1, 5}};
-        for (const auto& c : cases) {
-            int64_t v = 5;
-            modal.answerText(c.answer);
-            QCOMPARE(AskBoundedInt(nullptr, 5, 700, &v, true, 1, 9), c.code);
-            QCOMPARE(v, c.value);
-        }
-        QCOMPARE(modal.calls[0].text, QStringLiteral("1 .. search for .. 9"));
-        QCOMPARE(modal.defaults[0], QStringLiteral("5"));
-        int64_t v = -3;
-        modal.answerCancel();
-        QCOMPARE(AskBoundedInt(nullptr, 5, 700, &v), kIntInputCancelled);
-        QCOMPARE(v, int64_t(-3));
-    }
-
     void lunchShowsFiveDishesAndOkSaysKitchenClosed() {
         TLunch dlg(nullptr);
         QSet<QString> shown;
@@ -242,7 +223,7 @@ private slots:
             QCOMPARE(box->text(), QStringLiteral("cannot save file"));
             box->accept();
         });
-        ShowError(nullptr, 12);
+        ShowError(nullptr, Result::kCannotSaveFile);
     }
 
     void fontTableSurvivesTheQtRoundTrip() {

@@ -27,6 +27,7 @@
 #include "app/list_commands.h"
 #include "bigint/bigint.h"
 #include "dialogs/batc_dlg.h"
+#include "dialogs/calc_dlg.h"
 #include "dialogs/conv_dlg.h"
 #include "dialogs/hail_dlg.h"
 #include "dialogs/heron_dlg.h"
@@ -35,6 +36,7 @@
 #include "io/settings.h"
 #include "resources/menus_frame.h"
 #include "scripted_modal.h"
+#include "windows/help_win.h"
 #include "windows/note_win.h"
 #include "windows/num_win.h"
 #include "windows/table_win.h"
@@ -285,6 +287,10 @@ private slots:
         Trigger(f, kCmdDefine);
         TRecurDlg* d = f.recursionDialog();
         QVERIFY(d && d->isVisible());
+        d->showHelp();   // a help window of the dialog's own, under its caption
+        const auto* help = d->findChild<THelpWin*>();
+        QVERIFY(help && help->isVisible());
+        QCOMPARE(help->windowTitle(), QString("recursion"));
         for (const char* step : {"B=A+B", "A=B"}) {
             d->entryEdit()->setText(step);
             QCOMPARE(d->enter(), 0);

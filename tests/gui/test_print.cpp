@@ -135,7 +135,7 @@ private slots:
         QString rows;
         for (int i = 0; i < 700; ++i)
             rows += QStringLiteral("row %1").arg(i).leftJustified(98, '.') + "\r\n";
-        table.append(rows);
+        QVERIFY(table.append(rows));
         table.setTextAndTitle("squares");
         table.command(kTblForward);
         // Offsets set in the dialog move the next print.

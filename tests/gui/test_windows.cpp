@@ -312,7 +312,7 @@ private slots:
 
         Value big(NonZeroDigits(40000, 1)), bigger(NonZeroDigits(30000, 2));
         w.setLineDigits(72);
-        w.refill(&big.v, &bigger.v);
+        QCOMPARE(w.refill(&big.v, &bigger.v), Result::kOk);
         QCOMPARE(w.windowTitle(), QString("C [number3.num] [digits: 40000][num]"));
         QVERIFY(!w.commandEnabled(kNumNumerator));
         w.command(kNumDenominator);
@@ -398,17 +398,17 @@ private slots:
 
     void refreshKeepsTheShownSectionWhileRowsArrive() {
         TTableWin w(nullptr, "A");
-        w.append(Rows(0, 250, 100));
+        QVERIFY(w.append(Rows(0, 250, 100)));
         w.setTextAndTitle("A");
         QCOMPARE(w.sectionCount(), 1);
         QVERIFY(!w.commandEnabled(kTblJump) && !w.commandEnabled(kTblFormat));
-        w.append(Rows(250, 100, 100));          // spills into a second section
+        QVERIFY(w.append(Rows(250, 100, 100)));          // spills into a second section
         QCOMPARE(w.windowTitle(), QStringLiteral("A"));   // not before refresh
         w.refresh();
         QCOMPARE(w.windowTitle(), QStringLiteral("A [1/2]"));
         QCOMPARE(w.editor()->toPlainText().count('\n'), 300);
         w.command(kTblForward);
-        w.append(Rows(350, 10, 100));
+        QVERIFY(w.append(Rows(350, 10, 100)));
         w.refresh();                            // the last section grows in place
         QCOMPARE(w.shownSection(), 1);
         QCOMPARE(w.editor()->toPlainText(), QString(w.sectionText(1)).replace("\r\n", "\n"));
@@ -421,7 +421,7 @@ private slots:
         QString text = Rows(0, 1000, 100);
         text.replace(QStringLiteral("0000650:"), QStringLiteral("0NeEdLe:"));
         text.replace(QStringLiteral("0000020:"), QStringLiteral("0needle:"));
-        w.append(text);
+        QVERIFY(w.append(text));
         w.setTextAndTitle("t");
         modal.answerText("needle");
         w.command(kTxtSearch);                  // fresh window: from the caret
@@ -446,7 +446,7 @@ private slots:
         QTemporaryDir dir;
         ScriptedModal modal;
         TTableWin w(nullptr, "t");
-        w.append(Rows(0, 1000, 100));
+        QVERIFY(w.append(Rows(0, 1000, 100)));
         w.setTextAndTitle("t");
         w.show();
         w.setBusy(true);
