@@ -108,7 +108,7 @@ void ListCommands::askOneInput(int id) {
     ListGenerator generator;
     if (m.byValue) {
         uint32_t value = 0;
-        if (const Result code = Result(ReadListValue(m.kind, typed, &value))) {
+        if (const Result code = ReadListValue(m.kind, typed, &value)) {
             ShowError(main, code);
             return;
         }
@@ -131,7 +131,7 @@ void ListCommands::askPolygons() {
     uint32_t n = 0, m = 0;
     const Result code =
         ParseListUnsigned(length.toStdString(), &n) && ParseListUnsigned(sides.toStdString(), &m)
-            ? Result(CheckPolygonInputs(n, m))
+            ? CheckPolygonInputs(n, m)
             : Result::kOutOfBounds;
     if (code != 0) {
         ShowError(main, code);

@@ -16,7 +16,7 @@
 class CalcContext;
 class QWidget;
 
-using ListGenerator = std::function<int(CalcContext*, ListOutput*)>;
+using ListGenerator = std::function<Result(CalcContext*, ListOutput*)>;
 
 class GuiHost {
 public:

@@ -61,7 +61,7 @@ protected:
     // Both bounds, then check(min, max): kOk, or the first code, which the
     // main window has reported.
     Result readBounds(uint32_t* min, uint32_t* max,
-                      const std::function<int(uint32_t, uint32_t)>& check);
+                      const std::function<Result(uint32_t, uint32_t)>& check);
     // Runs generator through the host with the dialog busy; *summary gets
     // the list's caption (GuiHost::RunList).
     Result runList(const ListGenerator& generator, QString* summary);
