@@ -42,15 +42,13 @@ std::string Shape(const ExprNode* n) {
 }
 
 std::string Compiled(const std::string& formula) {
-    ExprNode* root = nullptr;
-    int code = CompileFormula(formula, &root);
-    if (code != 0) {
+    TreePtr root;
+    Result code = CompileFormula(formula, &root);
+    if (!Ok(code)) {
         EXPECT_EQ(root, nullptr) << formula;
         return "code " + std::to_string(code);
     }
-    std::string s = Shape(root);
-    FreeTree(root);
-    return s;
+    return Shape(root.get());
 }
 
 struct Case {
@@ -220,9 +218,8 @@ TEST(Compiler, OperatorsOfNoLevelAreLeftOut) {
 TEST(Compiler, LongFormulas) {
     std::string sum = "1";
     for (int i = 0; i < 2400; ++i) sum += "+1";
-    ExprNode* root = nullptr;
+    TreePtr root;
     ASSERT_EQ(CompileFormula(sum, &root), 0);
-    FreeTree(root);
     EXPECT_EQ(CompileFormula(std::string(5001, '1'), &root), 1);
     EXPECT_EQ(root, nullptr);
 }

@@ -23,17 +23,16 @@ struct Case {
 
 std::string EvaluateTwice(CalcContext* ctx, const std::string& formula) {
     NoVariables none;
-    ExprNode* root = nullptr;
-    int code = CompileFormula(formula, &root);
+    TreePtr root;
+    Result code = CompileFormula(formula, &root);
     if (code != 0) return "compile " + std::to_string(code);
-    code = Evaluate(ctx, none, root);
+    code = Evaluate(ctx, none, root.get());
     std::string first = code ? "code " + std::to_string(code)
                              : Text(&root->numerator, &root->denominator);
-    ReleaseValues(root);
-    code = Evaluate(ctx, none, root);
+    ReleaseValues(root.get());
+    code = Evaluate(ctx, none, root.get());
     std::string second = code ? "code " + std::to_string(code)
                               : Text(&root->numerator, &root->denominator);
-    FreeTree(root);
     EXPECT_EQ(first, second) << formula << " differs when evaluated again";
     return first;
 }
@@ -121,12 +120,4 @@ TEST(Evaluator, StoreResultCopiesOrReduces) {
     ASSERT_EQ(StoreResult(&ctx, &d, &t), 0);
     EXPECT_EQ(Text(&d), "7");
     BigFree(&d);
-}
-
-TEST(Evaluator, ReportTexts) {
-    EXPECT_EQ(ReportText(1), "cannot understand");
-    EXPECT_EQ(ReportText(104), "division by 0");
-    EXPECT_EQ(ReportText(108), "");
-    EXPECT_EQ(ReportText(-1), "interrupted");
-    EXPECT_EQ(ReportTitle(), "hmm ...");
 }

@@ -74,7 +74,7 @@ TEST(Recursion, EuclidHaltsOnItsCondition) {
     f.model.EnterStep("b=a[mod]b");
     f.model.EnterStep("a=b");
     f.model.EnterCondition("b");
-    EXPECT_EQ(f.model.RunSteps(1000), kRunHalted);
+    EXPECT_EQ(f.model.RunSteps(1000), Result::kHalted);
     EXPECT_EQ(f.Var('A') + " " + f.Var('B'), "21 0");
     // A halted run succeeds but does not become the default count.
     EXPECT_EQ(f.model.ManySteps(50), 0);
@@ -89,14 +89,14 @@ TEST(Recursion, ConditionsComeBeforeTheStep) {
     f.Let('A', "0");
     f.model.EnterStep("a=a+1");
     f.model.EnterCondition("a");
-    EXPECT_EQ(f.model.RunSteps(5), kRunHalted);
+    EXPECT_EQ(f.model.RunSteps(5), Result::kHalted);
     EXPECT_EQ(f.Var('A'), "0");
     // Negative values halt too, fractions by their sign.
     f.model.ClearRecursion();
     f.Let('A', "5");
     f.model.EnterStep("a=a-3");
     f.model.EnterCondition("(1/2)/(a-3)");   // 1/(2(a-3)): the denominator holds the sign
-    EXPECT_EQ(f.model.RunSteps(10), kRunHalted);
+    EXPECT_EQ(f.model.RunSteps(10), Result::kHalted);
     EXPECT_EQ(f.Var('A'), "2");
 }
 

@@ -130,7 +130,6 @@ TEST(NumFileRoundTrip, WholeFilesAndTheirFailures) {
     EXPECT_EQ(ReadNumFile(dir.file("missing.num"), &out), 11);
     EXPECT_EQ(ReadNumFile(dir.path(), &out), 11);   // a folder
     EXPECT_EQ(WriteNumFile(dir.file("no/such/folder.num"), Sample()), 12);
-    EXPECT_EQ(NumWindowName(path), path + ".num");
 }
 
 TEST(NumFileRead, OldLayoutHasNoFont) {
