@@ -47,7 +47,6 @@ constexpr int kNumWinBaseWidth = 720;
 constexpr int kNumWinFont = 2;   // the font table's Courier New 10
 constexpr int kTableCaption = 5;     // "input"
 constexpr int kTablePrompt = 813;    // "label (A ... Z)"
-constexpr int kOutOfBounds = 17;
 
 // White, or the grey of the desktop's windows, behind a number's digits.
 void SetBackground(TNumWin* w, bool white) {
@@ -307,7 +306,7 @@ void TCalcFrame::tableCommand() {
         return;
     const int label = LabelFromText(answer);
     if (label == 0)
-        ShowError(this, kOutOfBounds);
+        ShowError(this, Result::kOutOfBounds);
     else
         tables_->showTable(label);
 }
