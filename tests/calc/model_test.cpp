@@ -8,41 +8,22 @@
 #include "calc/conversion.h"
 #include "calc/decimal_read.h"
 #include "calc/digit_freq.h"
-#include "calc/model.h"
-#include "support/test_support.h"
+#include "calc_test_util.h"
 
 namespace {
 
-int Label(char letter) { return letter - 'A' + 1; }
+int Label(char letter) { return ModelFixture::Label(letter); }
 
-// A model over its own context (answering Q from poll quitAt on), with a
-// known modulus of 7 and the mode off.
-struct ModelFixture {
-    QuitAtPoll ctx;
-    CalcModel model{&ctx};
-    explicit ModelFixture(long quitAt = 0) : ctx(quitAt) {
-        EXPECT_EQ(model.ModulusCommand("7"), 0);
-    }
-
-    Result Let(char letter, const std::string& formula) {
-        return model.Calculate(Label(letter), formula);
-    }
+// The fixture with the steps of a test entered and its values set, each
+// expected to succeed.
+struct Model : ModelFixture {
+    using ModelFixture::ModelFixture;
     void Lets(std::initializer_list<std::pair<char, const char*>> values) {
         for (const auto& v : values) EXPECT_EQ(Let(v.first, v.second), 0) << v.second;
     }
     // Entered in the order given, so the last one is listed first.
     void Steps(std::initializer_list<const char*> steps) {
         for (const char* s : steps) EXPECT_EQ(model.EnterStep(s), 0) << s;
-    }
-    std::string Var(char letter) const {
-        const NumberValue* v = model.Variable(Label(letter));
-        if (!v) return "(empty)";
-        return Text(&v->numerator) + (BigIsOne(&v->denominator) ? "" : "/" + Text(&v->denominator));
-    }
-    std::string Vars(const char* letters) const {
-        std::string out;
-        for (const char* c = letters; *c; ++c) out += (out.empty() ? "" : " ") + Var(*c);
-        return out;
     }
 };
 
@@ -62,7 +43,7 @@ struct Recorder : CalcObserver {
 }  // namespace
 
 TEST(Variables, CalculateStoresOrLeavesTheOldValue) {
-    ModelFixture f;
+    Model f;
     Recorder rec;
     f.model.AddObserver(&rec);
     EXPECT_EQ(f.model.FirstFreeLabel(), 1);
@@ -102,7 +83,7 @@ TEST(Modulus, StartsBetween4And26WithTheModeOff) {
 }
 
 TEST(Modulus, CommandSetsValueFormulaAndContext) {
-    ModelFixture f;
+    Model f;
     Recorder rec;
     f.model.AddObserver(&rec);
     ASSERT_EQ(f.model.ModulusCommand("2^3+3"), 0);
@@ -127,7 +108,7 @@ TEST(Modulus, CommandSetsValueFormulaAndContext) {
 }
 
 TEST(Recursion, EnteringListingAndDeletingRows) {
-    ModelFixture f;
+    Model f;
     f.Steps({"b = a+b", "a=b"});
     EXPECT_EQ(f.model.EnterCondition("b - 1"), 0);
     EXPECT_EQ(f.model.EnterCondition("a"), 0);
@@ -152,7 +133,7 @@ TEST(Recursion, EnteringListingAndDeletingRows) {
 }
 
 TEST(Recursion, FibonacciReadsTheValuesFromBeforeTheStep) {
-    ModelFixture f;
+    Model f;
     f.Lets({{'A', "1"}, {'B', "1"}});
     f.Steps({"b=a+b", "a=b"});
     ASSERT_EQ(f.model.OneStep(), 0);
@@ -163,7 +144,7 @@ TEST(Recursion, FibonacciReadsTheValuesFromBeforeTheStep) {
 }
 
 TEST(Recursion, ConditionsHaltBeforeTheStep) {
-    ModelFixture f;
+    Model f;
     f.Lets({{'A', "1071"}, {'B', "462"}});
     f.Steps({"b=a[mod]b", "a=b"});
     ASSERT_EQ(f.model.EnterCondition("b"), 0);
@@ -190,7 +171,7 @@ TEST(Recursion, ConditionsHaltBeforeTheStep) {
 }
 
 TEST(Recursion, MissingTargetsStartAtZeroAndKeepTheirDenominator) {
-    ModelFixture f;
+    Model f;
     Recorder rec;
     f.model.AddObserver(&rec);
     f.Lets({{'H', "7/2"}});
@@ -205,7 +186,7 @@ TEST(Recursion, MissingTargetsStartAtZeroAndKeepTheirDenominator) {
 }
 
 TEST(Recursion, FailureMidRunKeepsEarlierSteps) {
-    ModelFixture f;
+    Model f;
     f.Lets({{'C', "3"}, {'D', "0"}});
     f.Steps({"c=c-1", "d=6/c"});
     EXPECT_EQ(f.model.ManySteps(10), Result::kDivisionByZero);
@@ -222,7 +203,7 @@ TEST(Recursion, FailureMidRunKeepsEarlierSteps) {
 }
 
 TEST(Recursion, KeysDoNotStopARunButStopRunDoes) {
-    ModelFixture f(1);   // Q pending all the time
+    Model f(1);   // Q pending all the time
     f.Lets({{'A', "0"}});
     f.Steps({"a=a+1"});
     EXPECT_EQ(f.model.RunSteps(20), 0);
@@ -242,7 +223,7 @@ TEST(Recursion, KeysDoNotStopARunButStopRunDoes) {
 // targets: constants, bare letters and repeated letters must still behave as
 // independent values from step to step.
 TEST(Recursion, ValuesStayIndependentAcrossSteps) {
-    ModelFixture f;
+    Model f;
     f.Lets({{'A', "1"}, {'B', "2"}, {'F', "1/3"}});
     f.Steps({"a=b", "b=a", "k=5", "f=f*f-f"});
     ASSERT_EQ(f.model.RunSteps(3), 0);
@@ -263,7 +244,7 @@ TEST(Recursion, ValuesStayIndependentAcrossSteps) {
 
 // Row order, spaces and trailing commas show in the command line's script.
 TEST(Batch, TemporaryAndLentVariables) {
-    ModelFixture f;
+    Model f;
     BatchResult out;
     ASSERT_EQ(f.model.Batch("A^B", "2", "10", &out), 0);
     EXPECT_EQ(out.text, "A=2, B=10\r\n1024\r\n\r\n");
@@ -280,7 +261,7 @@ TEST(Batch, TemporaryAndLentVariables) {
 }
 
 TEST(Batch, CodesAndSilentlyDroppedRows) {
-    ModelFixture f;
+    Model f;
     BatchResult out;
     EXPECT_EQ(f.model.Batch("A", " ", "1", &out), Result::kInconsistent);
     EXPECT_FALSE(out.shown);
@@ -302,7 +283,7 @@ TEST(Batch, CodesAndSilentlyDroppedRows) {
 
 // The run from 27 shows in the command line's script.
 TEST(Hailstone, SeedOneAndRefusals) {
-    ModelFixture f;
+    Model f;
     HailResult r;
     f.Lets({{'H', "1"}, {'M', "5"}});
     ASSERT_EQ(f.model.Hailstone(Label('H'), Label('M'), &r), 0);
@@ -316,7 +297,7 @@ TEST(Hailstone, SeedOneAndRefusals) {
     f.Lets({{'A', "-7"}});
     EXPECT_EQ(f.model.Hailstone(1, 2, &r), Result::kPositiveValue);
     EXPECT_FALSE(f.model.HasVariable(2));
-    ModelFixture stopped(3);
+    Model stopped(3);
     stopped.Lets({{'A', "7"}});
     EXPECT_EQ(stopped.model.Hailstone(1, 2, &r), Result::kStopped);
 }
