@@ -52,7 +52,7 @@ Result WriteSettings(const std::string& folder, const FrameSettings& s) {
     const std::string dir = SettingsFolder(folder);
     // A folder that cannot be made shows up as the write failing below.
     std::error_code ec;
-    if (!dir.empty()) std::filesystem::create_directories(dir, ec);
+    if (!dir.empty()) (void)std::filesystem::create_directories(dir, ec);
     return WriteWholeFile(SettingsPath(dir), EncodeSettings(s)) ? Result::kOk
                                                                 : Result::kCannotSaveFile;
 }
