@@ -46,8 +46,8 @@ std::string EvaluateTwice(CalcContext* ctx, const std::string& formula) {
     std::string answers[2];
     for (std::string& answer : answers) {
         const Result code = Evaluate(ctx, vars, root.get());
-        answer = Ok(code) ? Value(&root->numerator, &root->denominator)
-                          : "code " + std::to_string(code);
+        answer =
+            Ok(code) ? Value(&root->numerator, &root->denominator) : "code " + std::to_string(code);
         ReleaseValues(root.get());
     }
     EXPECT_EQ(answers[0], answers[1]) << formula << " differs when evaluated again";
@@ -68,6 +68,7 @@ void Check(CalcContext* ctx, std::initializer_list<Case> cases) {
 
 TEST(Formula, RefusedTextAndSyntax) {
     QuitAtPoll ctx;
+    // clang-format off
     Check(&ctx, {
         {"", "compile 9"},            {"   ", "compile 9"},           {"[sqroot](16)", "compile 1"},
         {"[sqrt(16)", "compile 1"},   {"2.5", "compile 1"},           {"2\t+3", "compile 1"},
@@ -80,11 +81,13 @@ TEST(Formula, RefusedTextAndSyntax) {
         {"2*/3", "compile 6"},        {"[SQRT]16", "compile 6"},      {"2[SQRT]", "compile 6"},
         {"(*2)", "compile 6"},        {"2@", "compile 6"},
     });
+    // clang-format on
 }
 
 TEST(Formula, NamesLiteralsAndImplicitProducts) {
     QuitAtPoll ctx;
     const std::string d255(255, '9'), first = "1" + std::string(254, '0');
+    // clang-format off
     Check(&ctx, {
         {"2 ^ 1 0 0", "1267650600228229401496703205376"},
         {"[Sqr] (16)", "4"},   {"5[bin]2", "10"},  {"5[comb]2", "10"},  {"5[binom]2", "10"},
@@ -97,10 +100,12 @@ TEST(Formula, NamesLiteralsAndImplicitProducts) {
         {first + "2" + std::string(44, '0'), "2" + std::string(298, '0')},
         {"1" + [] { std::string s; for (int i = 0; i < 2400; ++i) s += "+1"; return s; }(), "2401"},
     });
+    // clang-format on
 }
 
 TEST(Formula, PrecedenceAndAssociativity) {
     QuitAtPoll ctx;
+    // clang-format off
     Check(&ctx, {
         {"2+3*4", "14"},         {"2*3+4", "10"},          {"8-4-2", "2"},
         {"8/4/2", "1"},          {"2^3^2", "512"},         {"-2^2", "-4"},
@@ -115,10 +120,12 @@ TEST(Formula, PrecedenceAndAssociativity) {
         {"2+3%4", "5"},          {"5%3", "5"},             {"1~2&3", "1"},
         {"(2+3)%(4+5)", "9"},    {"2*3%4+1", "5"},
     });
+    // clang-format on
 }
 
 TEST(Formula, FractionsStayExactAndUnreduced) {
     QuitAtPoll ctx;
+    // clang-format off
     Check(&ctx, {
         {"7/2", "7/2"},          {"6/4", "3/2"},          {"6/3", "2"},
         {"1/2+1/3", "5/6"},      {"1/2+1/2", "4/4"},      {"1/2-1/3", "1/6"},
@@ -129,10 +136,12 @@ TEST(Formula, FractionsStayExactAndUnreduced) {
         {"[int](7/2)", "3"},     {"[int](-7/2)", "-3"},   {"7[quo]2", "3"},
         {"(15/2)[quo](1/2)", "15"}, {"7[quo]0", "code 104"}, {"7[quo]-2", "-3"},
     });
+    // clang-format on
 }
 
 TEST(Formula, WholeOnlyFunctions) {
     QuitAtPoll ctx;
+    // clang-format off
     Check(&ctx, {
         {"[fact](20)", "2432902008176640000"}, {"(7/2)!", "code 6"}, {"[fact](0)", "code 17"},
         {"10[perm]3", "720"},  {"5[c]6", "0"},         {"(-4)[c]3", "-20"},
@@ -145,6 +154,7 @@ TEST(Formula, WholeOnlyFunctions) {
         {"[curt](27)", "3"},   {"[curt](26)", "2"},    {"[curt](-27)", "-3"},
         {"[abs](-5/3)", "5/3"},
     });
+    // clang-format on
 }
 
 // Computed results are reduced modulo M; leaves and copies are not, so a
@@ -153,6 +163,7 @@ TEST(Formula, ModulusModeReducesComputedResults) {
     QuitAtPoll ctx;
     ctx.modulusMode = true;
     ASSERT_EQ(BigFromInt(&ctx.modulus, 7), 0);
+    // clang-format off
     Check(&ctx, {
         {"[fact](10)", "0"}, {"5+4", "2"},   {"3-5", "5"},   {"3*5", "1"},
         {"2/3", "3"},        {"3^-1", "5"},  {"3^100", "4"}, {"2^0", "1"},
@@ -160,6 +171,7 @@ TEST(Formula, ModulusModeReducesComputedResults) {
         {"100", "100"},      {"[abs](-100)", "100"}, {"-5", "-5"}, {"-(5)", "-5"},
         {"-(2+3)", "2"},     {"-B", "4"},
     });
+    // clang-format on
 }
 
 TEST(Formula, InterruptionPassesUp) {

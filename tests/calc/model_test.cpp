@@ -49,7 +49,7 @@ TEST(Variables, CalculateStoresOrLeavesTheOldValue) {
     EXPECT_EQ(f.model.FirstFreeLabel(), 1);
     ASSERT_EQ(f.Let('A', "7/2"), 0);
     EXPECT_EQ(f.model.Variable(1)->inscription, "7/2");
-    ASSERT_EQ(f.Let('B', "2A"), 0);   // a later formula reads the fraction back
+    ASSERT_EQ(f.Let('B', "2A"), 0);  // a later formula reads the fraction back
     EXPECT_EQ(f.Vars("AB"), "7/2 14/2");
     EXPECT_EQ(rec.variables, (std::vector<int>{1, 2}));
     f.model.RemoveObserver(&rec);
@@ -203,7 +203,7 @@ TEST(Recursion, FailureMidRunKeepsEarlierSteps) {
 }
 
 TEST(Recursion, KeysDoNotStopARunButStopRunDoes) {
-    Model f(1);   // Q pending all the time
+    Model f(1);  // Q pending all the time
     f.Lets({{'A', "0"}});
     f.Steps({"a=a+1"});
     EXPECT_EQ(f.model.RunSteps(20), 0);
@@ -248,7 +248,7 @@ TEST(Batch, TemporaryAndLentVariables) {
     BatchResult out;
     ASSERT_EQ(f.model.Batch("A^B", "2", "10", &out), 0);
     EXPECT_EQ(out.text, "A=2, B=10\r\n1024\r\n\r\n");
-    EXPECT_FALSE(f.model.HasVariable(1));   // the temporary A and B are gone again
+    EXPECT_FALSE(f.model.HasVariable(1));  // the temporary A and B are gone again
     EXPECT_FALSE(f.model.HasVariable(2));
     // Existing variables lend only their numerators: 4 over A's 3 shows 4.
     f.Lets({{'A', "5/3"}, {'B', "9"}});
@@ -274,7 +274,7 @@ TEST(Batch, CodesAndSilentlyDroppedRows) {
     EXPECT_TRUE(out.shown);
     // A result of 64000 digits or more is left out without a message, and so
     // is one that would push the text past 64000 characters.
-    ASSERT_EQ(f.Let('C', "10^63998"), 0);   // 63999 digits
+    ASSERT_EQ(f.Let('C', "10^63998"), 0);  // 63999 digits
     EXPECT_EQ(f.model.Batch("C*B", "1", "10,1,2", &out), 0);
     EXPECT_EQ(out.text.find("B=10"), std::string::npos);
     EXPECT_EQ(out.text.find("B=1\r\n1000"), 5u);
@@ -304,11 +304,13 @@ TEST(Hailstone, SeedOneAndRefusals) {
 
 TEST(Helpers, ConversionDigitTableAndDecimalReading) {
     QuitAtPoll ctx;
+    // clang-format off
     const struct { int from, to; const char* in; Result code; const char* out; } conversions[] = {
         {2, 10, "100001", Result::kOk, "33"}, {16, 10, "ff", Result::kOk, "255"},
         {10, 10, "0", Result::kOk, ""},       {2, 10, "102", Result::kCannotUnderstand, ""},
         {1, 10, "0", Result::kCannotUnderstand, ""},
     };
+    // clang-format on
     for (const auto& c : conversions) {
         std::string out = "junk";
         EXPECT_EQ(ConvertDigits(&ctx, c.from, c.to, c.in, &out), c.code) << c.in;
@@ -321,6 +323,7 @@ TEST(Helpers, ConversionDigitTableAndDecimalReading) {
     for (const char* line : {"7: 12 100.0%\r\n", "0:  0   0.0%\r\n", "\r\n   12 100.0%\r\n"})
         EXPECT_NE(t.find(line), std::string::npos) << line;
 
+    // clang-format off
     const struct { const char* text; Result code; const char* value; } reads[] = {
         {"123\n", Result::kOk, "123"},   {"--12", Result::kOk, "12"},  {"-12", Result::kOk, "-12"},
         {"1,234,567", Result::kOk, "1234567"}, {"12-3", Result::kOk, "123"},
@@ -328,6 +331,7 @@ TEST(Helpers, ConversionDigitTableAndDecimalReading) {
         {"-", Result::kCouldNotFind, ""}, {"", Result::kCouldNotFind, ""},
         {"abc", Result::kCouldNotFind, ""},
     };
+    // clang-format on
     for (const auto& c : reads) {
         Num v;
         EXPECT_EQ(ReadDecimal(c.text, &v.v), c.code) << c.text;
