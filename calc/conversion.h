@@ -13,4 +13,4 @@ constexpr int kConversionInputChars = 12344;   // characters of the input read
 // (empty for zero); kCannotUnderstand for an invalid digit or a base outside
 // 2..16, with *output empty.
 Result ConvertDigits(CalcContext* ctx, int fromBase, int toBase, const std::string& input,
-                  std::string* output);
+                     std::string* output);

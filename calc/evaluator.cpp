@@ -72,8 +72,8 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
         auto op = kind == kCodePlus ? FracAdd
                   : kind == kCodeMinus ? FracSub
                   : kind == kCodeTimes ? FracMul : FracDiv;
-        return Result(op(ctx, &node->numerator, &node->denominator, &l->numerator,
-                         &l->denominator, &r->numerator, &r->denominator));
+        return Result(op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
+                         &r->numerator, &r->denominator));
     }
     case kCodePower:
         if (!l || !r || !IsWhole(r)) return Result::kInconsistent;
@@ -92,11 +92,11 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
         if (!IsWhole(l) || !IsWhole(r)) return Result::kInconsistent;
         const BigInt* a = &l->numerator;
         const BigInt* b = &r->numerator;
-        Result code = Result(kind == kCodeBinom ? BigBinomial(ctx, &t, a, b)
-                   : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
-                   : kind == kCodeMod ? BigMod(ctx, a, b, &t)
-                   : kind == kCodeGcd ? BigGcd(ctx, a, b, &t)
-                                      : BigLcm(ctx, a, b, &t));
+        Result code = Result(kind == kCodeBinom  ? BigBinomial(ctx, &t, a, b)
+                             : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
+                             : kind == kCodeMod  ? BigMod(ctx, a, b, &t)
+                             : kind == kCodeGcd  ? BigGcd(ctx, a, b, &t)
+                                                 : BigLcm(ctx, a, b, &t));
         return StoreWhole(ctx, node, &t, code);
     }
     case kCodeHail: {
@@ -106,7 +106,7 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
             return Result::kNoMemory;
         }
         const int step = BigHail(ctx, &t);
-        if (step > 0) {   // the odd branch answers -1 on success
+        if (step > 0) {  // the odd branch answers -1 on success
             BigFree(&t);
             return Result(step);
         }
@@ -115,8 +115,8 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
     case kCodeQuo: {
         if (!l || !r) return Result::kInconsistent;
         BigInt qd = {};
-        Result code = Result(FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator,
-                                     &r->numerator, &r->denominator));
+        Result code = Result(
+            FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator, &r->numerator, &r->denominator));
         if (Ok(code)) code = IntegerPart(ctx, node, &t, &qd);
         BigFree(&t);
         BigFree(&qd);
@@ -128,8 +128,8 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
     case kCodeSqrt: case kCodeCurt: {
         if (!IsWhole(r)) return Result::kInconsistent;
         if (kind == kCodeSqrt && IsNegative(&r->numerator)) return Result::kPositiveValue;
-        const int code = kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t)
-                                     : BigCbrt(ctx, &r->numerator, &t);
+        const int code =
+            kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t) : BigCbrt(ctx, &r->numerator, &t);
         if (code != 0 && code != 1 && code != 2) {   // 0, 1, 2 tell exactness only
             BigFree(&t);
             return Result(code);

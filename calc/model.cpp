@@ -80,9 +80,7 @@ Result CalcModel::StoreValue(int label, const std::string& inscription, const Bi
     return Result::kOk;
 }
 
-Result CalcModel::Compile(const std::string& formula) {
-    return CompileFormula(formula, &tree_);
-}
+Result CalcModel::Compile(const std::string& formula) { return CompileFormula(formula, &tree_); }
 
 Result CalcModel::EvaluateFormula(const std::string& formula, NumberValue* result) {
     Result code = Compile(formula);

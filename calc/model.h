@@ -89,7 +89,7 @@ public:
     void RemoveObserver(CalcObserver* observer);
 
     // ---- Variables ----------------------------------------------------
-    [[nodiscard]] const NumberValue* Variable(int label) const override;   // null when empty
+    [[nodiscard]] const NumberValue* Variable(int label) const override;  // null when empty
     bool HasVariable(int label) const { return Variable(label) != nullptr; }
     // The lowest empty label 1..26, or 0 when all are taken.
     [[nodiscard]] int FirstFreeLabel() const;
@@ -97,7 +97,7 @@ public:
     // inscription, filling the slot when it is empty. kNoMemory leaves the
     // slot's old value; kOutOfBounds for a label outside 1..26.
     Result StoreValue(int label, const std::string& inscription, const BigInt* numerator,
-                   const BigInt* denominator);
+                      const BigInt* denominator);
 
     // ---- Formulas -----------------------------------------------------
     // Compiles into the current tree (none after a failure).
@@ -168,7 +168,7 @@ public:
     // kInconsistent for an empty list, or the compile code (then nothing is
     // shown).
     Result Batch(const std::string& formula, const std::string& list1, const std::string& list2,
-              BatchResult* out);
+                 BatchResult* out);
     // The hailstone sequence from the seed under seedLabel, with the largest
     // term stored under maxLabel. kCouldNotFind (empty seed), kInconsistent
     // (same label), kOutOfBounds (maxLabel), kPositiveValue (a seed of 0 or

@@ -181,7 +181,7 @@ Result Interpreter::Batch(const std::string& args) {
         return Result::kCannotUnderstand;
     BatchResult result;
     Result code = model_.Batch(Trim(args.substr(0, a)), args.substr(a + 1, b - a - 1),
-                            args.substr(b + 1), &result);
+                               args.substr(b + 1), &result);
     if (result.shown) {
         writer_.Line(result.title);
         writer_.Text(result.text);

@@ -106,7 +106,8 @@ Result DecodeNumFile(const char* data, std::size_t size, NumFile* out) {
     out->hasDenominator = header < 0;
     if (out->hasDenominator) {
         if (!GetValue(&r, &out->denominator)) return Result::kCannotOpenFile;
-        if (out->denominator.limbs.size() == 1 && out->denominator.limbs[0] == 0) return Result::kCannotOpenFile;
+        if (out->denominator.limbs.size() == 1 && out->denominator.limbs[0] == 0)
+            return Result::kCannotOpenFile;
     } else {
         out->denominator.limbs.assign(1, 1);
     }

@@ -75,9 +75,9 @@ long double InchesFromCentimetreText(const std::string& text) {
     return cm / kCmPerInch;
 }
 
-Result AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit,
-                         long double hOffset, long double vOffset, bool widthChosen,
-                         bool frameImage, bool colorPrinter) {
+Result AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit, long double hOffset,
+                         long double vOffset, bool widthChosen, bool frameImage,
+                         bool colorPrinter) {
     if (width < kMinPrintOffset || hOffset < kMinPrintOffset || vOffset < kMinPrintOffset ||
         !(xUnit > 0))
         return Result::kOutOfBounds;

@@ -66,4 +66,4 @@ long double InchesFromCentimetreText(const std::string& text);
 // the x unit is not positive, leaving *f alone; else stores them, the length
 // whose choice is not taken made negative, and answers kOk.
 Result AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit, long double hOffset,
-                      long double vOffset, bool widthChosen, bool frameImage, bool colorPrinter);
+                         long double vOffset, bool widthChosen, bool frameImage, bool colorPrinter);
