@@ -51,11 +51,14 @@ NumFile Decoded(const std::string& bytes, int expectCode = 0) {
     return f;
 }
 
-// A value as the file holds it: top, sign byte, limbs.
-void PutRaw(ByteWriter* w, int32_t top, uint8_t negative, std::initializer_list<Limb> limbs) {
-    w->i32(top);
-    w->u8(negative);
-    for (Limb l : limbs) w->i16(l);
+// Bytes from hex digits; spaces are left out.
+std::string FromHex(const std::string& hex) {
+    std::string digits, out;
+    for (char c : hex)
+        if (c != ' ') digits += c;
+    for (size_t i = 0; i + 1 < digits.size(); i += 2)
+        out += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
+    return out;
 }
 
 void ExpectSameValue(const NumLimbs& a, const NumLimbs& b) {
@@ -124,54 +127,29 @@ TEST(NumFileRoundTrip, WholeFilesAndTheirFailures) {
     EXPECT_EQ(WriteNumFile(dir.file("no/such/folder.num"), Sample()), Result::kCannotSaveFile);
 }
 
+// Files written by hand, in hex: header, then per value its top, sign byte
+// and limbs, then the notebook's length and bytes, then the font.
 TEST(NumFileRead, HandMadeFiles) {
+    const std::string font(2 * 64, '0');
     // Version 0: the header is the label alone and no font follows.
-    ByteWriter old;
-    old.i32(3);
-    PutRaw(&old, 0, 0, {42});
-    old.i16(1);
-    old.u8(0);
-    NumFile out = Decoded(old.data());
+    NumFile out = Decoded(FromHex("03000000 00000000 00 2a00 0100 00"));
     EXPECT_EQ(out.label * 10 + out.version, 30);
     EXPECT_FALSE(out.hasFont);
     ExpectSameValue(out.numerator, Limbs({42}));
-    EXPECT_EQ(out.notebook, "");
-    ByteWriter oldFraction;   // header -3; a zero length reads as an empty notebook
-    oldFraction.i32(-3);
-    PutRaw(&oldFraction, 0, 0, {5});
-    PutRaw(&oldFraction, 0, 0, {6});
-    oldFraction.i16(0);
-    ExpectSameValue(Decoded(oldFraction.data()).denominator, Limbs({6}));
-
     // Leading zero limbs are dropped; a notebook without its zero byte is
     // taken whole.
-    ByteWriter tidy;
-    tidy.i32(105);
-    PutRaw(&tidy, 2, 1, {7, 0, 0});
-    tidy.i16(4);
-    tidy.bytes("abcd", 4);
-    tidy.bytes(std::string(64, '\0').data(), 64);
-    out = Decoded(tidy.data());
+    out = Decoded(FromHex("69000000 02000000 01 0700 0000 0000 0400 61626364" + font));
     ExpectSameValue(out.numerator, Limbs({7}, true));
     EXPECT_EQ(out.notebook, "abcd");
-
-    struct Case { const char* what; int32_t top; Limb limb; Limb denominator; };
-    const Case cases[] = {{"top past the data", INT32_MAX, 1, 1}, {"negative top", -2, 1, 1},
-                          {"limb above 9999", 0, 10000, 1},       {"negative limb", 0, -1, 1},
-                          {"zero denominator", 0, 1, 0}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        ByteWriter w;
-        w.i32(-101);
-        PutRaw(&w, c.top, 0, {c.limb});
-        PutRaw(&w, 0, 0, {c.denominator});
-        w.i16(1);
-        w.bytes(std::string(65, '\0').data(), 65);
-        Decoded(w.data(), Result::kCannotOpenFile);
-    }
-    ByteWriter m;   // the most negative header must not overflow
-    m.i32(INT32_MIN);
-    Decoded(m.data(), Result::kCannotOpenFile);
+    // Fields no number has, each in an otherwise sound fraction of label A.
+    for (const char* bad : {"ffffff7f 00 0100 00000000 00 0100",   // top past the data
+                            "feffffff 00 0100 00000000 00 0100",   // negative top
+                            "00000000 00 1027 00000000 00 0100",   // limb 10000
+                            "00000000 00 ffff 00000000 00 0100",   // limb -1
+                            "00000000 00 0100 00000000 00 0000"})  // zero denominator
+        Decoded(FromHex("9bffffff " + std::string(bad) + " 0100 00" + font),
+                Result::kCannotOpenFile);
+    Decoded(FromHex("00000080"), Result::kCannotOpenFile);   // the header must not overflow
 }
 
 TEST(NumFileRead, LabelGoesToFirstFreeWhenTakenOrInvalid) {
