@@ -7,6 +7,11 @@
 #include "calc/model.h"
 #include "support/test_support.h"
 
+// "n" for a whole value, "n/d" otherwise, as stored.
+inline std::string Value(const BigInt* num, const BigInt* den) {
+    return BigIsOne(den) ? Text(num) : Text(num) + "/" + Text(den);
+}
+
 // A model over its own context (answering Q from poll quitAt on), with a
 // modulus of 7 and the mode off.
 struct ModelFixture {
@@ -23,11 +28,10 @@ struct ModelFixture {
     int Let(char letter, const std::string& formula) {
         return model.Calculate(Label(letter), formula);
     }
-    // "n" or "n/d" as stored, "(empty)" for no value.
+    // The letter's Value, or "(empty)".
     std::string Var(char letter) const {
         const NumberValue* v = model.Variable(Label(letter));
-        if (!v) return "(empty)";
-        return Text(&v->numerator) + (BigIsOne(&v->denominator) ? "" : "/" + Text(&v->denominator));
+        return v ? Value(&v->numerator, &v->denominator) : "(empty)";
     }
     // Several values, separated by spaces.
     std::string Vars(const char* letters) const {

@@ -7,36 +7,13 @@
 
 #include "calc/compiler.h"
 #include "calc/evaluator.h"
-#include "support/test_support.h"
+#include "calc_test_util.h"
 
 namespace {
 
-std::string Value(const BigInt* num, const BigInt* den) {
-    return BigIsOne(den) ? Text(num) : Text(num) + "/" + Text(den);
-}
-
-// A = 7/2, B = 10; every other letter is empty.
-class TwoVariables : public VariableReader {
-public:
-    TwoVariables() {
-        Set(&a_, "7", "2");
-        Set(&b_, "10", "1");
-    }
-    const NumberValue* Variable(int label) const override {
-        return label == 1 ? &a_ : label == 2 ? &b_ : nullptr;
-    }
-
-private:
-    static void Set(NumberValue* v, std::string num, std::string den) {
-        // (void): a test's own small literals; only memory can fail.
-        (void)Result(BigFromText(num.data(), &v->numerator));
-        (void)Result(BigFromText(den.data(), &v->denominator));
-    }
-    NumberValue a_, b_;
-};
-
 std::string EvaluateTwice(CalcContext* ctx, const std::string& formula) {
-    TwoVariables vars;
+    ModelFixture vars;   // A = 7/2, B = 10, every other letter empty
+    EXPECT_EQ(vars.Let('A', "7/2") + vars.Let('B', "10"), 0);
     TreePtr root;
     const Result compiled = CompileFormula(formula, &root);
     if (!Ok(compiled)) {
@@ -45,7 +22,7 @@ std::string EvaluateTwice(CalcContext* ctx, const std::string& formula) {
     }
     std::string answers[2];
     for (std::string& answer : answers) {
-        const Result code = Evaluate(ctx, vars, root.get());
+        const Result code = Evaluate(ctx, vars.model, root.get());
         answer =
             Ok(code) ? Value(&root->numerator, &root->denominator) : "code " + std::to_string(code);
         ReleaseValues(root.get());
