@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "io/page_layout.h"
@@ -78,17 +79,13 @@ TEST(OffsetsDialogRules, TheLengthNotChosenBecomesNegative) {
     EXPECT_EQ(AcceptPrintFormat(&f, 0.2L, 1, 1, 1, true, false, false), Result::kOutOfBounds);
     EXPECT_EQ(AcceptPrintFormat(&f, 3, 1, 1, 0.2L, true, false, false), Result::kOutOfBounds);
     EXPECT_EQ(f.width, 3);
+    const auto fields = [&f] {
+        return std::make_tuple(f.width, f.xUnit, f.hOffset, f.vOffset, f.frameImage, f.colorPrinter);
+    };
     ASSERT_EQ(AcceptPrintFormat(&f, 4, 0.5L, 1.5L, 2, true, true, false), 0);
-    EXPECT_EQ(f.width, 4);
-    EXPECT_EQ(f.xUnit, -0.5L);
-    EXPECT_EQ(f.hOffset, 1.5L);
-    EXPECT_EQ(f.vOffset, 2);
-    EXPECT_TRUE(f.frameImage);
-    EXPECT_FALSE(f.colorPrinter);
+    EXPECT_EQ(fields(), std::make_tuple(4.0L, -0.5L, 1.5L, 2.0L, true, false));
     ASSERT_EQ(AcceptPrintFormat(&f, 4, 0.5L, 1.5L, 2, false, false, true), 0);
-    EXPECT_EQ(f.width, -4);
-    EXPECT_EQ(f.xUnit, 0.5L);
-    EXPECT_TRUE(f.colorPrinter);
+    EXPECT_EQ(fields(), std::make_tuple(-4.0L, 0.5L, 1.5L, 2.0L, false, true));
 }
 
 }  // namespace
