@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr int kCancelled = -12;
 
 std::string LocalPath(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
@@ -68,7 +67,7 @@ int TTextWin::save() { return fileName().isEmpty() ? saveAs() : saveFile(fileNam
 int TTextWin::saveAs() {
     const QString path =
         TheModal().saveFileName(this, QString(), FileFilter(OxString(708)), "txt", fileName());
-    return path.isEmpty() ? kCancelled : saveFile(path);
+    return path.isEmpty() ? Result::kCancelled : saveFile(path);
 }
 
 void TTextWin::command(int id) {
@@ -81,12 +80,12 @@ void TTextWin::command(int id) {
     }
     case kTxtSave: {
         const int code = save();
-        if (code != kCancelled) report(code);
+        if (code != Result::kCancelled) report(code);
         break;
     }
     case kTxtSaveAs: {
         const int code = saveAs();
-        if (code != kCancelled) report(code);
+        if (code != Result::kCancelled) report(code);
         break;
     }
     default: TPreTextWin::command(id); break;
@@ -105,7 +104,7 @@ void TTextWin::closeEvent(QCloseEvent* e) {
         if (code == 0) {
             e->accept();
         } else {
-            if (code != kCancelled) report(code);
+            if (code != Result::kCancelled) report(code);
             e->ignore();
         }
         break;
