@@ -143,7 +143,7 @@ Result TCalcFrame::writeSettings() {
     settings_.width = g.width();
     settings_.height = g.height();
     settings_.maximized = isMaximized() ? 1 : 0;
-    return Result(WriteSettings(ConfigFolder(), settings_));
+    return WriteSettings(ConfigFolder(), settings_);
 }
 
 void TCalcFrame::closeEvent(QCloseEvent* e) {
@@ -268,13 +268,13 @@ Result TCalcFrame::RunCalculate(int label, const QString& formula) {
     return RunWatched([&] { return model_->Calculate(label, text); });
 }
 
-Result TCalcFrame::RunWatched(const std::function<int()>& work) {
+Result TCalcFrame::RunWatched(const std::function<Result()>& work) {
     if (busy_ || ctx_.running()) return Result::kStopped;
     busy_ = true;
     Result code;
     {
         PollScope scope(&ctx_, this);
-        code = Result(work());
+        code = work();
     }
     busy_ = false;
     return code;
@@ -364,7 +364,7 @@ Result TCalcFrame::openNumberFile(const QString& path) {
     const BigInt num = ViewOf(file.numerator);
     const BigInt den = ViewOf(file.denominator);
     pendingName_ = path;
-    const Result code = Result(model_->StoreValue(label, file.notebook, &num, &den));
+    const Result code = model_->StoreValue(label, file.notebook, &num, &den);
     pendingName_.clear();
     if (code != 0) return code;
     if (TNumWin* w = numWin(label)) w->notebook()->markNotModified();
@@ -377,9 +377,9 @@ Result TCalcFrame::pasteNumber(const QString& text) {
     if (label == 0) return Result::kNoMoreRoom;
     BigInt value = {}, one = {};
     // A sign may follow spaces.
-    Result code = Result(ReadDecimal(text.trimmed().toStdString(), &value));
+    Result code = ReadDecimal(text.trimmed().toStdString(), &value);
     if (code == 0) code = Result(BigFromInt(&one, 1));
-    if (code == 0) code = Result(model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one));
+    if (code == 0) code = model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one);
     BigFree(&value);
     BigFree(&one);
     if (code == 0) ShowLabel(label);

@@ -76,7 +76,7 @@ public:
 
     // GuiHost: one computation at a time, under the poll context.
     QWidget* MainWindow() override { return this; }
-    Result RunWatched(const std::function<int()>& work) override;
+    Result RunWatched(const std::function<Result()>& work) override;
     bool LabelInUse(int label) override;
     Result RunCalculate(int label, const QString& formula) override;
     void ShowLabel(int label) override;

@@ -39,14 +39,14 @@ struct BatchVariable {
 
 }  // namespace
 
-int CalcModel::Batch(const std::string& formula, const std::string& list1,
-                     const std::string& list2, BatchResult* out) {
+Result CalcModel::Batch(const std::string& formula, const std::string& list1,
+                        const std::string& list2, BatchResult* out) {
     out->shown = false;
     std::string first = WithoutSpaces(list1);
     std::string second = WithoutSpaces(list2);
-    if (first.empty() || second.empty()) return 6;
-    int code = Compile(formula);
-    if (code != 0) return code;
+    if (first.empty() || second.empty()) return Result::kInconsistent;
+    Result code = Compile(formula);
+    if (!Ok(code)) return code;
     if (first.back() != ',') first += ',';
     if (second.back() != ',') second += ',';
 
@@ -56,12 +56,14 @@ int CalcModel::Batch(const std::string& formula, const std::string& list1,
     for (int i = 0; i < 2; ++i) {
         std::unique_ptr<NumberValue>& slot = slots_[i];
         if (slot) {
-            if (BigCopy(&vars[i].kept, &slot->numerator) != 0) code = 3;
+            if (BigCopy(&vars[i].kept, &slot->numerator) != 0) code = Result::kNoMemory;
         } else {
             vars[i].temporary = true;
             slot = std::make_unique<NumberValue>();
-            BigFromInt(&slot->numerator, 1);
-            BigFromInt(&slot->denominator, 1);
+            // (void): one-limb values whose failure has never been reported
+            // here; every pair replaces the numerator before it is read.
+            (void)Result(BigFromInt(&slot->numerator, 1));
+            (void)Result(BigFromInt(&slot->denominator, 1));
         }
     }
 
@@ -70,11 +72,11 @@ int CalcModel::Batch(const std::string& formula, const std::string& list1,
     std::vector<char> page(kTextBufferChars + 2 * (kTextBufferChars / kBatchLineLength + 2) + 1);
     for (const std::string& a : SplitList(first)) {
         for (const std::string& b : SplitList(second)) {
-            if (code == 3) break;
+            if (code == Result::kNoMemory) break;
             BigInt va = {}, vb = {};
             code = ReadDecimal(a, &va);
-            if (code == 0) code = ReadDecimal(b, &vb);
-            if (code != 0) {
+            if (Ok(code)) code = ReadDecimal(b, &vb);
+            if (!Ok(code)) {
                 BigFree(&va);
                 BigFree(&vb);
                 continue;
@@ -86,7 +88,7 @@ int CalcModel::Batch(const std::string& formula, const std::string& list1,
             slots_[1]->numerator = vb;
             ExprNode* root = tree_.get();
             code = Evaluate(ctx_, *this, root);
-            if (code == 0) {
+            if (Ok(code)) {
                 int32_t digits = BigTextLength(&root->numerator);
                 if (digits < kTextBufferChars &&
                     digits + static_cast<int64_t>(out->text.size()) < kTextBufferChars) {

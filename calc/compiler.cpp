@@ -132,31 +132,31 @@ void MarkUnaryMinus(std::string* text) {
     }
 }
 
-// One token per character; the first invalid character gives 1.
-int ScanTokens(const std::string& text, Tokens* tokens) {
+// One token per character; the first invalid character gives kCannotUnderstand.
+Result ScanTokens(const std::string& text, Tokens* tokens) {
     tokens->items.reserve(2 * text.size());
     for (char ch : text) {
         int c = static_cast<unsigned char>(ch);
-        if (!IsValidInput(c)) return 1;
+        if (!IsValidInput(c)) return Result::kCannotUnderstand;
         tokens->Insert(tokens->Size(), c);
     }
-    return 0;
+    return Result::kOk;
 }
 
-// depth never below 0 and 0 at the end, else 108.
-int CheckParentheses(const Tokens& tokens) {
+// depth never below 0 and 0 at the end, else kUnbalanced.
+Result CheckParentheses(const Tokens& tokens) {
     int depth = 0;
     for (int i = 0; i < tokens.Size(); ++i) {
         if (tokens.Kind(i) == kCodeOpen) ++depth;
-        if (tokens.Kind(i) == kCodeClose && --depth < 0) return 108;
+        if (tokens.Kind(i) == kCodeClose && --depth < 0) return Result::kUnbalanced;
     }
-    return depth == 0 ? 0 : 108;
+    return depth == 0 ? Result::kOk : Result::kUnbalanced;
 }
 
 // number ::= digit{1..255}: each run of digits becomes one operand; the
 // 256th digit starts a new number (which is then multiplied, see the syntax
 // pass).
-int FormNumbers(Tokens* tokens) {
+Result FormNumbers(Tokens* tokens) {
     char digits[kMaxLiteralDigits + 1];
     for (int i = 0; i < tokens->Size(); ++i) {
         if (!IsDigitCode(tokens->Kind(i))) continue;
@@ -168,18 +168,18 @@ int FormNumbers(Tokens* tokens) {
         digits[n] = '\0';
         Token& t = tokens->At(i);
         t.kind = kCodeOperand;
-        int code = BigFromText(digits, &t.numerator);
-        if (code != 0) return code;
+        Result code = Result(BigFromText(digits, &t.numerator));
+        if (!Ok(code)) return code;
         for (int k = 1; k < n; ++k) tokens->Erase(i + 1);
     }
-    return 0;
+    return Result::kOk;
 }
 
-// x! -> [FACT](x) and (...)! -> [FACT](...); a '!' first gives 1.
-int RewriteFactorials(Tokens* tokens) {
+// x! -> [FACT](x) and (...)! -> [FACT](...); a '!' first gives kCannotUnderstand.
+Result RewriteFactorials(Tokens* tokens) {
     for (int i = 0; i < tokens->Size(); ++i) {
         if (tokens->Kind(i) != kCodeFactorialMark) continue;
-        if (i == 0) return 1;
+        if (i == 0) return Result::kCannotUnderstand;
         tokens->Erase(i);
         if (tokens->Kind(i - 1) == kCodeClose) {
             int depth = 0, j = i - 1;
@@ -194,13 +194,14 @@ int RewriteFactorials(Tokens* tokens) {
             tokens->Insert(i - 1, kCodeFact);
         }
     }
-    return 0;
+    return Result::kOk;
 }
 
 // [GCD](a,b,c) -> (a GCD b GCD c): each comma takes the code of the list
-// function before its enclosing '('; a comma anywhere else gives 1. A list
-// function without commas stays as an ordinary infix operator.
-int FoldLists(Tokens* tokens) {
+// function before its enclosing '('; a comma anywhere else gives
+// kCannotUnderstand. A list function without commas stays as an ordinary
+// infix operator.
+Result FoldLists(Tokens* tokens) {
     for (int i = 0; i < tokens->Size(); ++i) {
         if (tokens->Kind(i) != kCodeComma) continue;
         int depth = 0, j = i - 1;
@@ -208,13 +209,13 @@ int FoldLists(Tokens* tokens) {
             if (tokens->Kind(j) == kCodeClose) ++depth;
             if (tokens->Kind(j) == kCodeOpen && depth-- == 0) break;
         }
-        if (j <= 0 || !IsListFunction(tokens->Kind(j - 1))) return 1;
+        if (j <= 0 || !IsListFunction(tokens->Kind(j - 1))) return Result::kCannotUnderstand;
         tokens->At(i).kind = tokens->Kind(j - 1);
         tokens->At(j - 1).count += 1;
     }
     for (int i = tokens->Size() - 1; i >= 0; --i)
         if (IsListFunction(tokens->Kind(i)) && tokens->At(i).count > 0) tokens->Erase(i);
-    return 0;
+    return Result::kOk;
 }
 
 // Whether the token at i, between before and after ('@' at either end),
@@ -243,9 +244,10 @@ bool FitsSyntax(int kind, int before, int after) {
 
 // Products of constants: '#', ')' or a letter followed by '#', '(', a letter
 // or a prefix function gets a '*' in between (2A, AB, 2(3), (2)(3), A2). Then
-// every token must fit the syntax rule, else 6; no tokens at all gives 9.
-int InsertProductsAndCheckSyntax(Tokens* tokens) {
-    if (tokens->Size() == 0) return 9;
+// every token must fit the syntax rule, else kInconsistent; no tokens at all
+// gives kNothingToDo.
+Result InsertProductsAndCheckSyntax(Tokens* tokens) {
+    if (tokens->Size() == 0) return Result::kNothingToDo;
     for (int i = 0; i < tokens->Size(); ++i) {
         int kind = tokens->Kind(i);
         bool last = i + 1 == tokens->Size();
@@ -257,9 +259,9 @@ int InsertProductsAndCheckSyntax(Tokens* tokens) {
         }
         int before = i == 0 ? kCodeAt : tokens->Kind(i - 1);
         int after = i + 1 == tokens->Size() ? kCodeAt : tokens->Kind(i + 1);
-        if (!FitsSyntax(kind, before, after)) return 6;
+        if (!FitsSyntax(kind, before, after)) return Result::kInconsistent;
     }
-    return 0;
+    return Result::kOk;
 }
 
 // The span being reduced: tokens first..last, and the node most recently
@@ -360,14 +362,14 @@ void ReduceSpan(Tokens* tokens, Span* span) {
 // again (first ')' and the last '(' before it) is reduced and its parentheses
 // dropped; then the whole rest. The root is the node made last, or the first
 // token's when nothing was reduced; tokens left unjoined are discarded.
-int BuildTree(Tokens* tokens, ExprNode** root) {
+Result BuildTree(Tokens* tokens, TreePtr* root) {
     for (Token& t : tokens->items) {
         t.node = NewNode(t.kind);
-        if (!t.node) return 3;
+        if (!t.node) return Result::kNoMemory;
         if (t.kind == kCodeOperand) {
             t.node->numerator = t.numerator;
             t.numerator = BigInt{};
-            if (BigFromInt(&t.node->denominator, 1) != 0) return 3;
+            if (BigFromInt(&t.node->denominator, 1) != 0) return Result::kNoMemory;
         }
     }
     ExprNode* latest = nullptr;
@@ -384,19 +386,19 @@ int BuildTree(Tokens* tokens, ExprNode** root) {
     }
     Span all{0, tokens->Size() - 1, &latest};
     ReduceSpan(tokens, &all);
-    *root = latest ? latest : tokens->At(0).node;
+    root->reset(latest ? latest : tokens->At(0).node);
     for (Token& t : tokens->items)
-        if (t.node == *root) t.node = nullptr;
-    return 0;
+        if (t.node == root->get()) t.node = nullptr;
+    return Result::kOk;
 }
 
 // Children first: 146 over a leaf becomes the leaf with its sign flipped;
 // any other 146 becomes (-1) * operand.
-int RewriteUnaryMinus(ExprNode* node) {
-    if (!node) return 0;
-    int code = RewriteUnaryMinus(node->left);
-    if (code == 0) code = RewriteUnaryMinus(node->right);
-    if (code != 0 || node->kind != kCodeNegate) return code;
+Result RewriteUnaryMinus(ExprNode* node) {
+    if (!node) return Result::kOk;
+    Result code = RewriteUnaryMinus(node->left);
+    if (Ok(code)) code = RewriteUnaryMinus(node->right);
+    if (!Ok(code) || node->kind != kCodeNegate) return code;
     ExprNode* operand = node->right;
     if (operand && operand->kind == kCodeOperand) {
         std::swap(node->numerator, operand->numerator);
@@ -405,17 +407,17 @@ int RewriteUnaryMinus(ExprNode* node) {
         node->kind = kCodeOperand;
         node->right = nullptr;
         FreeTree(operand);
-        return 0;
+        return Result::kOk;
     }
     ExprNode* minusOne = NewNode(kCodeOperand);
-    if (!minusOne) return 3;
+    if (!minusOne) return Result::kNoMemory;
     if (BigFromInt(&minusOne->numerator, -1) != 0 || BigFromInt(&minusOne->denominator, 1) != 0) {
         FreeTree(minusOne);
-        return 3;
+        return Result::kNoMemory;
     }
     node->kind = kCodeTimes;
     node->left = minusOne;
-    return 0;
+    return Result::kOk;
 }
 
 }  // namespace
@@ -426,33 +428,29 @@ int LookUpFunction(const std::string& name) {
     return 0;
 }
 
-int CompileFormula(const std::string& formula, ExprNode** root) {
-    *root = nullptr;
-    if (formula.empty()) return 9;
+Result CompileFormula(const std::string& formula, TreePtr* root) {
+    root->reset();
+    if (formula.empty()) return Result::kNothingToDo;
     // The working buffer of a formula holds kMaxFormulaChars; a longer text
     // is refused rather than cut.
-    if (formula.size() > static_cast<size_t>(kMaxFormulaChars)) return 1;
+    if (formula.size() > static_cast<size_t>(kMaxFormulaChars)) return Result::kCannotUnderstand;
     std::string text = formula;
     PrepareText(&text);
     // Deliberately unchecked: a bracket left behind is refused by the scan.
     ReplaceBracketNames(&text);
     MarkUnaryMinus(&text);
-    if (text.empty()) return 9;
+    if (text.empty()) return Result::kNothingToDo;
 
     Tokens tokens;
-    int code = ScanTokens(text, &tokens);
-    if (code == 0) code = CheckParentheses(tokens);
-    if (code == 0) code = FormNumbers(&tokens);
-    if (code == 0) code = RewriteFactorials(&tokens);
-    if (code == 0) code = FoldLists(&tokens);
-    if (code == 0) code = InsertProductsAndCheckSyntax(&tokens);
-    ExprNode* tree = nullptr;
-    if (code == 0) code = BuildTree(&tokens, &tree);
-    if (code == 0) code = RewriteUnaryMinus(tree);
-    if (code != 0) {
-        FreeTree(tree);
-        return code;
-    }
-    *root = tree;
-    return 0;
+    Result code = ScanTokens(text, &tokens);
+    if (Ok(code)) code = CheckParentheses(tokens);
+    if (Ok(code)) code = FormNumbers(&tokens);
+    if (Ok(code)) code = RewriteFactorials(&tokens);
+    if (Ok(code)) code = FoldLists(&tokens);
+    if (Ok(code)) code = InsertProductsAndCheckSyntax(&tokens);
+    TreePtr tree;
+    if (Ok(code)) code = BuildTree(&tokens, &tree);
+    if (Ok(code)) code = RewriteUnaryMinus(tree.get());
+    if (Ok(code)) *root = std::move(tree);
+    return code;
 }

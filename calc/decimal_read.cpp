@@ -1,6 +1,6 @@
 #include "calc/decimal_read.h"
 
-int ReadDecimal(const std::string& text, BigInt* v) {
+Result ReadDecimal(const std::string& text, BigInt* v) {
     // The leading minus signs and the digits are all the reader uses; handing
     // it only those keeps a text without digits from reaching its empty-digit
     // case (which would ask for an enormous limb array).
@@ -16,7 +16,7 @@ int ReadDecimal(const std::string& text, BigInt* v) {
     }
     if (!anyDigit) {
         *v = BigInt{};
-        return 2;
+        return Result::kCouldNotFind;
     }
-    return BigFromText(&kept[0], v);
+    return Result(BigFromText(&kept[0], v));
 }

@@ -2,7 +2,6 @@
 
 #include "calc/codes.h"
 #include "resources/result.h"
-#include "resources/strings.h"
 
 NumberValue::~NumberValue() {
     BigFree(&numerator);
@@ -18,45 +17,45 @@ bool IsWhole(const ExprNode* n) { return n && BigIsOne(&n->denominator); }
 bool IsNegative(const BigInt* v) { return v->negative && !BigIsZero(v); }
 
 // node := value / 1 through StoreResult (reduced modulo M in modulus mode).
-int StoreWhole(CalcContext* ctx, ExprNode* node, BigInt* value, int code) {
-    if (code != 0) {
+Result StoreWhole(CalcContext* ctx, ExprNode* node, BigInt* value, Result code) {
+    if (!Ok(code)) {
         BigFree(value);
         return code;
     }
     if (BigFromInt(&node->denominator, 1) != 0) {
         BigFree(value);
-        return 3;
+        return Result::kNoMemory;
     }
     return StoreResult(ctx, &node->numerator, value);
 }
 
 // node := value / 1 as computed, without reduction.
-int SetWhole(ExprNode* node, BigInt* value) {
+Result SetWhole(ExprNode* node, BigInt* value) {
     node->numerator = *value;
     *value = BigInt{};
-    return BigFromInt(&node->denominator, 1) != 0 ? 3 : 0;
+    return BigFromInt(&node->denominator, 1) != 0 ? Result::kNoMemory : Result::kOk;
 }
 
 // The integer part of a fraction: the quotient truncated toward zero.
-int IntegerPart(CalcContext* ctx, ExprNode* node, const BigInt* num, const BigInt* den) {
+Result IntegerPart(CalcContext* ctx, ExprNode* node, const BigInt* num, const BigInt* den) {
     BigInt q = {}, r = {};
-    int code = BigDivMod(ctx, num, den, &q, &r);
+    Result code = Result(BigDivMod(ctx, num, den, &q, &r));
     BigFree(&r);
-    if (code != 0) {
+    if (!Ok(code)) {
         BigFree(&q);
         return code;
     }
     return SetWhole(node, &q);
 }
 
-int CopyValue(ExprNode* node, const BigInt* num, const BigInt* den) {
-    if (BigCopy(&node->numerator, num) != 0) return 3;
-    if (BigCopy(&node->denominator, den) != 0) return 3;
-    return 0;
+Result CopyValue(ExprNode* node, const BigInt* num, const BigInt* den) {
+    if (BigCopy(&node->numerator, num) != 0) return Result::kNoMemory;
+    if (BigCopy(&node->denominator, den) != 0) return Result::kNoMemory;
+    return Result::kOk;
 }
 
 // The node's own operation, its children already evaluated.
-int Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
+Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
     ExprNode* l = node->left;
     ExprNode* r = node->right;
     const int kind = node->kind;
@@ -64,81 +63,81 @@ int Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
 
     if (IsLetterCode(kind)) {
         const NumberValue* v = variables.Variable(kind - 'A' + 1);
-        if (!v) return 2;
+        if (!v) return Result::kCouldNotFind;
         return CopyValue(node, &v->numerator, &v->denominator);
     }
     switch (kind) {
     case kCodePlus: case kCodeMinus: case kCodeTimes: case kCodeDivide: {
-        if (!l || !r) return 6;
+        if (!l || !r) return Result::kInconsistent;
         auto op = kind == kCodePlus ? FracAdd
                   : kind == kCodeMinus ? FracSub
                   : kind == kCodeTimes ? FracMul : FracDiv;
-        return op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
-                  &r->numerator, &r->denominator);
+        return Result(op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
+                         &r->numerator, &r->denominator));
     }
     case kCodePower:
-        if (!l || !r || !IsWhole(r)) return 6;
-        return FracPow(ctx, &node->numerator, &node->denominator, &l->numerator,
-                       &l->denominator, &r->numerator);
+        if (!l || !r || !IsWhole(r)) return Result::kInconsistent;
+        return Result(FracPow(ctx, &node->numerator, &node->denominator, &l->numerator,
+                              &l->denominator, &r->numerator));
     case kCodeFact:
-        if (!IsWhole(r)) return 6;
-        return StoreWhole(ctx, node, &t, BigFact(ctx, &t, &r->numerator));
+        if (!IsWhole(r)) return Result::kInconsistent;
+        return StoreWhole(ctx, node, &t, Result(BigFact(ctx, &t, &r->numerator)));
     case kCodeAbs: {
-        if (!r) return 6;
-        int code = CopyValue(node, &r->numerator, &r->denominator);
+        if (!r) return Result::kInconsistent;
+        Result code = CopyValue(node, &r->numerator, &r->denominator);
         node->numerator.negative = 0;
         return code;
     }
     case kCodeBinom: case kCodePerm: case kCodeMod: case kCodeGcd: case kCodeLcm: {
-        if (!IsWhole(l) || !IsWhole(r)) return 6;
+        if (!IsWhole(l) || !IsWhole(r)) return Result::kInconsistent;
         const BigInt* a = &l->numerator;
         const BigInt* b = &r->numerator;
-        int code = kind == kCodeBinom ? BigBinomial(ctx, &t, a, b)
-                   : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
-                   : kind == kCodeMod ? BigMod(ctx, a, b, &t)
-                   : kind == kCodeGcd ? BigGcd(ctx, a, b, &t)
-                                      : BigLcm(ctx, a, b, &t);
+        Result code = Result(kind == kCodeBinom  ? BigBinomial(ctx, &t, a, b)
+                             : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
+                             : kind == kCodeMod  ? BigMod(ctx, a, b, &t)
+                             : kind == kCodeGcd  ? BigGcd(ctx, a, b, &t)
+                                                 : BigLcm(ctx, a, b, &t));
         return StoreWhole(ctx, node, &t, code);
     }
     case kCodeHail: {
-        if (!IsWhole(r)) return 6;
+        if (!IsWhole(r)) return Result::kInconsistent;
         if (BigCopy(&t, &r->numerator) != 0) {
             BigFree(&t);
-            return 3;
+            return Result::kNoMemory;
         }
-        int code = BigHail(ctx, &t);
-        if (code > 0) {   // the odd branch answers -1 on success
+        const int step = BigHail(ctx, &t);
+        if (step > 0) {  // the odd branch answers -1 on success
             BigFree(&t);
-            return code;
+            return Result(step);
         }
         return SetWhole(node, &t);
     }
     case kCodeQuo: {
-        if (!l || !r) return 6;
+        if (!l || !r) return Result::kInconsistent;
         BigInt qd = {};
-        int code = FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator, &r->numerator,
-                           &r->denominator);
-        if (code == 0) code = IntegerPart(ctx, node, &t, &qd);
+        Result code = Result(
+            FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator, &r->numerator, &r->denominator));
+        if (Ok(code)) code = IntegerPart(ctx, node, &t, &qd);
         BigFree(&t);
         BigFree(&qd);
         return code;
     }
     case kCodeInt:
-        if (!r) return 6;
+        if (!r) return Result::kInconsistent;
         return IntegerPart(ctx, node, &r->numerator, &r->denominator);
     case kCodeSqrt: case kCodeCurt: {
-        if (!IsWhole(r)) return 6;
-        if (kind == kCodeSqrt && IsNegative(&r->numerator)) return 14;
-        int code = kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t)
-                                     : BigCbrt(ctx, &r->numerator, &t);
+        if (!IsWhole(r)) return Result::kInconsistent;
+        if (kind == kCodeSqrt && IsNegative(&r->numerator)) return Result::kPositiveValue;
+        const int code =
+            kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t) : BigCbrt(ctx, &r->numerator, &t);
         if (code != 0 && code != 1 && code != 2) {   // 0, 1, 2 tell exactness only
             BigFree(&t);
-            return code;
+            return Result(code);
         }
         return SetWhole(node, &t);
     }
     default:
-        return 0;
+        return Result::kOk;
     }
 }
 
@@ -155,12 +154,12 @@ bool IsLetterLeaf(const ExprNode* node) {
     return node && IsLetterCode(node->kind) && !node->left && !node->right;
 }
 
-int Lend(const VariableReader& variables, ExprNode* leaf) {
+Result Lend(const VariableReader& variables, ExprNode* leaf) {
     const NumberValue* v = variables.Variable(leaf->kind - 'A' + 1);
-    if (!v) return 2;
+    if (!v) return Result::kCouldNotFind;
     leaf->numerator = v->numerator;
     leaf->denominator = v->denominator;
-    return 0;
+    return Result::kOk;
 }
 
 void GiveBack(ExprNode* node) {
@@ -169,18 +168,18 @@ void GiveBack(ExprNode* node) {
     node->denominator = BigInt{};
 }
 
-int EvaluateChild(CalcContext* ctx, const VariableReader& variables, ExprNode* child) {
+Result EvaluateChild(CalcContext* ctx, const VariableReader& variables, ExprNode* child) {
     return IsLetterLeaf(child) ? Lend(variables, child) : Evaluate(ctx, variables, child);
 }
 
 }  // namespace
 
-int Evaluate(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
-    if (!node || node->kind == kCodeOperand) return 0;
-    int code = 0;
+Result Evaluate(CalcContext* ctx, const VariableReader& variables, ExprNode* node) {
+    if (!node || node->kind == kCodeOperand) return Result::kOk;
+    Result code = Result::kOk;
     if (node->left) code = EvaluateChild(ctx, variables, node->left);
-    if (code == 0 && node->right) code = EvaluateChild(ctx, variables, node->right);
-    if (code == 0) {
+    if (Ok(code) && node->right) code = EvaluateChild(ctx, variables, node->right);
+    if (Ok(code)) {
         BigFree(&node->numerator);
         BigFree(&node->denominator);
         code = Apply(ctx, variables, node);
@@ -190,16 +189,13 @@ int Evaluate(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
     return code;
 }
 
-int StoreResult(CalcContext* ctx, BigInt* destination, BigInt* temporary) {
-    int code;
+Result StoreResult(CalcContext* ctx, BigInt* destination, BigInt* temporary) {
+    Result code;
     if (ctx->modulusMode) {
-        code = BigMod(ctx, temporary, &ctx->modulus, destination);
+        code = Result(BigMod(ctx, temporary, &ctx->modulus, destination));
     } else {
-        code = BigCopy(destination, temporary) != 0 ? 3 : 0;
+        code = BigCopy(destination, temporary) != 0 ? Result::kNoMemory : Result::kOk;
     }
     BigFree(temporary);
     return code;
 }
-
-std::string ReportText(int code) { return ResultMessage(static_cast<Result>(code)); }
-std::string ReportTitle() { return OxString(62); }

@@ -2,40 +2,40 @@
 // down to 1, keeping its largest term in a second variable.
 #include "calc/model.h"
 
-int CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
+Result CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
     const NumberValue* seed = Variable(seedLabel);
-    if (!seed) return 2;
-    if (seedLabel == maxLabel) return 6;
-    if (maxLabel < 1 || maxLabel > kLabelCount) return 17;
+    if (!seed) return Result::kCouldNotFind;
+    if (seedLabel == maxLabel) return Result::kInconsistent;
+    if (maxLabel < 1 || maxLabel > kLabelCount) return Result::kOutOfBounds;
     // 0 stays 0 and negative seeds fall into cycles: neither reaches 1.
-    if (BigIsZero(&seed->numerator) || seed->numerator.negative) return 14;
+    if (BigIsZero(&seed->numerator) || seed->numerator.negative) return Result::kPositiveValue;
 
     BigInt x = {}, one = {};
     if (BigCopy(&x, &seed->numerator) != 0 || BigFromInt(&one, 1) != 0) {
         BigFree(&x);
         BigFree(&one);
-        return 3;
+        return Result::kNoMemory;
     }
-    int code = StoreValue(maxLabel, "", &x, &one);
+    Result code = StoreValue(maxLabel, "", &x, &one);
     BigFree(&one);
     NumberValue* maximum = Slot(maxLabel);
     int steps = 0, stepsToMaximum = 0;
-    while (code == 0 && !BigIsOne(&x)) {
+    while (Ok(code) && !BigIsOne(&x)) {
         // Not in the step itself: a seed of millions of digits takes long.
         if (ctx_->ShouldStop()) {
-            code = -1;
+            code = Result::kStopped;
             break;
         }
         ++steps;
-        int step = BigHail(ctx_, &x);
+        const int step = BigHail(ctx_, &x);
         if (step > 0) {
-            code = step;
+            code = Result(step);
         } else if (step == -1 && BigCompareMag(&maximum->numerator, &x) == 1) {
             // -1 is the odd branch's success; only odd steps can raise the maximum.
             BigInt copy = {};
             if (BigCopy(&copy, &x) != 0) {
                 BigFree(&copy);
-                code = 3;
+                code = Result::kNoMemory;
             } else {
                 BigFree(&maximum->numerator);
                 maximum->numerator = copy;
@@ -45,7 +45,7 @@ int CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
     }
     BigFree(&x);
     NotifyVariable(maxLabel);
-    if (code == 0) {
+    if (Ok(code)) {
         out->steps = steps;
         out->stepsToMaximum = stepsToMaximum;
     }

@@ -12,8 +12,11 @@ CalcModel::CalcModel(CalcContext* ctx) : ctx_(ctx) {
     std::random_device device;
     int r = static_cast<int>(device() % 23) + 4;
     BigInt value = {};
-    BigFromInt(&value, r);
-    SetModulus(&value, true);
+    // (void): a constructor cannot answer a code, and a one-limb value at
+    // start-up is not where memory runs out; a failure has never been
+    // reported here.
+    (void)Result(BigFromInt(&value, r));
+    (void)SetModulus(&value, true);
     BigFree(&value);
     modulusFormula_ = std::to_string(r);
     ctx_->modulusMode = false;
@@ -56,15 +59,15 @@ int CalcModel::FirstFreeLabel() const {
     return 0;
 }
 
-int CalcModel::StoreValue(int label, const std::string& inscription, const BigInt* numerator,
-                          const BigInt* denominator) {
-    if (label < 1 || label > kLabelCount) return 17;
+Result CalcModel::StoreValue(int label, const std::string& inscription, const BigInt* numerator,
+                             const BigInt* denominator) {
+    if (label < 1 || label > kLabelCount) return Result::kOutOfBounds;
     // Copies first, so that a failure leaves the old value in place.
     BigInt num = {}, den = {};
     if (BigCopy(&num, numerator) != 0 || BigCopy(&den, denominator) != 0) {
         BigFree(&num);
         BigFree(&den);
-        return 3;
+        return Result::kNoMemory;
     }
     std::unique_ptr<NumberValue>& slot = slots_[label - 1];
     if (!slot) slot = std::make_unique<NumberValue>();
@@ -74,36 +77,30 @@ int CalcModel::StoreValue(int label, const std::string& inscription, const BigIn
     slot->denominator = den;
     slot->inscription = inscription;
     NotifyVariable(label);
-    return 0;
+    return Result::kOk;
 }
 
-int CalcModel::Compile(const std::string& formula) {
-    tree_.reset();
-    ExprNode* root = nullptr;
-    int code = CompileFormula(formula, &root);
-    tree_.reset(root);
-    return code;
-}
+Result CalcModel::Compile(const std::string& formula) { return CompileFormula(formula, &tree_); }
 
-int CalcModel::EvaluateFormula(const std::string& formula, NumberValue* result) {
-    int code = Compile(formula);
-    if (code == 0) code = Evaluate(ctx_, *this, tree_.get());
-    if (code == 0) {
+Result CalcModel::EvaluateFormula(const std::string& formula, NumberValue* result) {
+    Result code = Compile(formula);
+    if (Ok(code)) code = Evaluate(ctx_, *this, tree_.get());
+    if (Ok(code)) {
         BigFree(&result->numerator);
         BigFree(&result->denominator);
         if (BigCopy(&result->numerator, &tree_->numerator) != 0 ||
             BigCopy(&result->denominator, &tree_->denominator) != 0)
-            code = 3;
+            code = Result::kNoMemory;
     }
     tree_.reset();
     return code;
 }
 
-int CalcModel::Calculate(int label, const std::string& formula) {
-    if (label < 1 || label > kLabelCount) return 17;
+Result CalcModel::Calculate(int label, const std::string& formula) {
+    if (label < 1 || label > kLabelCount) return Result::kOutOfBounds;
     NumberValue value;
-    int code = EvaluateFormula(formula, &value);
-    if (code != 0) return code;
+    Result code = EvaluateFormula(formula, &value);
+    if (!Ok(code)) return code;
     return StoreValue(label, formula, &value.numerator, &value.denominator);
 }
 
@@ -115,13 +112,13 @@ void CalcModel::SetModulusMode(bool on) {
     NotifyModulus(false);
 }
 
-int CalcModel::SetModulus(const BigInt* value, bool atStart) {
+Result CalcModel::SetModulus(const BigInt* value, bool atStart) {
     BigInt num = {}, den = {}, shared = {};
     if (BigCopy(&num, value) != 0 || BigFromInt(&den, 1) != 0 || BigCopy(&shared, value) != 0) {
         BigFree(&num);
         BigFree(&den);
         BigFree(&shared);
-        return 3;
+        return Result::kNoMemory;
     }
     BigFree(&modulus_.numerator);
     BigFree(&modulus_.denominator);
@@ -131,16 +128,16 @@ int CalcModel::SetModulus(const BigInt* value, bool atStart) {
     BigFree(&ctx_->modulus);
     ctx_->modulus = shared;
     NotifyModulus(atStart);
-    return 0;
+    return Result::kOk;
 }
 
-int CalcModel::ModulusCommand(const std::string& formula) {
+Result CalcModel::ModulusCommand(const std::string& formula) {
     NumberValue value;
-    int code = EvaluateFormula(formula, &value);
-    if (code != 0) return code;
+    Result code = EvaluateFormula(formula, &value);
+    if (!Ok(code)) return code;
     // A modulus below 1 would make every reduction meaningless (x mod 0 is 0).
-    if (BigIsZero(&value.numerator) || value.numerator.negative) return 14;
+    if (BigIsZero(&value.numerator) || value.numerator.negative) return Result::kPositiveValue;
     code = SetModulus(&value.numerator);
-    if (code == 0) modulusFormula_ = formula;
+    if (Ok(code)) modulusFormula_ = formula;
     return code;
 }

@@ -12,7 +12,7 @@
 // Front ends learn about changes through CalcObserver. Questions to the user
 // (overwrite confirmation, counts, formulas) are asked by the caller before
 // it calls in; messages are shown by the caller from the returned code
-// (ReportText in calc/evaluator.h).
+// (ResultMessage in resources/result.h).
 #pragma once
 
 #include <memory>
@@ -23,12 +23,10 @@
 #include "calc/evaluator.h"
 #include "calc/tree.h"
 #include "resources/limits.h"
+#include "resources/result.h"
 
 constexpr int kModulusLabel = -1;
 constexpr int kDefaultStepCount = 100;
-// RunSteps' answer when a condition stopped being positive: a normal end
-// that is not reported.
-constexpr int kRunHalted = -2;
 
 // 'A' for label 1 ... 'Z' for 26.
 inline char LabelLetter(int label) { return static_cast<char>('A' + label - 1); }
@@ -91,28 +89,27 @@ public:
     void RemoveObserver(CalcObserver* observer);
 
     // ---- Variables ----------------------------------------------------
-    const NumberValue* Variable(int label) const override;   // null when empty
+    [[nodiscard]] const NumberValue* Variable(int label) const override;  // null when empty
     bool HasVariable(int label) const { return Variable(label) != nullptr; }
     // The lowest empty label 1..26, or 0 when all are taken.
-    int FirstFreeLabel() const;
+    [[nodiscard]] int FirstFreeLabel() const;
     // Writes copies of numerator and denominator under label 1..26 with the
-    // inscription, filling the slot when it is empty. 0, 3 (memory, the slot
-    // keeps its old value), 17 (label outside 1..26).
-    int StoreValue(int label, const std::string& inscription, const BigInt* numerator,
-                   const BigInt* denominator);
+    // inscription, filling the slot when it is empty. kNoMemory leaves the
+    // slot's old value; kOutOfBounds for a label outside 1..26.
+    Result StoreValue(int label, const std::string& inscription, const BigInt* numerator,
+                      const BigInt* denominator);
 
     // ---- Formulas -----------------------------------------------------
     // Compiles into the current tree (none after a failure).
-    int Compile(const std::string& formula);
+    Result Compile(const std::string& formula);
     ExprNode* CurrentTree() const { return tree_.get(); }
-    void FreeCurrentTree() { tree_.reset(); }
     // Compiles and evaluates formula; on success result holds the value.
     // The current tree is freed either way.
-    int EvaluateFormula(const std::string& formula, NumberValue* result);
+    Result EvaluateFormula(const std::string& formula, NumberValue* result);
     // The Calculate command: the value of formula under label 1..26 with the
     // formula as inscription; on failure the variable is left as it was. The
     // caller asks for overwrite permission first when HasVariable(label).
-    int Calculate(int label, const std::string& formula);
+    Result Calculate(int label, const std::string& formula);
 
     // ---- Modulus ------------------------------------------------------
     const NumberValue& Modulus() const { return modulus_; }
@@ -120,25 +117,26 @@ public:
     bool ModulusMode() const;
     // The mode is on exactly while the modulus window is shown.
     void SetModulusMode(bool on);
-    // M := value (denominator 1). 0 or 3.
-    int SetModulus(const BigInt* value, bool atStart = false);
+    // M := value (denominator 1); kOk or kNoMemory.
+    Result SetModulus(const BigInt* value, bool atStart = false);
     // The Modulus command after OK: compiles and evaluates formula; on
     // success it becomes the modulus formula and its numerator the modulus.
-    // A value below 1 is refused with 14 ("positive value?"); on any code
-    // nothing changes.
-    int ModulusCommand(const std::string& formula);
+    // A value below 1 is refused with kPositiveValue; on any code nothing
+    // changes.
+    Result ModulusCommand(const std::string& formula);
 
     // ---- Recursion ----------------------------------------------------
-    // "X=formula" (spaces and case free); 1 when the text does not start
-    // with a letter and '=', else the compile code. Goes to the front.
-    int EnterStep(const std::string& text);
+    // "X=formula" (spaces and case free); kCannotUnderstand when the text
+    // does not start with a letter and '=', else the compile code. Goes to
+    // the front.
+    Result EnterStep(const std::string& text);
     // A halting condition: the run stops when its value is not positive.
-    int EnterCondition(const std::string& text);
-    // An empty text does nothing and answers 0.
-    int EnterRecursion(const std::string& text, bool condition);
+    Result EnterCondition(const std::string& text);
+    // An empty text does nothing and answers kOk.
+    Result EnterRecursion(const std::string& text, bool condition);
     // Removes list row `row` (0 = first row; steps first, then conditions);
     // false when there is no such row.
-    bool DeleteRecursionRow(int row);
+    [[nodiscard]] bool DeleteRecursionRow(int row);
     void ClearRecursion();
     // The list rows in order: steps newest first, then conditions newest
     // first, each condition prefixed "0 < ".
@@ -149,38 +147,41 @@ public:
     bool HasSteps() const { return !steps_.empty(); }
     int StepCountDefault() const { return stepCountDefault_; }
     // Runs n steps: conditions first, then every right side, then the
-    // stores. 0, kRunHalted, -1 (interrupted), or an error code.
-    int RunSteps(int n);
-    // One step; kRunHalted counts as success and answers 0.
-    int OneStep();
-    // Many steps: a count below 1 gives 14; the count becomes the default
-    // only when the run ends with 0. kRunHalted answers 0.
-    int ManySteps(int count);
+    // stores. kOk, kHalted (a condition stopped being positive: a normal end
+    // that is not reported), kStopped, or an error code.
+    Result RunSteps(int n);
+    // One step; kHalted counts as success and answers kOk.
+    Result OneStep();
+    // Many steps: a count below 1 gives kPositiveValue; the count becomes the
+    // default only when the run ends with kOk. kHalted answers kOk.
+    Result ManySteps(int count);
     // The same from the text of the count dialog (text that is not a number
     // counts as 0).
-    int ManySteps(const std::string& countText);
-    // Asks a running recursion to end after the current step with -1; meant
+    Result ManySteps(const std::string& countText);
+    // Asks a running recursion to end after the current step with kStopped; meant
     // for observers (StepDone), since the run itself ignores keys.
     void StopRun() { stopRequested_ = true; }
 
     // ---- Batch and hailstone --------------------------------------------
-    // Evaluates formula for each value of list1 as A and, within it, each
-    // value of list2 as B. Answers the code of the last evaluation, or 6 for
-    // an empty list, or the compile code (then nothing is shown).
-    int Batch(const std::string& formula, const std::string& list1, const std::string& list2,
-              BatchResult* out);
+    // value of list1 as A and, within it, each
+    // value of list2 as B. Answers the code of the last evaluation, or
+    // kInconsistent for an empty list, or the compile code (then nothing is
+    // shown).
+    Result Batch(const std::string& formula, const std::string& list1, const std::string& list2,
+                 BatchResult* out);
     // The hailstone sequence from the seed under seedLabel, with the largest
-    // term stored under maxLabel. 2 (empty seed), 6 (same label), 14 (a seed
-    // of 0 or below, which never reaches 1), -1 (interrupted), 3.
-    int Hailstone(int seedLabel, int maxLabel, HailResult* out);
+    // term stored under maxLabel. kCouldNotFind (empty seed), kInconsistent
+    // (same label), kOutOfBounds (maxLabel), kPositiveValue (a seed of 0 or
+    // below, which never reaches 1), kStopped, kNoMemory.
+    Result Hailstone(int seedLabel, int maxLabel, HailResult* out);
 
 private:
     NumberValue* Slot(int label);
     void NotifyVariable(int label);
     void NotifyModulus(bool atStart);
     void NotifyRecursion();
-    int RunOneStep();
-    int PrepareTargets(std::vector<int>* targets);
+    Result RunOneStep();
+    Result PrepareTargets(std::vector<int>* targets);
 
     CalcContext* ctx_;
     std::vector<CalcObserver*> observers_;

@@ -30,35 +30,32 @@ bool IsNotPositive(const ExprNode* node) {
 
 }  // namespace
 
-int CalcModel::EnterStep(const std::string& text) {
+Result CalcModel::EnterStep(const std::string& text) {
     std::string work = WorkingText(text);
-    if (work.size() < 2 || work[0] < 'A' || work[0] > 'Z' || work[1] != '=') return 1;
-    ExprNode* root = nullptr;
-    int code = CompileFormula(work.substr(2), &root);
-    if (code != 0) return code;
+    if (work.size() < 2 || work[0] < 'A' || work[0] > 'Z' || work[1] != '=')
+        return Result::kCannotUnderstand;
     RecursionStep step;
+    Result code = CompileFormula(work.substr(2), &step.tree);
+    if (!Ok(code)) return code;
     step.text = text;
     step.label = work[0] - 'A' + 1;
-    step.tree.reset(root);
     steps_.insert(steps_.begin(), std::move(step));
     NotifyRecursion();
-    return 0;
+    return Result::kOk;
 }
 
-int CalcModel::EnterCondition(const std::string& text) {
-    ExprNode* root = nullptr;
-    int code = CompileFormula(WorkingText(text), &root);
-    if (code != 0) return code;
+Result CalcModel::EnterCondition(const std::string& text) {
     RecursionCondition condition;
+    Result code = CompileFormula(WorkingText(text), &condition.tree);
+    if (!Ok(code)) return code;
     condition.text = text;
-    condition.tree.reset(root);
     conditions_.insert(conditions_.begin(), std::move(condition));
     NotifyRecursion();
-    return 0;
+    return Result::kOk;
 }
 
-int CalcModel::EnterRecursion(const std::string& text, bool condition) {
-    if (text.empty()) return 0;
+Result CalcModel::EnterRecursion(const std::string& text, bool condition) {
+    if (text.empty()) return Result::kOk;
     return condition ? EnterCondition(text) : EnterStep(text);
 }
 
@@ -88,16 +85,18 @@ std::vector<std::string> CalcModel::RecursionRows() const {
 
 // Every target without a value gets 0 (denominator 1); the targets in list
 // order, each once.
-int CalcModel::PrepareTargets(std::vector<int>* targets) {
+Result CalcModel::PrepareTargets(std::vector<int>* targets) {
     BigInt zero = {}, one = {};
-    BigFromInt(&zero, 0);
-    BigFromInt(&one, 1);
-    int code = 0;
+    // (void): one-limb constants whose failure has never been reported here;
+    // the run keeps that, and the stores below still answer their own codes.
+    (void)Result(BigFromInt(&zero, 0));
+    (void)Result(BigFromInt(&one, 1));
+    Result code = Result::kOk;
     for (const RecursionStep& s : steps_) {
         if (std::find(targets->begin(), targets->end(), s.label) != targets->end()) continue;
         targets->push_back(s.label);
-        if (code == 0 && !HasVariable(s.label) && StoreValue(s.label, "", &zero, &one) != 0)
-            code = 3;
+        if (Ok(code) && !HasVariable(s.label) && !Ok(StoreValue(s.label, "", &zero, &one)))
+            code = Result::kNoMemory;
     }
     BigFree(&zero);
     BigFree(&one);
@@ -107,20 +106,20 @@ int CalcModel::PrepareTargets(std::vector<int>* targets) {
 // One step: conditions in list order (the first that fails or is not
 // positive ends the run), then every right side, and only then the stores,
 // so that all right sides read the values from before the step.
-int CalcModel::RunOneStep() {
-    int code = 0;
+Result CalcModel::RunOneStep() {
+    Result code = Result::kOk;
     for (RecursionCondition& c : conditions_) {
         code = Evaluate(ctx_, *this, c.tree.get());
-        if (code == 0 && IsNotPositive(c.tree.get())) code = kRunHalted;
+        if (Ok(code) && IsNotPositive(c.tree.get())) code = Result::kHalted;
         ReleaseValues(c.tree.get());
-        if (code != 0) return code;
+        if (!Ok(code)) return code;
     }
     for (RecursionStep& s : steps_) {
         code = Evaluate(ctx_, *this, s.tree.get());
-        if (code != 0) break;
+        if (!Ok(code)) break;
     }
     for (RecursionStep& s : steps_) {
-        if (code == 0) {
+        if (Ok(code)) {
             // Only the numerator is replaced; the target keeps its denominator.
             // A computed result is handed over (the tree releases its values
             // right after); a constant right side keeps its compiled value.
@@ -131,9 +130,9 @@ int CalcModel::RunOneStep() {
                 s.tree->numerator = BigInt{};
             } else if (BigCopy(&value, &s.tree->numerator) != 0) {
                 BigFree(&value);
-                code = 3;
+                code = Result::kNoMemory;
             }
-            if (code == 0) {
+            if (Ok(code)) {
                 BigFree(&target->numerator);
                 target->numerator = value;
             }
@@ -143,43 +142,43 @@ int CalcModel::RunOneStep() {
     return code;
 }
 
-int CalcModel::RunSteps(int n) {
+Result CalcModel::RunSteps(int n) {
     stopRequested_ = false;
     std::vector<int> targets;
-    int code = PrepareTargets(&targets);
-    if (code != 0) return code;
+    Result code = PrepareTargets(&targets);
+    if (!Ok(code)) return code;
     for (CalcObserver* o : observers_) o->RunStarted(targets);
-    while (n > 0 && code == 0) {
+    while (n > 0 && Ok(code)) {
         code = RunOneStep();
-        if (code == 0) {
+        if (Ok(code)) {
             for (int label : targets) NotifyVariable(label);
             for (CalcObserver* o : observers_) o->StepDone(targets);
         }
         // A pending key is read, and then window actions looked at, but
         // neither ends the run: n steps are n steps unless a code stops it.
         if (ctx_->PollQuitKey() != kQuitKey) ctx_->PollInterrupt();
-        if (code == 0 && stopRequested_) code = -1;
+        if (Ok(code) && stopRequested_) code = Result::kStopped;
         --n;
     }
     for (CalcObserver* o : observers_) o->RunFinished(code);
     return code;
 }
 
-int CalcModel::OneStep() {
-    int code = RunSteps(1);
-    return code == kRunHalted ? 0 : code;
+Result CalcModel::OneStep() {
+    Result code = RunSteps(1);
+    return code == Result::kHalted ? Result::kOk : code;
 }
 
-int CalcModel::ManySteps(int count) {
-    if (count < 1) return 14;
-    int code = RunSteps(count);
-    if (code == 0) stepCountDefault_ = count;
-    return code == kRunHalted ? 0 : code;
+Result CalcModel::ManySteps(int count) {
+    if (count < 1) return Result::kPositiveValue;
+    Result code = RunSteps(count);
+    if (Ok(code)) stepCountDefault_ = count;
+    return code == Result::kHalted ? Result::kOk : code;
 }
 
-int CalcModel::ManySteps(const std::string& countText) {
+Result CalcModel::ManySteps(const std::string& countText) {
     long n = std::strtol(countText.c_str(), nullptr, 10);
     if (n > INT_MAX) n = INT_MAX;
-    if (n < 1) return 14;
+    if (n < 1) return Result::kPositiveValue;
     return ManySteps(static_cast<int>(n));
 }

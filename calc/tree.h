@@ -22,7 +22,7 @@ struct ExprNode {
 
 // A node of the given kind with released values and no children; null when
 // memory is exhausted.
-ExprNode* NewNode(int kind);
+[[nodiscard]] ExprNode* NewNode(int kind);
 // Frees both children recursively, then both values, then the node.
 void FreeTree(ExprNode* node);
 // Releases the values of every node that is not a leaf, so that the tree can

@@ -46,13 +46,13 @@ std::string AfterWords(const std::string& s, int n) {
 }
 
 // "A".."Z" in either case -> 1..26, else 0.
-int ParseLabel(const std::string& word) {
+[[nodiscard]] int ParseLabel(const std::string& word) {
     if (word.size() != 1 || !std::isalpha(static_cast<unsigned char>(word[0]))) return 0;
     return std::toupper(static_cast<unsigned char>(word[0])) - 'A' + 1;
 }
 
 // A whole decimal number in int range.
-bool ParseInt(const std::string& word, int* out) {
+[[nodiscard]] bool ParseInt(const std::string& word, int* out) {
     if (word.empty()) return false;
     char* end = nullptr;
     long v = std::strtol(word.c_str(), &end, 10);
@@ -75,9 +75,9 @@ void Interpreter::StepDone(const std::vector<int>&) {
     if (SignalContext::Interrupted()) model_.StopRun();
 }
 
-int Interpreter::Run(const std::string& line) {
+Result Interpreter::Run(const std::string& line) {
     std::string text = Trim(line);
-    if (text.empty() || text[0] == '#') return 0;
+    if (text.empty() || text[0] == '#') return Result::kOk;
     size_t space = text.find_first_of(" \t");
     std::string word = Lower(text.substr(0, space));
     std::string args = space == std::string::npos ? "" : Trim(text.substr(space));
@@ -85,7 +85,7 @@ int Interpreter::Run(const std::string& line) {
     if (word == "modulus") return Modulus(args);
     if (word == "recur") return Recur(args);
     if (word == "cond") return model_.EnterCondition(args);
-    if (word == "step") return args.empty() ? model_.OneStep() : kCannotUnderstand;
+    if (word == "step") return args.empty() ? model_.OneStep() : Result::kCannotUnderstand;
     if (word == "steps") return model_.ManySteps(args);
     if (word == "hail") return Hail(args);
     if (word == "convert") return Convert(args);
@@ -99,90 +99,90 @@ int Interpreter::Run(const std::string& line) {
     size_t eq = text.find('=');
     if (eq != std::string::npos) {
         int label = ParseLabel(Trim(text.substr(0, eq)));
-        if (label == 0) return kCannotUnderstand;
+        if (label == 0) return Result::kCannotUnderstand;
         return model_.Calculate(label, Trim(text.substr(eq + 1)));
     }
     return Formula(text);
 }
 
-int Interpreter::Formula(const std::string& text) {
+Result Interpreter::Formula(const std::string& text) {
     NumberValue value;
-    int code = model_.EvaluateFormula(text, &value);
-    if (code == 0) writer_.Value(&value.numerator, &value.denominator);
+    Result code = model_.EvaluateFormula(text, &value);
+    if (Ok(code)) writer_.Value(&value.numerator, &value.denominator);
     return code;
 }
 
-int Interpreter::Modulus(const std::string& args) {
+Result Interpreter::Modulus(const std::string& args) {
     if (args.empty()) {
         const NumberValue& m = model_.Modulus();
         writer_.Value(&m.numerator, &m.denominator);
         writer_.Line(model_.ModulusMode() ? "on" : "off");
-        return 0;
+        return Result::kOk;
     }
     if (Lower(args) == "off") {
         model_.SetModulusMode(false);
-        return 0;
+        return Result::kOk;
     }
-    int code = model_.ModulusCommand(args);
-    if (code == 0) model_.SetModulusMode(true);
+    Result code = model_.ModulusCommand(args);
+    if (Ok(code)) model_.SetModulusMode(true);
     return code;
 }
 
-int Interpreter::Recur(const std::string& args) {
+Result Interpreter::Recur(const std::string& args) {
     std::vector<std::string> words = Words(args);
     std::string first = words.empty() ? "" : Lower(words[0]);
     if (first == "list" && words.size() == 1) {
         for (const std::string& row : model_.RecursionRows()) writer_.Line(row);
-        return 0;
+        return Result::kOk;
     }
     if (first == "clear" && words.size() == 1) {
         model_.ClearRecursion();
-        return 0;
+        return Result::kOk;
     }
     if (first == "delete") {
         int row = 0;
-        if (words.size() != 2 || !ParseInt(words[1], &row)) return kCannotUnderstand;
-        return model_.DeleteRecursionRow(row) ? 0 : kOutOfBounds;
+        if (words.size() != 2 || !ParseInt(words[1], &row)) return Result::kCannotUnderstand;
+        return model_.DeleteRecursionRow(row) ? Result::kOk : Result::kOutOfBounds;
     }
-    if (args.empty()) return kCannotUnderstand;
+    if (args.empty()) return Result::kCannotUnderstand;
     return model_.EnterStep(args);
 }
 
-int Interpreter::Hail(const std::string& args) {
+Result Interpreter::Hail(const std::string& args) {
     std::vector<std::string> words = Words(args);
-    if (words.size() != 2) return kCannotUnderstand;
+    if (words.size() != 2) return Result::kCannotUnderstand;
     int seed = ParseLabel(words[0]);
     int maximum = ParseLabel(words[1]);
-    if (seed == 0 || maximum == 0) return kCannotUnderstand;
+    if (seed == 0 || maximum == 0) return Result::kCannotUnderstand;
     HailResult result;
-    int code = model_.Hailstone(seed, maximum, &result);
-    if (code != 0) return code;
+    Result code = model_.Hailstone(seed, maximum, &result);
+    if (!Ok(code)) return code;
     writer_.Line("1 = term " + std::to_string(result.steps));
     writer_.Line("maximum = term " + std::to_string(result.stepsToMaximum));
-    return 0;
+    return Result::kOk;
 }
 
-int Interpreter::Convert(const std::string& args) {
+Result Interpreter::Convert(const std::string& args) {
     std::vector<std::string> words = Words(args);
     int from = 0, to = 0;
     if (words.size() < 2 || !ParseInt(words[0], &from) || !ParseInt(words[1], &to))
-        return kCannotUnderstand;
-    if (from < 2 || from > 16 || to < 2 || to > 16) return kOutOfBounds;
+        return Result::kCannotUnderstand;
+    if (from < 2 || from > 16 || to < 2 || to > 16) return Result::kOutOfBounds;
     std::string result;
-    int code = ConvertDigits(model_.Context(), from, to, AfterWords(args, 2), &result);
-    if (code != 0) return code;
+    Result code = ConvertDigits(model_.Context(), from, to, AfterWords(args, 2), &result);
+    if (!Ok(code)) return code;
     writer_.Line(result);
-    return 0;
+    return Result::kOk;
 }
 
-int Interpreter::Batch(const std::string& args) {
+Result Interpreter::Batch(const std::string& args) {
     size_t a = args.find(';');
     size_t b = a == std::string::npos ? a : args.find(';', a + 1);
     if (b == std::string::npos || args.find(';', b + 1) != std::string::npos)
-        return kCannotUnderstand;
+        return Result::kCannotUnderstand;
     BatchResult result;
-    int code = model_.Batch(Trim(args.substr(0, a)), args.substr(a + 1, b - a - 1),
-                            args.substr(b + 1), &result);
+    Result code = model_.Batch(Trim(args.substr(0, a)), args.substr(a + 1, b - a - 1),
+                               args.substr(b + 1), &result);
     if (result.shown) {
         writer_.Line(result.title);
         writer_.Text(result.text);
@@ -190,60 +190,60 @@ int Interpreter::Batch(const std::string& args) {
     return code;
 }
 
-int Interpreter::Freq(const std::string& args) {
+Result Interpreter::Freq(const std::string& args) {
     int label = ParseLabel(args);
-    if (label == 0) return kCannotUnderstand;
+    if (label == 0) return Result::kCannotUnderstand;
     const NumberValue* v = model_.Variable(label);
-    if (!v) return kCouldNotFind;
+    if (!v) return Result::kCouldNotFind;
     BigInt copy = {};
-    int code = BigCopy(&copy, &v->numerator);
-    if (code == 0) writer_.Text(DigitFrequencyText(&copy));
+    const bool copied = BigCopy(&copy, &v->numerator) == 0;
+    if (copied) writer_.Text(DigitFrequencyText(&copy));
     BigFree(&copy);
-    return code == 0 ? 0 : 3;
+    return copied ? Result::kOk : Result::kNoMemory;
 }
 
-int Interpreter::Read(const std::string& args) {
+Result Interpreter::Read(const std::string& args) {
     std::vector<std::string> words = Words(args);
-    if (words.size() != 2) return kCannotUnderstand;
+    if (words.size() != 2) return Result::kCannotUnderstand;
     int label = ParseLabel(words[0]);
-    if (label == 0) return kCannotUnderstand;
+    if (label == 0) return Result::kCannotUnderstand;
     std::FILE* f = std::fopen(words[1].c_str(), "rb");
-    if (!f) return kCannotOpenFile;
+    if (!f) return Result::kCannotOpenFile;
     std::string text;
     char chunk[1 << 16];
     for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, f)) > 0;) text.append(chunk, n);
     bool failed = std::ferror(f) != 0;
     std::fclose(f);
-    if (failed) return kCannotOpenFile;
+    if (failed) return Result::kCannotOpenFile;
     NumberValue value;
-    int code = ReadDecimal(text, &value.numerator);
-    if (code == 0) code = BigFromInt(&value.denominator, 1);
-    if (code == 0) code = model_.StoreValue(label, words[1], &value.numerator, &value.denominator);
+    Result code = ReadDecimal(text, &value.numerator);
+    if (Ok(code)) code = Result(BigFromInt(&value.denominator, 1));
+    if (Ok(code)) code = model_.StoreValue(label, words[1], &value.numerator, &value.denominator);
     return code;
 }
 
-int Interpreter::Write(const std::string& args) {
+Result Interpreter::Write(const std::string& args) {
     std::vector<std::string> words = Words(args);
-    if (words.size() != 2) return kCannotUnderstand;
+    if (words.size() != 2) return Result::kCannotUnderstand;
     int label = ParseLabel(words[0]);
-    if (label == 0) return kCannotUnderstand;
+    if (label == 0) return Result::kCannotUnderstand;
     const NumberValue* v = model_.Variable(label);
-    if (!v) return kCouldNotFind;
+    if (!v) return Result::kCouldNotFind;
     std::FILE* f = std::fopen(words[1].c_str(), "wb");
-    if (!f) return kCannotSaveFile;
+    if (!f) return Result::kCannotSaveFile;
     ValueWriter::Digits(f, &v->numerator, &v->denominator);
     std::fputc('\n', f);
     bool failed = std::ferror(f) != 0;
     if (std::fclose(f) != 0) failed = true;
-    return failed ? kCannotSaveFile : 0;
+    return failed ? Result::kCannotSaveFile : Result::kOk;
 }
 
-int Interpreter::List(const std::string& args) {
+Result Interpreter::List(const std::string& args) {
     std::vector<std::string> words = Words(args);
-    if (words.empty()) return kCannotUnderstand;
+    if (words.empty()) return Result::kCannotUnderstand;
     ListOutput output;
-    int code = RunListCommand(model_.Context(), words, &output);
-    if (code == 0 || !output.caption.empty() || !output.text.empty()) {
+    Result code = Result(RunListCommand(model_.Context(), words, &output));
+    if (Ok(code) || !output.caption.empty() || !output.text.empty()) {
         writer_.Line(output.caption);
         writer_.Text(output.text);
         if (!output.text.empty() && output.text.back() != '\n') writer_.Text("\n");

@@ -6,6 +6,7 @@
 
 #include "calc/model.h"
 #include "cli/value_writer.h"
+#include "resources/result.h"
 
 class Interpreter : private CalcObserver {
 public:
@@ -13,21 +14,22 @@ public:
     Interpreter(CalcContext* ctx, std::FILE* out, int wrap);
     ~Interpreter() override;
 
-    // Runs one line: 0 for success (also for blank lines and comments), else
-    // the code of the failure (1 for a statement that cannot be understood).
-    int Run(const std::string& line);
+    // Runs one line: kOk for success (also for blank lines and comments),
+    // else the code of the failure (kCannotUnderstand for a statement that
+    // cannot be understood).
+    Result Run(const std::string& line);
 
 private:
-    int Formula(const std::string& text);
-    int Modulus(const std::string& args);
-    int Recur(const std::string& args);
-    int Hail(const std::string& args);
-    int Convert(const std::string& args);
-    int Batch(const std::string& args);
-    int Freq(const std::string& args);
-    int Read(const std::string& args);
-    int Write(const std::string& args);
-    int List(const std::string& args);
+    Result Formula(const std::string& text);
+    Result Modulus(const std::string& args);
+    Result Recur(const std::string& args);
+    Result Hail(const std::string& args);
+    Result Convert(const std::string& args);
+    Result Batch(const std::string& args);
+    Result Freq(const std::string& args);
+    Result Read(const std::string& args);
+    Result Write(const std::string& args);
+    Result List(const std::string& args);
 
     void StepDone(const std::vector<int>& targets) override;
 

@@ -34,12 +34,12 @@ public:
 
     void RunLine(const std::string& line, long number) {
         SignalContext::Clear();
-        int code = interpreter_->Run(line);
-        if (code == 0) return;
+        const Result code = interpreter_->Run(line);
+        if (Ok(code)) return;
         ok_ = false;
         std::fflush(stdout);
-        std::fprintf(stderr, "ordix-cli: line %ld: %s (code %d)\n", number,
-                     ResultMessage(static_cast<Result>(code)), code);
+        std::fprintf(stderr, "ordix-cli: line %ld: %s (code %d)\n", number, ResultMessage(code),
+                     ToInt(code));
     }
 
     // Lines of f until its end; a prompt before each when interactive.

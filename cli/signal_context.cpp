@@ -8,8 +8,10 @@ volatile std::sig_atomic_t gInterrupted = 0;
 
 extern "C" void OnInterrupt(int) {
     if (gInterrupted) {
-        std::signal(SIGINT, SIG_DFL);
-        std::raise(SIGINT);
+        // (void): the handler has nowhere to report to; the default action
+        // ends the program.
+        (void)std::signal(SIGINT, SIG_DFL);
+        (void)std::raise(SIGINT);
         return;
     }
     gInterrupted = 1;
@@ -22,7 +24,8 @@ void SignalContext::Install() {
     action.sa_handler = OnInterrupt;
     sigemptyset(&action.sa_mask);
     action.sa_flags = 0;   // no restart: a read at the prompt returns
-    sigaction(SIGINT, &action, nullptr);
+    // (void): it fails only for an invalid signal number; SIGINT is valid.
+    (void)sigaction(SIGINT, &action, nullptr);
 }
 
 bool SignalContext::Interrupted() { return gInterrupted != 0; }

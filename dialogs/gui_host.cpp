@@ -7,7 +7,7 @@
 
 GuiHost::~GuiHost() = default;
 
-Result GuiHost::RunCaptioned(const std::function<int()>& work) {
+Result GuiHost::RunCaptioned(const std::function<Result()>& work) {
     QWidget* main = MainWindow();
     const QString caption = main->windowTitle();
     main->setWindowTitle(OxText(kStrPressQToQuit));

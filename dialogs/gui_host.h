@@ -30,10 +30,10 @@ public:
     // it with its polls watching the event queue, so that Q reaches the
     // calculation context and no second command starts meanwhile; a host
     // already running something refuses with kStopped without calling work.
-    virtual Result RunWatched(const std::function<int()>& work) = 0;
+    virtual Result RunWatched(const std::function<Result()>& work) = 0;
     // As RunWatched, with the main window captioned "press Q to quit" while
     // work runs; its own caption comes back afterwards.
-    Result RunCaptioned(const std::function<int()>& work);
+    Result RunCaptioned(const std::function<Result()>& work);
 
     // Calculate: whether label 1..26 holds a value; compiles and evaluates
     // formula into label (the result code); shows the label's window.

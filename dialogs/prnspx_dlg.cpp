@@ -108,9 +108,9 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
 }
 
 void TPrnSpxDlg::accept() {
-    const Result code = Result(
+    const Result code =
         AcceptPrintFormat(format_, Inches(width_), Inches(unit_), Inches(hori_), Inches(vert_),
-                          widthChoice_->isChecked(), frame_->isChecked(), color_->isChecked()));
+                          widthChoice_->isChecked(), frame_->isChecked(), color_->isChecked());
     if (code != 0) {
         ShowError(this, code);
         return;

@@ -98,7 +98,7 @@ void TRecurDlg::refill() {
 Result TRecurDlg::enter() {
     const QString text = edit_->text();
     if (text.isEmpty()) return Result::kOk;
-    const Result code = Result(model_->EnterRecursion(text.toStdString(), condition_->isChecked()));
+    const Result code = model_->EnterRecursion(text.toStdString(), condition_->isChecked());
     if (code != 0) {
         // Two messages on purpose, as the program always had them: the
         // specific one, then "cannot understand" once more.

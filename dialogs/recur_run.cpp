@@ -14,7 +14,7 @@ namespace {
 
 // Runs under the host with the main window focused and captioned
 // "press Q to quit".
-Result RunWithCaption(GuiHost* host, const std::function<int()>& run) {
+Result RunWithCaption(GuiHost* host, const std::function<Result()>& run) {
     host->MainWindow()->activateWindow();
     return host->RunCaptioned(run);
 }

@@ -66,6 +66,6 @@ private:
 };
 
 // A whole file's bytes; false when it cannot be opened or read.
-bool ReadWholeFile(const std::string& path, std::string* out);
+[[nodiscard]] bool ReadWholeFile(const std::string& path, std::string* out);
 // Replaces the file with data; false when it cannot be written completely.
-bool WriteWholeFile(const std::string& path, const std::string& data);
+[[nodiscard]] bool WriteWholeFile(const std::string& path, const std::string& data);

@@ -94,47 +94,48 @@ std::string EncodeNumFile(const NumFile& file) {
     return w.data();
 }
 
-int DecodeNumFile(const char* data, std::size_t size, NumFile* out) {
+Result DecodeNumFile(const char* data, std::size_t size, NumFile* out) {
     *out = NumFile();
     ByteReader r(data, size);
     const int32_t header = r.i32();
-    if (!r.ok()) return 11;
+    if (!r.ok()) return Result::kCannotOpenFile;
     const int64_t magnitude = std::llabs(static_cast<int64_t>(header));
     out->label = static_cast<int>(magnitude % 100);
     out->version = static_cast<int>(magnitude / 100);
-    if (!GetValue(&r, &out->numerator)) return 11;
+    if (!GetValue(&r, &out->numerator)) return Result::kCannotOpenFile;
     out->hasDenominator = header < 0;
     if (out->hasDenominator) {
-        if (!GetValue(&r, &out->denominator)) return 11;
-        if (out->denominator.limbs.size() == 1 && out->denominator.limbs[0] == 0) return 11;
+        if (!GetValue(&r, &out->denominator)) return Result::kCannotOpenFile;
+        if (out->denominator.limbs.size() == 1 && out->denominator.limbs[0] == 0)
+            return Result::kCannotOpenFile;
     } else {
         out->denominator.limbs.assign(1, 1);
     }
     const int16_t length = r.i16();
-    if (!r.ok()) return 11;
+    if (!r.ok()) return Result::kCannotOpenFile;
     if (length > 0) {
         const char* text = r.bytes(static_cast<std::size_t>(length));
-        if (!text) return 11;
+        if (!text) return Result::kCannotOpenFile;
         const void* zero = std::memchr(text, 0, static_cast<std::size_t>(length));
         out->notebook.assign(text, zero ? static_cast<const char*>(zero) - text : length);
     }
     if (out->version >= 1) {
         GetFont(&r, &out->font);
         out->fontExtra = r.u32();
-        if (!r.ok()) return 11;
+        if (!r.ok()) return Result::kCannotOpenFile;
         out->hasFont = true;
     }
-    return 0;
+    return Result::kOk;
 }
 
-int ReadNumFile(const std::string& path, NumFile* out) {
+Result ReadNumFile(const std::string& path, NumFile* out) {
     std::string bytes;
-    if (!ReadWholeFile(path, &bytes)) return 11;
+    if (!ReadWholeFile(path, &bytes)) return Result::kCannotOpenFile;
     return DecodeNumFile(bytes.data(), bytes.size(), out);
 }
 
-int WriteNumFile(const std::string& path, const NumFile& file) {
-    return WriteWholeFile(path, EncodeNumFile(file)) ? 0 : 12;
+Result WriteNumFile(const std::string& path, const NumFile& file) {
+    return WriteWholeFile(path, EncodeNumFile(file)) ? Result::kOk : Result::kCannotSaveFile;
 }
 
 int LabelForOpenedFile(int fileLabel, const bool inUse[26]) {
@@ -143,5 +144,3 @@ int LabelForOpenedFile(int fileLabel, const bool inUse[26]) {
         if (!inUse[i]) return i + 1;
     return 0;
 }
-
-std::string NumWindowName(const std::string& path) { return path + ".num"; }

@@ -22,6 +22,7 @@
 
 #include "bigint/record.h"
 #include "io/logfont.h"
+#include "resources/result.h"
 
 // Notebook characters a file can carry: the stored length + 1 is 16-bit.
 constexpr int kNumFileNotebookChars = 32766;
@@ -50,19 +51,16 @@ NumLimbs LimbsOf(const BigInt* v);
 // hasDenominator is set and it is not 1; a longer notebook is cut.
 std::string EncodeNumFile(const NumFile& file);
 
-// Decodes a number file's bytes: 0, or 11 when they are truncated or cannot
-// describe a number (a top index past the data, a limb outside 0..9999, a zero
-// denominator). The notebook is taken up to its first zero byte.
-int DecodeNumFile(const char* data, std::size_t size, NumFile* out);
+// Decodes a number file's bytes: kOk, or kCannotOpenFile when they are
+// truncated or cannot describe a number (a top index past the data, a limb
+// outside 0..9999, a zero denominator). The notebook is taken up to its first
+// zero byte.
+Result DecodeNumFile(const char* data, std::size_t size, NumFile* out);
 
-// Whole files: 0, 11 (cannot open or decode), 12 (cannot save).
-int ReadNumFile(const std::string& path, NumFile* out);
-int WriteNumFile(const std::string& path, const NumFile& file);
+// Whole files: kOk, kCannotOpenFile (cannot open or decode), kCannotSaveFile.
+Result ReadNumFile(const std::string& path, NumFile* out);
+Result WriteNumFile(const std::string& path, const NumFile& file);
 
 // The label an opened file goes to: its own when that is 1..26 and free,
 // otherwise the first free label; 0 when all 26 are in use.
-int LabelForOpenedFile(int fileLabel, const bool inUse[26]);
-
-// A number window opened from `path` is named path + ".num" (so a file
-// "x.num" saves back as "x.num.num"): the name the window saves under.
-std::string NumWindowName(const std::string& path);
+[[nodiscard]] int LabelForOpenedFile(int fileLabel, const bool inUse[26]);

@@ -75,17 +75,17 @@ long double InchesFromCentimetreText(const std::string& text) {
     return cm / kCmPerInch;
 }
 
-int AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit, long double hOffset,
-                      long double vOffset, bool widthChosen, bool frameImage,
-                      bool colorPrinter) {
+Result AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit, long double hOffset,
+                         long double vOffset, bool widthChosen, bool frameImage,
+                         bool colorPrinter) {
     if (width < kMinPrintOffset || hOffset < kMinPrintOffset || vOffset < kMinPrintOffset ||
         !(xUnit > 0))
-        return 17;
+        return Result::kOutOfBounds;
     f->width = widthChosen ? width : -width;
     f->xUnit = widthChosen ? -xUnit : xUnit;
     f->hOffset = hOffset;
     f->vOffset = vOffset;
     f->frameImage = frameImage;
     f->colorPrinter = colorPrinter;
-    return 0;
+    return Result::kOk;
 }

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "resources/result.h"
+
 constexpr long double kCmPerInch = 2.54L;
 // Nothing is printed nearer than this to the paper's left or top edge.
 constexpr long double kMinPrintOffset = 0.25L;
@@ -60,9 +62,8 @@ std::string CentimetreText(long double inches);
 long double InchesFromCentimetreText(const std::string& text);
 
 // Takes lengths read from the offsets dialog (all as typed, in inches):
-// answers 17 ("out of bounds") when width or an offset is below
-// kMinPrintOffset or the x unit is not positive, leaving *f alone; else
-// stores them, the length whose choice is not taken made negative, and
-// answers 0.
-int AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit, long double hOffset,
-                      long double vOffset, bool widthChosen, bool frameImage, bool colorPrinter);
+// answers kOutOfBounds when width or an offset is below kMinPrintOffset or
+// the x unit is not positive, leaving *f alone; else stores them, the length
+// whose choice is not taken made negative, and answers kOk.
+Result AcceptPrintFormat(PrintFormat* f, long double width, long double xUnit, long double hOffset,
+                         long double vOffset, bool widthChosen, bool frameImage, bool colorPrinter);

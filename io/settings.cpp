@@ -41,17 +41,20 @@ std::string SettingsPath(const std::string& folder) {
     return folder + "/ox.ini";
 }
 
-int ReadSettings(const std::string& folder, FrameSettings* s) {
+Result ReadSettings(const std::string& folder, FrameSettings* s) {
     std::string bytes;
-    if (!ReadWholeFile(SettingsPath(SettingsFolder(folder)), &bytes)) return 11;
-    return DecodeSettings(bytes.data(), bytes.size(), s) ? 0 : 11;
+    if (!ReadWholeFile(SettingsPath(SettingsFolder(folder)), &bytes))
+        return Result::kCannotOpenFile;
+    return DecodeSettings(bytes.data(), bytes.size(), s) ? Result::kOk : Result::kCannotOpenFile;
 }
 
-int WriteSettings(const std::string& folder, const FrameSettings& s) {
+Result WriteSettings(const std::string& folder, const FrameSettings& s) {
     const std::string dir = SettingsFolder(folder);
+    // A folder that cannot be made shows up as the write failing below.
     std::error_code ec;
-    if (!dir.empty()) std::filesystem::create_directories(dir, ec);
-    return WriteWholeFile(SettingsPath(dir), EncodeSettings(s)) ? 0 : 12;
+    if (!dir.empty()) (void)std::filesystem::create_directories(dir, ec);
+    return WriteWholeFile(SettingsPath(dir), EncodeSettings(s)) ? Result::kOk
+                                                                : Result::kCannotSaveFile;
 }
 
 bool PlacementFits(const FrameSettings& s, int screenWidth, int screenHeight) {

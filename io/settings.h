@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string>
 
+#include "resources/result.h"
+
 constexpr int kSettingsBytes = 19;
 
 struct FrameSettings {
@@ -21,7 +23,7 @@ struct FrameSettings {
 
 std::string EncodeSettings(const FrameSettings& s);
 // False, leaving *s alone, when fewer than 19 bytes are given.
-bool DecodeSettings(const char* data, std::size_t size, FrameSettings* s);
+[[nodiscard]] bool DecodeSettings(const char* data, std::size_t size, FrameSettings* s);
 
 // The folder of ox.ini: ORDIX_INI_DIR when set and not empty, else folder.
 std::string SettingsFolder(const std::string& folder);
@@ -29,13 +31,13 @@ std::string SettingsFolder(const std::string& folder);
 std::string SettingsPath(const std::string& folder);
 
 // folder is the desktop's configuration folder; both honour ORDIX_INI_DIR.
-// 0, or 11 when the file is missing, unreadable or short (*s keeps its
-// defaults then).
-int ReadSettings(const std::string& folder, FrameSettings* s);
-// 0, or 12; creates the folder when needed.
-int WriteSettings(const std::string& folder, const FrameSettings& s);
+// kOk, or kCannotOpenFile when the file is missing, unreadable or short (*s
+// keeps its defaults then).
+Result ReadSettings(const std::string& folder, FrameSettings* s);
+// kOk, or kCannotSaveFile; creates the folder when needed.
+Result WriteSettings(const std::string& folder, const FrameSettings& s);
 
 // Whether a stored placement can be used on a screen of the given size:
 // left and top not negative, at least 120 wide and 72 high, and the window
 // reaching past neither the screen's width nor its height.
-bool PlacementFits(const FrameSettings& s, int screenWidth, int screenHeight);
+[[nodiscard]] bool PlacementFits(const FrameSettings& s, int screenWidth, int screenHeight);

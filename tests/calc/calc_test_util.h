@@ -1,62 +1,42 @@
-// Helpers of the calculation-language tests.
+// A calculator model for the tests of the model and of the dialogs that drive
+// it (no test framework here: the GUI tests include it too).
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "bigint/bigint.h"
 #include "calc/model.h"
-#include "calc/tree.h"
-
-// Decimal text of v (sign included).
-inline std::string Text(const BigInt* v) {
-    std::vector<char> buf(static_cast<size_t>(BigTextLength(v)) + 16);
-    BigToText(v, buf.data(), static_cast<int32_t>(buf.size()) - 1, 0, -1, 0, 0);
-    return buf.data();
-}
+#include "support/test_support.h"
 
 // "n" for a whole value, "n/d" otherwise, as stored.
-inline std::string Text(const BigInt* num, const BigInt* den) {
+inline std::string Value(const BigInt* num, const BigInt* den) {
     return BigIsOne(den) ? Text(num) : Text(num) + "/" + Text(den);
 }
 
-inline std::string Text(const NumberValue* v) {
-    return v ? Text(&v->numerator, &v->denominator) : "(empty)";
-}
-
-// A context whose quit poll answers Q from the given poll on (counting from
-// 1; 0 never), so that a test can stop a computation at a known point.
-class ScriptedContext : public CalcContext {
-public:
-    int quitAtPoll = 0;
-    int polls = 0;
-    int PollQuitKey() override {
-        ++polls;
-        return quitAtPoll > 0 && polls >= quitAtPoll ? kQuitKey : 0;
-    }
-};
-
-// A model over its own scripted context, with a known modulus of 7 (mode off).
+// A model over its own context (answering Q from poll quitAt on), with a
+// modulus of 7 and the mode off.
 struct ModelFixture {
-    ScriptedContext ctx;
+    QuitAtPoll ctx;
     CalcModel model{&ctx};
-    ModelFixture() { SetModulus(7); }
+    explicit ModelFixture(long quitAt = 0) : ctx(quitAt) {
+        Num seven("7");
+        // (void): a one-limb value; only memory could fail.
+        (void)model.SetModulus(&seven.v);
+    }
 
-    void SetModulus(int m) {
-        BigInt v = {};
-        BigFromInt(&v, m);
-        model.SetModulus(&v);
-        BigFree(&v);
-    }
-    // Calculates formula into the letter's label; fails the test on an error.
+    static int Label(char letter) { return letter - 'A' + 1; }
+    // int rather than Result: the dialog tests call it for its effect.
     int Let(char letter, const std::string& formula) {
-        return model.Calculate(letter - 'A' + 1, formula);
+        return model.Calculate(Label(letter), formula);
     }
-    std::string Var(char letter) const { return Text(model.Variable(letter - 'A' + 1)); }
-    // The value of formula, or "code k".
-    std::string Eval(const std::string& formula) {
-        NumberValue v;
-        int code = model.EvaluateFormula(formula, &v);
-        return code ? "code " + std::to_string(code) : Text(&v.numerator, &v.denominator);
+    // The letter's Value, or "(empty)".
+    std::string Var(char letter) const {
+        const NumberValue* v = model.Variable(Label(letter));
+        return v ? Value(&v->numerator, &v->denominator) : "(empty)";
+    }
+    // Several values, separated by spaces.
+    std::string Vars(const char* letters) const {
+        std::string out;
+        for (const char* c = letters; *c; ++c) out += (out.empty() ? "" : " ") + Var(*c);
+        return out;
     }
 };

@@ -1,113 +1,331 @@
-// The variable store, the Calculate command, the modulus and what observers
-// hear about them.
+// The calculator's model: variables, the modulus, recursion, batch and
+// hailstone runs, and the helpers the number window and dialogs call.
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
+#include "calc/conversion.h"
+#include "calc/decimal_read.h"
+#include "calc/digit_freq.h"
 #include "calc_test_util.h"
 
 namespace {
 
+int Label(char letter) { return ModelFixture::Label(letter); }
+
+// The fixture with the steps of a test entered and its values set, each
+// expected to succeed.
+struct Model : ModelFixture {
+    using ModelFixture::ModelFixture;
+    void Lets(std::initializer_list<std::pair<char, const char*>> values) {
+        for (const auto& v : values) EXPECT_EQ(Let(v.first, v.second), 0) << v.second;
+    }
+    // Entered in the order given, so the last one is listed first.
+    void Steps(std::initializer_list<const char*> steps) {
+        for (const char* s : steps) EXPECT_EQ(model.EnterStep(s), 0) << s;
+    }
+};
+
 struct Recorder : CalcObserver {
-    std::vector<int> variables;
-    int modulusChanges = 0;
+    std::vector<int> variables, started;
+    int modulusChanges = 0, steps = 0, finished = 99, stopAfter = 0;
+    CalcModel* model = nullptr;
     void VariableChanged(int label) override { variables.push_back(label); }
     void ModulusChanged(bool) override { ++modulusChanges; }
+    void RunStarted(const std::vector<int>& targets) override { started = targets; }
+    void StepDone(const std::vector<int>&) override {
+        if (++steps == stopAfter) model->StopRun();
+    }
+    void RunFinished(int code) override { finished = code; }
 };
 
 }  // namespace
 
-TEST(VariableStore, StoreFillsAndRefillsSlots) {
-    ModelFixture f;
+TEST(Variables, CalculateStoresOrLeavesTheOldValue) {
+    Model f;
     Recorder rec;
     f.model.AddObserver(&rec);
     EXPECT_EQ(f.model.FirstFreeLabel(), 1);
     ASSERT_EQ(f.Let('A', "7/2"), 0);
-    EXPECT_EQ(f.Var('A'), "7/2");
     EXPECT_EQ(f.model.Variable(1)->inscription, "7/2");
-    EXPECT_EQ(f.model.FirstFreeLabel(), 2);
-    // A later formula reads the fraction back.
-    EXPECT_EQ(f.Eval("2A"), "14/2");
-    ASSERT_EQ(f.Let('A', "5"), 0);
-    EXPECT_EQ(f.Var('A'), "5");
-    EXPECT_EQ(rec.variables, (std::vector<int>{1, 1}));
+    ASSERT_EQ(f.Let('B', "2A"), 0);  // a later formula reads the fraction back
+    EXPECT_EQ(f.Vars("AB"), "7/2 14/2");
+    EXPECT_EQ(rec.variables, (std::vector<int>{1, 2}));
     f.model.RemoveObserver(&rec);
-}
-
-TEST(VariableStore, FailedCalculationLeavesTheVariable) {
-    ModelFixture f;
-    ASSERT_EQ(f.Let('N', "2^100"), 0);
-    EXPECT_EQ(f.Var('N'), "1267650600228229401496703205376");
-    EXPECT_EQ(f.Let('N', "1/0"), 104);
-    EXPECT_EQ(f.Let('N', "2+"), 6);
-    EXPECT_EQ(f.Let('N', "Q"), 2);
-    EXPECT_EQ(f.Var('N'), "1267650600228229401496703205376");
+    for (const char* bad : {"1/0", "2+", "Q"}) EXPECT_NE(f.Let('A', bad), 0) << bad;
+    EXPECT_EQ(f.Let('A', "Q"), Result::kCouldNotFind);
+    EXPECT_EQ(f.Var('A'), "7/2");
     EXPECT_EQ(f.model.CurrentTree(), nullptr);
-    EXPECT_EQ(f.model.Calculate(27, "1"), 17);
-    EXPECT_EQ(f.model.Calculate(0, "1"), 17);
-}
-
-TEST(VariableStore, FirstFreeLabelWhenAllAreTaken) {
-    ModelFixture f;
-    for (char c = 'A'; c <= 'Z'; ++c) {
-        if (c == 'K') continue;
-        ASSERT_EQ(f.Let(c, "1"), 0);
-    }
-    EXPECT_EQ(f.model.FirstFreeLabel(), 'K' - 'A' + 1);
+    EXPECT_EQ(f.model.Calculate(27, "1"), Result::kOutOfBounds);
+    EXPECT_EQ(f.model.Calculate(0, "1"), Result::kOutOfBounds);
+    for (char c = 'C'; c <= 'Z'; ++c) ASSERT_EQ(c == 'K' ? Result::kOk : f.Let(c, "1"), 0);
+    EXPECT_EQ(f.model.FirstFreeLabel(), Label('K'));
     ASSERT_EQ(f.Let('K', "1"), 0);
     EXPECT_EQ(f.model.FirstFreeLabel(), 0);
-}
-
-TEST(VariableStore, CompileReplacesTheCurrentTree) {
-    ModelFixture f;
     ASSERT_EQ(f.model.Compile("1+2"), 0);
     EXPECT_NE(f.model.CurrentTree(), nullptr);
-    EXPECT_EQ(f.model.Compile("1+"), 6);
+    EXPECT_EQ(f.model.Compile("1+"), Result::kInconsistent);
     EXPECT_EQ(f.model.CurrentTree(), nullptr);
 }
 
 TEST(Modulus, StartsBetween4And26WithTheModeOff) {
     for (int i = 0; i < 20; ++i) {
-        ScriptedContext ctx;
+        QuitAtPoll ctx;
         CalcModel model(&ctx);
         int32_t m = 0;
         ASSERT_TRUE(BigToInt(&model.Modulus().numerator, &m));
-        EXPECT_GE(m, 4);
-        EXPECT_LE(m, 26);
+        EXPECT_TRUE(m >= 4 && m <= 26) << m;
         EXPECT_EQ(model.ModulusFormula(), std::to_string(m));
-        EXPECT_FALSE(model.ModulusMode());
         EXPECT_EQ(Text(&ctx.modulus), std::to_string(m));
+        EXPECT_FALSE(model.ModulusMode());
     }
 }
 
 TEST(Modulus, CommandSetsValueFormulaAndContext) {
-    ModelFixture f;
+    Model f;
     Recorder rec;
     f.model.AddObserver(&rec);
     ASSERT_EQ(f.model.ModulusCommand("2^3+3"), 0);
     EXPECT_EQ(Text(&f.model.Modulus().numerator), "11");
     EXPECT_EQ(Text(&f.ctx.modulus), "11");
-    EXPECT_EQ(f.model.ModulusFormula(), "2^3+3");
     // Failures and values below 1 change nothing.
-    EXPECT_EQ(f.model.ModulusCommand("2+"), 6);
-    EXPECT_EQ(f.model.ModulusCommand("0"), 14);
-    EXPECT_EQ(f.model.ModulusCommand("-5"), 14);
+    EXPECT_EQ(f.model.ModulusCommand("2+"), Result::kInconsistent);
+    EXPECT_EQ(f.model.ModulusCommand("0"), Result::kPositiveValue);
+    EXPECT_EQ(f.model.ModulusCommand("-5"), Result::kPositiveValue);
     EXPECT_EQ(Text(&f.ctx.modulus), "11");
     EXPECT_EQ(f.model.ModulusFormula(), "2^3+3");
     f.model.SetModulusMode(true);
     EXPECT_TRUE(f.ctx.modulusMode);
-    EXPECT_EQ(f.Eval("10+5"), "4");
+    f.Lets({{'A', "10+5"}, {'F', "[fact](10)"}, {'G', "2^1000000006"}});
+    // 10! = -1 and 2^1000000006 = 2^6 modulo 11.
+    EXPECT_EQ(f.Vars("AFG"), "4 10 9");
     f.model.SetModulusMode(false);
-    EXPECT_EQ(f.Eval("10+5"), "15");
+    ASSERT_EQ(f.Let('A', "10+5"), 0);
+    EXPECT_EQ(f.Var('A'), "15");
     EXPECT_EQ(rec.modulusChanges, 3);
     f.model.RemoveObserver(&rec);
 }
 
-TEST(Modulus, StoredResultsAreReducedInModulusMode) {
-    ModelFixture f;
-    f.model.SetModulusMode(true);
-    ASSERT_EQ(f.Let('F', "[fact](10)"), 0);
-    EXPECT_EQ(f.Var('F'), "0");
-    ASSERT_EQ(f.Let('G', "2^1000000006"), 0);
-    EXPECT_EQ(f.Var('G'), "2");   // 1000000006 = 4 mod 6, and 2^4 = 2 mod 7
+TEST(Recursion, EnteringListingAndDeletingRows) {
+    Model f;
+    f.Steps({"b = a+b", "a=b"});
+    EXPECT_EQ(f.model.EnterCondition("b - 1"), 0);
+    EXPECT_EQ(f.model.EnterCondition("a"), 0);
+    EXPECT_EQ(f.model.RecursionRows(),
+              (std::vector<std::string>{"a=b", "b = a+b", "0 < a", "0 < b - 1"}));
+    EXPECT_EQ(f.model.Steps()[1].label, 2);
+    EXPECT_EQ(f.model.EnterStep("2=A"), Result::kCannotUnderstand);
+    EXPECT_EQ(f.model.EnterStep("A"), Result::kCannotUnderstand);
+    EXPECT_EQ(f.model.EnterStep("A=2+"), Result::kInconsistent);
+    EXPECT_EQ(f.model.EnterCondition("(1"), Result::kUnbalanced);
+    EXPECT_EQ(f.model.EnterRecursion("", false), 0);
+    EXPECT_EQ(f.model.RecursionRows().size(), 4u);
+    // With two steps, row 2 is the newest condition.
+    EXPECT_TRUE(f.model.DeleteRecursionRow(2));
+    EXPECT_TRUE(f.model.DeleteRecursionRow(0));
+    EXPECT_FALSE(f.model.DeleteRecursionRow(2));
+    EXPECT_FALSE(f.model.DeleteRecursionRow(-1));
+    EXPECT_EQ(f.model.RecursionRows(), (std::vector<std::string>{"b = a+b", "0 < b - 1"}));
+    f.model.ClearRecursion();
+    EXPECT_TRUE(f.model.RecursionRows().empty());
+    EXPECT_FALSE(f.model.HasSteps());
+}
+
+// Euclid's steps give 21 only when both right sides read the values from
+// before the step (stored one by one they end at 462).
+TEST(Recursion, ConditionsHaltBeforeTheStep) {
+    Model f;
+    f.Lets({{'A', "1071"}, {'B', "462"}});
+    f.Steps({"b=a[mod]b", "a=b"});
+    ASSERT_EQ(f.model.EnterCondition("b"), 0);
+    EXPECT_EQ(f.model.RunSteps(1000), Result::kHalted);
+    EXPECT_EQ(f.Vars("AB"), "21 0");
+    // A halted run succeeds but neither steps nor becomes the default count.
+    EXPECT_EQ(f.model.ManySteps(50), 0);
+    EXPECT_EQ(f.Vars("AB"), "21 0");
+    EXPECT_EQ(f.model.StepCountDefault(), kDefaultStepCount);
+    EXPECT_EQ(f.model.ManySteps(0), Result::kPositiveValue);
+    EXPECT_EQ(f.model.ManySteps(std::string("x")), Result::kPositiveValue);
+    EXPECT_EQ(f.model.ManySteps(std::string("-3")), Result::kPositiveValue);
+    // A negative fraction halts by its sign, which the denominator may hold.
+    f.model.ClearRecursion();
+    ASSERT_EQ(f.Let('A', "5"), 0);
+    f.Steps({"a=a-3"});
+    ASSERT_EQ(f.model.EnterCondition("(1/2)/(a-3)"), 0);
+    EXPECT_EQ(f.model.RunSteps(10), Result::kHalted);
+    EXPECT_EQ(f.Var('A'), "2");
+    // Empty lists run empty steps.
+    f.model.ClearRecursion();
+    EXPECT_EQ(f.model.ManySteps(7), 0);
+    EXPECT_EQ(f.model.StepCountDefault(), 7);
+}
+
+TEST(Recursion, MissingTargetsStartAtZeroAndKeepTheirDenominator) {
+    Model f;
+    Recorder rec;
+    f.model.AddObserver(&rec);
+    f.Lets({{'H', "7/2"}});
+    f.Steps({"c=c+2", "h=h*2"});
+    ASSERT_EQ(f.model.RunSteps(3), 0);
+    // (7/2)*2 = 14/2 unreduced: the numerator doubles, the denominator 2 stays.
+    EXPECT_EQ(f.Vars("CH"), "6 56/2");
+    EXPECT_EQ(rec.started, (std::vector<int>{Label('H'), Label('C')}));
+    EXPECT_EQ(rec.steps, 3);
+    EXPECT_EQ(rec.finished, 0);
+    f.model.RemoveObserver(&rec);
+}
+
+TEST(Recursion, FailureMidRunKeepsEarlierSteps) {
+    Model f;
+    f.Lets({{'C', "3"}, {'D', "0"}});
+    f.Steps({"c=c-1", "d=6/c"});
+    EXPECT_EQ(f.model.ManySteps(10), Result::kDivisionByZero);
+    // Three steps went through; in the fourth no variable was replaced.
+    EXPECT_EQ(f.Vars("CD"), "0 6");
+    EXPECT_EQ(f.model.StepCountDefault(), kDefaultStepCount);
+    // The same trees run again from the values now held.
+    ASSERT_EQ(f.Let('C', "2"), 0);
+    EXPECT_EQ(f.model.RunSteps(1), 0);
+    EXPECT_EQ(f.Vars("CD"), "1 3");
+    f.Steps({"e=Z"});
+    EXPECT_EQ(f.model.OneStep(), Result::kCouldNotFind);
+    EXPECT_EQ(f.Vars("CD"), "1 3");
+}
+
+TEST(Recursion, KeysDoNotStopARunButStopRunDoes) {
+    Model f(1);  // Q pending all the time
+    f.Lets({{'A', "0"}});
+    f.Steps({"a=a+1"});
+    EXPECT_EQ(f.model.RunSteps(20), 0);
+    EXPECT_EQ(f.Var('A'), "20");
+    Recorder rec;
+    rec.model = &f.model;
+    rec.stopAfter = 4;
+    f.model.AddObserver(&rec);
+    EXPECT_EQ(f.model.ManySteps(20), Result::kStopped);
+    EXPECT_EQ(f.Var('A'), "24");
+    EXPECT_EQ(rec.finished, Result::kStopped);
+    EXPECT_EQ(f.model.StepCountDefault(), kDefaultStepCount);
+    f.model.RemoveObserver(&rec);
+}
+
+// Right sides read the variables in place and hand their results to the
+// targets: constants, bare letters and repeated letters must still behave as
+// independent values from step to step.
+TEST(Recursion, ValuesStayIndependentAcrossSteps) {
+    Model f;
+    f.Lets({{'A', "1"}, {'B', "2"}, {'F', "1/3"}});
+    f.Steps({"a=b", "b=a", "k=5", "f=f*f-f"});
+    ASSERT_EQ(f.model.RunSteps(3), 0);
+    // Numerators of f*f-f over the kept denominator: -6/3, 162/3, 77274/3.
+    EXPECT_EQ(f.Vars("ABKF"), "2 1 5 77274/3");
+    ASSERT_EQ(f.Let('X', "k+a*a"), 0);
+    EXPECT_EQ(f.Vars("XA"), "9 2");
+    // A missing letter after a lent one fails the step and leaves every
+    // variable as it was; the same trees run again once it has a value.
+    f.model.ClearRecursion();
+    f.Steps({"a=a+z"});
+    EXPECT_EQ(f.model.OneStep(), Result::kCouldNotFind);
+    EXPECT_EQ(f.Var('A'), "2");
+    ASSERT_EQ(f.Let('Z', "10"), 0);
+    ASSERT_EQ(f.model.ManySteps(2), 0);
+    EXPECT_EQ(f.Vars("AZ"), "22 10");
+}
+
+// Row order, spaces and trailing commas show in the command line's script.
+TEST(Batch, TemporaryAndLentVariables) {
+    Model f;
+    BatchResult out;
+    ASSERT_EQ(f.model.Batch("A^B", "2", "10", &out), 0);
+    EXPECT_EQ(out.text, "A=2, B=10\r\n1024\r\n\r\n");
+    EXPECT_FALSE(f.model.HasVariable(1));  // the temporary A and B are gone again
+    EXPECT_FALSE(f.model.HasVariable(2));
+    // Existing variables lend only their numerators: 4 over A's 3 shows 4.
+    f.Lets({{'A', "5/3"}, {'B', "9"}});
+    ASSERT_EQ(f.model.Batch("A", "4", "1", &out), 0);
+    EXPECT_EQ(out.text, "A=4, B=1\r\n4\r\n\r\n");
+    EXPECT_EQ(f.Vars("AB"), "5/3 9");
+    // Values in the output are broken into lines of 72 digits.
+    ASSERT_EQ(f.model.Batch("10^(B-1)", "1", "73", &out), 0);
+    EXPECT_EQ(out.text, "A=1, B=73\r\n1" + std::string(71, '0') + "\r\n0\r\n\r\n");
+}
+
+TEST(Batch, CodesAndSilentlyDroppedRows) {
+    Model f;
+    BatchResult out;
+    EXPECT_EQ(f.model.Batch("A", " ", "1", &out), Result::kInconsistent);
+    EXPECT_FALSE(out.shown);
+    EXPECT_EQ(f.model.Batch("A+", "1", "1", &out), Result::kInconsistent);
+    EXPECT_FALSE(out.shown);
+    // Only the last pair's code counts.
+    EXPECT_EQ(f.model.Batch("A/B", "1", "0,2", &out), 0);
+    EXPECT_EQ(out.text, "A=1, B=2\r\n1\r\n\r\n");
+    EXPECT_EQ(f.model.Batch("A/B", "1", "2,0", &out), Result::kDivisionByZero);
+    EXPECT_TRUE(out.shown);
+    // A result of 64000 digits or more is left out without a message, and so
+    // is one that would push the text past 64000 characters.
+    ASSERT_EQ(f.Let('C', "10^63998"), 0);  // 63999 digits
+    EXPECT_EQ(f.model.Batch("C*B", "1", "10,1,2", &out), 0);
+    EXPECT_EQ(out.text.find("B=10"), std::string::npos);
+    EXPECT_EQ(out.text.find("B=1\r\n1000"), 5u);
+    EXPECT_EQ(out.text.find("B=2"), std::string::npos);
+}
+
+// The run from 27 shows in the command line's script.
+TEST(Hailstone, SeedOneAndRefusals) {
+    Model f;
+    HailResult r;
+    f.Lets({{'H', "1"}, {'M', "5"}});
+    ASSERT_EQ(f.model.Hailstone(Label('H'), Label('M'), &r), 0);
+    EXPECT_EQ(r.steps * 1000 + r.stepsToMaximum, 0);
+    EXPECT_EQ(f.Var('M'), "1");
+    EXPECT_EQ(f.model.Hailstone(1, 2, &r), Result::kCouldNotFind);
+    f.Lets({{'A', "0"}});
+    EXPECT_EQ(f.model.Hailstone(1, 1, &r), Result::kInconsistent);
+    EXPECT_EQ(f.model.Hailstone(1, 27, &r), Result::kOutOfBounds);
+    EXPECT_EQ(f.model.Hailstone(1, 2, &r), Result::kPositiveValue);
+    f.Lets({{'A', "-7"}});
+    EXPECT_EQ(f.model.Hailstone(1, 2, &r), Result::kPositiveValue);
+    EXPECT_FALSE(f.model.HasVariable(2));
+    Model stopped(3);
+    stopped.Lets({{'A', "7"}});
+    EXPECT_EQ(stopped.model.Hailstone(1, 2, &r), Result::kStopped);
+}
+
+TEST(Helpers, ConversionDigitTableAndDecimalReading) {
+    QuitAtPoll ctx;
+    // clang-format off
+    const struct { int from, to; const char* in; Result code; const char* out; } conversions[] = {
+        {2, 10, "100001", Result::kOk, "33"}, {16, 10, "ff", Result::kOk, "255"},
+        {10, 10, "0", Result::kOk, ""},       {2, 10, "102", Result::kCannotUnderstand, ""},
+        {1, 10, "0", Result::kCannotUnderstand, ""},
+    };
+    // clang-format on
+    for (const auto& c : conversions) {
+        std::string out = "junk";
+        EXPECT_EQ(ConvertDigits(&ctx, c.from, c.to, c.in, &out), c.code) << c.in;
+        EXPECT_EQ(out, c.out) << c.in;
+    }
+    // Counts wider than one digit are right-aligned to the total's width (a
+    // table of one-digit counts shows in the command line's script).
+    Num twelve(std::string(12, '7'));
+    const std::string t = DigitFrequencyText(&twelve.v);
+    for (const char* line : {"7: 12 100.0%\r\n", "0:  0   0.0%\r\n", "\r\n   12 100.0%\r\n"})
+        EXPECT_NE(t.find(line), std::string::npos) << line;
+
+    // clang-format off
+    const struct { const char* text; Result code; const char* value; } reads[] = {
+        {"123\n", Result::kOk, "123"},   {"--12", Result::kOk, "12"},  {"-12", Result::kOk, "-12"},
+        {"1,234,567", Result::kOk, "1234567"}, {"12-3", Result::kOk, "123"},
+        {"+5", Result::kOk, "5"},        {"-0", Result::kOk, "0"},     {"0abc", Result::kOk, "0"},
+        {"-", Result::kCouldNotFind, ""}, {"", Result::kCouldNotFind, ""},
+        {"abc", Result::kCouldNotFind, ""},
+    };
+    // clang-format on
+    for (const auto& c : reads) {
+        Num v;
+        EXPECT_EQ(ReadDecimal(c.text, &v.v), c.code) << c.text;
+        EXPECT_EQ(Ok(c.code) ? Text(v) : "", c.value) << c.text;
+    }
 }

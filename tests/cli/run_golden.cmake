@@ -1,12 +1,14 @@
 # Runs ordix-cli on SCRIPT in the scratch folder WORK and compares its
-# standard output with the .expected file beside the script (and its exit
-# status with the .status file, when there is one). A .args file holds
-# options put before the script's name.
+# standard output with the .expected file beside the script, and, when there
+# are such files, its standard error with the .errors file and its exit status
+# with the .status file. A .args file holds options put before the script's
+# name.
 cmake_minimum_required(VERSION 3.25)
 get_filename_component(dir ${SCRIPT} DIRECTORY)
 get_filename_component(name ${SCRIPT} NAME_WLE)
 set(expected_file ${dir}/${name}.expected)
 set(status_file ${dir}/${name}.status)
+set(errors_file ${dir}/${name}.errors)
 set(args_file ${dir}/${name}.args)
 set(args)
 if(EXISTS ${args_file})
@@ -30,6 +32,12 @@ file(READ ${WORK}/actual.out actual)
 if(NOT actual STREQUAL expected)
   execute_process(COMMAND diff -u ${expected_file} ${WORK}/actual.out OUTPUT_VARIABLE difference)
   message(FATAL_ERROR "${name}: output differs from ${name}.expected\n${difference}\nstandard error:\n${errors}")
+endif()
+if(EXISTS ${errors_file})
+  file(READ ${errors_file} expected_errors)
+  if(NOT errors STREQUAL expected_errors)
+    message(FATAL_ERROR "${name}: standard error differs from ${name}.errors:\n${errors}")
+  endif()
 endif()
 if(EXISTS ${status_file})
   file(STRINGS ${status_file} want LIMIT_COUNT 1)

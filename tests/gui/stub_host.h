@@ -14,10 +14,10 @@ public:
     StubHost() { main.setWindowTitle(QStringLiteral("Ordix")); }
 
     QWidget* MainWindow() override { return &main; }
-    Result RunWatched(const std::function<int()>& work) override {
+    Result RunWatched(const std::function<Result()>& work) override {
         captionsDuringRuns << main.windowTitle();
         if (onRun) onRun();
-        return Result(work());
+        return work();
     }
     bool LabelInUse(int) override { return false; }
     Result RunCalculate(int, const QString&) override { return Result::kOk; }

@@ -188,7 +188,7 @@ private slots:
 
         // Entries made elsewhere show when the dialog opens again.
         Click(&dlg, "close");
-        f.model.EnterStep("c=c+1");
+        QCOMPARE(f.model.EnterStep("c=c+1"), Result::kOk);
         dlg.show();
         QCOMPARE(Rows(dlg), QStringList({"c=c+1"}));
         Click(&dlg, "help");
@@ -203,7 +203,7 @@ private slots:
         StubHost host;
         f.Let('A', "1071");
         f.Let('B', "462");
-        f.model.EnterStep("c=c+1");
+        QCOMPARE(f.model.EnterStep("c=c+1"), Result::kOk);
         QCOMPARE(OneStepCommand(&f.model, &host), 0);
         modal.answerText("7");
         QCOMPARE(ManyStepsCommand(&f.model, &host), 0);
@@ -214,9 +214,9 @@ private slots:
 
         // Euclid halts when b reaches 0: not reported, and 50 is not kept.
         f.model.ClearRecursion();
-        f.model.EnterStep("b=a[mod]b");
-        f.model.EnterStep("a=b");
-        f.model.EnterCondition("b");
+        QCOMPARE(f.model.EnterStep("b=a[mod]b"), Result::kOk);
+        QCOMPARE(f.model.EnterStep("a=b"), Result::kOk);
+        QCOMPARE(f.model.EnterCondition("b"), Result::kOk);
         modal.answerText("50");
         QCOMPARE(ManyStepsCommand(&f.model, &host), 0);
         QCOMPARE(f.Var('A') + " " + f.Var('B'), std::string("21 0"));
@@ -229,7 +229,7 @@ private slots:
         QCOMPARE(modal.defaults, QStringList({"100", "7", "7", "7"}));
 
         f.model.ClearRecursion();   // a failing step is reported once
-        f.model.EnterStep("e=Z");
+        QCOMPARE(f.model.EnterStep("e=Z"), Result::kOk);
         QCOMPARE(OneStepCommand(&f.model, &host), 2);
         QCOMPARE(ErrorCodes(modal), QList<int>({14, 2}));
     }

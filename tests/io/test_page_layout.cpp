@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "io/page_layout.h"
@@ -48,16 +49,14 @@ TEST(PageBreaking, FormFeedStartsANewPageThere) {
     EXPECT_EQ(Layout(u"1\r\n2\r\n\f3", 2), (Pages{{u"1", u"2"}, {u""}, {u"3"}}));
 }
 
-TEST(PageGeometry, WidePaperGetsSevenAndAHalfInchesOfUsableHeight) {
+TEST(PageGeometry, UsableHeightAndLinesPerPage) {
     // A4 portrait (about 200 mm printable) and letter landscape (about 270 mm).
     EXPECT_DOUBLE_EQ(double(UsableHeightInches(200, 1.0L)), 9.0);
     EXPECT_DOUBLE_EQ(double(UsableHeightInches(270, 1.0L)), 6.5);
     // Nine inches of printable width still count as narrow.
     EXPECT_DOUBLE_EQ(double(UsableHeightInches(228.6L, 0.5L)), 9.5);
     EXPECT_DOUBLE_EQ(double(UsableHeightInches(228.7L, 0.5L)), 7.0);
-}
-
-TEST(PageGeometry, AbsurdOffsetsStillPrintALinePerPage) {
+    // Absurd offsets still print a line per page.
     EXPECT_EQ(LinesPerPage(999.9L, 100), 9);
     EXPECT_EQ(LinesPerPage(-200, 100), 1);
     EXPECT_EQ(LinesPerPage(100, 0), 1);
@@ -75,20 +74,18 @@ TEST(OffsetsText, CentimetresShownWithTwoDecimalsAndReadBack) {
 
 TEST(OffsetsDialogRules, TheLengthNotChosenBecomesNegative) {
     PrintFormat f;
-    EXPECT_EQ(AcceptPrintFormat(&f, 3, 0, 1, 1, true, false, false), 17);   // x unit must be positive
-    EXPECT_EQ(AcceptPrintFormat(&f, 0.2L, 1, 1, 1, true, false, false), 17);
+    // The x unit must be positive, the width and offsets at least kMinPrintOffset.
+    EXPECT_EQ(AcceptPrintFormat(&f, 3, 0, 1, 1, true, false, false), Result::kOutOfBounds);
+    EXPECT_EQ(AcceptPrintFormat(&f, 0.2L, 1, 1, 1, true, false, false), Result::kOutOfBounds);
+    EXPECT_EQ(AcceptPrintFormat(&f, 3, 1, 1, 0.2L, true, false, false), Result::kOutOfBounds);
     EXPECT_EQ(f.width, 3);
+    const auto fields = [&f] {
+        return std::make_tuple(f.width, f.xUnit, f.hOffset, f.vOffset, f.frameImage, f.colorPrinter);
+    };
     ASSERT_EQ(AcceptPrintFormat(&f, 4, 0.5L, 1.5L, 2, true, true, false), 0);
-    EXPECT_EQ(f.width, 4);
-    EXPECT_EQ(f.xUnit, -0.5L);
-    EXPECT_EQ(f.hOffset, 1.5L);
-    EXPECT_EQ(f.vOffset, 2);
-    EXPECT_TRUE(f.frameImage);
-    EXPECT_FALSE(f.colorPrinter);
+    EXPECT_EQ(fields(), std::make_tuple(4.0L, -0.5L, 1.5L, 2.0L, true, false));
     ASSERT_EQ(AcceptPrintFormat(&f, 4, 0.5L, 1.5L, 2, false, false, true), 0);
-    EXPECT_EQ(f.width, -4);
-    EXPECT_EQ(f.xUnit, 0.5L);
-    EXPECT_TRUE(f.colorPrinter);
+    EXPECT_EQ(fields(), std::make_tuple(-4.0L, 0.5L, 1.5L, 2.0L, false, true));
 }
 
 }  // namespace
