@@ -20,7 +20,7 @@ Result RunWithCaption(GuiHost* host, const std::function<Result()>& run) {
 }
 
 Result Report(GuiHost* host, Result code) {
-    if (code > 0) ShowError(host->MainWindow(), code);
+    if (IsError(code)) ShowError(host->MainWindow(), code);
     return code;
 }
 
