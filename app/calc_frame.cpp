@@ -51,8 +51,8 @@ constexpr int kNumWinFont = 2;  // the font table's Courier New 10
 void SetBackground(TNumWin* w, bool white) {
     QPlainTextEdit* e = w->editor();
     QPalette p = e->palette();
-    p.setColor(QPalette::Base, white ? QColor(Qt::white)
-                                     : QApplication::palette().color(QPalette::Window));
+    p.setColor(QPalette::Base,
+               white ? QColor(Qt::white) : QApplication::palette().color(QPalette::Window));
     e->setPalette(p);
 }
 
@@ -83,12 +83,12 @@ TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
 
     model_ = std::make_unique<CalcModel>(&ctx_);
     model_->AddObserver(this);
-    ModulusChanged(true);   // the starting modulus; its window starts hidden
+    ModulusChanged(true);  // the starting modulus; its window starts hidden
 
     calcDlg_ = new TCalcDlg(this, this);
     tables_ = std::make_unique<LabelTables>(this);
     lists_ = std::make_unique<ListCommands>(this, &ctx_);
-    ListPrimeTable();   // paid once here rather than by the first list
+    ListPrimeTable();  // paid once here rather than by the first list
     applyBackgrounds();
 }
 
@@ -400,7 +400,7 @@ void TCalcFrame::modulusCommand() {
     }
     // The model takes the formula after it has told about the value.
     modWin_->setInscription(QString::fromStdString(model_->ModulusFormula()));
-    showWindow(modWin_);   // a new modulus is in force at once
+    showWindow(modWin_);  // a new modulus is in force at once
 }
 
 void TCalcFrame::applyBackgrounds() {
@@ -448,12 +448,8 @@ void TCalcFrame::command(int id) {
     case kCmdHailstone:
     case kCmdBaseConversion: showDialog(id); break;
     // The step commands report their own codes.
-    case kCmdOneStep:
-        (void)OneStepCommand(model_.get(), this);
-        break;
-    case kCmdManySteps:
-        (void)ManyStepsCommand(model_.get(), this);
-        break;
+    case kCmdOneStep: (void)OneStepCommand(model_.get(), this); break;
+    case kCmdManySteps: (void)ManyStepsCommand(model_.get(), this); break;
     case kCmdTable: tableCommand(); break;
     case kCmdModulus: modulusCommand(); break;
     case kCmdOpen: {
@@ -474,18 +470,10 @@ void TCalcFrame::command(int id) {
         white_ = !white_;
         applyBackgrounds();
         break;
-    case kCmdFileHelp:
-        ShowHelp(this, "OXFILEH", QString());
-        break;
-    case kCmdViewHelp:
-        ShowHelp(this, "OXVIEWH", QString());
-        break;
-    case kCmdListsHelp:
-        ShowHelp(this, "OXLISTH", QString());
-        break;
-    case kCmdProgramHelp:
-        ShowHelp(this, "PROGHELP", QString());
-        break;
+    case kCmdFileHelp: ShowHelp(this, "OXFILEH", QString()); break;
+    case kCmdViewHelp: ShowHelp(this, "OXVIEWH", QString()); break;
+    case kCmdListsHelp: ShowHelp(this, "OXLISTH", QString()); break;
+    case kCmdProgramHelp: ShowHelp(this, "PROGHELP", QString()); break;
     case kCmdAbout: ShowAbout(this); break;
     case kCmdViewModulus: showWindow(modWin_); break;
     case kCmdExit: close(); break;

@@ -101,7 +101,7 @@ private:
     void modulusCommand();
     void applyBackgrounds();
     void showWindow(QWidget* w);
-    int firstLabelInUse() const;   // 0 when every label is free
+    int firstLabelInUse() const;  // 0 when every label is free
     void tableCommand();
     void showDialog(int id);
 
@@ -119,9 +119,9 @@ private:
     QList<QAction*> viewItems_;
     LogFont lastFont_;
     uint32_t lastFontExtra_ = 0;
-    QString pendingName_;   // the name of the window a store is about to make
+    QString pendingName_;  // the name of the window a store is about to make
     FrameSettings settings_;
-    bool modeSeen_ = false;   // the modulus mode as last told
+    bool modeSeen_ = false;  // the modulus mode as last told
     bool white_ = true;
     bool busy_ = false;
 };

@@ -42,7 +42,7 @@ private:
     QWidget* owner_;
     TTableWin* tables_[kLabelCount] = {};
     TTableWin* batch_ = nullptr;
-    std::vector<TTableWin*> pending_;   // appended to since their last refresh
+    std::vector<TTableWin*> pending_;  // appended to since their last refresh
     QElapsedTimer sinceRefresh_;
 };
 

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr int kPolygonChars = 19;
-constexpr int kFactorFont = 2;        // the font table's Courier New 10
+constexpr int kFactorFont = 2;  // the font table's Courier New 10
 // Where the two windows first open below the frame (app/placement.h).
 constexpr int kListStep = 0;
 constexpr int kFactorStep = 2;
@@ -42,7 +42,9 @@ const MenuList kMenuLists[] = {
      [](CalcContext* c, uint32_t n, ListOutput* o) { return ListHypotenuseTriples(c, n, true, o); },
      nullptr},
     {kCmdAllTriples, ListKind::allTriples, ListTarget::list,
-     [](CalcContext* c, uint32_t n, ListOutput* o) { return ListHypotenuseTriples(c, n, false, o); },
+     [](CalcContext* c, uint32_t n, ListOutput* o) {
+         return ListHypotenuseTriples(c, n, false, o);
+     },
      nullptr},
     {kCmdGenerators, ListKind::generators, ListTarget::list, ListTripleGenerators, nullptr},
     {kCmdCommonEntry, ListKind::commonEntry, ListTarget::list, ListCommonEntry, nullptr},
@@ -113,7 +115,9 @@ void ListCommands::askOneInput(int id) {
             return;
         }
         if (m.kind == ListKind::cyclotomic) cyclotomicIndex_ = value;
-        generator = [f = m.byValue, value](CalcContext* c, ListOutput* o) { return f(c, value, o); };
+        generator = [f = m.byValue, value](CalcContext* c, ListOutput* o) {
+            return f(c, value, o);
+        };
     } else {
         generator = [f = m.byText, typed](CalcContext* c, ListOutput* o) { return f(c, typed, o); };
     }

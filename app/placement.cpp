@@ -5,7 +5,7 @@
 #include <QWidget>
 
 namespace {
-constexpr int kGap = 40;          // below the frame, as the number windows
+constexpr int kGap = 40;  // below the frame, as the number windows
 constexpr int kStepPixels = 24;
 }  // namespace
 

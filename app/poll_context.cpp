@@ -67,31 +67,24 @@ bool QtPollContext::eventFilter(QObject* watched, QEvent* event) {
         // that follows is read below.
         event->accept();
         return true;
-    case QEvent::Shortcut:
-        keys_.push_back(kQuitKey);
-        return true;
+    case QEvent::Shortcut: keys_.push_back(kQuitKey); return true;
     case QEvent::KeyPress: {
         auto* key = static_cast<QKeyEvent*>(event);
         int code = key->key();
-        if (code == Qt::Key_Q || isCommandKey(key))
-            code = kQuitKey;
+        if (code == Qt::Key_Q || isCommandKey(key)) code = kQuitKey;
         keys_.push_back(code);
         return true;
     }
-    case QEvent::KeyRelease:
-        return true;
+    case QEvent::KeyRelease: return true;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) interrupt_ = true;
         return true;
     case QEvent::MouseButtonRelease:
     case QEvent::Wheel:
-    case QEvent::ContextMenu:
-        return true;
+    case QEvent::ContextMenu: return true;
     case QEvent::NonClientAreaMouseButtonPress:
-    case QEvent::NonClientAreaMouseButtonDblClick:
-        interrupt_ = true;
-        return false;
+    case QEvent::NonClientAreaMouseButtonDblClick: interrupt_ = true; return false;
     case QEvent::Move:
     case QEvent::Resize:
     case QEvent::WindowStateChange:
@@ -103,7 +96,6 @@ bool QtPollContext::eventFilter(QObject* watched, QEvent* event) {
         interrupt_ = true;
         event->ignore();
         return true;
-    default:
-        return false;
+    default: return false;
     }
 }

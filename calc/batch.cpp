@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int kBatchLineLength = 72;
-constexpr int kBatchTitleString = 278;   // "batch calculation"
+constexpr int kBatchTitleString = 278;  // "batch calculation"
 
 std::string WithoutSpaces(const std::string& text) {
     std::string out;
@@ -22,8 +22,7 @@ std::string WithoutSpaces(const std::string& text) {
 std::vector<std::string> SplitList(const std::string& list) {
     std::vector<std::string> items;
     size_t start = 0;
-    for (size_t comma = list.find(','); comma != std::string::npos;
-         comma = list.find(',', start)) {
+    for (size_t comma = list.find(','); comma != std::string::npos; comma = list.find(',', start)) {
         items.push_back(list.substr(start, comma - start));
         start = comma + 1;
     }
@@ -92,8 +91,8 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
                 int32_t digits = BigTextLength(&root->numerator);
                 if (digits < kTextBufferChars &&
                     digits + static_cast<int64_t>(out->text.size()) < kTextBufferChars) {
-                    BigToText(&root->numerator, page.data(), kTextBufferChars, kBatchLineLength,
-                              -1, 0, 0);
+                    BigToText(&root->numerator, page.data(), kTextBufferChars, kBatchLineLength, -1,
+                              0, 0);
                     out->text += "A=" + a + ", B=" + b + "\r\n";
                     out->text += page.data();
                     out->text += "\r\n\r\n";

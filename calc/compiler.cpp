@@ -17,10 +17,10 @@ struct FunctionName {
 
 // Searched in this order; the first exact match wins.
 const FunctionName kFunctionNames[] = {
-    {"FACT", kCodeFact}, {"ABS", kCodeAbs},   {"BINOM", kCodeBinom}, {"BIN", kCodeBinom},
-    {"C", kCodeBinom},   {"COMB", kCodeBinom}, {"MOD", kCodeMod},    {"GCD", kCodeGcd},
-    {"LCM", kCodeLcm},   {"P", kCodePerm},    {"PERM", kCodePerm},   {"SQR", kCodeSqrt},
-    {"SQRT", kCodeSqrt}, {"CURT", kCodeCurt}, {"HAIL", kCodeHail},   {"QUO", kCodeQuo},
+    {"FACT", kCodeFact}, {"ABS", kCodeAbs},    {"BINOM", kCodeBinom}, {"BIN", kCodeBinom},
+    {"C", kCodeBinom},   {"COMB", kCodeBinom}, {"MOD", kCodeMod},     {"GCD", kCodeGcd},
+    {"LCM", kCodeLcm},   {"P", kCodePerm},     {"PERM", kCodePerm},   {"SQR", kCodeSqrt},
+    {"SQRT", kCodeSqrt}, {"CURT", kCodeCurt},  {"HAIL", kCodeHail},   {"QUO", kCodeQuo},
     {"INT", kCodeInt},
 };
 static_assert(sizeof(kFunctionNames) / sizeof(kFunctionNames[0]) == 17, "17 function names");
@@ -29,7 +29,7 @@ static_assert(sizeof(kFunctionNames) / sizeof(kFunctionNames[0]) == 17, "17 func
 // denominator of every token is 1 and is made when its leaf node is.
 struct Token {
     int kind = 0;
-    int count = 0;          // commas folded into a list function
+    int count = 0;  // commas folded into a list function
     BigInt numerator = {};
     ExprNode* node = nullptr;
 };
@@ -161,7 +161,8 @@ Result FormNumbers(Tokens* tokens) {
     for (int i = 0; i < tokens->Size(); ++i) {
         if (!IsDigitCode(tokens->Kind(i))) continue;
         int n = 0;
-        while (i + n < tokens->Size() && n < kMaxLiteralDigits && IsDigitCode(tokens->Kind(i + n))) {
+        while (i + n < tokens->Size() && n < kMaxLiteralDigits &&
+               IsDigitCode(tokens->Kind(i + n))) {
             digits[n] = static_cast<char>(tokens->Kind(i + n));
             ++n;
         }

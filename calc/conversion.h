@@ -6,7 +6,7 @@
 #include "bigint/bigint.h"
 #include "resources/result.h"
 
-constexpr int kConversionInputChars = 12344;   // characters of the input read
+constexpr int kConversionInputChars = 12344;  // characters of the input read
 
 // Rewrites input (digits of fromBase) as digits of toBase, both 2..16. At most
 // kConversionInputChars characters are read. kOk with the digits in *output

@@ -12,8 +12,8 @@ std::string DigitFrequencyText(BigInt* v) {
     int lastLength = 0;
     for (int d = 0; d < 10; ++d) {
         double percent = total ? 100.0 * v->digitCount[d] / static_cast<double>(total) : 0.0;
-        lastLength = std::snprintf(line, sizeof line, "%d: %*u %5.1f%%", d, width,
-                                   v->digitCount[d], percent);
+        lastLength = std::snprintf(line, sizeof line, "%d: %*u %5.1f%%", d, width, v->digitCount[d],
+                                   percent);
         text += line;
         text += "\r\n";
     }

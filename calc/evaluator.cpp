@@ -67,11 +67,15 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
         return CopyValue(node, &v->numerator, &v->denominator);
     }
     switch (kind) {
-    case kCodePlus: case kCodeMinus: case kCodeTimes: case kCodeDivide: {
+    case kCodePlus:
+    case kCodeMinus:
+    case kCodeTimes:
+    case kCodeDivide: {
         if (!l || !r) return Result::kInconsistent;
-        auto op = kind == kCodePlus ? FracAdd
+        auto op = kind == kCodePlus    ? FracAdd
                   : kind == kCodeMinus ? FracSub
-                  : kind == kCodeTimes ? FracMul : FracDiv;
+                  : kind == kCodeTimes ? FracMul
+                                       : FracDiv;
         return Result(op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
                          &r->numerator, &r->denominator));
     }
@@ -88,7 +92,11 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
         node->numerator.negative = 0;
         return code;
     }
-    case kCodeBinom: case kCodePerm: case kCodeMod: case kCodeGcd: case kCodeLcm: {
+    case kCodeBinom:
+    case kCodePerm:
+    case kCodeMod:
+    case kCodeGcd:
+    case kCodeLcm: {
         if (!IsWhole(l) || !IsWhole(r)) return Result::kInconsistent;
         const BigInt* a = &l->numerator;
         const BigInt* b = &r->numerator;
@@ -125,19 +133,19 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
     case kCodeInt:
         if (!r) return Result::kInconsistent;
         return IntegerPart(ctx, node, &r->numerator, &r->denominator);
-    case kCodeSqrt: case kCodeCurt: {
+    case kCodeSqrt:
+    case kCodeCurt: {
         if (!IsWhole(r)) return Result::kInconsistent;
         if (kind == kCodeSqrt && IsNegative(&r->numerator)) return Result::kPositiveValue;
         const int code =
             kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t) : BigCbrt(ctx, &r->numerator, &t);
-        if (code != 0 && code != 1 && code != 2) {   // 0, 1, 2 tell exactness only
+        if (code != 0 && code != 1 && code != 2) {  // 0, 1, 2 tell exactness only
             BigFree(&t);
             return Result(code);
         }
         return SetWhole(node, &t);
     }
-    default:
-        return Result::kOk;
+    default: return Result::kOk;
     }
 }
 

@@ -27,8 +27,7 @@ CalcModel::~CalcModel() = default;
 void CalcModel::AddObserver(CalcObserver* observer) { observers_.push_back(observer); }
 
 void CalcModel::RemoveObserver(CalcObserver* observer) {
-    observers_.erase(std::remove(observers_.begin(), observers_.end(), observer),
-                     observers_.end());
+    observers_.erase(std::remove(observers_.begin(), observers_.end(), observer), observers_.end());
 }
 
 void CalcModel::NotifyVariable(int label) {

@@ -53,21 +53,21 @@ public:
 };
 
 struct RecursionStep {
-    std::string text;   // as typed, shown in the list
-    int label = 0;      // target, 1..26
-    TreePtr tree;       // the compiled right side
+    std::string text;  // as typed, shown in the list
+    int label = 0;     // target, 1..26
+    TreePtr tree;      // the compiled right side
 };
 
 struct RecursionCondition {
-    std::string text;   // as typed; listed after "0 < "
+    std::string text;  // as typed; listed after "0 < "
     TreePtr tree;
 };
 
 // What Batch writes to its text window.
 struct BatchResult {
-    std::string title;  // "batch calculation [formula]"
-    std::string text;   // rows separated by "\r\n"
-    bool shown = false; // false when Batch stopped before making output
+    std::string title;   // "batch calculation [formula]"
+    std::string text;    // rows separated by "\r\n"
+    bool shown = false;  // false when Batch stopped before making output
 };
 
 struct HailResult {
@@ -189,8 +189,8 @@ private:
     NumberValue modulus_;
     std::string modulusFormula_;
     TreePtr tree_;
-    std::vector<RecursionStep> steps_;             // newest first
-    std::vector<RecursionCondition> conditions_;   // newest first
+    std::vector<RecursionStep> steps_;            // newest first
+    std::vector<RecursionCondition> conditions_;  // newest first
     int stepCountDefault_ = kDefaultStepCount;
     bool stopRequested_ = false;
 };

@@ -23,7 +23,7 @@ void SignalContext::Install() {
     struct sigaction action = {};
     action.sa_handler = OnInterrupt;
     sigemptyset(&action.sa_mask);
-    action.sa_flags = 0;   // no restart: a read at the prompt returns
+    action.sa_flags = 0;  // no restart: a read at the prompt returns
     // (void): it fails only for an invalid signal number; SIGINT is valid.
     (void)sigaction(SIGINT, &action, nullptr);
 }

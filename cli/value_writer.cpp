@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int32_t kPageLimbs = 16000;   // 64000 digits a page
+constexpr int32_t kPageLimbs = 16000;  // 64000 digits a page
 
 // Hands v's decimal text to sink page by page, never the whole number at once.
 void RenderPages(const BigInt* v, const std::function<void(const char*, size_t)>& sink) {

@@ -10,9 +10,7 @@
 #include "resources/limits.h"
 #include "resources/string_ids.h"
 
-namespace {
-
-}  // namespace
+namespace {}  // namespace
 
 TBusyDlg::TBusyDlg(QWidget* parent, const char* resourceName, int titleId)
     : TGenDlg(parent), titleId_(titleId) {

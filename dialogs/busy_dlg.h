@@ -19,7 +19,7 @@ public:
     bool busy() const { return busy_; }
 
 public slots:
-    void reject() override;   // refused while busy
+    void reject() override;  // refused while busy
 
 protected:
     // resourceName names the dialog for tests; titleId is its idle caption.

@@ -1,7 +1,7 @@
 #include "dialogs/calc_dlg.h"
 
-#include <QDialogButtonBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QVBoxLayout>

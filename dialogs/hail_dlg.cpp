@@ -1,7 +1,7 @@
 #include "dialogs/hail_dlg.h"
 
-#include <QDialogButtonBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,8 +16,8 @@
 
 namespace {
 
-constexpr int kSeedAtStart = 8;     // H
-constexpr int kMaximumAtStart = 13; // M
+constexpr int kSeedAtStart = 8;      // H
+constexpr int kMaximumAtStart = 13;  // M
 constexpr int kResultWidthChars = 12;
 
 QLineEdit* ResultField(QWidget* parent, int textId) {

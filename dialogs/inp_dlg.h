@@ -24,9 +24,9 @@ class TInp2Dlg : public TGenDlg {
     Q_OBJECT
 public:
     // Empty button texts give "ok" and "cancel".
-    TInp2Dlg(QWidget* parent, const QString& caption, const QString& label1,
-             const QString& label2, const QString& text1, int max1, const QString& text2,
-             int max2, const QString& okText, const QString& cancelText);
+    TInp2Dlg(QWidget* parent, const QString& caption, const QString& label1, const QString& label2,
+             const QString& text1, int max1, const QString& text2, int max2, const QString& okText,
+             const QString& cancelText);
     QString text1() const;
     QString text2() const;
 

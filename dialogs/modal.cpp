@@ -20,8 +20,7 @@ QString ErrorCaption(const QString& caption) {
 // The real dialogs.
 class QtModal : public Modal {
 public:
-    int messageBox(QWidget* owner, const QString& caption, const QString& text,
-                   int kind) override {
+    int messageBox(QWidget* owner, const QString& caption, const QString& text, int kind) override {
         TMsgDlg dlg(owner, caption, text, kind);
         return dlg.exec();
     }

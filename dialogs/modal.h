@@ -33,12 +33,13 @@ public:
     virtual void errorMessage(QWidget* owner, Result code, const QString& caption) = 0;
     // One line of input; *text is the default on entry and the answer on ok.
     // The field accepts maxChars characters.
-    [[nodiscard]] virtual bool oneInput(QWidget* owner, const QString& caption, const QString& prompt,
-                          QString* text, int maxChars) = 0;
+    [[nodiscard]] virtual bool oneInput(QWidget* owner, const QString& caption,
+                                        const QString& prompt, QString* text, int maxChars) = 0;
     // Two lines of input; button texts empty mean "ok" and "cancel".
-    [[nodiscard]] virtual bool twoInput(QWidget* owner, const QString& caption, const QString& label1,
-                          const QString& label2, QString* text1, int max1, QString* text2,
-                          int max2, const QString& okText, const QString& cancelText) = 0;
+    [[nodiscard]] virtual bool twoInput(QWidget* owner, const QString& caption,
+                                        const QString& label1, const QString& label2,
+                                        QString* text1, int max1, QString* text2, int max2,
+                                        const QString& okText, const QString& cancelText) = 0;
     // File dialogs; `filter` in Qt's form ("Number files (*.num)"), `suffix`
     // added to a typed name without one. Open insists on an existing file.
     virtual QString openFileName(QWidget* owner, const QString& caption, const QString& filter,

@@ -37,8 +37,7 @@ long double Inches(const QLineEdit* e) { return InchesFromCentimetreText(e->text
 
 }  // namespace
 
-TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
-    : TGenDlg(parent), format_(format) {
+TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format) : TGenDlg(parent), format_(format) {
     setObjectName(QStringLiteral("PRNSPX2"));
     setWindowTitle(OxText(kStrPrintFormat));
     const int mode = format->dialogMode;
@@ -91,8 +90,7 @@ TPrnSpxDlg::TPrnSpxDlg(QWidget* parent, PrintFormat* format)
         w->setVisible(pictures);
 
     auto* ok = Named(new QPushButton(QStringLiteral("ok"), this), QStringLiteral("ctl1"));
-    auto* cancel =
-        Named(new QPushButton(QStringLiteral("cancel"), this), QStringLiteral("ctl2"));
+    auto* cancel = Named(new QPushButton(QStringLiteral("cancel"), this), QStringLiteral("ctl2"));
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);

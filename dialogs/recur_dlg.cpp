@@ -47,7 +47,7 @@ TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model, GuiHost* host)
     list_->setMinimumHeight(list_->fontMetrics().height() * kListRowsShown);
 
     QPushButton* enterButton = Button(this, kStrEnter, "enter");
-    enterButton->setDefault(true);   // Return in the edit field enters the text
+    enterButton->setDefault(true);  // Return in the edit field enters the text
     QPushButton* one = Button(this, kStrDeleteOne, "one");
     QPushButton* all = Button(this, kStrDeleteAll, "all");
     QPushButton* help = Button(this, kStrHelp, "help");
@@ -76,7 +76,8 @@ TRecurDlg::TRecurDlg(QWidget* parent, CalcModel* model, GuiHost* host)
     AddLunchKey(this);
     connect(enterButton, &QPushButton::clicked, this,
             [this] { (void)enter(); });  // reported already
-    connect(one, &QPushButton::clicked, this, [this] { (void)deleteSelected(); });   // none selected: nothing to do
+    connect(one, &QPushButton::clicked, this,
+            [this] { (void)deleteSelected(); });  // none selected: nothing to do
     connect(all, &QPushButton::clicked, this, [this] { deleteAll(); });
     connect(help, &QPushButton::clicked, this, [this] { showHelp(); });
     connect(close, &QPushButton::clicked, this, &QDialog::reject);

@@ -5,18 +5,18 @@
 #include <cstdint>
 
 constexpr int kLogFontBytes = 60;
-constexpr int kLogFontFaceChars = 32;   // with the terminating zero
+constexpr int kLogFontFaceChars = 32;  // with the terminating zero
 
 struct LogFont {
-    int32_t height = 0;        // negative: character height in pixels
+    int32_t height = 0;  // negative: character height in pixels
     int32_t width = 0;
     int32_t escapement = 0;
     int32_t orientation = 0;
-    int32_t weight = 400;      // 400 normal, 700 bold
+    int32_t weight = 400;  // 400 normal, 700 bold
     uint8_t italic = 0;
     uint8_t underline = 0;
     uint8_t strikeOut = 0;
-    uint8_t charSet = 0;       // 0 ANSI, 2 symbol
+    uint8_t charSet = 0;  // 0 ANSI, 2 symbol
     uint8_t outPrecision = 0;
     uint8_t clipPrecision = 0;
     uint8_t quality = 0;

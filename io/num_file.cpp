@@ -11,7 +11,7 @@ namespace {
 bool IsOne(const NumLimbs& v) { return v.limbs.size() == 1 && v.limbs[0] == 1 && !v.negative; }
 
 void PutValue(ByteWriter* w, const NumLimbs& v) {
-    if (v.limbs.empty()) {   // zero
+    if (v.limbs.empty()) {  // zero
         w->i32(0);
         w->u8(0);
         w->i16(0);
@@ -55,13 +55,13 @@ void GetFont(ByteReader* r, LogFont* f) {
     f->escapement = r->i32();
     f->orientation = r->i32();
     f->weight = r->i32();
-    uint8_t* const bytes[] = {&f->italic,       &f->underline,     &f->strikeOut, &f->charSet,
-                              &f->outPrecision, &f->clipPrecision, &f->quality,
-                              &f->pitchAndFamily};
+    uint8_t* const bytes[] = {&f->italic,  &f->underline,     &f->strikeOut,
+                              &f->charSet, &f->outPrecision,  &f->clipPrecision,
+                              &f->quality, &f->pitchAndFamily};
     for (uint8_t* b : bytes) *b = r->u8();
     const char* face = r->bytes(kLogFontFaceChars);
     if (face) std::memcpy(f->faceName, face, kLogFontFaceChars);
-    f->faceName[kLogFontFaceChars - 1] = 0;   // a face name read back always ends
+    f->faceName[kLogFontFaceChars - 1] = 0;  // a face name read back always ends
 }
 
 }  // namespace

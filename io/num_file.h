@@ -28,18 +28,18 @@
 constexpr int kNumFileNotebookChars = 32766;
 
 struct NumLimbs {
-    std::vector<Limb> limbs;   // least significant first, top limb non-zero unless 0
+    std::vector<Limb> limbs;  // least significant first, top limb non-zero unless 0
     bool negative = false;
 };
 
 struct NumFile {
-    int label = 1;             // as stored: 1..26 in sound files, anything in others
+    int label = 1;  // as stored: 1..26 in sound files, anything in others
     int version = 1;
     NumLimbs numerator;
     bool hasDenominator = false;
-    NumLimbs denominator;      // 1 when the file has none
+    NumLimbs denominator;  // 1 when the file has none
     std::string notebook;
-    bool hasFont = false;      // always true when written, false in version 0
+    bool hasFont = false;  // always true when written, false in version 0
     LogFont font;
     uint32_t fontExtra = 0;
 };

@@ -8,9 +8,9 @@
 namespace {
 
 constexpr long double kInchesPerMm = 0.03937L;
-constexpr long double kNarrowPaperWidth = 9.0L;      // inches of printable width
-constexpr long double kNarrowUsableHeight = 10.0L;   // portrait letter and A4
-constexpr long double kWideUsableHeight = 7.5L;      // landscape
+constexpr long double kNarrowPaperWidth = 9.0L;     // inches of printable width
+constexpr long double kNarrowUsableHeight = 10.0L;  // portrait letter and A4
+constexpr long double kWideUsableHeight = 7.5L;     // landscape
 
 }  // namespace
 
@@ -41,8 +41,7 @@ std::vector<TextPage> BreakIntoPages(std::u16string_view text, int linesPerPage)
         bool pageEnded = false;
         while (!pageEnded && static_cast<int>(page.size()) < linesPerPage && pos < n) {
             const std::size_t start = pos;
-            while (pos < n && text[pos] != u'\f' && text[pos] != u'\r' && text[pos] != u'\n')
-                ++pos;
+            while (pos < n && text[pos] != u'\f' && text[pos] != u'\r' && text[pos] != u'\n') ++pos;
             page.push_back({start, pos - start});
             if (pos == n) break;
             const char16_t end = text[pos++];

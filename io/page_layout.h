@@ -20,8 +20,8 @@ constexpr long double kMinPrintOffset = 0.25L;
 // x unit exactly one is positive: the one that governs a picture's size.
 struct PrintFormat {
     long double width = 3.0L;
-    long double hOffset = 1.0L;   // paper's left edge to the text's upper left corner
-    long double vOffset = 1.0L;   // paper's top edge to the text's upper left corner
+    long double hOffset = 1.0L;  // paper's left edge to the text's upper left corner
+    long double vOffset = 1.0L;  // paper's top edge to the text's upper left corner
     long double xUnit = -1.0L / kCmPerInch;
     bool frameImage = false;
     bool colorPrinter = false;

@@ -17,8 +17,8 @@ constexpr int kSettingsBytes = 19;
 struct FrameSettings {
     int32_t left = 0, top = 0, width = 0, height = 0;
     uint8_t maximized = 0;
-    uint8_t option48 = 0;   // defaults: off ...
-    uint8_t option49 = 1;   // ... and on
+    uint8_t option48 = 0;  // defaults: off ...
+    uint8_t option49 = 1;  // ... and on
 };
 
 std::string EncodeSettings(const FrameSettings& s);

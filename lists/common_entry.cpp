@@ -22,7 +22,7 @@ Triple MakeTriple(uint32_t a, uint32_t b, uint32_t c) {
 
 Result ListCommonEntry(CalcContext*, uint32_t number, ListOutput* out) {
     if (Result code = CheckListValue(ListKind::commonEntry, number)) return code;
-    const uint32_t n = number, n2 = n * n;   // n <= 65535: n^2 fits 32 bits
+    const uint32_t n = number, n2 = n * n;  // n <= 65535: n^2 fits 32 bits
     std::vector<Triple> found;
 
     // The number as hypotenuse, legs a < b.
@@ -54,9 +54,9 @@ Result ListCommonEntry(CalcContext*, uint32_t number, ListOutput* out) {
         std::string row;
         Concat8(&row, PadLeft(width[0], t.entry[0]), PadLeft(width[1], t.entry[1]),
                 PadLeft(width[2], t.entry[2]), t.primitive ? "*" : "", "\r\n");
-        (void)AppendListLine(out, row);   // a short list: a refusal is ignored
+        (void)AppendListLine(out, row);  // a short list: a refusal is ignored
     }
-    out->caption = std::string(OxString(213)) + " [" + OxString(214) + " = " + Dec(n) + "] : " +
-                   Dec(static_cast<uint32_t>(found.size()));
+    out->caption = std::string(OxString(213)) + " [" + OxString(214) + " = " + Dec(n) +
+                   "] : " + Dec(static_cast<uint32_t>(found.size()));
     return Result::kOk;
 }

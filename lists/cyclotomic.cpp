@@ -59,8 +59,10 @@ Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
             e *= primes[i];
             ++bits;
         }
-        if (bits % 2 == 0) MulByBinomial(&coef, n / e);
-        else DivByBinomial(&coef, n / e);
+        if (bits % 2 == 0)
+            MulByBinomial(&coef, n / e);
+        else
+            DivByBinomial(&coef, n / e);
         if (ListStopRequested(ctx)) {
             code = Result::kStopped;
             break;

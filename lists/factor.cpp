@@ -31,7 +31,8 @@ Result BigFromDecimal(const std::string& text, BigInt* value) {
 // of a number up to the factoring limit always is.
 uint64_t SmallValue(const BigInt* v) {
     uint64_t value = 0;
-    for (int32_t i = v->top; i >= 0; --i) value = value * kLimbBase + static_cast<uint64_t>(v->limbs[i]);
+    for (int32_t i = v->top; i >= 0; --i)
+        value = value * kLimbBase + static_cast<uint64_t>(v->limbs[i]);
     return value;
 }
 
@@ -138,8 +139,9 @@ Result DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors,
                 std::swap(product.v, next.v);
             }
         // After the last divisor smaller than the product.
-        auto at = std::lower_bound(divisors->begin(), divisors->end(), product.v,
-                                   [](const BigInt& x, const BigInt& y) { return BigCompareMag(&x, &y) > 0; });
+        auto at = std::lower_bound(
+            divisors->begin(), divisors->end(), product.v,
+            [](const BigInt& x, const BigInt& y) { return BigCompareMag(&x, &y) > 0; });
         divisors->insert(at, product.v);
         product.v = BigInt{};
     }
@@ -150,7 +152,8 @@ namespace {
 
 // The prime factors of the input as typed: kOutOfBounds for a bad input,
 // kNothingToShow for 1.
-Result FactorsOfInput(CalcContext* ctx, const std::string& input, std::vector<PrimeFactor>* factors) {
+Result FactorsOfInput(CalcContext* ctx, const std::string& input,
+                      std::vector<PrimeFactor>* factors) {
     ScopedBig value;
     if (Result code = ReadFactorInput(input, &value.v)) return code;
     if (Result code = FactorBig(ctx, &value.v, factors)) return code;
@@ -191,8 +194,8 @@ Result ListDivisors(CalcContext*, const std::string& input, ListOutput* out) {
     const std::string total = BigDecimal(&sum.v);
     HyphenRule(&out->text, static_cast<int>(total.size()), true);
     out->text += std::string("\r\n") + OxString(200) + " = " + total;
-    out->caption = std::string(OxString(199)) + " [" + input + "] : " +
-                   Dec(static_cast<uint32_t>(divisors.size()));
+    out->caption = std::string(OxString(199)) + " [" + input +
+                   "] : " + Dec(static_cast<uint32_t>(divisors.size()));
     FreeAll(&divisors);
     return code;
 }

@@ -11,8 +11,8 @@
 #include "resources/result.h"
 
 struct PrimeFactor {
-    std::string prime;   // decimal text
-    uint32_t exponent;   // at least 1
+    std::string prime;  // decimal text
+    uint32_t exponent;  // at least 1
 };
 
 constexpr const char* kFactorLimitText = "2556298938649";

@@ -18,8 +18,9 @@ Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput
 
     ListStatus(out, OxString(601));
     out->text.clear();
-    Concat8(&out->text, PadLeft(perimWidth, OxString(230)), PadLeft(w + 2, "a"), PadLeft(w + 1, "b"),
-            PadLeft(w + 1, "c"), "  ", PadLeft(areaWidth, OxString(231)), "\r\n");
+    Concat8(&out->text, PadLeft(perimWidth, OxString(230)), PadLeft(w + 2, "a"),
+            PadLeft(w + 1, "b"), PadLeft(w + 1, "c"), "  ", PadLeft(areaWidth, OxString(231)),
+            "\r\n");
     HyphenRule(&out->text, static_cast<int>(out->text.size()), true);
     out->text += "\r\n";
 
@@ -36,11 +37,12 @@ Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput
         lastRowPerimeter = p;
         Concat8(&row, PadLeft(w + 2, Dec(a)), PadLeft(w + 1, Dec(b)), PadLeft(w + 1, Dec(c)), "  ",
                 PadLeft(areaWidth, Dec(static_cast<uint32_t>(root / 4))), "\r\n");
-        out->text += row;   // at most a few thousand rows: no ceiling test
+        out->text += row;  // at most a few thousand rows: no ceiling test
         ++count;
         return true;
     };
-    const Result code = WalkTriangles(ctx, {options.minPerimeter, maxP, options.isosceles}, visit, &lastP);
+    const Result code =
+        WalkTriangles(ctx, {options.minPerimeter, maxP, options.isosceles}, visit, &lastP);
     const uint32_t upper = code == Result::kStopped ? lastP + 1 : maxP + 1;
     out->caption = TriangleCaption(248, options.minPerimeter, upper, count);
     return code;

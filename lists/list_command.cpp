@@ -8,7 +8,8 @@ namespace {
 using Args = std::vector<std::string>;
 
 // The optional words after the bounds: each may appear once, in any order.
-bool ReadFlags(const Args& args, size_t from, std::initializer_list<std::pair<const char*, bool*>> flags) {
+bool ReadFlags(const Args& args, size_t from,
+               std::initializer_list<std::pair<const char*, bool*>> flags) {
     for (size_t i = from; i < args.size(); ++i) {
         bool known = false;
         for (const auto& [word, flag] : flags)
@@ -49,7 +50,8 @@ Result RunTriangles(CalcContext* ctx, const Args& args, ListOutput* out) {
     TriangleOptions o;
     const std::string& name = args[0];
     if (args.size() < 3) return Result::kCannotUnderstand;
-    if (!ParseListUnsigned(args[1], &o.minPerimeter) || !ParseListUnsigned(args[2], &o.maxPerimeter))
+    if (!ParseListUnsigned(args[1], &o.minPerimeter) ||
+        !ParseListUnsigned(args[2], &o.maxPerimeter))
         return Result::kOutOfBounds;
     if (name == "heron") {
         if (!ReadFlags(args, 3, {{"right", &o.right}, {"isosceles", &o.isosceles}}))
@@ -57,7 +59,8 @@ Result RunTriangles(CalcContext* ctx, const Args& args, ListOutput* out) {
         return ListHeronian(ctx, o, out);
     }
     if (name == "ratmed") {
-        if (!ReadFlags(args, 3, {{"right", &o.right}, {"isosceles", &o.isosceles}, {"two", &o.atLeastTwo}}))
+        if (!ReadFlags(args, 3,
+                       {{"right", &o.right}, {"isosceles", &o.isosceles}, {"two", &o.atLeastTwo}}))
             return Result::kCannotUnderstand;
         return ListRationalMedians(ctx, o, out);
     }
@@ -71,8 +74,12 @@ Result RunQuads(CalcContext* ctx, const Args& args, ListOutput* out) {
     if (!ParseListUnsigned(args[1], &o.minLength) || !ParseListUnsigned(args[2], &o.maxLength))
         return Result::kOutOfBounds;
     bool distinct = false, repeats = false;
-    if (!ReadFlags(args, 3, {{"primitive", &o.primitiveOnly}, {"ascending", &o.ascending},
-                             {"distinct", &distinct}, {"repeats", &repeats}, {"zeros", &o.zeros}}) ||
+    if (!ReadFlags(args, 3,
+                   {{"primitive", &o.primitiveOnly},
+                    {"ascending", &o.ascending},
+                    {"distinct", &distinct},
+                    {"repeats", &repeats},
+                    {"zeros", &o.zeros}}) ||
         (distinct && repeats))
         return Result::kCannotUnderstand;
     o.kind = distinct ? QuadKind::distinct : repeats ? QuadKind::repeats : QuadKind::any;
@@ -82,8 +89,10 @@ Result RunQuads(CalcContext* ctx, const Args& args, ListOutput* out) {
 Result RunPolygons(CalcContext* ctx, const Args& args, ListOutput* out) {
     if (args.size() != 4 && args.size() != 5) return Result::kCannotUnderstand;
     uint32_t n = 0, m = 0, rounds = 0, seed = 1;
-    if (!ParseListUnsigned(args[1], &n) || !ParseListUnsigned(args[2], &m)) return Result::kOutOfBounds;
-    if (!ParseListUnsigned(args[3], &rounds) || (args.size() == 5 && !ParseListUnsigned(args[4], &seed)))
+    if (!ParseListUnsigned(args[1], &n) || !ParseListUnsigned(args[2], &m))
+        return Result::kOutOfBounds;
+    if (!ParseListUnsigned(args[3], &rounds) ||
+        (args.size() == 5 && !ParseListUnsigned(args[4], &seed)))
         return Result::kCannotUnderstand;
     ListRandom rng(seed);
     return ListPolygons(ctx, n, m, rounds, &rng, out);
@@ -108,7 +117,8 @@ Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
         if (name == "divisors") return ListDivisors(ctx, args[1], out);
         return ListTwoSquares(ReadListUnsignedLoose(args[1]), out);
     }
-    if (name == "heron" || name == "ratmed" || name == "perpmed") return RunTriangles(ctx, args, out);
+    if (name == "heron" || name == "ratmed" || name == "perpmed")
+        return RunTriangles(ctx, args, out);
     if (name == "quads") return RunQuads(ctx, args, out);
     if (name == "polygons") return RunPolygons(ctx, args, out);
     return Result::kCouldNotFind;

@@ -22,7 +22,7 @@
 
 struct ListOutput {
     std::string caption;
-    std::string text;   // rows separated by "\r\n", as in the list window
+    std::string text;  // rows separated by "\r\n", as in the list window
     // A list whose next row does not fit keeps offering it until the user
     // stops the run. A front end without a user at the keyboard sets this so
     // that the first refused row ends such a run instead.

@@ -44,7 +44,7 @@ struct QuadOptions {
     uint32_t minLength = 3;
     uint32_t maxLength = 100;
     bool primitiveOnly = false;
-    bool ascending = false;   // display a < b < c
+    bool ascending = false;  // display a < b < c
     QuadKind kind = QuadKind::any;
     bool zeros = false;
 };
@@ -59,4 +59,4 @@ Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out);
 // (the desktop program passes kPolygonRoundCap).
 constexpr uint32_t kPolygonRoundCap = 2147483647u;
 Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
-                 ListRandom* rng, ListOutput* out);
+                    ListRandom* rng, ListOutput* out);

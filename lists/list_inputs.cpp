@@ -7,7 +7,7 @@
 namespace {
 
 struct KindRange {
-    uint32_t low, high;   // both accepted
+    uint32_t low, high;  // both accepted
     Result belowCode;
 };
 

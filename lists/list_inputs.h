@@ -26,10 +26,10 @@ enum class ListKind {
 
 struct ListDialog {
     int menuId;
-    int captionId;          // string table entry of the dialog caption
-    int promptId;           // string table entry of the prompt
-    const char* promptTail; // appended to the prompt (the bound as advice)
-    int maxInput;           // input length the dialog passes, terminator included
+    int captionId;           // string table entry of the dialog caption
+    int promptId;            // string table entry of the prompt
+    const char* promptTail;  // appended to the prompt (the bound as advice)
+    int maxInput;            // input length the dialog passes, terminator included
 };
 
 const ListDialog& ListDialogOf(ListKind kind);
@@ -70,8 +70,8 @@ Result CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter);
 Result CheckQuadBounds(uint32_t minLength, uint32_t maxLength);
 
 // The polygon search's two-input dialog (caption: string 5): prompts and presets.
-std::string PolygonLengthPrompt();   // "squared length < 4294967296"
-std::string PolygonSidesPrompt();    // "number of sides (6, 8, 10, 12)"
+std::string PolygonLengthPrompt();  // "squared length < 4294967296"
+std::string PolygonSidesPrompt();   // "number of sides (6, 8, 10, 12)"
 constexpr const char* kPolygonLengthPreset = "32045";
 constexpr const char* kPolygonSidesPreset = "6";
 // The polygon search's two inputs: kOutOfBounds unless N >= 5 and m is 6, 8, 10 or 12.

@@ -12,7 +12,8 @@ namespace {
 // rational ones. For sides below 32768, 4m^2 fits 32 bits.
 std::string MediansText(uint32_t a, uint32_t b, uint32_t c, int* rational) {
     const uint32_t aa = a * a, bb = b * b, cc = c * c;
-    const uint32_t fourSquares[3] = {2 * bb + 2 * cc - aa, 2 * cc + 2 * aa - bb, 2 * aa + 2 * bb - cc};
+    const uint32_t fourSquares[3] = {2 * bb + 2 * cc - aa, 2 * cc + 2 * aa - bb,
+                                     2 * aa + 2 * bb - cc};
     std::string text;
     *rational = 0;
     for (uint32_t v : fourSquares) {
@@ -37,13 +38,13 @@ struct MedianList {
 };
 
 Result RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOptions& options,
-                  ListOutput* out) {
+                     ListOutput* out) {
     const uint32_t maxP = options.maxPerimeter;
     const int w = DecDigits(maxP), perimWidth = PerimeterWidth(maxP);
     ListStatus(out, OxString(601));
     out->text.clear();
-    Concat8(&out->text, PadLeft(perimWidth, OxString(230)), PadLeft(w + 2, "a"), PadLeft(w + 1, "b"),
-            PadLeft(w + 1, "c"), "   ", OxString(263), "\r\n");
+    Concat8(&out->text, PadLeft(perimWidth, OxString(230)), PadLeft(w + 2, "a"),
+            PadLeft(w + 1, "b"), PadLeft(w + 1, "c"), "   ", OxString(263), "\r\n");
     HyphenRule(&out->text, static_cast<int>(out->text.size()), true);
     out->text += "\r\n";
 
@@ -71,7 +72,7 @@ Result RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOpt
     Result code = WalkTriangles(ctx, walk, visit, &lastP);
     const uint32_t upper = code == Result::kOk ? maxP + 1 : lastP + 1;
     out->caption = TriangleCaption(list.nounId, options.minPerimeter, upper, count);
-    if (code == Result::kNoMoreRoom) code = Result::kOk;   // the list simply ends at the ceiling
+    if (code == Result::kNoMoreRoom) code = Result::kOk;  // the list simply ends at the ceiling
     return code;
 }
 
@@ -79,11 +80,13 @@ Result RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOpt
 
 Result ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
     if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
-    MedianList list{249, {0, 0, options.isosceles},
-                    [](uint32_t a, uint32_t b, uint32_t c, const TriangleOptions& o) {
-                        return o.right || a * a + b * b != c * c;
-                    },
-                    [](int k, const TriangleOptions& o) { return k >= 2 || (k >= 1 && !o.atLeastTwo); }};
+    MedianList list{
+        249,
+        {0, 0, options.isosceles},
+        [](uint32_t a, uint32_t b, uint32_t c, const TriangleOptions& o) {
+            return o.right || a * a + b * b != c * c;
+        },
+        [](int k, const TriangleOptions& o) { return k >= 2 || (k >= 1 && !o.atLeastTwo); }};
     return RunMedianList(ctx, list, options, out);
 }
 
@@ -91,7 +94,8 @@ Result ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options
     if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
     // The medians to b and c are perpendicular exactly when b^2 + c^2 = 5a^2;
     // such a triangle is never isosceles nor right.
-    MedianList list{251, {0, 0, false},
+    MedianList list{251,
+                    {0, 0, false},
                     [](uint32_t a, uint32_t b, uint32_t c, const TriangleOptions&) {
                         return b * b + c * c == 5 * a * a;
                     },

@@ -73,7 +73,7 @@ bool SharesAPosition(const std::vector<std::vector<uint32_t>>& found,
 }  // namespace
 
 Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
-                 ListRandom* rng, ListOutput* out) {
+                    ListRandom* rng, ListOutput* out) {
     if (Result code = CheckPolygonInputs(squaredLength, sides)) return code;
     const std::vector<EdgeVector> table = EdgeVectors(squaredLength);
     const uint32_t q = static_cast<uint32_t>(table.size() / 4);
@@ -114,8 +114,8 @@ Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, ui
         }
     }
     out->caption = std::string(OxString(272)) + " [" + OxString(236) + " " + Dec(sides) + ", " +
-                   OxString(225) + " " + Dec(squaredLength) + "] : " +
-                   Dec(static_cast<uint32_t>(found.size()));
+                   OxString(225) + " " + Dec(squaredLength) +
+                   "] : " + Dec(static_cast<uint32_t>(found.size()));
     // The search has no other end than the user's stop: that is its normal end.
     return Result::kOk;
 }

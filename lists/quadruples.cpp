@@ -13,7 +13,7 @@ namespace {
 constexpr uint32_t kQuadRecordCap = 50000;
 
 struct Quad {
-    uint32_t leg[3];   // in display order
+    uint32_t leg[3];  // in display order
     uint32_t d;
     bool primitive;
 };
@@ -79,8 +79,9 @@ Result ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* 
     uint32_t count = 0;
     for (const Quad& q : found) {
         std::string row;
-        Concat8(&row, PadLeft(w, Dec(q.leg[0])), PadLeft(w, Dec(q.leg[1])), PadLeft(w, Dec(q.leg[2])),
-                dColumn ? PadLeft(w + 1, Dec(q.d)) : "", q.primitive && stars ? "*" : "", "\r\n");
+        Concat8(&row, PadLeft(w, Dec(q.leg[0])), PadLeft(w, Dec(q.leg[1])),
+                PadLeft(w, Dec(q.leg[2])), dColumn ? PadLeft(w + 1, Dec(q.d)) : "",
+                q.primitive && stars ? "*" : "", "\r\n");
         if (AppendListLine(out, row)) ++count;
     }
 

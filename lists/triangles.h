@@ -11,7 +11,7 @@
 
 struct TriangleWalk {
     uint32_t minPerimeter, maxPerimeter;
-    bool isosceles;   // include triangles with two equal sides (a = 2 never occurs)
+    bool isosceles;  // include triangles with two equal sides (a = 2 never occurs)
 };
 
 // Calls visit(p, a, b, c) for every triangle of the range, primitive or not
@@ -20,8 +20,10 @@ struct TriangleWalk {
 // row). Answers kOk when the range was walked, kStopped when the user stopped
 // it, kNoMoreRoom when visit ended it; *lastPerimeter is the perimeter reached.
 template <class Visit>
-Result WalkTriangles(CalcContext* ctx, const TriangleWalk& walk, Visit&& visit, uint32_t* lastPerimeter) {
-    for (uint32_t p = walk.minPerimeter + (walk.minPerimeter & 1u); p <= walk.maxPerimeter; p += 2) {
+Result WalkTriangles(CalcContext* ctx, const TriangleWalk& walk, Visit&& visit,
+                     uint32_t* lastPerimeter) {
+    for (uint32_t p = walk.minPerimeter + (walk.minPerimeter & 1u); p <= walk.maxPerimeter;
+         p += 2) {
         *lastPerimeter = p;
         const uint32_t s = p / 2;
         // a <= b <= c and c < a + b: b from s + 1 - a up to s - a/2.
@@ -29,8 +31,8 @@ Result WalkTriangles(CalcContext* ctx, const TriangleWalk& walk, Visit&& visit, 
             uint32_t b = s + 1 - a;
             const uint32_t lowest = walk.isosceles ? a : a + 1;
             if (b < lowest) b = lowest;
-            uint32_t end = s - (a - 1) / 2;             // b < end
-            if (!walk.isosceles && a % 2 == 0) --end;   // keeps b < c
+            uint32_t end = s - (a - 1) / 2;            // b < end
+            if (!walk.isosceles && a % 2 == 0) --end;  // keeps b < c
             for (; b < end; ++b)
                 if (!visit(p, a, b, p - a - b)) return Result::kNoMoreRoom;
             if (ListStopRequested(ctx)) return Result::kStopped;

@@ -47,9 +47,10 @@ Widths OpenGeneratedTable(ListOutput* out, uint32_t bound) {
 
 }  // namespace
 
-Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly, ListOutput* out) {
-    if (Result code = CheckListValue(primitiveOnly ? ListKind::primitiveTriples : ListKind::allTriples,
-                                  bound))
+Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnly,
+                             ListOutput* out) {
+    if (Result code = CheckListValue(
+            primitiveOnly ? ListKind::primitiveTriples : ListKind::allTriples, bound))
         return code;
     const int w1 = DecDigits(static_cast<uint32_t>(bound * 0.707107));
     const int w2 = DecDigits(bound) + 1, w3 = w2;
@@ -58,7 +59,7 @@ Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnl
 
     uint32_t count = 0, c = 5, lastC = 5;
     bool full = false, stopped = false;
-    const uint32_t step = primitiveOnly ? 4 : 1;   // primitive hypotenuses are 1 mod 4
+    const uint32_t step = primitiveOnly ? 4 : 1;  // primitive hypotenuses are 1 mod 4
     for (; c <= bound; c += step) {
         lastC = c;
         const uint32_t lim = static_cast<uint32_t>(c * std::sqrt(0.5));
@@ -112,7 +113,8 @@ Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
 }
 
 Result ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListOutput* out) {
-    if (Result code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound)) return code;
+    if (Result code = CheckListValue(angle120 ? ListKind::tri120 : ListKind::tri60, bound))
+        return code;
     const auto [w1, w2, w3] = OpenGeneratedTable(out, bound);
     // The equilateral triangle heads the 60-degree list, outside the count and the ceiling.
     if (!angle120) out->text += SidesRow(1, 1, 1, w1, w2, w3) + "    1   2\r\n";

@@ -2,29 +2,26 @@
 
 namespace {
 
-#define OX_TEXT_EDIT_MENU                                                   \
-    {kMenuPopup, 0, "&Edit", nullptr, 0},                                   \
-    {kMenuItem, kTxtCopy, "&Copy", "Ctrl+C", kMenuEnabler},                 \
-    {kMenuItem, kTxtCut, "Cu&t", "Ctrl+X", kMenuEnabler},                   \
-    {kMenuItem, kTxtPaste, "&Paste", "Ctrl+V", 0},                          \
-    {kMenuItem, kTxtSelectAll, "Select &All", "Ctrl+A", 0},                 \
-    {kMenuSeparator, 0, nullptr, nullptr, 0},                               \
-    {kMenuItem, kTxtSearch, "&Search ...", "F1", 0},                        \
-    {kMenuItem, kTxtNext, "&Next", "F3", kMenuEnabler},                     \
-    {kMenuItem, kTxtRestart, "&Restart at top", "F2", 0},                   \
-    {kMenuSeparator, 0, nullptr, nullptr, 0},                               \
-    {kMenuItem, kTxtFont, "&Font ...", nullptr, 0},                         \
-    {kMenuItem, kTxtMinusSigns, "&Minus signs ...", nullptr, 0},            \
-    {kMenuEnd, 0, nullptr, nullptr, 0},                                     \
-    {kMenuPopup, 0, "&Help", nullptr, 0},                                   \
-    {kMenuItem, kTxtSearchHelp, "&Help", nullptr, 0},                       \
-    {kMenuEnd, 0, nullptr, nullptr, 0},                                     \
-    {kMenuAccel, kTxtLunch, nullptr, "F12", 0}
+#define OX_TEXT_EDIT_MENU                                                                          \
+    {kMenuPopup, 0, "&Edit", nullptr, 0}, {kMenuItem, kTxtCopy, "&Copy", "Ctrl+C", kMenuEnabler},  \
+        {kMenuItem, kTxtCut, "Cu&t", "Ctrl+X", kMenuEnabler},                                      \
+        {kMenuItem, kTxtPaste, "&Paste", "Ctrl+V", 0},                                             \
+        {kMenuItem, kTxtSelectAll, "Select &All", "Ctrl+A", 0},                                    \
+        {kMenuSeparator, 0, nullptr, nullptr, 0}, {kMenuItem, kTxtSearch, "&Search ...", "F1", 0}, \
+        {kMenuItem, kTxtNext, "&Next", "F3", kMenuEnabler},                                        \
+        {kMenuItem, kTxtRestart, "&Restart at top", "F2", 0},                                      \
+        {kMenuSeparator, 0, nullptr, nullptr, 0}, {kMenuItem, kTxtFont, "&Font ...", nullptr, 0},  \
+        {kMenuItem, kTxtMinusSigns, "&Minus signs ...", nullptr, 0},                               \
+        {kMenuEnd, 0, nullptr, nullptr, 0}, {kMenuPopup, 0, "&Help", nullptr, 0},                  \
+        {kMenuItem, kTxtSearchHelp, "&Help", nullptr, 0}, {kMenuEnd, 0, nullptr, nullptr, 0}, {    \
+        kMenuAccel, kTxtLunch, nullptr, "F12", 0                                                   \
+    }
 
-#define OX_TEXT_PRINT_ITEMS                                                 \
-    {kMenuItem, kTxtPrint, "&Print ...", "Ctrl+P", 0},                      \
-    {kMenuItem, kTxtSelectPrinter, "S&elect printer ...", nullptr, 0},      \
-    {kMenuItem, kTxtOffsets, "O&ffsets ...", nullptr, 0}
+#define OX_TEXT_PRINT_ITEMS                                                  \
+    {kMenuItem, kTxtPrint, "&Print ...", "Ctrl+P", 0},                       \
+        {kMenuItem, kTxtSelectPrinter, "S&elect printer ...", nullptr, 0}, { \
+        kMenuItem, kTxtOffsets, "O&ffsets ...", nullptr, 0                   \
+    }
 
 const MenuEntry kTextEntries[] = {
     {kMenuPopup, 0, "&File", nullptr, 0},
@@ -40,12 +37,9 @@ const MenuEntry kTextEntries[] = {
 };
 
 const MenuEntry kNoteEntries[] = {
-    {kMenuPopup, 0, "&File", nullptr, 0},
-    OX_TEXT_PRINT_ITEMS,
-    {kMenuSeparator, 0, nullptr, nullptr, 0},
-    {kMenuItem, kTxtClose, "&Close", nullptr, 0},
-    {kMenuEnd, 0, nullptr, nullptr, 0},
-    OX_TEXT_EDIT_MENU,
+    {kMenuPopup, 0, "&File", nullptr, 0},     OX_TEXT_PRINT_ITEMS,
+    {kMenuSeparator, 0, nullptr, nullptr, 0}, {kMenuItem, kTxtClose, "&Close", nullptr, 0},
+    {kMenuEnd, 0, nullptr, nullptr, 0},       OX_TEXT_EDIT_MENU,
 };
 
 #undef OX_TEXT_EDIT_MENU
@@ -78,8 +72,7 @@ const char* MenuDataProblem(const MenuData& menu) {
         case kMenuAccel:
             if (e.id <= 0 || !e.keys) return "accelerator without id or key";
             break;
-        default:
-            return "unknown entry kind";
+        default: return "unknown entry kind";
         }
     }
     return depth == 0 ? nullptr : "popup not closed";

@@ -38,7 +38,7 @@ struct MenuEntry {
 };
 
 struct MenuData {
-    const char* name;   // the resource name, e.g. "TEXTMENU"
+    const char* name;  // the resource name, e.g. "TEXTMENU"
     const MenuEntry* entries;
     std::size_t count;
 };
@@ -49,7 +49,7 @@ constexpr MenuData MakeMenu(const char* name, const MenuEntry (&entries)[N]) {
 }
 
 // Commands of the text windows.
-enum TextCommand {   // ids shared with other menus keep their numbers there
+enum TextCommand {  // ids shared with other menus keep their numbers there
     kTxtOpen = 59,
     kTxtSave = 57,
     kTxtSaveAs = 58,
@@ -70,8 +70,8 @@ enum TextCommand {   // ids shared with other menus keep their numbers there
     kTxtLunch = 399,
 };
 
-extern const MenuData kTextMenu;   // TEXTMENU: general text windows
-extern const MenuData kNoteMenu;   // NOTEMENU: notebooks (no Open, Save, Save As)
+extern const MenuData kTextMenu;  // TEXTMENU: general text windows
+extern const MenuData kNoteMenu;  // NOTEMENU: notebooks (no Open, Save, Save As)
 
 // The first problem of a menu's structure (unbalanced popups, a command
 // without id, an item outside any popup), or nullptr when it is well formed.

@@ -37,7 +37,7 @@ const MenuEntry kOxEntries[] = {
     Sep(),
     Item(kCmdLunch, "&Lunch ...", "F12"),
     End(),
-    Popup("&View"),   // label items A..Z are inserted at kViewLabelPosition
+    Popup("&View"),  // label items A..Z are inserted at kViewLabelPosition
     Item(kCmdTable, "&Table ...", nullptr, kMenuEnabler),
     Item(kCmdViewModulus, "&0=Modulus ..."),
     Item(kCmdViewHelp, "&1=Help"),

@@ -20,7 +20,7 @@ enum FrameCommand {
     kCmdFileHelp = 330,
     kCmdExit = 24310,
     kCmdTable = 614,
-    kCmdViewLabel = 501,      // 501..526: the window of label A..Z
+    kCmdViewLabel = 501,  // 501..526: the window of label A..Z
     kCmdViewModulus = 527,
     kCmdViewHelp = 331,
     kCmdListsHelp = 332,
@@ -51,8 +51,8 @@ enum NumCommand {
     kNumClose = 357,
 };
 
-extern const MenuData kOxMenu;    // OXMENU
-extern const MenuData kNumMenu;   // NUMMENU
+extern const MenuData kOxMenu;   // OXMENU
+extern const MenuData kNumMenu;  // NUMMENU
 
 // Where the View menu's label items go: its index in the menu bar and the
 // position of the first label item inside it.

@@ -10,8 +10,8 @@ enum TableCommand {
     kTblBack = 402,
     kTblForward = 403,
     kTblJump = 405,
-    kTblFormat = 406,        // always greyed in a table window
+    kTblFormat = 406,  // always greyed in a table window
     kTblSectionHelp = 332,
 };
 
-extern const MenuData kTableMenu;   // TABLEMENU
+extern const MenuData kTableMenu;  // TABLEMENU

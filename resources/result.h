@@ -12,28 +12,28 @@
 // still compare and print as the numbers they are.
 #pragma once
 
-enum [[nodiscard]] Result : int {
+enum [[nodiscard]] Result : int{
     kOk = 0,
-    kCannotUnderstand = 1,   // "cannot understand"
-    kCouldNotFind = 2,       // "could not find"
-    kNoMemory = 3,           // "low memory...trouble!"
-    kNoMoreRoom = 4,         // "no more room": a text or list is full
-    kInconsistent = 6,       // "inconsistent data"
-    kNothingToDo = 9,        // "nothing to do"
-    kNothingToShow = 10,     // "nothing to show"
-    kCannotOpenFile = 11,    // "cannot open file"
-    kCannotSaveFile = 12,    // "cannot save file"
-    kKitchenClosed = 13,     // "kitchen closed today"
-    kPositiveValue = 14,     // "positive value?"
-    kOutOfBounds = 17,       // "out of bounds"
-    kEvaluationFailed = 101, // "evaluation failed"
-    kInterrupted = 102,      // "interrupted"
-    kNotInteger = 103,       // "not an integer"
-    kDivisionByZero = 104,   // "division by 0"
-    kUnbalanced = 108,       // unbalanced parentheses: the string table has no text
-    kStopped = -1,           // stopped by the user (Q, or a window action)
-    kHalted = -2,            // a recursion's condition held; a print run the user refused
-    kCancelled = -12,        // the user answered "cancel"
+    kCannotUnderstand = 1,    // "cannot understand"
+    kCouldNotFind = 2,        // "could not find"
+    kNoMemory = 3,            // "low memory...trouble!"
+    kNoMoreRoom = 4,          // "no more room": a text or list is full
+    kInconsistent = 6,        // "inconsistent data"
+    kNothingToDo = 9,         // "nothing to do"
+    kNothingToShow = 10,      // "nothing to show"
+    kCannotOpenFile = 11,     // "cannot open file"
+    kCannotSaveFile = 12,     // "cannot save file"
+    kKitchenClosed = 13,      // "kitchen closed today"
+    kPositiveValue = 14,      // "positive value?"
+    kOutOfBounds = 17,        // "out of bounds"
+    kEvaluationFailed = 101,  // "evaluation failed"
+    kInterrupted = 102,       // "interrupted"
+    kNotInteger = 103,        // "not an integer"
+    kDivisionByZero = 104,    // "division by 0"
+    kUnbalanced = 108,        // unbalanced parentheses: the string table has no text
+    kStopped = -1,            // stopped by the user (Q, or a window action)
+    kHalted = -2,             // a recursion's condition held; a print run the user refused
+    kCancelled = -12,         // the user answered "cancel"
 };
 
 constexpr int ToInt(Result r) { return static_cast<int>(r); }

@@ -13,13 +13,13 @@ struct Entry {
 // Each part of the program keeps its entries in its own file; ids are unique
 // across them (checked by the tests).
 const Entry kEntries[] = {
-#include "resources/strings_messages.inc"
-#include "resources/strings_calc.inc"
-#include "resources/strings_lists.inc"
 #include "resources/strings_app.inc"
-#include "resources/strings_windows.inc"
-#include "resources/strings_tables.inc"
+#include "resources/strings_calc.inc"
 #include "resources/strings_dialogs.inc"
+#include "resources/strings_lists.inc"
+#include "resources/strings_messages.inc"
+#include "resources/strings_tables.inc"
+#include "resources/strings_windows.inc"
 };
 
 }  // namespace

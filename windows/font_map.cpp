@@ -67,16 +67,17 @@ LogFont LogFontFromFont(const QFont& font, int dpiY) {
     f.underline = font.underline();
     f.strikeOut = font.strikeOut();
     const QString family = font.families().isEmpty() ? font.family() : font.families().first();
-    f.charSet = family.compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0
-                    ? kSymbolCharSet : 0;
+    f.charSet =
+        family.compare(QLatin1String("Symbol"), Qt::CaseInsensitive) == 0 ? kSymbolCharSet : 0;
     f.outPrecision = 8;
     f.clipPrecision = 2;
     f.quality = 1;
     const bool fixed = font.fixedPitch() || font.styleHint() == QFont::TypeWriter ||
                        font.styleHint() == QFont::Monospace;
-    f.pitchAndFamily = fixed ? (kFixedPitch | kFamilyModern)
-                             : (kVariablePitch |
-                                (font.styleHint() == QFont::Serif ? kFamilyRoman : kFamilyModern));
+    f.pitchAndFamily =
+        fixed
+            ? (kFixedPitch | kFamilyModern)
+            : (kVariablePitch | (font.styleHint() == QFont::Serif ? kFamilyRoman : kFamilyModern));
     SetFaceName(&f, family.toLatin1().constData());
     return f;
 }

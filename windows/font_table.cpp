@@ -10,11 +10,11 @@ struct Row {
 };
 
 const Row kRows[kFontTableSize] = {
-    {"Courier New", 12, 0, kFixedPitch},    {"Symbol", 10, kSymbolCharSet, kFixedPitch},
-    {"Courier New", 10, 0, kFixedPitch},    {"Courier New", 8, 0, kFixedPitch},
-    {"Times", 12, 0, kVariablePitch},       {"Times", 10, 0, kVariablePitch},
-    {"Courier New", 10, 0, kFixedPitch},    {"Courier New", 10, 0, kFixedPitch},
-    {"Courier New", 10, 0, kFixedPitch},    {"Courier New", 10, 0, kFixedPitch},
+    {"Courier New", 12, 0, kFixedPitch}, {"Symbol", 10, kSymbolCharSet, kFixedPitch},
+    {"Courier New", 10, 0, kFixedPitch}, {"Courier New", 8, 0, kFixedPitch},
+    {"Times", 12, 0, kVariablePitch},    {"Times", 10, 0, kVariablePitch},
+    {"Courier New", 10, 0, kFixedPitch}, {"Courier New", 10, 0, kFixedPitch},
+    {"Courier New", 10, 0, kFixedPitch}, {"Courier New", 10, 0, kFixedPitch},
 };
 
 constexpr uint8_t kOutlinePrecision = 8;

@@ -27,9 +27,8 @@ void ReleaseMenuStates(QMenu* menu) {
 
 QMenu* NewPopup(const MenuEntry& e, QWidget* parent, MenuTarget* target) {
     auto* menu = new QMenu(QString::fromUtf8(e.text), parent);
-    QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, target] {
-        UpdateMenuStates(menu, target);
-    });
+    QObject::connect(menu, &QMenu::aboutToShow, menu,
+                     [menu, target] { UpdateMenuStates(menu, target); });
     QObject::connect(menu, &QMenu::aboutToHide, menu, [menu] { ReleaseMenuStates(menu); });
     return menu;
 }
@@ -40,7 +39,8 @@ QAction* MakeCommandAction(const MenuEntry& e, QWidget* owner, MenuTarget* targe
     auto* a = new QAction(e.text ? QString::fromUtf8(e.text) : QString(), owner);
     a->setData(e.id);
     a->setProperty(kFlagsProperty, static_cast<unsigned>(e.flags));
-    if (e.keys) a->setShortcut(QKeySequence(QString::fromLatin1(e.keys), QKeySequence::PortableText));
+    if (e.keys)
+        a->setShortcut(QKeySequence(QString::fromLatin1(e.keys), QKeySequence::PortableText));
     a->setCheckable(e.flags & kMenuChecked);
     a->setEnabled(!(e.flags & kMenuGreyed));
     const int id = e.id;
@@ -54,13 +54,13 @@ QAction* MakeCommandAction(const MenuEntry& e, QWidget* owner, MenuTarget* targe
 
 QMenuBar* BuildMenuBar(const MenuData& menu, QWidget* owner, MenuTarget* target) {
     auto* bar = new QMenuBar(owner);
-    std::vector<QMenu*> open;   // innermost popup last
+    std::vector<QMenu*> open;  // innermost popup last
     for (std::size_t i = 0; i < menu.count; ++i) {
         const MenuEntry& e = menu.entries[i];
         switch (e.kind) {
         case kMenuPopup: {
-            QMenu* popup = NewPopup(e, open.empty() ? static_cast<QWidget*>(bar) : open.back(),
-                                    target);
+            QMenu* popup =
+                NewPopup(e, open.empty() ? static_cast<QWidget*>(bar) : open.back(), target);
             if (open.empty())
                 bar->addMenu(popup);
             else
@@ -83,9 +83,7 @@ QMenuBar* BuildMenuBar(const MenuData& menu, QWidget* owner, MenuTarget* target)
                 owner->addAction(a);
             }
             break;
-        case kMenuAccel:
-            owner->addAction(MakeCommandAction(e, owner, target));
-            break;
+        case kMenuAccel: owner->addAction(MakeCommandAction(e, owner, target)); break;
         }
     }
     return bar;

@@ -20,8 +20,8 @@ class MenuTarget {
 public:
     virtual ~MenuTarget();
     virtual void command(int id) = 0;
-    virtual bool commandEnabled(int id);   // default: enabled
-    virtual bool commandChecked(int id);   // default: unchecked
+    virtual bool commandEnabled(int id);  // default: enabled
+    virtual bool commandChecked(int id);  // default: unchecked
 };
 
 // The menu bar for `menu`, parented to `owner`; accelerator-only entries

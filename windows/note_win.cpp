@@ -5,8 +5,8 @@
 
 TNoteWin::TNoteWin(QWidget* parent, const QString& numberFileName, const QString& text,
                    int fontIndex)
-    : TPreTextWin(parent, CaptionFor(numberFileName), numberFileName, text, fontIndex,
-                  &kNoteMenu) {}
+    : TPreTextWin(parent, CaptionFor(numberFileName), numberFileName, text, fontIndex, &kNoteMenu) {
+}
 
 QString TNoteWin::CaptionFor(const QString& numberFileName) {
     return OxText(kStrNotebook) + " [" + numberFileName + "]";
@@ -16,4 +16,3 @@ void TNoteWin::setNumberFileName(const QString& name) {
     setFileName(name);
     setWindowTitle(CaptionFor(name));
 }
-

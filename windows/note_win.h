@@ -8,8 +8,7 @@
 class TNoteWin : public TPreTextWin {
     Q_OBJECT
 public:
-    TNoteWin(QWidget* parent, const QString& numberFileName, const QString& text,
-             int fontIndex);
+    TNoteWin(QWidget* parent, const QString& numberFileName, const QString& text, int fontIndex);
 
     // Renames the number the notebook belongs to; the caption follows.
     void setNumberFileName(const QString& name);

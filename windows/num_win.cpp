@@ -4,11 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFontMetrics>
+#include <QHideEvent>
 #include <QPlainTextEdit>
 #include <QResizeEvent>
-#include <QShowEvent>
-#include <QHideEvent>
 #include <QScrollBar>
+#include <QShowEvent>
 #include <QStyle>
 
 #include "bigint/bigint.h"
@@ -80,7 +80,7 @@ Result TNumWin::relayout() {
     const BigInt* parts[2] = {num_, den_};
     for (int p = 0; p < 2; ++p) {
         const Result c = LayoutSections(parts[p]->top, BigTextLength(parts[p]),
-                                               parts[p]->negative != 0, lineDigits_, &layout_[p]);
+                                        parts[p]->negative != 0, lineDigits_, &layout_[p]);
         if (c != 0) code = c;
     }
     chooseState();
@@ -173,8 +173,7 @@ void TNumWin::saveAsText() {
     const std::string text = DigitLines(shownPart(), perLine, "\r\n");
     QFile f(path);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        f.write(text.data(), static_cast<qint64>(text.size())) !=
-            static_cast<qint64>(text.size()))
+        f.write(text.data(), static_cast<qint64>(text.size())) != static_cast<qint64>(text.size()))
         report(Result::kCannotSaveFile);
 }
 

@@ -2,9 +2,7 @@
 
 #include "resources/limits.h"
 
-int32_t LinesPerSection(int32_t lineDigits) {
-    return (kTextBufferChars + 2) / (lineDigits + 2);
-}
+int32_t LinesPerSection(int32_t lineDigits) { return (kTextBufferChars + 2) / (lineDigits + 2); }
 
 Result LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t lineDigits,
                       SectionLayout* out) {
@@ -59,8 +57,7 @@ Result LayoutSections(int32_t top, int32_t textLength, bool negative, int32_t li
 int ChooseDisplayState(bool denominatorIsOne, int32_t numSections, int32_t denSections,
                        int32_t numDigits, int32_t denDigits, int part) {
     if (denominatorIsOne) return numSections == 0 ? kShowWhole : kShowSections;
-    if (numSections == 0 && denSections == 0 &&
-        numDigits + denDigits < kFractionTogetherDigits)
+    if (numSections == 0 && denSections == 0 && numDigits + denDigits < kFractionTogetherDigits)
         return kShowFraction;
     if (part == 0) return numSections == 0 ? kShowNumerator : kShowNumeratorSections;
     return denSections == 0 ? kShowDenominator : kShowDenominatorSections;

@@ -19,8 +19,8 @@ struct SectionLayout {
     // bounds[0] is the top limb; section k shows limbs bounds[k] down to
     // bounds[k + 1] + 1, and the last entry is -1 (down to limb 0).
     std::vector<int32_t> bounds;
-    int32_t count = 0;     // index of the last section (0 = one section)
-    int32_t offset = 0;    // characters the first line of section 0 is short
+    int32_t count = 0;   // index of the last section (0 = one section)
+    int32_t offset = 0;  // characters the first line of section 0 is short
     int32_t current = 0;
 };
 
@@ -36,10 +36,10 @@ int32_t LinesPerSection(int32_t lineDigits);
 
 // Display states of a number window.
 enum DisplayState {
-    kShowWhole = 0,          // an integer in one section
-    kShowSections = 1,       // an integer in sections
-    kShowFraction = 2,       // numerator, rule, denominator together
-    kShowNumerator = 3,      // a fraction shown part by part ...
+    kShowWhole = 0,      // an integer in one section
+    kShowSections = 1,   // an integer in sections
+    kShowFraction = 2,   // numerator, rule, denominator together
+    kShowNumerator = 3,  // a fraction shown part by part ...
     kShowNumeratorSections = 4,
     kShowDenominator = 5,
     kShowDenominatorSections = 6,

@@ -23,8 +23,8 @@ std::string WithBreaks(const char* text, const char* lineBreak) {
 
 namespace {
 
-std::string Render(const BigInt* v, int32_t first, int32_t last, int32_t lineDigits,
-                   int32_t indent, const char* lineBreak) {
+std::string Render(const BigInt* v, int32_t first, int32_t last, int32_t lineDigits, int32_t indent,
+                   const char* lineBreak) {
     const int32_t width = kTextBufferChars;
     const int32_t lines = width / std::max(lineDigits, 1) + 2;
     std::vector<char> buf(static_cast<size_t>(width) + 2 * lines + 16, '\0');
@@ -35,7 +35,7 @@ std::string Render(const BigInt* v, int32_t first, int32_t last, int32_t lineDig
 }  // namespace
 
 int32_t DigitCount(const BigInt* v) {
-    return BigTextLength(v) - (v->negative ? 1 : 0);   // the length counts the sign
+    return BigTextLength(v) - (v->negative ? 1 : 0);  // the length counts the sign
 }
 
 std::string SectionText(const BigInt* v, const SectionLayout& layout, int32_t section,

@@ -1,9 +1,9 @@
 #include "windows/pre_text_win.h"
 
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
-#include <QMenuBar>
 #include <QRandomGenerator>
 #include <QScreen>
 #include <QScrollBar>
@@ -25,7 +25,7 @@ namespace {
 // A new window shows this many columns and lines of its font.
 constexpr int kDefaultColumns = 80;
 constexpr int kDefaultLines = 26;
-constexpr int kMatchLine = 3;   // lines shown above a match
+constexpr int kMatchLine = 3;  // lines shown above a match
 
 // The editor refuses input beyond the buffer's size, as a limited edit
 // control does: typing stops and pasted text is cut.

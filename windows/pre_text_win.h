@@ -29,8 +29,8 @@ class TPreTextWin : public TFontWin {
     Q_OBJECT
 public:
     // menu may be nullptr for a window without a menu bar.
-    TPreTextWin(QWidget* parent, const QString& title, const QString& fileName,
-                const QString& text, int fontIndex, const MenuData* menu);
+    TPreTextWin(QWidget* parent, const QString& title, const QString& fileName, const QString& text,
+                int fontIndex, const MenuData* menu);
 
     // The text, cut at kTextBufferChars; the modified flag is left alone.
     void replaceText(const QString& text);

@@ -138,7 +138,8 @@ void TTableWin::display() {
             const bool atBottom = bar->value() == bar->maximum();
             QTextCursor c(edit_->document());
             c.movePosition(QTextCursor::End);
-            c.insertText(text_.mid(qsizetype(start + shownLength_), qsizetype(length - shownLength_)));
+            c.insertText(
+                text_.mid(qsizetype(start + shownLength_), qsizetype(length - shownLength_)));
             if (atBottom) bar->setValue(bar->maximum());
         }
     } else {
@@ -175,8 +176,8 @@ Result TTableWin::find(const QString& pattern) {
     restart_ = false;
     for (int k = shown_; k < sectionCount(); ++k) {
         const bool here = k == shown_;
-        const int at = FindInText(here ? edit_->toPlainText() : EditorText(sectionText(k)),
-                                  pattern, here ? from : 0);
+        const int at = FindInText(here ? edit_->toPlainText() : EditorText(sectionText(k)), pattern,
+                                  here ? from : 0);
         if (at < 0) continue;
         if (!here) showSection(k);
         QTextCursor c = edit_->textCursor();
@@ -256,8 +257,8 @@ void TTableWin::command(int id) {
     case kTxtPrint:
     case kTxtSelectPrinter:
     case kTxtOffsets:
-        RunPrintCommand(id, this, fileName_.isEmpty() ? baseTitle_ : fileName_,
-                        sectionText(shown_), edit_->font(), &printFormat_);
+        RunPrintCommand(id, this, fileName_.isEmpty() ? baseTitle_ : fileName_, sectionText(shown_),
+                        edit_->font(), &printFormat_);
         break;
     case kTxtClose: close(); break;
     case kTxtCopy: edit_->copy(); break;

@@ -57,10 +57,10 @@ public:
     // last one when it no longer exists). A shown section that only grew is
     // extended in place, keeping the view at the bottom if it was there.
     void refresh();
-    void showSection(int index);   // 0-based; out of range is ignored
+    void showSection(int index);  // 0-based; out of range is ignored
     int sectionCount() const { return static_cast<int>(starts_.size()); }
     int shownSection() const { return shown_; }
-    QString sectionText(int index) const;   // as held in the buffer, "\r\n" and all
+    QString sectionText(int index) const;  // as held in the buffer, "\r\n" and all
     QString baseTitle() const { return baseTitle_; }
     static QString TitleFor(const QString& base, int shown, int count);
 
@@ -86,7 +86,7 @@ public:
 private:
     bool fits(qsizetype chars) const;
     void rebuildSections();
-    void display();               // shows shown_ and renews the caption
+    void display();  // shows shown_ and renews the caption
     std::size_t sectionEnd(int index) const;
     void jump();
     void search();

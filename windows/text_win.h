@@ -8,8 +8,8 @@
 class TTextWin : public TPreTextWin {
     Q_OBJECT
 public:
-    TTextWin(QWidget* parent, const QString& title, const QString& fileName,
-             const QString& text, int fontIndex);
+    TTextWin(QWidget* parent, const QString& title, const QString& fileName, const QString& text,
+             int fontIndex);
 
     // kOk or kCannotOpenFile; the text is cut at kTextBufferChars.
     Result openFile(const QString& path);
@@ -20,8 +20,8 @@ public:
 
 protected:
     // For windows of this kind with a menu of their own (number windows).
-    TTextWin(QWidget* parent, const QString& title, const QString& fileName,
-             const QString& text, int fontIndex, const MenuData* menu);
+    TTextWin(QWidget* parent, const QString& title, const QString& fileName, const QString& text,
+             int fontIndex, const MenuData* menu);
 
     void closeEvent(QCloseEvent* e) override;
     // Whether closing a modified text asks to save it (help windows do not).

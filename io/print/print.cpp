@@ -75,12 +75,14 @@ Result PrintTextOn(QPrinter* printer, const QString& jobName, const QString& tex
     const long double usable =
         UsableHeightInches(layout.paintRect(QPageLayout::Millimeter).width(), vOffset) *
         printer->logicalDpiY();
-    const std::vector<TextPage> pages = BreakIntoPages(View(text), LinesPerPage(usable, lineHeight));
+    const std::vector<TextPage> pages =
+        BreakIntoPages(View(text), LinesPerPage(usable, lineHeight));
     for (std::size_t p = 0; p < pages.size(); ++p) {
         if (p > 0) printer->newPage();
         qreal y = top + metrics.ascent();
         for (const TextLine& line : pages[p]) {
-            painter.drawText(QPointF(x, y), text.mid(qsizetype(line.start), qsizetype(line.length)));
+            painter.drawText(QPointF(x, y),
+                             text.mid(qsizetype(line.start), qsizetype(line.length)));
             y += lineHeight;
         }
     }
@@ -88,8 +90,8 @@ Result PrintTextOn(QPrinter* printer, const QString& jobName, const QString& tex
     return Result::kOk;
 }
 
-void PrintText(QWidget* owner, const QString& jobName, const QString& text,
-               const QFont& screenFont, const PrintFormat& format) {
+void PrintText(QWidget* owner, const QString& jobName, const QString& text, const QFont& screenFont,
+               const PrintFormat& format) {
     const Result code = PrintTextOn(&CurrentPrinter(), jobName, text,
                                     PrintFont(screenFont, owner->logicalDpiY()), format);
     if (code == kPrintRefused)

@@ -39,8 +39,8 @@ Result PrintTextOn(QPrinter* printer, const QString& jobName, const QString& tex
 
 // Prints on the current printer the text owner shows in screenFont and tells
 // the user when that fails.
-void PrintText(QWidget* owner, const QString& jobName, const QString& text,
-               const QFont& screenFont, const PrintFormat& format);
+void PrintText(QWidget* owner, const QString& jobName, const QString& text, const QFont& screenFont,
+               const PrintFormat& format);
 
 // Runs print command id (97, 93 or 304) for a window; false for any other id.
 bool RunPrintCommand(int id, QWidget* owner, const QString& jobName, const QString& text,

@@ -12,7 +12,7 @@
 namespace {
 
 std::string EvaluateTwice(CalcContext* ctx, const std::string& formula) {
-    ModelFixture vars;   // A = 7/2, B = 10, every other letter empty
+    ModelFixture vars;  // A = 7/2, B = 10, every other letter empty
     EXPECT_EQ(vars.Let('A', "7/2") + vars.Let('B', "10"), 0);
     TreePtr root;
     const Result compiled = CompileFormula(formula, &root);

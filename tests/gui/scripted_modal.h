@@ -46,7 +46,7 @@ public:
     std::function<void(QDialog*)> onDialog;
 
     QList<ModalCall> calls;
-    QStringList defaults;   // the texts the input dialogs opened with
+    QStringList defaults;  // the texts the input dialogs opened with
     int unexpected = 0;
 
     // The code of the last error message shown, 0 for none.
@@ -89,12 +89,12 @@ public:
         *text2 = a.text2.left(max2);
         return true;
     }
-    QString openFileName(QWidget*, const QString& caption, const QString& filter,
-                         const QString&, const QString&) override {
+    QString openFileName(QWidget*, const QString& caption, const QString& filter, const QString&,
+                         const QString&) override {
         return file("open", caption, filter);
     }
-    QString saveFileName(QWidget*, const QString& caption, const QString& filter,
-                         const QString&, const QString&) override {
+    QString saveFileName(QWidget*, const QString& caption, const QString& filter, const QString&,
+                         const QString&) override {
         return file("save", caption, filter);
     }
     bool chooseFont(QWidget*, QFont* font) override {
@@ -109,7 +109,7 @@ public:
         if (onDialog) onDialog(dialog);
         Answer a;
         if (take(&a) && a.ok && a.result == QDialog::Accepted)
-            dialog->accept();   // a dialog that refuses its input stays rejected
+            dialog->accept();  // a dialog that refuses its input stays rejected
         else
             dialog->reject();
         return dialog->result();

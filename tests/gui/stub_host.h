@@ -38,5 +38,5 @@ public:
     QStringList captionsDuringRuns;
     QStringList batchTitles;
     QString batchText;
-    QStringList helps;   // "name caption" per request
+    QStringList helps;  // "name caption" per request
 };

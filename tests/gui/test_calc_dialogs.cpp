@@ -119,7 +119,7 @@ private slots:
         QCOMPARE(modal.calls.size(), 0);
 
         // The chosen boxes reach the run.
-        dlg.seedBox()->setCurrentIndex(2);   // C, empty
+        dlg.seedBox()->setCurrentIndex(2);  // C, empty
         QCOMPARE(dlg.calculate(), 2);
         f.Let('C', "6");
         dlg.maximumBox()->setCurrentIndex(2);
@@ -172,10 +172,10 @@ private slots:
         Type(&dlg, "a = b");
         Type(&dlg, "b", true);
         Type(&dlg, "a-b", true);
-        Type(&dlg, "");   // nothing, and no message
+        Type(&dlg, "");  // nothing, and no message
         QCOMPARE(Rows(dlg), QStringList({"a = b", "b=a+b", "0 < a-b", "0 < b"}));
         QCOMPARE(modal.calls.size(), 0);
-        Type(&dlg, "(1", true);   // reported as it is entered and again: stays to be corrected
+        Type(&dlg, "(1", true);  // reported as it is entered and again: stays to be corrected
         QCOMPARE(ErrorCodes(modal), QList<int>({108, 1}));
         QCOMPARE(dlg.entryEdit()->text(), QStringLiteral("(1"));
 
@@ -223,12 +223,12 @@ private slots:
         modal.answerText("0");
         QCOMPARE(ManyStepsCommand(&f.model, &host), 14);
         const int runs = host.captionsDuringRuns.size();
-        modal.answerCancel();   // cancelled: nothing runs
+        modal.answerCancel();  // cancelled: nothing runs
         QCOMPARE(ManyStepsCommand(&f.model, &host), Result::kCancelled);
         QCOMPARE(host.captionsDuringRuns.size(), runs);
         QCOMPARE(modal.defaults, QStringList({"100", "7", "7", "7"}));
 
-        f.model.ClearRecursion();   // a failing step is reported once
+        f.model.ClearRecursion();  // a failing step is reported once
         QCOMPARE(f.model.EnterStep("e=Z"), Result::kOk);
         QCOMPARE(OneStepCommand(&f.model, &host), 2);
         QCOMPARE(ErrorCodes(modal), QList<int>({14, 2}));

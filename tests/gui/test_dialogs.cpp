@@ -82,7 +82,7 @@ private slots:
         QTest::keyClick(&w, Qt::Key_F7);   // guarded, enabler says no
         QTest::keyClick(&w, Qt::Key_F12);  // accelerator without item
         QCOMPARE(r.ran, (QList<int>{11, 15}));
-        r.guardOpen = true;                // becomes enabled without a menu refresh
+        r.guardOpen = true;  // becomes enabled without a menu refresh
         QTest::keyClick(&w, Qt::Key_F7);
         QCOMPARE(r.ran.last(), 12);
 
@@ -90,14 +90,16 @@ private slots:
         UpdateMenuStates(w.menuBar()->actions()[0]->menu(), &r);
         QVERIFY(!FindMenuAction(&w, 12)->isEnabled());
         QVERIFY(FindMenuAction(&w, 13)->isChecked());
-        FindMenuAction(&w, 12)->trigger();   // greyed: nothing runs
+        FindMenuAction(&w, 12)->trigger();  // greyed: nothing runs
         QCOMPARE(r.ran.size(), 3);
     }
 
     void realMessageBoxesAnswerTheirCodes() {
-        struct Case { int kind, button, answer; };
-        const Case cases[] = {{kMsgYesNo, 88, kMbYes}, {kMsgYesNoCancel, 2, kMbCancel},
-                              {kMsgYesNoCancel, 89, kMbNo}};
+        struct Case {
+            int kind, button, answer;
+        };
+        const Case cases[] = {
+            {kMsgYesNo, 88, kMbYes}, {kMsgYesNoCancel, 2, kMbCancel}, {kMsgYesNoCancel, 89, kMbNo}};
         for (const Case& c : cases) {
             ClickWhenShown(c.button);
             QCOMPARE(AskMessage(nullptr, "careful!", "text", c.kind), c.answer);
@@ -112,7 +114,7 @@ private slots:
             QWidget* dlg = QApplication::activeModalWidget();
             auto* edit = dlg->findChild<QLineEdit*>("ctl211");
             QCOMPARE(edit->text(), QStringLiteral("12"));
-            edit->setText("toolong");   // the field keeps five characters
+            edit->setText("toolong");  // the field keeps five characters
             dlg->findChild<QPushButton*>("ctl1")->click();
         });
         QString t = "12";
@@ -139,11 +141,11 @@ private slots:
             &w, new QKeyEvent(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, ""));
         QCoreApplication::postEvent(
             &w, new QKeyEvent(QEvent::KeyPress, Qt::Key_D, Qt::ControlModifier, ""));
-        QCOMPARE(NextKey(ctx), int('X'));     // other keys are read and ignored
-        QCOMPARE(ctx.PollQuitKey(), kQuitKey);   // q reads as Q
-        QCOMPARE(ctx.PollQuitKey(), kQuitKey);   // a command's key reads as Q ...
-        QVERIFY(!ran);                           // ... and its command does not run
-        QCOMPARE(ctx.PollQuitKey(), int(Qt::Key_D));   // Ctrl+D is no command here
+        QCOMPARE(NextKey(ctx), int('X'));             // other keys are read and ignored
+        QCOMPARE(ctx.PollQuitKey(), kQuitKey);        // q reads as Q
+        QCOMPARE(ctx.PollQuitKey(), kQuitKey);        // a command's key reads as Q ...
+        QVERIFY(!ran);                                // ... and its command does not run
+        QCOMPARE(ctx.PollQuitKey(), int(Qt::Key_D));  // Ctrl+D is no command here
         QCOMPARE(ctx.PollQuitKey(), 0);
         QVERIFY(!ctx.PollInterrupt());
     }
@@ -158,18 +160,18 @@ private slots:
             PollScope scope(&ctx, &w);
             QTest::qWait(10);
             QVERIFY(!ctx.PollInterrupt());
-            w.resize(320, 220);   // sizing goes on, and stops the run
+            w.resize(320, 220);  // sizing goes on, and stops the run
             QVERIFY(ctx.PollInterrupt());
         }
         {
-            PollScope scope(&ctx, &w);   // a new run starts clean
+            PollScope scope(&ctx, &w);  // a new run starts clean
             QVERIFY(!ctx.PollInterrupt());
             QCoreApplication::postEvent(
                 &w, new QMouseEvent(QEvent::MouseButtonPress, QPointF(5, 5), QPointF(5, 5),
                                     Qt::RightButton, Qt::RightButton, {}));
             QTest::qWait(2 * QtPollContext::kPollIntervalMs);
             QVERIFY(ctx.PollInterrupt());
-            QVERIFY(!w.close());   // no window closes under a running computation
+            QVERIFY(!w.close());  // no window closes under a running computation
         }
         QVERIFY(!ctx.running());
         QVERIFY(w.close());
@@ -195,7 +197,7 @@ private slots:
         modal.answer(QDialog::Accepted);
         modal.onDialog = [](QDialog* d) {
             QCOMPARE(d->findChild<QPlainTextEdit*>("ctl211")->toPlainText(), TAboutDlg::Text());
-            ShowAbout(nullptr);   // a second request while open makes no second box
+            ShowAbout(nullptr);  // a second request while open makes no second box
         };
         ShowAbout(nullptr);
         QCOMPARE(modal.count("dialog"), 1);
@@ -235,13 +237,13 @@ private slots:
             QCOMPARE(QString::fromLatin1(back.faceName), QString::fromLatin1(entry.faceName));
             // A face this machine lacks still gives a usable font of its kind.
             QVERIFY(QFontInfo(font).pixelSize() > 0);
-            if (entry.charSet != kSymbolCharSet)   // symbol faces are proportional anyway
+            if (entry.charSet != kSymbolCharSet)  // symbol faces are proportional anyway
                 QCOMPARE(QFontInfo(font).fixedPitch(), (entry.pitchAndFamily & 3) == kFixedPitch);
         }
         LogFont f = FontTableEntry(2, 96);
-        f.height = -5000;   // from a damaged file
+        f.height = -5000;  // from a damaged file
         QCOMPARE(FontFromLogFont(f).pointSize(), 10);
-        std::memset(f.faceName, 'A', sizeof f.faceName);   // no terminating zero
+        std::memset(f.faceName, 'A', sizeof f.faceName);  // no terminating zero
         QCOMPARE(FontFromLogFont(f).family().size(), kLogFontFaceChars - 1);
     }
 };

@@ -90,7 +90,8 @@ QString ListCaption(TCalcFrame& f) {
 QString ListText(TCalcFrame& f) { return f.lists().listWindow()->text(); }
 
 void PostQ(QWidget* to) {
-    QCoreApplication::postEvent(to, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::NoModifier, "q"));
+    QCoreApplication::postEvent(to,
+                                new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::NoModifier, "q"));
 }
 
 }  // namespace
@@ -109,17 +110,17 @@ private slots:
     void calculateStoresAndShowsTheResult() {
         ScriptedModal modal;
         TCalcFrame f;
-        QCOMPARE(f.calcDialog()->create(), 0);   // the presets: 2^100 into N
+        QCOMPARE(f.calcDialog()->create(), 0);  // the presets: 2^100 into N
         TNumWin* n = f.numWin(kN);
         QVERIFY(n && n->isVisible());
         QCOMPARE(n->windowTitle(), QString("N [number14.num] [digits: 31]"));
         QCOMPARE(n->editor()->toPlainText(), QString("1267650600228229401496703205376"));
         QCOMPARE(n->notebook()->text(), QString("2^100"));
-        QCOMPARE(Calculate(f, "N/3", kA), 0);   // a fraction keeps its denominator
+        QCOMPARE(Calculate(f, "N/3", kA), 0);  // a fraction keeps its denominator
         QCOMPARE(f.numWin(kA)->displayState(), int(kShowFraction));
         QCOMPARE(ViewItems(f).mid(2, 2), QStringList({"&A ...", "&N ..."}));
 
-        QCOMPARE(Calculate(f, "Q+1", kB), 2);   // no such variable
+        QCOMPARE(Calculate(f, "Q+1", kB), 2);  // no such variable
         QCOMPARE(modal.lastError(), 2);
         QVERIFY(!f.numWin(kB));
     }
@@ -131,10 +132,10 @@ private slots:
         modal.answer(kMbNo);
         QVERIFY(Calculate(f, "1/0", kC) != 0);
         QCOMPARE(modal.calls.last().text, QString("overwrite existing file?"));
-        QCOMPARE(modal.count("error"), 0);   // refused before anything was computed
+        QCOMPARE(modal.count("error"), 0);  // refused before anything was computed
         QCOMPARE(Text(f, kC), std::string("12"));
         modal.answer(kMbYes);
-        QCOMPARE(Calculate(f, "1/0", kC), 104);   // a failure leaves the value
+        QCOMPARE(Calculate(f, "1/0", kC), 104);  // a failure leaves the value
         QCOMPARE(Text(f, kC), std::string("12"));
         modal.answer(kMbYes);
         QCOMPARE(Calculate(f, "C*C", kC), 0);
@@ -152,15 +153,15 @@ private slots:
         QCOMPARE(Calculate(f, "10+3", kA), 0);
         QCOMPARE(Text(f, kA), std::string("6"));
 
-        modal.answerCancel();   // cancel ends the mode
+        modal.answerCancel();  // cancel ends the mode
         f.command(kCmdModulus);
         QVERIFY(!m->isVisible() && !f.model().ModulusMode());
-        f.command(kCmdViewModulus);   // showing the window brings the mode back
+        f.command(kCmdViewModulus);  // showing the window brings the mode back
         QVERIFY(f.model().ModulusMode());
         m->command(kNumClose);
         QVERIFY(!f.model().ModulusMode());
 
-        modal.answerText("0");   // refused: nothing changes
+        modal.answerText("0");  // refused: nothing changes
         f.command(kCmdModulus);
         QCOMPARE(modal.lastError(), 14);
         QCOMPARE(f.model().ModulusFormula(), std::string("3+4"));
@@ -201,9 +202,9 @@ private slots:
         QVERIFY(w && w->isVisible());
         QCOMPARE(w->editor()->toPlainText(), QString("-7\n-\n2"));
         QCOMPARE(w->notebook()->text(), QString("-7/2"));
-        QCOMPARE(w->fileName(), path + ".num");   // the name grows on purpose
-        QCOMPARE(w->logFont().height, -19);       // the file's font
-        QCOMPARE(g.openNumberFile(path), 0);      // C is taken: the first free label
+        QCOMPARE(w->fileName(), path + ".num");  // the name grows on purpose
+        QCOMPARE(w->logFont().height, -19);      // the file's font
+        QCOMPARE(g.openNumberFile(path), 0);     // C is taken: the first free label
         QCOMPARE(Text(g, kA), std::string("-7"));
         modal.answerFile(dir_.filePath("absent.num"));
         g.command(kCmdOpen);
@@ -220,7 +221,7 @@ private slots:
             QCOMPARE(Calculate(f, "1", kA), 0);
             f.command(kCmdExit);
             QVERIFY(!f.isVisible());
-            QVERIFY(!f.numWin(kA)->isVisible());   // the number windows go with it
+            QVERIFY(!f.numWin(kA)->isVisible());  // the number windows go with it
         }
         TCalcFrame g;
         g.readSettings();
@@ -236,7 +237,7 @@ private slots:
         f.command(kCmdWhiteBackgrounds);
         QVERIFY(!f.commandChecked(kCmdWhiteBackgrounds));
         QCOMPARE(base(), QApplication::palette().color(QPalette::Window));
-        QCOMPARE(Calculate(f, "2", kB), 0);   // new windows follow the option
+        QCOMPARE(Calculate(f, "2", kB), 0);  // new windows follow the option
         QCOMPARE(f.numWin(kB)->editor()->palette().color(QPalette::Base), base());
     }
 
@@ -254,7 +255,7 @@ private slots:
         bool secondStarted = false;
         QTimer::singleShot(0, &f, [&] {
             captionDuring = f.calcDialog()->windowTitle();
-            secondStarted = f.calcDialog()->create() != 0;   // refused while busy
+            secondStarted = f.calcDialog()->create() != 0;  // refused while busy
             f.command(kCmdCalculate);
             PostQ(&f);
         });
@@ -272,13 +273,13 @@ private slots:
     void tableLogsAFibonacciRecursion() {
         ScriptedModal modal;
         TCalcFrame f;
-        QVERIFY(!f.commandEnabled(kCmdTable));   // no label in use
+        QVERIFY(!f.commandEnabled(kCmdTable));  // no label in use
         QCOMPARE(Calculate(f, "1", kA), 0);
         QCOMPARE(Calculate(f, "1", kB), 0);
 
         modal.answerText(" b ");
         Trigger(f, kCmdTable);
-        QCOMPARE(modal.defaults.last(), QString("A"));   // the first label in use
+        QCOMPARE(modal.defaults.last(), QString("A"));  // the first label in use
         TTableWin* t = f.tables().table(kB);
         QVERIFY(t && t->isVisible());
         QCOMPARE(t->windowTitle(), QString("table B"));
@@ -287,7 +288,7 @@ private slots:
         Trigger(f, kCmdDefine);
         TRecurDlg* d = f.recursionDialog();
         QVERIFY(d && d->isVisible());
-        d->showHelp();   // a help window of the dialog's own, under its caption
+        d->showHelp();  // a help window of the dialog's own, under its caption
         const auto* help = d->findChild<THelpWin*>();
         QVERIFY(help && help->isVisible());
         QCOMPARE(help->windowTitle(), QString("recursion"));
@@ -301,14 +302,14 @@ private slots:
         QCOMPARE(t->text(), QString("  0: 2\r\n  1: 3\r\n  2: 5\r\n  3: 8\r\n  4: 13\r\n"));
         QVERIFY(!f.tables().table(kA));
 
-        t->close();   // hides it: the rows stop and stay
+        t->close();  // hides it: the rows stop and stay
         Trigger(f, kCmdOneStep);
         QCOMPARE(t->rowCounter(), 5);
         modal.answerText("B");
-        Trigger(f, kCmdTable);   // the same window again, rows and all
+        Trigger(f, kCmdTable);  // the same window again, rows and all
         QCOMPARE(f.tables().table(kB), t);
         Trigger(f, kCmdOneStep);
-        QVERIFY(t->text().endsWith("  4: 13\r\n  5: 34\r\n"));   // 21 came while hidden
+        QVERIFY(t->text().endsWith("  4: 13\r\n  5: 34\r\n"));  // 21 came while hidden
     }
 
     // Batch, Hailstone and Base conversion open from their items and run
@@ -322,7 +323,7 @@ private slots:
         TTableWin* w = f.tables().batchWindow();
         QVERIFY(w && w->isVisible());
         d->formulaEdit()->setText("A*B");
-        QCOMPARE(d->calculate(), 0);   // the same window, new rows
+        QCOMPARE(d->calculate(), 0);  // the same window, new rows
         QCOMPARE(f.tables().batchWindow(), w);
         QCOMPARE(w->windowTitle(), QString("batch calculation [A*B]"));
         QVERIFY(!w->text().contains("1024"));
@@ -379,7 +380,7 @@ private slots:
         modal.answerCancel();
         f.command(kCmdCyclotomic);
         QCOMPARE(modal.defaults, QStringList({"105", "12"}));
-        Choose(f, modal, kCmdCyclotomic, "65536");   // refused: not remembered
+        Choose(f, modal, kCmdCyclotomic, "65536");  // refused: not remembered
         QCOMPARE(modal.lastError(), 17);
         QCOMPARE(f.lists().cyclotomicIndex(), 12u);
     }
@@ -391,7 +392,11 @@ private slots:
         TCalcFrame f;
         Choose(f, modal, kCmdPrimes, "100");
         const QString caption = ListCaption(f), text = ListText(f);
-        const struct { int id; QString answer; int code; } cases[] = {
+        const struct {
+            int id;
+            QString answer;
+            int code;
+        } cases[] = {
             {kCmdPrimes, "1598844", 17}, {kCmdDivisors, "1", 10}, {kCmd120Degrees, "461", 17}};
         for (const auto& c : cases) {
             Choose(f, modal, c.id, c.answer);
@@ -399,7 +404,7 @@ private slots:
             QCOMPARE(ListCaption(f), caption);
             QCOMPARE(ListText(f), text);
         }
-        modal.answerTexts("32045", "7");   // the polygon search's two inputs
+        modal.answerTexts("32045", "7");  // the polygon search's two inputs
         f.command(kCmdPolygons);
         QCOMPARE(modal.lastError(), 17);
         QCOMPARE(ListCaption(f), caption);
@@ -419,7 +424,7 @@ private slots:
         Choose(f, modal, kCmdTwoSquares, "25");
         QCOMPARE(modal.defaults.last(), QString("32045"));
         QCOMPARE(w->windowTitle(), QString("25 = 2 sums of two squares"));
-        QVERIFY(!w->isModified());   // closing it asks nothing
+        QVERIFY(!w->isModified());  // closing it asks nothing
     }
 
     // Q typed while a long list runs stops it: the main caption said what
@@ -432,16 +437,16 @@ private slots:
         QString during;
         QTimer::singleShot(50, &f, [&] {
             during = f.windowTitle();
-            f.command(kCmdPrimes);   // refused while the list runs
+            f.command(kCmdPrimes);  // refused while the list runs
             PostQ(&f);
         });
         Choose(f, modal, kCmdAllTriples, "95150");
         QCOMPARE(during, QString("press Q to quit"));
         QCOMPARE(f.windowTitle(), QString("Ordix"));
-        QCOMPARE(modal.calls.size(), 1);   // the bound asked, nothing refused
+        QCOMPARE(modal.calls.size(), 1);  // the bound asked, nothing refused
         const int rows = ListCaption(f).section(" : ", 1).toInt();
         QVERIFY(rows > 0);
-        QCOMPARE(ListText(f).count("\r\n"), rows + 2);   // the header and its rule
+        QCOMPARE(ListText(f).count("\r\n"), rows + 2);  // the header and its rule
     }
 
     // The Heronian dialog with its presets lists 1690 triangles and stays
@@ -456,7 +461,7 @@ private slots:
         const QString listed("Heronian triangles [11 < perim < 1001] : 1690");
         QCOMPARE(ListCaption(f), listed);
         QVERIFY(d->isVisible());
-        for (const char* min : {"500", "11"}) {   // refused before anything runs
+        for (const char* min : {"500", "11"}) {  // refused before anything runs
             d->minEdit()->setText(min);
             d->maxEdit()->setText("100");
             const int code = d->list();
@@ -506,7 +511,7 @@ private slots:
         ScriptedModal modal;
         TCalcFrame f;
         QVERIFY(f.model().EnterStep("A=A+1") == 0);
-        QCOMPARE(f.pasteNumber("5"), 0);   // View|Table wants a label in use
+        QCOMPARE(f.pasteNumber("5"), 0);  // View|Table wants a label in use
         QGuiApplication::clipboard()->setText("6");
         const QList<int> missing = {631, 632, 633, 634, 635, 636, 639, 642};
         for (QAction* top : f.menuBar()->actions()) {

@@ -27,9 +27,9 @@
 
 namespace {
 
-#define NEED_POPPLER()                                                              \
-    if (QStandardPaths::findExecutable("pdftotext").isEmpty() ||                    \
-        QStandardPaths::findExecutable("pdfinfo").isEmpty())                        \
+#define NEED_POPPLER()                                           \
+    if (QStandardPaths::findExecutable("pdftotext").isEmpty() || \
+        QStandardPaths::findExecutable("pdfinfo").isEmpty())     \
     QSKIP("pdftotext and pdfinfo (poppler-utils) are not installed")
 
 QString Run(const char* tool, const QStringList& args) {
@@ -55,7 +55,9 @@ void ToPdf(QPrinter* p, const QString& path) {
 QFont Mono() { return QFont(QStringLiteral("DejaVu Sans Mono"), 12); }
 
 template <class W = QLineEdit>
-W* Child(QDialog* d, const char* name) { return d->findChild<W*>(QString::fromLatin1(name)); }
+W* Child(QDialog* d, const char* name) {
+    return d->findChild<W*>(QString::fromLatin1(name));
+}
 
 }  // namespace
 
@@ -165,7 +167,7 @@ private slots:
         };
         hori = "5,08";
         vert = "3.81";
-        modal.answer(QDialog::Rejected);   // cancel after editing
+        modal.answer(QDialog::Rejected);  // cancel after editing
         QVERIFY(!RunOffsetsDialog(nullptr, &f));
         QCOMPARE(double(f.hOffset) + double(f.vOffset), 2.0);
         modal.answer(QDialog::Accepted);
@@ -181,13 +183,12 @@ private slots:
         QTest::mouseClick(Child<QWidget>(&dlg, "ctl1"), Qt::LeftButton);
         QVERIFY(dlg.isVisible());
         QCOMPARE(modal.lastError(), 17);
-        Child(&dlg, "ctl214")->setText("0.635");   // exactly a quarter inch
+        Child(&dlg, "ctl214")->setText("0.635");  // exactly a quarter inch
         QTest::mouseClick(Child<QWidget>(&dlg, "ctl1"), Qt::LeftButton);
         QVERIFY(!dlg.isVisible());
         QCOMPARE(dlg.result(), int(QDialog::Accepted));
         QCOMPARE(double(f.vOffset), 0.25);
     }
-
 };
 
 QTEST_MAIN(TestPrint)

@@ -83,7 +83,7 @@ private slots:
     void searchRunsOnThroughAMiss() {
         ScriptedModal modal;
         TTextWin w(nullptr, "t", "", "abc abc ABC", 0);
-        QVERIFY(!w.commandEnabled(kTxtNext));   // no search text yet
+        QVERIFY(!w.commandEnabled(kTxtNext));  // no search text yet
         modal.answerText("");
         w.command(kTxtSearch);
         QCOMPARE(modal.lastError(), 9);
@@ -92,7 +92,7 @@ private slots:
         w.command(kTxtSearch);
         QCOMPARE(SelStart(w), 0);
         w.command(kTxtNext);
-        w.command(kTxtNext);              // case does not matter
+        w.command(kTxtNext);  // case does not matter
         QCOMPARE(Selected(w), QStringLiteral("ABC"));
         w.command(kTxtNext);
         QCOMPARE(modal.lastError(), 2);
@@ -119,7 +119,7 @@ private slots:
         modal.answer(QDialog::Rejected);
         QTest::keyClick(&w, Qt::Key_F12);
         QCOMPARE(modal.calls.last().caption, QStringLiteral("LUNCH"));
-        QCOMPARE(modal.lastError(), 0);   // a declined lunch says nothing
+        QCOMPARE(modal.lastError(), 0);  // a declined lunch says nothing
     }
 
     void textIsHeldToTheBufferSize() {
@@ -130,7 +130,7 @@ private slots:
         QApplication::clipboard()->setText("pasted");
         w.editor()->moveCursor(QTextCursor::Start);
         w.editor()->moveCursor(QTextCursor::Right, QTextCursor::KeepAnchor);
-        w.command(kTxtPaste);                       // replaces one character: one fits
+        w.command(kTxtPaste);  // replaces one character: one fits
         QCOMPARE(w.text().size(), kTextBufferChars);
         QVERIFY(w.text().startsWith("pyy"));
     }
@@ -155,7 +155,7 @@ private slots:
         const QString path = dir.filePath("out.txt");
         TTextWin w(nullptr, "t", "", QString::fromUtf8("r\u00e9sum\u00e9\n2 \u2013 1"), 0);
         modal.answerFile(path);
-        w.command(kTxtSave);   // no file yet: asks for one
+        w.command(kTxtSave);  // no file yet: asks for one
         QCOMPARE(modal.calls.last().text, QStringLiteral("Text Files (*.txt)"));
         QByteArray expect = QString::fromUtf8("r\u00e9sum\u00e9\n2 \u2013 1").toUtf8();
         expect.append('\0');
@@ -165,10 +165,10 @@ private slots:
         TTextWin r(nullptr, "t", "", "", 0);
         modal.answerFile(path);
         r.command(kTxtOpen);
-        QCOMPARE(r.text(), w.text());   // the zero byte is not part of the text
+        QCOMPARE(r.text(), w.text());  // the zero byte is not part of the text
         QCOMPARE(r.fileName(), path);
 
-        QFile old(dir.filePath("old.txt"));   // an 8-bit file of older days
+        QFile old(dir.filePath("old.txt"));  // an 8-bit file of older days
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write("caf\xe9 \x96 x");
         old.close();
@@ -199,7 +199,7 @@ private slots:
         TTextWin f(nullptr, "t", dir.filePath("no/dir.txt"), "x", 0);
         f.show();
         f.editor()->insertPlainText("y");
-        modal.answer(kMbYes);         // the save fails: the window stays
+        modal.answer(kMbYes);  // the save fails: the window stays
         QVERIFY(!f.close());
         QCOMPARE(modal.lastError(), 12);
         modal.answer(kMbNo);
@@ -238,7 +238,7 @@ private slots:
         ScriptedModal modal;
         n.show();
         n.editor()->insertPlainText("typed");
-        QVERIFY(n.close());   // a notebook hides without asking
+        QVERIFY(n.close());  // a notebook hides without asking
         QCOMPARE(modal.calls.size(), 0);
 
         THelpWin h(nullptr);
@@ -247,7 +247,7 @@ private slots:
         h.command(kTxtSearchHelp);
         QCOMPARE(modal.calls.last().caption, QStringLiteral("searching"));
         h.editor()->insertPlainText("scribble");
-        QVERIFY(h.close());   // no save question for help
+        QVERIFY(h.close());  // no save question for help
         QCOMPARE(modal.calls.size(), 1);
     }
 
@@ -265,8 +265,9 @@ private slots:
                 QVERIFY(layout.count > 0);
                 std::string joined;
                 for (int k = 0; k <= layout.count; ++k) {
-                    const QStringList lines = QString::fromStdString(
-                        SectionText(&value.v, layout, k, lineDigits, "\n")).split('\n');
+                    const QStringList lines =
+                        QString::fromStdString(SectionText(&value.v, layout, k, lineDigits, "\n"))
+                            .split('\n');
                     QVERIFY(lines.size() <= LinesPerSection(lineDigits) + 1);
                     for (int i = 0; i + 1 < lines.size(); ++i)
                         QCOMPARE(lines[i].size(), lineDigits);
@@ -295,11 +296,11 @@ private slots:
         QCOMPARE(modal.calls.at(0).text, QString("target number [1 ... 2]"));
         QCOMPARE(w.currentSection(), 0);
 
-        w.setLineDigits(60);   // wide lines: one section, no section part
+        w.setLineDigits(60);  // wide lines: one section, no section part
         QCOMPARE(w.windowTitle(), QString("A [number1.num] [digits: 30103]"));
         QVERIFY(!w.commandEnabled(kNumForward) && !w.commandEnabled(kNumJump));
         w.show();
-        QVERIFY(!w.close());   // closing only hides
+        QVERIFY(!w.close());  // closing only hides
         QVERIFY(!w.isVisible());
     }
 
@@ -403,13 +404,13 @@ private slots:
         QCOMPARE(w.sectionCount(), 1);
         QVERIFY(!w.commandEnabled(kTblJump) && !w.commandEnabled(kTblFormat));
         QVERIFY(w.append(Rows(250, 100, 100)));          // spills into a second section
-        QCOMPARE(w.windowTitle(), QStringLiteral("A"));   // not before refresh
+        QCOMPARE(w.windowTitle(), QStringLiteral("A"));  // not before refresh
         w.refresh();
         QCOMPARE(w.windowTitle(), QStringLiteral("A [1/2]"));
         QCOMPARE(w.editor()->toPlainText().count('\n'), 300);
         w.command(kTblForward);
         QVERIFY(w.append(Rows(350, 10, 100)));
-        w.refresh();                            // the last section grows in place
+        w.refresh();  // the last section grows in place
         QCOMPARE(w.shownSection(), 1);
         QCOMPARE(w.editor()->toPlainText(), QString(w.sectionText(1)).replace("\r\n", "\n"));
         QCOMPARE(w.editor()->toPlainText().count('\n'), 60);
@@ -424,14 +425,14 @@ private slots:
         QVERIFY(w.append(text));
         w.setTextAndTitle("t");
         modal.answerText("needle");
-        w.command(kTxtSearch);                  // fresh window: from the caret
+        w.command(kTxtSearch);  // fresh window: from the caret
         QCOMPARE(w.shownSection(), 0);
         QCOMPARE(w.editor()->textCursor().selectedText(), QStringLiteral("needle"));
-        w.command(kTxtNext);                    // on into the third section
+        w.command(kTxtNext);  // on into the third section
         QCOMPARE(w.shownSection(), 2);
         QCOMPARE(w.editor()->textCursor().selectedText(), QStringLiteral("NeEdLe"));
         QCOMPARE(w.windowTitle(), QStringLiteral("t [3/4]"));
-        w.command(kTxtNext);                    // none after it: back to the top
+        w.command(kTxtNext);  // none after it: back to the top
         QCOMPARE(modal.lastError(), 2);
         QCOMPARE(w.shownSection(), 0);
         // A section just turned to is searched from its very first character.
@@ -456,10 +457,10 @@ private slots:
         w.command(kTxtSaveAs);
         QCOMPARE(modal.calls.size(), 0);
         w.command(kTxtClose);
-        QVERIFY(w.isHidden());                  // hidden, not destroyed
+        QVERIFY(w.isHidden());  // hidden, not destroyed
         w.setBusy(false);
         modal.answerFile(dir.filePath("table.txt"));
-        w.command(kTxtSaveAs);                  // all sections, then a zero byte
+        w.command(kTxtSaveAs);  // all sections, then a zero byte
         QFile f(dir.filePath("table.txt"));
         QVERIFY(f.open(QIODevice::ReadOnly));
         QCOMPARE(f.readAll(), w.text().toLatin1() + QByteArray(1, '\0'));

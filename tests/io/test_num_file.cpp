@@ -22,7 +22,7 @@ NumLimbs Limbs(std::initializer_list<Limb> l, bool negative = false) {
 NumFile Sample() {
     NumFile f;
     f.label = 3;
-    f.numerator = Limbs({5678, 1234}, true);   // -12345678
+    f.numerator = Limbs({5678, 1234}, true);  // -12345678
     f.hasDenominator = true;
     f.denominator = Limbs({7});
     f.notebook = "hi";
@@ -70,18 +70,25 @@ void ExpectSameValue(const NumLimbs& a, const NumLimbs& b) {
 
 TEST(NumFileLayout, FractionIsWrittenFieldByField) {
     const std::string bytes = EncodeNumFile(Sample());
+    // clang-format off: one field a column
     const std::string expectHead =
-        "99ffffff"                // -103: label C, version 1, denominator follows
-        "01000000" "01"           // numerator top 1, negative
-        "2e16" "d204"             // 5678, 1234
-        "00000000" "00" "0700"    // denominator 7
-        "0300" "686900";          // notebook "hi" with its zero byte, length 3
+        "99ffffff"  // -103: label C, version 1, denominator follows
+        "01000000"
+        "01"  // numerator top 1, negative
+        "2e16"
+        "d204"  // 5678, 1234
+        "00000000"
+        "00"
+        "0700"  // denominator 7
+        "0300"
+        "686900";  // notebook "hi" with its zero byte, length 3
+    // clang-format on
     ASSERT_EQ(bytes.size(), expectHead.size() / 2 + 60 + 4);
     EXPECT_EQ(Hex(bytes.substr(0, expectHead.size() / 2)), expectHead);
     const std::string font = bytes.substr(expectHead.size() / 2);
-    EXPECT_EQ(Hex(font.substr(0, 4)), "f0ffffff");               // height -16
-    EXPECT_EQ(Hex(font.substr(16, 4)), "bc020000");              // weight 700
-    EXPECT_EQ(Hex(font.substr(20, 8)), "0000000200000031");      // byte fields in order
+    EXPECT_EQ(Hex(font.substr(0, 4)), "f0ffffff");           // height -16
+    EXPECT_EQ(Hex(font.substr(16, 4)), "bc020000");          // weight 700
+    EXPECT_EQ(Hex(font.substr(20, 8)), "0000000200000031");  // byte fields in order
     EXPECT_EQ(font.substr(28, 12), std::string("Courier New\0", 12));
     EXPECT_EQ(Hex(font.substr(60, 4)), "efbeadde");
 
@@ -90,7 +97,13 @@ TEST(NumFileLayout, FractionIsWrittenFieldByField) {
     f.denominator = Limbs({1});
     f.notebook.clear();
     const std::string whole = EncodeNumFile(f);
-    EXPECT_EQ(Hex(whole.substr(0, 16)), "67000000" "01000000" "01" "2e16d204" "0100" "00");
+    EXPECT_EQ(Hex(whole.substr(0, 16)),
+              "67000000"
+              "01000000"
+              "01"
+              "2e16d204"
+              "0100"
+              "00");
     EXPECT_EQ(whole.size(), 16u + 64u);
 }
 
@@ -99,11 +112,11 @@ TEST(NumFileRoundTrip, ValuesNotebookAndFontComeBack) {
     zero.label = 26;
     zero.numerator = Limbs({0});
     NumFile big = Sample();
-    big.numerator.limbs.assign(5000, 9999);   // 20000 nines
-    big.denominator = Limbs({0, 0, 1});       // 10^8
+    big.numerator.limbs.assign(5000, 9999);  // 20000 nines
+    big.denominator = Limbs({0, 0, 1});      // 10^8
     big.notebook = std::string(1000, 'x') + "\n2^100";
     NumFile longNote = Sample();
-    longNote.notebook = std::string(64001, 'n');   // cut to what the length field holds
+    longNote.notebook = std::string(64001, 'n');  // cut to what the length field holds
     // The layout test pins the bytes, so what reads back must write the same.
     for (const NumFile& in : {Sample(), zero, big, longNote}) {
         const std::string bytes = EncodeNumFile(in);
@@ -123,7 +136,7 @@ TEST(NumFileRoundTrip, WholeFilesAndTheirFailures) {
     ASSERT_EQ(ReadNumFile(path, &out), 0);
     EXPECT_EQ(out.notebook, "hi");
     EXPECT_EQ(ReadNumFile(dir.file("missing.num"), &out), Result::kCannotOpenFile);
-    EXPECT_EQ(ReadNumFile(dir.path(), &out), Result::kCannotOpenFile);   // a folder
+    EXPECT_EQ(ReadNumFile(dir.path(), &out), Result::kCannotOpenFile);  // a folder
     EXPECT_EQ(WriteNumFile(dir.file("no/such/folder.num"), Sample()), Result::kCannotSaveFile);
 }
 
@@ -149,7 +162,7 @@ TEST(NumFileRead, HandMadeFiles) {
                             "00000000 00 0100 00000000 00 0000"})  // zero denominator
         Decoded(FromHex("9bffffff " + std::string(bad) + " 0100 00" + font),
                 Result::kCannotOpenFile);
-    Decoded(FromHex("00000080"), Result::kCannotOpenFile);   // the header must not overflow
+    Decoded(FromHex("00000080"), Result::kCannotOpenFile);  // the header must not overflow
 }
 
 TEST(NumFileRead, LabelGoesToFirstFreeWhenTakenOrInvalid) {
@@ -157,8 +170,8 @@ TEST(NumFileRead, LabelGoesToFirstFreeWhenTakenOrInvalid) {
     EXPECT_EQ(LabelForOpenedFile(3, used), 3);
     used[2] = used[0] = true;
     EXPECT_EQ(LabelForOpenedFile(3, used), 2);
-    EXPECT_EQ(LabelForOpenedFile(0, used), 2);    // header 100: no label
-    EXPECT_EQ(LabelForOpenedFile(27, used), 2);   // header 127
+    EXPECT_EQ(LabelForOpenedFile(0, used), 2);   // header 100: no label
+    EXPECT_EQ(LabelForOpenedFile(27, used), 2);  // header 127
     for (bool& u : used) u = true;
     EXPECT_EQ(LabelForOpenedFile(5, used), 0);
 }
@@ -170,7 +183,8 @@ TEST(NumFileRead, EveryTruncationFailsCleanly) {
         // sanitizers see.
         std::string part = whole.substr(0, n);
         NumFile out;
-        EXPECT_EQ(DecodeNumFile(part.data(), part.size(), &out), Result::kCannotOpenFile) << "length " << n;
+        EXPECT_EQ(DecodeNumFile(part.data(), part.size(), &out), Result::kCannotOpenFile)
+            << "length " << n;
     }
 }
 
@@ -205,5 +219,5 @@ TEST(NumFileRead, RandomCorruptionNeverBreaksTheReader) {
         ASSERT_FALSE(out.denominator.limbs.size() == 1 && out.denominator.limbs[0] == 0);
         ASSERT_LT(out.font.faceName[kLogFontFaceChars - 1], 1);
     }
-    EXPECT_GT(opened, 0);   // damage inside limbs and text still opens
+    EXPECT_GT(opened, 0);  // damage inside limbs and text still opens
 }

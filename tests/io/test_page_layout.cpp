@@ -64,7 +64,7 @@ TEST(PageGeometry, UsableHeightAndLinesPerPage) {
 
 TEST(OffsetsText, CentimetresShownWithTwoDecimalsAndReadBack) {
     EXPECT_EQ(CentimetreText(1.0L), "2.54");
-    EXPECT_EQ(CentimetreText(-1.0L / kCmPerInch), "1.00");   // the default x unit
+    EXPECT_EQ(CentimetreText(-1.0L / kCmPerInch), "1.00");  // the default x unit
     EXPECT_EQ(CentimetreText(100.0L / kCmPerInch), "100.00");
     EXPECT_NEAR(double(InchesFromCentimetreText("2.54")), 1.0, 1e-12);
     EXPECT_NEAR(double(InchesFromCentimetreText(" 5,08")), 2.0, 1e-12);
@@ -80,7 +80,8 @@ TEST(OffsetsDialogRules, TheLengthNotChosenBecomesNegative) {
     EXPECT_EQ(AcceptPrintFormat(&f, 3, 1, 1, 0.2L, true, false, false), Result::kOutOfBounds);
     EXPECT_EQ(f.width, 3);
     const auto fields = [&f] {
-        return std::make_tuple(f.width, f.xUnit, f.hOffset, f.vOffset, f.frameImage, f.colorPrinter);
+        return std::make_tuple(f.width, f.xUnit, f.hOffset, f.vOffset, f.frameImage,
+                               f.colorPrinter);
     };
     ASSERT_EQ(AcceptPrintFormat(&f, 4, 0.5L, 1.5L, 2, true, true, false), 0);
     EXPECT_EQ(fields(), std::make_tuple(4.0L, -0.5L, 1.5L, 2.0L, true, false));

@@ -14,7 +14,7 @@ struct Num {
     Num() = default;
     explicit Num(std::string text) {
         text.push_back('\0');
-        (void)BigFromText(text.data(), &v);   // a test's own literal: only memory can fail
+        (void)BigFromText(text.data(), &v);  // a test's own literal: only memory can fail
     }
     ~Num() { BigFree(&v); }
     Num(const Num&) = delete;
