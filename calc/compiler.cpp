@@ -56,7 +56,7 @@ public:
     void Insert(int i, int kind) {
         Token t;
         t.kind = kind;
-        items.insert(items.begin() + i, std::move(t));
+        items.insert(items.begin() + i, t);
     }
     void Erase(int i) {
         Release(&At(i));

@@ -64,7 +64,7 @@ std::string AfterWords(const std::string& s, int n) {
 }  // namespace
 
 Interpreter::Interpreter(CalcContext* ctx, std::FILE* out, int wrap)
-    : model_(ctx), writer_(out, wrap), out_(out) {
+    : model_(ctx), writer_(out, wrap) {
     model_.AddObserver(this);
 }
 

@@ -35,5 +35,4 @@ private:
 
     CalcModel model_;
     ValueWriter writer_;
-    std::FILE* out_;
 };

@@ -138,8 +138,8 @@ void TTableWin::display() {
             const bool atBottom = bar->value() == bar->maximum();
             QTextCursor c(edit_->document());
             c.movePosition(QTextCursor::End);
-            c.insertText(
-                text_.mid(qsizetype(start + shownLength_), qsizetype(length - shownLength_)));
+            c.insertText(text_.mid(qsizetype(start) + qsizetype(shownLength_),
+                                   qsizetype(length - shownLength_)));
             if (atBottom) bar->setValue(bar->maximum());
         }
     } else {
