@@ -37,11 +37,13 @@ inline BigInt BigMagnitudeView(const BigInt* v) {
 // Negative in value: a zero magnitude counts as zero whatever the flag.
 inline bool BigIsNegative(const BigInt* v) { return v->negative && !BigIsZero(v); }
 
-// The value 1 that failing operations leave in their result.
-inline void BigSetFailed(BigInt* v) { BigFromInt(v, 1); }
+// The value 1 that failing operations leave in their result. The failure
+// being reported is the caller's; should even this one limb not be had, the
+// record stays released, which reads as zero.
+inline void BigSetFailed(BigInt* v) { (void)BigFromInt(v, 1); }
 
 // v := limbs 0..top of src at exact size with the given sign. 0 or 3.
-int BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
+Result BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
 
 // LimbsAdd without its last limb: d (max(ta, tb) + 1 limbs, may be a) gets
 // limbs 0..max(ta, tb) of a + b under the same carry rule; answers the carry

@@ -14,12 +14,6 @@
 
 namespace {
 
-constexpr int kCannotUnderstand = 1;
-constexpr int kCouldNotFind = 2;
-constexpr int kCannotOpenFile = 11;
-constexpr int kCannotSaveFile = 12;
-constexpr int kOutOfBounds = 17;
-
 std::string Trim(const std::string& s) {
     size_t b = s.find_first_not_of(" \t\r\n");
     if (b == std::string::npos) return "";

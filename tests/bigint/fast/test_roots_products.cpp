@@ -9,7 +9,7 @@ using namespace fasttest;
 
 namespace {
 
-using RootFn = int (*)(CalcContext*, const BigInt*, BigInt*);
+using RootFn = Result (*)(CalcContext*, const BigInt*, BigInt*);
 
 // Same code, digits and sign from the dispatcher and the reference kernel.
 void CheckRoot(RootFn fast, RootFn school, const std::vector<Limb>& limbs, bool negative) {
