@@ -47,7 +47,6 @@ constexpr int kNumWinBaseWidth = 720;
 constexpr int kNumWinFont = 2;   // the font table's Courier New 10
 constexpr int kTableCaption = 5;     // "input"
 constexpr int kTablePrompt = 813;    // "label (A ... Z)"
-constexpr int kOutOfBounds = 17;
 
 // White, or the grey of the desktop's windows, behind a number's digits.
 void SetBackground(TNumWin* w, bool white) {

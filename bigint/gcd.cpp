@@ -4,30 +4,14 @@
 #include "bigint/dispatch.h"
 #include "bigint/internal.h"
 
-// Euclid by long division on four arrays of |a|'s size: the pair, the
-// scratch and the quotient. |a| > |b| > 0; the answer is non-negative.
+// Euclid by long division on arrays of |a|'s size. |a| > |b| > 0; the
+// answer is non-negative.
 Result GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     assert(BigCompareMag(a, b) < 0 && !BigIsZero(b));
-    const int64_t size = static_cast<int64_t>(a->top) + 3;
-    LimbBuffer x(size), y(size), scratch(size), quotient(size);
-    if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return Result::kNoMemory;
-    CopyLimbs(x.get(), a->limbs, a->top + 1);
-    CopyLimbs(y.get(), b->limbs, b->top + 1);
-    int32_t tx = LimbsNormalizeTop(x.get(), a->top);
-    int32_t ty = LimbsNormalizeTop(y.get(), b->top);
-    for (;;) {
-        int32_t tq = ty;
-        const Result code =
-            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
-        if (code != 0) return code;
-        if (tx == 0 && x[0] == 0) break;
-        // The remainder becomes the new divisor.
-        x.Swap(y);
-        const int32_t t = tx;
-        tx = ty;
-        ty = t;
-    }
-    return BigFromLimbs(result, y.get(), ty, 0);
+    EuclidByDivision e;
+    Result code = e.Load(a, b, static_cast<int64_t>(a->top) + 3);
+    if (code == 0) code = e.Run(ctx, [](const Limb*, int32_t) { return true; });
+    return code != 0 ? code : BigFromLimbs(result, e.y.get(), e.ty, 0);
 }
 
 // gcd(x, y) with the signs the calculator has always shown: when x is zero or

@@ -125,32 +125,19 @@ Result ModMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y
 // The chain of quotients by long division, then the back-substitution. A
 // zero divisor in the chain (a a multiple of m, or zero) is divided anyway,
 // as the calculator always has: with a modulus of two limbs or more the
-// estimate is out of range (code 1); with one limb the division subtracts
-// zero until the poll stops it (-1).
+// estimate is out of range (kImpossibleEstimate); with one limb the division
+// subtracts zero until the poll stops it (kStopped).
 Result ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v) {
     const int64_t size = static_cast<int64_t>(m->top) + 3;
-    LimbBuffer x(size), y(size), scratch(size), quotient(size);
-    if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return Result::kNoMemory;
+    EuclidByDivision e;
     Chain chain;
-    CopyLimbs(x.get(), m->limbs, m->top + 1);
-    CopyLimbs(y.get(), a->limbs, a->top + 1);
-    int32_t tx = LimbsNormalizeTop(x.get(), m->top);
-    int32_t ty = LimbsNormalizeTop(y.get(), a->top);
-    if (ty == 0 && y[0] == 0 && tx > 0) return kImpossibleEstimate;
-    for (;;) {
-        int32_t tq = ty;
-        const Result code =
-            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
-        if (code != 0) return code;
-        if (tx == 0 && x[0] == 0) break;
-        if (!chain.Push(quotient.get(), tq)) return Result::kNoMemory;
-        x.Swap(y);
-        const int32_t t = tx;
-        tx = ty;
-        ty = t;
-    }
-    if (ty != 0 || y[0] != 1) return BigFromInt(v, 0);
-    Result code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, v);
+    Result code = e.Load(m, a, size);
+    if (code != 0) return code;
+    if (e.ty == 0 && e.y[0] == 0 && e.tx > 0) return kImpossibleEstimate;
+    code = e.Run(ctx, [&](const Limb* q, int32_t tq) { return chain.Push(q, tq); });
+    if (code != 0) return code;
+    if (e.ty != 0 || e.y[0] != 1) return BigFromInt(v, 0);
+    code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, v);
     if (code == 0 && v->negative) {
         BigTemp sum;
         code = BigAdd(&sum.v, m, v);
