@@ -5,9 +5,15 @@
 #include <memory>
 #include <sstream>
 
-#include "support.h"
+#include "support/test_support.h"
 
 namespace {
+
+// The vector file sits beside this source.
+std::string TestDataPath(const char* name) {
+    const std::string here = __FILE__;
+    return here.substr(0, here.find_last_of('/') + 1) + name;
+}
 
 struct Frac {
     Num n, d;
@@ -85,7 +91,7 @@ TEST(HandPickedCases, EveryLineOfTheVectorFileHolds) {
         while (tokens >> token) {
             if (op.empty() && token.rfind("M=", 0) == 0) {
                 ctx.modulusMode = true;
-                BigFromText(&token[2], &ctx.modulus);
+                ASSERT_EQ(BigFromText(&token[2], &ctx.modulus), Result::kOk) << "line " << lineNo;
             } else if (op.empty()) {
                 op = token;
             } else if (token == "->" || token[0] == '!') {
