@@ -147,18 +147,21 @@ void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const 
     mpz_clears(a, b, q, nullptr);
 }
 
-void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& op) {
+void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& op,
+                            const std::string& left) {
     Num warm, counted;
     QuitAtPoll warmUp, counting;
-    ASSERT_EQ(op(&warmUp, &warm.v), Result::kOk);
-    ASSERT_EQ(op(&counting, &counted.v), Result::kOk);
+    for (QuitAtPoll* c : {&warmUp, &counting}) {
+        const Result done = op(c, c == &warmUp ? &warm.v : &counted.v);
+        ASSERT_TRUE(done == Result::kOk || done == kRootInexact) << done;
+    }
     const long polls = counting.polls();
-    ASSERT_GT(polls, 10);
+    ASSERT_GE(polls, 5);
     for (long stopAt : {1L, 2L, polls / 3, polls / 2, polls - 1, polls}) {
         QuitAtPoll stop(stopAt);
         Num r;
         EXPECT_EQ(op(&stop, &r.v), Result::kStopped) << "poll " << stopAt << " of " << polls;
-        EXPECT_EQ(ToDecimal(&r.v), "1");
+        EXPECT_EQ(ToDecimal(&r.v), left) << "poll " << stopAt << " of " << polls;
         EXPECT_EQ(stop.polls(), stopAt);
     }
 }

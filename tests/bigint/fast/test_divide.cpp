@@ -107,17 +107,6 @@ TEST(FastDivide, BigDivModMatchesGmpAtShippedThresholds) {
     mpz_clears(x, d, q, r, nullptr);
 }
 
-TEST(FastDivide, QStopsALongQuotient) {
-    Num a, b, q, r;
-    RandomBig(&a.v, 40000, false);
-    RandomBig(&b.v, 20000, false);
-    for (long stopAt : {1L, 5L}) {
-        QuitAtPoll ctx(stopAt);
-        EXPECT_EQ(DivModDispatch(&ctx, &a.v, &b.v, &q.v, &r.v), Result::kStopped);
-        EXPECT_EQ(ctx.polls(), stopAt);
-    }
-}
-
 TEST(FastDivide, RepeatedDivisorsReuseNothingStale) {
     // The same divisor twice, then one differing in its lowest limb only,
     // then the first again after a division stopped while preparing it.

@@ -252,21 +252,3 @@ TEST(FastGcdAndInverse, QuotientsAllOneAndSingleHugeQuotients) {
     }
     mpz_clears(one, g, nullptr);
 }
-
-TEST(FastGcdAndInverse, QStopsThemAtEveryPoll) {
-    for (const bool lowered : {false, true}) {
-        FastThresholds t = lowered ? FastThresholds::Lowered() : FastThresholds();
-        t.nttParallel = 0;
-        ThresholdScope scope(t);
-        Num a, b, m, x;
-        const int32_t n = lowered ? 300 : 4 * t.gcdHalf;
-        RandomBig(&a.v, n, true);
-        RandomBig(&b.v, n - 3, true);
-        ExpectStopsAtEveryPoll([&](CalcContext* c, BigInt* r) { return BigGcd(c, &a.v, &b.v, r); });
-        const int32_t k = lowered ? 300 : 3 * t.gcdHalfLeaf;
-        RandomBig(&m.v, k, false);
-        RandomBig(&x.v, k - 2, false);
-        ExpectStopsAtEveryPoll(
-            [&](CalcContext* c, BigInt* r) { return ModInverse(c, &x.v, &m.v, r); });
-    }
-}

@@ -132,21 +132,6 @@ TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
 }
 
 
-TEST_P(FastModPowKernels, QStopsItWithResultOne) {
-    Num m, base, e, r;
-    RandomBig(&m.v, 400, false);
-    m.v.limbs[0] = 1;
-    RandomBig(&base.v, 400, false);
-    RandomBig(&e.v, 3000, false);
-    for (long stopAt : {1L, 3L}) {
-        QuitAtPoll ctx(stopAt);
-        EXPECT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &m.v), Result::kStopped);
-        EXPECT_EQ(ToDecimal(&r.v), "1");
-        EXPECT_EQ(ctx.polls(), stopAt);
-        BigFree(&r.v);
-    }
-}
-
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(WordsAndTransforms, FastModPowKernels, ::testing::Values(2000, 0));

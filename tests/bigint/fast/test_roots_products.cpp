@@ -129,18 +129,3 @@ TEST(FastProducts, BinomialsFromPrimeFactorsMatchGmp) {
     }
     mpz_clear(z);
 }
-
-TEST(FastRootsAndProducts, QStopsThem) {
-    Num x, r;
-    RandomBig(&x.v, 30000, false);
-    for (long stopAt : {1L, 4L}) {
-        QuitAtPoll a(stopAt), b(stopAt), c(stopAt);
-        EXPECT_EQ(SqrtDispatch(&a, &x.v, r.Out()), Result::kStopped);
-        EXPECT_EQ(CbrtDispatch(&b, &x.v, r.Out()), Result::kStopped);
-        EXPECT_EQ(RangeProductDispatch(&c, 0, 30000, r.Out()), Result::kStopped);
-        EXPECT_EQ(c.polls(), stopAt);
-        QuitAtPoll d(stopAt);
-        EXPECT_EQ(BinomialDispatch(&d, 200000, 100000, r.Out()), Result::kStopped);
-        EXPECT_EQ(d.polls(), stopAt);
-    }
-}
