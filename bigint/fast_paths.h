@@ -38,7 +38,8 @@ Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result);
 // floor(sqrt(|x|)) by the recursive square root with remainder.
 // kOk exact, kRootInexact, kNoMemory, kStopped.
 Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result);
-// floor(cbrt(|x|)) with x's sign, by Newton's iteration. kOk exact, kRootInexact, kNoMemory, kStopped.
+// floor(cbrt(|x|)) with x's sign, by Newton's iteration. kOk exact,
+// kRootInexact, kNoMemory, kStopped.
 Result CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result);
 
 // (c + 1) × … × n by a balanced product tree. kOk, kNoMemory, kStopped.
