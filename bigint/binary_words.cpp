@@ -62,11 +62,11 @@ namespace {
 // apart in 64-bit sums, which cannot overflow for lb < 2^31, so the inner
 // loop carries nothing and vectorises; one carry pass at the end. Polled per
 // row so that a long a cannot run on.
-int WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
-                uint32_t* p) {
+Result WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                     uint32_t* p) {
     const int32_t n = la + lb;
     Scratch<uint64_t> sums(2 * int64_t(n));
-    if (!sums) return kNoMemory;
+    if (!sums) return Result::kNoMemory;
     uint64_t* lo = sums.get();
     uint64_t* hi = lo + n;
     std::fill(lo, lo + 2 * int64_t(n), uint64_t(0));
@@ -79,7 +79,7 @@ int WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t*
             low[j] += static_cast<uint32_t>(t);
             high[j] += t >> 32;
         }
-        if (clk.Tick(la)) return kStopped;
+        if (clk.Tick(la)) return Result::kStopped;
     }
     // Each sum is below lb·2^32 and the carry below 2·lb + 1: no overflow.
     uint64_t carry = 0;
@@ -88,7 +88,7 @@ int WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t*
         p[k] = static_cast<uint32_t>(t);
         carry = (t >> 32) + (lo[k] >> 32) + (hi[k] >> 32);
     }
-    return 0;
+    return Result::kOk;
 }
 
 // Words as 16-bit halves, without a zero half on top; answers their count.
@@ -100,15 +100,15 @@ int32_t Halves(const uint32_t* a, int32_t la, uint16_t* h) {
     return (a[la - 1] >> 16) == 0 ? 2 * la - 1 : 2 * la;
 }
 
-int MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
-                 uint32_t* p) {
+Result MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                    uint32_t* p) {
     const bool square = b == nullptr;
     Scratch<uint16_t> h(2 * int64_t(la) + (square ? 0 : 2 * int64_t(lb)));
     Scratch<uint64_t> c(2 * (int64_t(la) + lb));
-    if (!h || !c) return kNoMemory;
+    if (!h || !c) return Result::kNoMemory;
     const int32_t ha = Halves(a, la, h.get());
     const int32_t hb = square ? ha : Halves(b, lb, h.get() + ha);
-    const int rc = NttConvolve16(clk, h.get(), ha, square ? nullptr : h.get() + ha, hb, c.get());
+    const Result rc = NttConvolve16(clk, h.get(), ha, square ? nullptr : h.get() + ha, hb, c.get());
     if (rc != 0) return rc;
     const int32_t nc = ha + hb - 1;
     uint64_t carry = 0;
@@ -120,33 +120,33 @@ int MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* 
         carry = (t >> 32) + (hi >> 16);
     }
     assert(carry == 0);
-    return 0;
+    return Result::kOk;
 }
 
 // la >= lb; b null for the square of a.
-int MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
-               uint32_t* p) {
+Result MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                  uint32_t* p) {
     if (lb < gFastThresholds.binaryNtt) return WordsBasecase(clk, a, la, b ? b : a, lb, p);
     if (2 * (int64_t(la) + lb) <= NttMaxLength()) return MulTransform(clk, a, la, b, lb, p);
     // a = a1·2^(32h) + a0: p = a0·b, then a1·b added in at word h.
     const int32_t h = la / 2;
     if (b == nullptr) b = a;
     Scratch<uint32_t> t(int64_t(la - h) + lb);
-    if (!t) return kNoMemory;
-    int rc = h >= lb ? MulOrdered(clk, a, h, b, lb, p) : MulOrdered(clk, b, lb, a, h, p);
+    if (!t) return Result::kNoMemory;
+    Result rc = h >= lb ? MulOrdered(clk, a, h, b, lb, p) : MulOrdered(clk, b, lb, a, h, p);
     if (rc == 0)
         rc = la - h >= lb ? MulOrdered(clk, a + h, la - h, b, lb, t.get())
                           : MulOrdered(clk, b, lb, a + h, la - h, t.get());
     if (rc != 0) return rc;
     std::fill(p + h + lb, p + la + lb, 0u);
     WordsAddShifted(p, la + lb, t.get(), la - h + lb, 32 * int64_t(h));
-    return 0;
+    return Result::kOk;
 }
 
 }  // namespace
 
-int WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
-             uint32_t* p) {
+Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                uint32_t* p) {
     if (b == nullptr || (b == a && lb == la)) return MulOrdered(clk, a, la, nullptr, la, p);
     if (la < lb) {
         std::swap(a, b);

@@ -38,9 +38,9 @@ private:
 int32_t WordsTrim(const uint32_t* a, int32_t n);
 
 // p[0..la + lb) = a·b for la, lb >= 1 (b null or b == a with lb == la: the
-// square); p must not overlap the operands. 0, kNoMemory, kStopped.
-int WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
-             uint32_t* p);
+// square); p must not overlap the operands. kOk, kNoMemory, kStopped.
+Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
+                uint32_t* p);
 
 // a[0..n) += b[0..m)·2^shift, for a sum below 2^(32n).
 void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift);

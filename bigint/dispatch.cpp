@@ -19,11 +19,11 @@ struct Magnitude {
     const BigInt* get() const { return copy.v.limbs ? &copy.v : &view; }
 };
 
-int MakeMagnitude(const BigInt* v, Magnitude* m) {
+Result MakeMagnitude(const BigInt* v, Magnitude* m) {
     m->view = BigMagnitudeView(v);
     m->view.top = LimbsTrimTop(v->limbs, v->top);
-    if (v->limbs[m->view.top] < kLimbBase) return 0;
-    const int code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
+    if (v->limbs[m->view.top] < kLimbBase) return Result::kOk;
+    const Result code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
     return code != 0 ? code : FastCanonical(&m->copy.v);
 }
 
@@ -35,16 +35,16 @@ struct DivisorCache {
     NewtonDivisor divisor;
     ~DivisorCache() { BigFree(&d); }
 
-    // The prepared divisor for dm in *out. 0, 3, -1 (the cache is then empty).
-    int For(CalcContext* ctx, const BigInt* dm, const NewtonDivisor** out) {
+    // The prepared divisor for dm in *out. kOk, kNoMemory, kStopped (the cache is then empty).
+    Result For(CalcContext* ctx, const BigInt* dm, const NewtonDivisor** out) {
         *out = &divisor;
         if (d.limbs && d.top == dm->top &&
             std::memcmp(d.limbs, dm->limbs, sizeof(Limb) * size_t(d.top + 1)) == 0)
-            return 0;
+            return Result::kOk;
         BigFree(&d);
         BigFree(&divisor.R);
         divisor.d = nullptr;
-        int code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
+        Result code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
         if (code == 0) code = NewtonDivisorPrepare(ctx, &d, &divisor);
         if (code != 0) {
             BigFree(&d);
@@ -57,13 +57,13 @@ struct DivisorCache {
 
 }  // namespace
 
-int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
+Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
     const int32_t limit = gFastThresholds.divNewton;
     const int32_t m = d->top + 1;
     const bool small = d->top <= 1;
     if (!small && (m < limit || x->top + 1 - m + 1 < limit)) return DivModSchool(ctx, x, d, q, r);
     Magnitude xm, dm;
-    int code = MakeMagnitude(x, &xm);
+    Result code = MakeMagnitude(x, &xm);
     if (code == 0) code = MakeMagnitude(d, &dm);
     // A quotient as long as the divisor (a product reduced by a modulus)
     // goes through the cached reciprocal; others get one sized to them.
@@ -83,23 +83,23 @@ int DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q
     if (code != 0) return code;
     q->negative = x->negative != d->negative;
     r->negative = x->negative;
-    return 0;
+    return Result::kOk;
 }
-int SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     if (x->top + 1 < gFastThresholds.sqrtRecursive) return SqrtSchool(ctx, x, result);
     Magnitude xm;
-    const int code = MakeMagnitude(x, &xm);
+    const Result code = MakeMagnitude(x, &xm);
     return code != 0 ? code : SqrtRecursive(ctx, xm.get(), result);
 }
-int CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     if (x->top + 1 < gFastThresholds.cbrtNewton) return CbrtSchool(ctx, x, result);
     Magnitude xm;
-    int code = MakeMagnitude(x, &xm);
+    Result code = MakeMagnitude(x, &xm);
     if (code == 0) code = CbrtNewton(ctx, xm.get(), result);
     if (code == 0 || code == 1) result->negative = x->negative;
     return code;
 }
-int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+Result RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
     const FastThresholds& t = gFastThresholds;
     if (n - c < 2 * t.productTree) return RangeProductSchool(ctx, c, n, result);
     // The factorisation pays when the range is long and starts low: its
@@ -108,31 +108,31 @@ int RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result)
         return RangeProductPrimes(ctx, c, n, result);
     return RangeProductTree(ctx, c, n, result);
 }
-int BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
+Result BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
     const FastThresholds& t = gFastThresholds;
     if (k >= t.rangePrimes && n <= t.rangePrimesSieve) return BinomialPrimes(ctx, n, k, result);
     BigTemp top, factorial, rest;
-    int code = RangeProductDispatch(ctx, n - k, n, &top.v);
+    Result code = RangeProductDispatch(ctx, n - k, n, &top.v);
     if (code == 0) code = RangeProductDispatch(ctx, 0, k, &factorial.v);
     if (code == 0) code = BigDivMod(ctx, &top.v, &factorial.v, result, &rest.v);
     return code;
 }
 
-int GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+Result GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     if (b->top + 1 < gFastThresholds.gcdLehmer) return GcdSchool(ctx, a, b, result);
     Magnitude am, bm;
-    int code = MakeMagnitude(a, &am);
+    Result code = MakeMagnitude(a, &am);
     if (code == 0) code = MakeMagnitude(b, &bm);
     if (code != 0) return code;
     if (b->top + 1 >= gFastThresholds.gcdHalf) return GcdHalf(ctx, am.get(), bm.get(), result);
     return GcdLehmer(ctx, am.get(), bm.get(), result);
 }
-int ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
+Result ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
     // The extended gcd takes 0 < a < m in value; every other case, a zero a
     // and a = m among them, keeps the chain and its answers.
     if (LimbsTrimTop(m->limbs, m->top) + 1 >= gFastThresholds.modInverse && !BigIsZeroMagnitude(a)) {
         Magnitude am, mm;
-        int code = MakeMagnitude(a, &am);
+        Result code = MakeMagnitude(a, &am);
         if (code == 0) code = MakeMagnitude(m, &mm);
         if (code != 0) return code;
         if (BigCompareMag(am.get(), mm.get()) > 0)
@@ -140,18 +140,18 @@ int ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, BigIn
     }
     return ModInverseSchool(ctx, a, m, result);
 }
-int RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
-                       BigInt* value) {
+Result RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                          BigInt* value) {
     if (count < gFastThresholds.radixDivide) return RadixToBigSchool(ctx, digits, count, base, value);
     return RadixToBigSplit(ctx, digits, count, base, value);
 }
-int BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+Result BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
     const int32_t limbs = value->top + 1;
     const bool powerOfTwo = base >= 2 && (base & (base - 1)) == 0;
     if (powerOfTwo ? limbs < gFastThresholds.radixBinary : limbs < gFastThresholds.radixDivide)
         return BigToRadixSchool(ctx, value, base, text);
     Magnitude vm;
-    const int code = MakeMagnitude(value, &vm);
+    const Result code = MakeMagnitude(value, &vm);
     if (code != 0) return code;
     return powerOfTwo ? BigToRadixBinary(ctx, vm.get(), base, text)
                       : BigToRadixSplit(ctx, vm.get(), base, text);

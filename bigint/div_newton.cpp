@@ -19,9 +19,9 @@ namespace {
 // to long division, which is right whatever the estimate was.
 constexpr int kMaxCorrections = 16;
 
-int ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
+Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     BigTemp power, rem;
-    int code = FastPowerOfBase(&power.v, 2 * k);
+    Result code = FastPowerOfBase(&power.v, 2 * k);
     if (code == 0) code = DivModSchool(ctx, &power.v, D, result, &rem.v);
     if (code == 0) result->negative = 0;
     return code;
@@ -29,11 +29,11 @@ int ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result)
 
 // The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
 // the reciprocal of d's leading k limbs. q and r written as new.
-int DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
-                BigInt* q, BigInt* r) {
+Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
+                   BigInt* q, BigInt* r) {
     const int32_t m = d->top + 1;
     BigTemp xt, prod, qd;
-    int code = FastShiftDown(&xt.v, X, m - 2);
+    Result code = FastShiftDown(&xt.v, X, m - 2);
     if (code == 0) code = FastMul(ctx, &prod.v, &xt.v, R);
     if (code == 0) code = FastShiftDown(q, &prod.v, k + 2);
     if (code == 0) code = FastMul(ctx, &qd.v, q, d);
@@ -41,7 +41,7 @@ int DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt
     for (int i = 0; code == 0; ++i) {
         const bool low = FastIsNegative(r);
         if (!low && BigCompareMag(r, d) > 0) break;   // 0 <= r < d
-        if (i == kMaxCorrections || (ctx->ShouldStop() && (code = -1))) break;
+        if (i == kMaxCorrections || (ctx->ShouldStop() && (code = Result::kStopped))) break;
         BigTemp nq, nr;
         BigInt one = {};
         code = BigFromInt(&one, 1);
@@ -59,19 +59,19 @@ int DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt
     BigFree(r);
     const int order = BigCompareMag(X, d);
     if (order > 0) {
-        BigFromInt(q, 0);
-        return BigFromLimbs(r, X->limbs, X->top, 0);
+        const Result zero = BigFromInt(q, 0);
+        return zero != 0 ? zero : BigFromLimbs(r, X->limbs, X->top, 0);
     }
     if (order == 0) {
-        BigFromInt(r, 0);
-        return BigFromInt(q, 1);
+        const Result zero = BigFromInt(r, 0);
+        return zero != 0 ? zero : BigFromInt(q, 1);
     }
     return DivModSchool(ctx, X, d, q, r);
 }
 
 }  // namespace
 
-int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
+Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     assert(D->top + 1 == k && k >= 2);
     const int32_t base = gFastThresholds.divNewton > 6 ? gFastThresholds.divNewton : 6;
     if (k <= base) return ReciprocalBase(ctx, D, k, result);
@@ -80,7 +80,7 @@ int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     // squares its relative error, about B^(1−h), to below B^(−k−2).
     const int32_t h = (k + 1) / 2 + 2;
     BigTemp dh, rh, t, power, e, et, corr, corrShift, r0;
-    int code = FastShiftDown(&dh.v, D, k - h);
+    Result code = FastShiftDown(&dh.v, D, k - h);
     if (code == 0) code = Reciprocal(ctx, &dh.v, h, &rh.v);
     if (code == 0) code = FastMul(ctx, &t.v, D, &rh.v);
     if (code == 0) code = FastPowerOfBase(&power.v, k + h);
@@ -98,14 +98,14 @@ int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     return code;
 }
 
-int NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
+Result NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
     divisor->d = d;
     divisor->k = d->top + 1;
     return Reciprocal(ctx, d, divisor->k, &divisor->R);
 }
 
-int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
-                 BigInt* remainder) {
+Result DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                    BigInt* remainder) {
     const int32_t n = x->top + 1, m = d->top + 1;
     const int32_t total = n - m + 1;              // quotient limbs at most
     const int32_t block = total < m ? total : m;
@@ -113,13 +113,13 @@ int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
     divisor.d = d;
     divisor.k = block + 2 < m ? block + 2 : m;
     BigTemp dk;
-    int code = FastShiftDown(&dk.v, d, m - divisor.k);
+    Result code = FastShiftDown(&dk.v, d, m - divisor.k);
     if (code == 0) code = Reciprocal(ctx, &dk.v, divisor.k, &divisor.R);
     return code != 0 ? code : DivModWithDivisor(ctx, x, &divisor, quotient, remainder);
 }
 
-int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
-                      BigInt* quotient, BigInt* remainder) {
+Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
+                         BigInt* quotient, BigInt* remainder) {
     const BigInt* d = divisor->d;
     const int32_t n = x->top + 1, m = d->top + 1;
     if (BigCompareMag(x, d) >= 0) return FastDivMod(ctx, x, d, quotient, remainder);
@@ -127,12 +127,12 @@ int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* di
     const int32_t block = total < m ? total : m;
     const int32_t k = divisor->k;
     const BigInt* R = &divisor->R;
-    int code = 0;
+    Result code = Result::kOk;
 
     // rem starts as x's leading m − 1 limbs (below d); each block appends the
     // next c limbs of x and yields c limbs of quotient.
     LimbBuffer q(int64_t(total) + 1, true);
-    if (!q.ok()) return 3;
+    if (!q.ok()) return Result::kNoMemory;
     BigInt rem = {};
     code = FastShiftDown(&rem, x, total);
     int32_t done = 0;
@@ -144,7 +144,7 @@ int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* di
         // c limbs and rem's, so that a block costs no more than its own size
         // however long x is.
         LimbBuffer joined(int64_t(c) + rem.top + 1);
-        if (!joined.ok()) code = 3;
+        if (!joined.ok()) code = Result::kNoMemory;
         if (code == 0) {
             CopyLimbs(joined.get(), x->limbs + low, c);
             CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);

@@ -6,13 +6,13 @@
 #include "bigint/fast_paths.h"
 #include "bigint/poll_clock.h"
 
-int DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
-                BigInt* remainder) {
+Result DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                   BigInt* remainder) {
     auto limb = [](Limb v) { return uint64_t(uint16_t(v)); };
     const uint64_t dv = d->top == 0 ? limb(d->limbs[0]) : limb(d->limbs[0]) + limb(d->limbs[1]) * kLimbBase;
     const int32_t n = x->top + 1;
     LimbBuffer q(n);
-    if (!q.ok()) return 3;
+    if (!q.ok()) return Result::kNoMemory;
     constexpr uint64_t kPair = uint64_t(kLimbBase) * kLimbBase;
     PollClock clk(ctx);
     uint64_t rest = 0;
@@ -30,13 +30,14 @@ int DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quot
         q[i - 1] = static_cast<Limb>(qp % kLimbBase);
         q[i] = static_cast<Limb>(qp / kLimbBase);
         // A machine division costs about as much as sixteen limb products.
-        if ((i & 0x3FFF) == 1 && clk.Tick(16 * 0x4000)) return -1;
+        if ((i & 0x3FFF) == 1 && clk.Tick(16 * 0x4000)) return Result::kStopped;
     }
     const Limb r[2] = {static_cast<Limb>(rest % kLimbBase), static_cast<Limb>(rest / kLimbBase)};
-    if (BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), n - 1), 0) != 0) return 3;
+    if (BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), n - 1), 0) != 0)
+        return Result::kNoMemory;
     if (BigFromLimbs(remainder, r, r[1] != 0 ? 1 : 0, 0) != 0) {
         BigFree(quotient);
-        return 3;
+        return Result::kNoMemory;
     }
-    return 0;
+    return Result::kOk;
 }

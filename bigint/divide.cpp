@@ -26,8 +26,8 @@ int QuotientDigitEstimate(const Limb* w, const Limb* d, int32_t tw, int32_t td) 
 //
 // d must not be zero; the one caller that lets a zero through (the modular
 // inverse) relies on this loop subtracting zero until the poll stops it.
-int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int32_t* tn,
-                int32_t* td) {
+Result LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int32_t* tn,
+                   int32_t* td) {
     const int32_t topN = *tn;
     const int32_t topD = *td;
     assert(topD >= 0 && topN >= topD && n != q);
@@ -43,7 +43,7 @@ int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int3
         int e = 0;
         if (r >= topD + pos) {
             e = QuotientDigitEstimate(n + pos, d, r - pos, topD);
-            if (e > kLimbBase - 1) return 1;
+            if (e > kLimbBase - 1) return kImpossibleEstimate;
             if (e > 0) {
                 CopyLimbs(s, d, topD + 1);
                 const int32_t ts = LimbsMulSmall(s, e, topD);
@@ -56,7 +56,7 @@ int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int3
             --pos;
             digit = 0;
         }
-        if (ctx->ShouldStop()) return -1;
+        if (ctx->ShouldStop()) return Result::kStopped;
     }
     int32_t qt = topN;
     while (qt > w && q[qt] == 0) --qt;
@@ -64,30 +64,31 @@ int LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, int3
     CopyLimbs(q, q + w, qt + 1);
     *tn = r;
     *td = qt;
-    return 0;
+    return Result::kOk;
 }
 
 // |x| > |d| > 1 on normalised copies, so a top limb of 10000 left by an
 // addition divides by its value.
-int DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
-                 BigInt* remainder) {
+Result DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                    BigInt* remainder) {
     assert(BigCompareMag(x, d) < 0 && !BigIsOne(d));
     const int64_t size = static_cast<int64_t>(x->top) + 2;
     LimbBuffer rem(size), quo(size), dn(static_cast<int64_t>(d->top) + 2),
         scratch(static_cast<int64_t>(d->top) + 3);
-    if (!rem.ok() || !quo.ok() || !dn.ok() || !scratch.ok()) return 3;
+    if (!rem.ok() || !quo.ok() || !dn.ok() || !scratch.ok()) return Result::kNoMemory;
     CopyLimbs(rem.get(), x->limbs, x->top + 1);
     CopyLimbs(dn.get(), d->limbs, d->top + 1);
     int32_t tn = LimbsNormalizeTop(rem.get(), x->top);
     int32_t td = LimbsNormalizeTop(dn.get(), d->top);
-    const int code = LimbsDivide(ctx, rem.get(), dn.get(), scratch.get(), quo.get(), &tn, &td);
+    const Result code = LimbsDivide(ctx, rem.get(), dn.get(), scratch.get(), quo.get(), &tn, &td);
     if (code < 0) return code;
-    if (BigFromLimbs(quotient, quo.get(), td, x->negative != d->negative) != 0) return 3;
+    if (BigFromLimbs(quotient, quo.get(), td, x->negative != d->negative) != 0)
+        return Result::kNoMemory;
     if (BigFromLimbs(remainder, rem.get(), tn, x->negative) != 0) {
         BigFree(quotient);
-        return 3;
+        return Result::kNoMemory;
     }
-    return 0;
+    return Result::kOk;
 }
 
 // Truncating division: the quotient rounds toward zero and the remainder
@@ -95,14 +96,14 @@ int DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
 // Division by zero answers 104 with both results 0; a zero read with more
 // than one limb counts as zero here, where it would otherwise stall the
 // long division.
-int BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
-              BigInt* remainder) {
+Result BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                 BigInt* remainder) {
     BigInt q = {}, r = {};
-    int code = 0;
+    Result code = Result::kOk;
     if (BigIsZeroMagnitude(d)) {
-        code = 104;
+        code = Result::kDivisionByZero;
     } else if (BigIsZero(x)) {
-        code = 0;
+        code = Result::kOk;
     } else if (BigIsOne(d)) {
         code = BigCopy(&q, x);
         q.negative = d->negative != x->negative;
@@ -121,8 +122,11 @@ int BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotie
         BigFree(&q);
         BigFree(&r);
     }
-    if (!q.limbs) BigFromInt(&q, 0);
-    if (!r.limbs) BigFromInt(&r, 0);
+    // Zeros for the parts not made (a failure, or nothing to divide). Should
+    // one limb not be had, the part stays released, which reads as zero, and
+    // the code decided above is the one reported.
+    if (!q.limbs) (void)BigFromInt(&q, 0);
+    if (!r.limbs) (void)BigFromInt(&r, 0);
     BigMove(quotient, &q);
     BigMove(remainder, &r);
     return code;

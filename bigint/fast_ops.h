@@ -4,28 +4,28 @@
 // as everywhere in the arithmetic) and are canonical: sign clear unless
 // stated, no leading zero limbs, and no top limb of 10000 (the sums of
 // BigAdd may leave one; these helpers carry it on, so comparisons by
-// BigCompareMag are comparisons of values). Codes 0, 3, and -1 from products.
+// BigCompareMag are comparisons of values). Codes kOk, kNoMemory, and kStopped from products.
 #pragma once
 
 #include "bigint/internal.h"
 
 // v made canonical in place (a top limb of 10000 carried into a new limb).
-int FastCanonical(BigInt* v);
+Result FastCanonical(BigInt* v);
 // Signed sum and difference, canonical.
-int FastAdd(BigInt* r, const BigInt* x, const BigInt* y);
-int FastSub(BigInt* r, const BigInt* x, const BigInt* y);
-// Product with the sign rule of BigMul: 0, 3, or -1 (stopped).
-int FastMul(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y);
+Result FastAdd(BigInt* r, const BigInt* x, const BigInt* y);
+Result FastSub(BigInt* r, const BigInt* x, const BigInt* y);
+// Product with the sign rule of BigMul: kOk, kNoMemory, or kStopped.
+Result FastMul(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y);
 // q, r = |x| divmod |d| for d != 0 and any x: the dispatcher's division
 // without its |x| > |d| > 1 precondition. Both non-negative.
-int FastDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r);
+Result FastDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r);
 // floor(|v| / 10000^k); zero when k passes the top.
-int FastShiftDown(BigInt* r, const BigInt* v, int32_t k);
+Result FastShiftDown(BigInt* r, const BigInt* v, int32_t k);
 // |v| · 10000^k.
-int FastShiftUp(BigInt* r, const BigInt* v, int32_t k);
+Result FastShiftUp(BigInt* r, const BigInt* v, int32_t k);
 // |v| mod 10000^k.
-int FastLowPart(BigInt* r, const BigInt* v, int32_t k);
+Result FastLowPart(BigInt* r, const BigInt* v, int32_t k);
 // 10000^k.
-int FastPowerOfBase(BigInt* r, int32_t k);
+Result FastPowerOfBase(BigInt* r, int32_t k);
 // Whether v is negative in value.
 inline bool FastIsNegative(const BigInt* v) { return BigIsNegative(v); }

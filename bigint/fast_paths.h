@@ -8,13 +8,13 @@
 #include "bigint/fast_ops.h"
 
 // Quotient and remainder of magnitudes |x| > |d| > 1 by a Newton reciprocal
-// of d; quotient and remainder non-negative. 0, 3, -1.
-int DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
-                 BigInt* remainder);
+// of d; quotient and remainder non-negative. kOk, kNoMemory, kStopped.
+Result DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                    BigInt* remainder);
 // The same for canonical divisors below 10^8 (at most two limbs), in one
-// pass; quotient and remainder non-negative. 0, 3, -1.
-int DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
-                BigInt* remainder);
+// pass; quotient and remainder non-negative. kOk, kNoMemory, kStopped.
+Result DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
+                   BigInt* remainder);
 // A divisor with its reciprocal, for many divisions by the same number.
 struct NewtonDivisor {
     const BigInt* d = nullptr;   // not owned
@@ -26,52 +26,53 @@ struct NewtonDivisor {
     NewtonDivisor& operator=(const NewtonDivisor&) = delete;
 };
 // Reciprocal of all of d (at least 2 limbs, canonical), good for any quotient.
-int NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor);
+Result NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor);
 // |x| divmod d for any x >= 0 with a prepared divisor (or one made by
 // DivModNewton for quotients as long as x's).
-int DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
-                      BigInt* quotient, BigInt* remainder);
+Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
+                         BigInt* quotient, BigInt* remainder);
 // An approximation within a few units of 10000^(2k) / D, for D of exactly
-// k >= 2 limbs. 0, 3, -1.
-int Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result);
+// k >= 2 limbs. kOk, kNoMemory, kStopped.
+Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result);
 
 // floor(sqrt(|x|)) by the recursive square root with remainder.
-// 0 exact, 1 inexact, 3, -1.
-int SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result);
-// floor(cbrt(|x|)) with x's sign, by Newton's iteration. 0 exact, 1 inexact, 3, -1.
-int CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result);
+// kOk exact, kRootInexact, kNoMemory, kStopped.
+Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result);
+// floor(cbrt(|x|)) with x's sign, by Newton's iteration. kOk exact,
+// kRootInexact, kNoMemory, kStopped.
+Result CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result);
 
-// (c + 1) × … × n by a balanced product tree. 0, 3, -1.
-int RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
+// (c + 1) × … × n by a balanced product tree. kOk, kNoMemory, kStopped.
+Result RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
 // The same from the prime factorisation of n! / c!; sieves up to n.
-int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
-// C(n, k) for 0 <= k <= n from its prime factorisation; sieves up to n. 0, 3, -1.
-int BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result);
+Result RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result);
+// C(n, k) for 0 <= k <= n from its prime factorisation; sieves up to n. kOk, kNoMemory, kStopped.
+Result BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result);
 
 // base^e mod |m| in 0 … |m| - 1 for m != 0 and |e| >= 2 (the exponent's
-// sign is ignored), by Montgomery multiplication on 64-bit words. 0, 3, -1.
-int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
-                     BigInt* result);
+// sign is ignored), by Montgomery multiplication on 64-bit words. kOk, kNoMemory, kStopped.
+Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent,
+                        const BigInt* m, BigInt* result);
 
 // The same for moduli of any length, by transform products and the
-// modulus's cached reciprocal. 0, 3, -1.
-int ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
-               BigInt* result);
+// modulus's cached reciprocal. kOk, kNoMemory, kStopped.
+Result ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+                  BigInt* result);
 
-// gcd of |a| > |b| > 0 by Lehmer's method. 0, 3, -1.
-int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+// gcd of |a| > |b| > 0 by Lehmer's method. kOk, kNoMemory, kStopped.
+Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
 // The same by the half-gcd: Lehmer's steps at the leaves, cofactor matrices
-// joined by products above them. 0, 3, -1.
-int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
+// joined by products above them. kOk, kNoMemory, kStopped.
+Result GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result);
 // The inverse of a modulo m in 1 … m − 1, or 0 when gcd(a, m) > 1, by the
 // extended gcd on Lehmer's steps and the half-gcd; canonical magnitudes
-// 0 < a < m. 0, 3, -1.
-int ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result);
+// 0 < a < m. kOk, kNoMemory, kStopped.
+Result ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result);
 
 // Base conversion by divide and conquer over powers of the base.
-int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
-                    BigInt* value);
-int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text);
+Result RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                       BigInt* value);
+Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text);
 // Digits of a canonical magnitude in base 2, 4, 8 or 16 through binary
-// words (radix_binary.cpp). 0, 3, -1.
-int BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::string* text);
+// words (radix_binary.cpp). kOk, kNoMemory, kStopped.
+Result BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::string* text);

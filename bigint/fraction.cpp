@@ -10,7 +10,7 @@ enum class FracOp { Add, Sub };
 bool BothWhole(const BigInt* ad, const BigInt* bd) { return BigIsOne(ad) && BigIsOne(bd); }
 
 // Moves the pair into the results, or sets both to 1 on failure.
-int Finish(int code, BigInt* rn, BigInt* rd, BigInt* n, BigInt* d) {
+Result Finish(Result code, BigInt* rn, BigInt* rd, BigInt* n, BigInt* d) {
     if (code > 0 || code == -1) {
         BigFree(n);
         BigFree(d);
@@ -25,10 +25,10 @@ int Finish(int code, BigInt* rn, BigInt* rd, BigInt* n, BigInt* d) {
 
 // p/q ± r/s. Whole operands add their numerators (modularly in modulus mode);
 // otherwise (p*s ± q*r) / (q*s) with no reduction.
-int FracAddSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* p, const BigInt* q,
-               const BigInt* r, const BigInt* s, FracOp op) {
+Result FracAddSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* p, const BigInt* q,
+                  const BigInt* r, const BigInt* s, FracOp op) {
     BigTemp n, d;
-    int code;
+    Result code;
     if (BothWhole(q, s)) {
         code = BigFromInt(&d.v, 1);
         if (code == 0) {
@@ -54,14 +54,14 @@ int FracAddSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* p, const 
 
 // Divides both by their gcd; -9 (not an error) when the gcd is 1, the results
 // then being copies.
-int FracReduce(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* numerator,
-               BigInt* denominator) {
+Result FracReduce(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* numerator,
+                  BigInt* denominator) {
     BigTemp g, n, d, rest;
-    int code = BigGcd(ctx, x, y, &g.v);
+    Result code = BigGcd(ctx, x, y, &g.v);
     if (code == 0 && BigIsOne(&g.v)) {
         code = BigCopy(&n.v, x);
         if (code == 0) code = BigCopy(&d.v, y);
-        if (code == 0) code = -9;
+        if (code == 0) code = kFracCoprime;
     } else if (code == 0) {
         code = BigDivMod(ctx, x, &g.v, &n.v, &rest.v);
         BigFree(&rest.v);
@@ -70,20 +70,20 @@ int FracReduce(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* numer
     return Finish(code, numerator, denominator, &n.v, &d.v);
 }
 
-int FracAdd(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
-            const BigInt* bn, const BigInt* bd) {
+Result FracAdd(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
+               const BigInt* bn, const BigInt* bd) {
     return FracAddSub(ctx, rn, rd, an, ad, bn, bd, FracOp::Add);
 }
 
-int FracSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
-            const BigInt* bn, const BigInt* bd) {
+Result FracSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
+               const BigInt* bn, const BigInt* bd) {
     return FracAddSub(ctx, rn, rd, an, ad, bn, bd, FracOp::Sub);
 }
 
-int FracMul(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
-            const BigInt* bn, const BigInt* bd) {
+Result FracMul(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
+               const BigInt* bn, const BigInt* bd) {
     BigTemp n, d;
-    int code;
+    Result code;
     if (BothWhole(ad, bd)) {
         code = BigFromInt(&d.v, 1);
         if (code == 0) code = ctx->modulusMode ? ModMul(ctx, &n.v, an, bn, &ctx->modulus)
@@ -98,15 +98,17 @@ int FracMul(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const Bi
 // Whole by whole: modulus mode multiplies by the inverse; otherwise an exact
 // quotient stays whole and an inexact one becomes the reduced fraction
 // (6 / 4 = 3/2, 3 / -2 = 3/-2). Anything else is (p*s) / (q*r), unreduced.
-int FracDiv(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
-            const BigInt* bn, const BigInt* bd) {
+Result FracDiv(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const BigInt* ad,
+               const BigInt* bn, const BigInt* bd) {
     BigTemp n, d;
     if (BigIsZero(bn)) {
-        BigFromInt(rn, 0);
-        BigFromInt(rd, 1);
-        return 104;
+        // The failure reported is the division's; a record left released
+        // reads as zero.
+        (void)BigFromInt(rn, 0);
+        (void)BigFromInt(rd, 1);
+        return Result::kDivisionByZero;
     }
-    int code;
+    Result code;
     if (BothWhole(ad, bd) && ctx->modulusMode) {
         BigTemp inverse;
         code = ModInverse(ctx, bn, &ctx->modulus, &inverse.v);
@@ -120,7 +122,7 @@ int FracDiv(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const Bi
         } else if (code == 0) {
             BigFree(&n.v);
             code = FracReduce(ctx, an, bn, &n.v, &d.v);
-            if (code == -9) code = 0;
+            if (code == -9) code = Result::kOk;
         }
     } else {
         code = BigMul(ctx, &n.v, an, bd);

@@ -4,86 +4,50 @@
 #include "bigint/dispatch.h"
 #include "bigint/internal.h"
 
-// Euclid by long division on four arrays of |a|'s size: the pair, the
-// scratch and the quotient. |a| > |b| > 0; the answer is non-negative.
-int GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+// Euclid by long division on arrays of |a|'s size. |a| > |b| > 0; the
+// answer is non-negative.
+Result GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     assert(BigCompareMag(a, b) < 0 && !BigIsZero(b));
-    const int64_t size = static_cast<int64_t>(a->top) + 3;
-    LimbBuffer x(size), y(size), scratch(size), quotient(size);
-    if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return 3;
-    CopyLimbs(x.get(), a->limbs, a->top + 1);
-    CopyLimbs(y.get(), b->limbs, b->top + 1);
-    int32_t tx = LimbsNormalizeTop(x.get(), a->top);
-    int32_t ty = LimbsNormalizeTop(y.get(), b->top);
-    for (;;) {
-        int32_t tq = ty;
-        const int code =
-            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
-        if (code != 0) return code;
-        if (tx == 0 && x[0] == 0) break;
-        // The remainder becomes the new divisor.
-        x.Swap(y);
-        const int32_t t = tx;
-        tx = ty;
-        ty = t;
-    }
-    return BigFromLimbs(result, y.get(), ty, 0);
+    EuclidByDivision e;
+    Result code = e.Load(a, b, static_cast<int64_t>(a->top) + 3);
+    if (code == 0) code = e.Run(ctx, [](const Limb*, int32_t) { return true; });
+    return code != 0 ? code : BigFromLimbs(result, e.y.get(), e.ty, 0);
 }
 
 // gcd(x, y) with the signs the calculator has always shown: when x is zero or
 // |x| = |y| the answer is y as it stands, when y is zero it is x, so
 // gcd(0, -5) = gcd(5, -5) = -5 while gcd(-5, 5) = 5. Otherwise the answer is
 // positive. Two zeros answer 6.
-int BigGcd(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result) {
+Result BigGcd(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result) {
     const bool xZero = BigIsZero(x);
     const bool yZero = BigIsZero(y);
     if (xZero && yZero) {
         BigSetFailed(result);
-        return 6;
+        return Result::kInconsistent;
     }
     const int order = BigCompareMag(x, y);
     if (xZero || order == 0) return BigCopy(result, y);
     if (yZero) return BigCopy(result, x);
     BigTemp g;
-    const int code = order < 0 ? GcdDispatch(ctx, x, y, &g.v) : GcdDispatch(ctx, y, x, &g.v);
+    const Result code = order < 0 ? GcdDispatch(ctx, x, y, &g.v) : GcdDispatch(ctx, y, x, &g.v);
     if (code != 0) {
         BigSetFailed(result);
         return code;
     }
     g.v.negative = 0;
     BigMove(result, &g.v);
-    return 0;
-}
-
-uint32_t GcdU32(uint32_t a, uint32_t b) {
-    while (b != 0) {
-        const uint32_t r = a % b;
-        a = b;
-        b = r;
-    }
-    return a;
-}
-
-// gcd of a, b and then c, d, e, f in turn; the first zero among c … f ends
-// the list. Once the gcd is 1 the rest are only looked at for that zero.
-uint32_t GcdU32Many(uint32_t a, uint32_t b, uint32_t c, uint32_t d, uint32_t e, uint32_t f) {
-    uint32_t g = GcdU32(a, b);
-    for (const uint32_t v : {c, d, e, f}) {
-        if (v == 0) return g;
-        if (g > 1) g = GcdU32(g, v);
-    }
-    return g;
+    return Result::kOk;
 }
 
 // |x y| / gcd(x, y): the sign follows the gcd's, so lcm(5, -5) = -5.
 // A zero argument answers 104.
-int BigLcm(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result) {
+Result BigLcm(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result) {
     if (BigIsZero(x) || BigIsZero(y)) {
         BigSetFailed(result);
-        return 104;
+        return Result::kDivisionByZero;
     }
     BigTemp product, g, q, rest;
-    int code = BigMul(ctx, &product.v, x, y);
+    Result code = BigMul(ctx, &product.v, x, y);
     product.v.negative = 0;
     if (code == 0) code = BigGcd(ctx, x, y, &g.v);
     if (code == 0) code = BigDivMod(ctx, &product.v, &g.v, &q.v, &rest.v);
@@ -92,5 +56,5 @@ int BigLcm(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result) {
         return code;
     }
     BigMove(result, &q.v);
-    return 0;
+    return Result::kOk;
 }

@@ -42,10 +42,10 @@ struct State {
 };
 
 // (u0, u1) := (u0, u1)·[n00 n01; n10 n11].
-int RowTimes(HgcdRun& run, State* s, const BigInt* n00, const BigInt* n01, const BigInt* n10,
-             const BigInt* n11) {
+Result RowTimes(HgcdRun& run, State* s, const BigInt* n00, const BigInt* n01, const BigInt* n10,
+                const BigInt* n11) {
     BigTemp p0, p1, q0, q1, r0, r1;
-    int code = run.Mul(&p0.v, &s->u0.v, n00);
+    Result code = run.Mul(&p0.v, &s->u0.v, n00);
     if (code == 0) code = run.Mul(&p1.v, &s->u1.v, n10);
     if (code == 0) code = FastAdd(&r0.v, &p0.v, &p1.v);
     if (code == 0) code = run.Mul(&q0.v, &s->u0.v, n01);
@@ -54,13 +54,13 @@ int RowTimes(HgcdRun& run, State* s, const BigInt* n00, const BigInt* n01, const
     if (code != 0) return code;
     BigReplace(&s->u0.v, &r0.v);
     BigReplace(&s->u1.v, &r1.v);
-    return 0;
+    return Result::kOk;
 }
 
 // (x, y) := (y, x mod y), M := M·[q 1; 1 0].
-int DivisionStep(HgcdRun& run, State* s) {
+Result DivisionStep(HgcdRun& run, State* s) {
     BigTemp q, r, one, zero;
-    int code = FastDivMod(run.ctx, &s->x.v, &s->y.v, &q.v, &r.v);
+    Result code = FastDivMod(run.ctx, &s->x.v, &s->y.v, &q.v, &r.v);
     if (code == 0) code = BigFromInt(&one.v, 1);
     if (code == 0) code = BigFromInt(&zero.v, 0);
     if (code == 0) code = RowTimes(run, s, &q.v, &one.v, &one.v, &zero.v);
@@ -68,12 +68,12 @@ int DivisionStep(HgcdRun& run, State* s) {
     BigReplace(&s->x.v, &s->y.v);
     BigMove(&s->y.v, &r.v);
     s->det = -s->det;
-    return 0;
+    return Result::kOk;
 }
 
 // Half-gcd rounds while y has at least modInverseHalf limbs.
-int HalfRounds(HgcdRun& run, State* s) {
-    int code = 0;
+Result HalfRounds(HgcdRun& run, State* s) {
+    Result code = Result::kOk;
     while (code == 0 && !BigIsZero(&s->y.v) && Len(s->y.v) >= gFastThresholds.modInverseHalf) {
         HgcdMatrix n;
         bool moved = false;
@@ -91,24 +91,24 @@ int HalfRounds(HgcdRun& run, State* s) {
 
 // Lehmer's steps down to y = 0, the row carried along; every array has the
 // room of m's limbs plus the combination's slack, since nothing outgrows m.
-int LehmerSteps(HgcdRun& run, State* s, int32_t room) {
+Result LehmerSteps(HgcdRun& run, State* s, int32_t room) {
     LimbSlot x, y, u0, u1, t0, t1;
     LimbSlot* work[4] = {&x, &y, &u0, &u1};
     BigInt* kept[4] = {&s->x.v, &s->y.v, &s->u0.v, &s->u1.v};
-    auto load = [&] {
+    auto load = [&]() -> Result {
         for (int i = 0; i < 4; ++i)
-            if (work[i]->Load(*kept[i], room) != 0) return 3;
-        return 0;
+            if (work[i]->Load(*kept[i], room) != 0) return Result::kNoMemory;
+        return Result::kOk;
     };
-    auto store = [&] {
+    auto store = [&]() -> Result {
         for (int i = 0; i < 4; ++i)
-            if (work[i]->Store(kept[i]) != 0) return 3;
-        return 0;
+            if (work[i]->Store(kept[i]) != 0) return Result::kNoMemory;
+        return Result::kOk;
     };
-    int code = load();
-    if (code == 0 && !(t0.limbs.Reset(room) && t1.limbs.Reset(room))) code = 3;
+    Result code = load();
+    if (code == 0 && !(t0.limbs.Reset(room) && t1.limbs.Reset(room))) code = Result::kNoMemory;
     while (code == 0 && !(y.len == 1 && y.limbs[0] == 0)) {
-        if (run.clk.Tick(4 * (int64_t(x.len) + u0.len))) return -1;
+        if (run.clk.Tick(4 * (int64_t(x.len) + u0.len))) return Result::kStopped;
         const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, 0);
         if (c.steps == 0) {
             code = store();
@@ -128,10 +128,10 @@ int LehmerSteps(HgcdRun& run, State* s, int32_t room) {
 
 }  // namespace
 
-int ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
+Result ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
     HgcdRun run(ctx);
     State s;
-    int code = BigFromLimbs(&s.x.v, m->limbs, m->top, 0);
+    Result code = BigFromLimbs(&s.x.v, m->limbs, m->top, 0);
     if (code == 0) code = BigFromLimbs(&s.y.v, a->limbs, a->top, 0);
     if (code == 0) code = BigFromInt(&s.u0.v, 1);
     if (code == 0) code = BigFromInt(&s.u1.v, 0);
@@ -145,7 +145,7 @@ int ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, BigIn
     if (code != 0) return code;
     if (s.det < 0 || BigIsZero(&r.v)) {
         BigMove(result, &r.v);
-        return 0;
+        return Result::kOk;
     }
     return FastSub(result, m, &r.v);
 }

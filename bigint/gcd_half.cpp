@@ -51,14 +51,14 @@ bool AtLeastPower(const BigInt& v, int32_t s) { return v.top >= s; }
 using Matrix = HgcdMatrix;
 using Run = HgcdRun;
 
-int SetIdentity(Matrix* m) {
+Result SetIdentity(Matrix* m) {
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j) {
             BigFree(&m->u[i][j].v);
-            if (BigFromInt(&m->u[i][j].v, i == j ? 1 : 0) != 0) return 3;
+            if (BigFromInt(&m->u[i][j].v, i == j ? 1 : 0) != 0) return Result::kNoMemory;
         }
     m->det = 1;
-    return 0;
+    return Result::kOk;
 }
 
 void Exchange(Matrix* x, Matrix* y) {
@@ -83,14 +83,14 @@ bool IsIdentity(const Matrix& m) {
 // m := m·n by Strassen's seven products in Winograd's form, which pays once
 // the products are past schoolbook size. Its sums may be negative; the
 // entries it gives are not.
-int MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
+Result MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
     const BigInt *a11 = &m->u[0][0].v, *a12 = &m->u[0][1].v;
     const BigInt *a21 = &m->u[1][0].v, *a22 = &m->u[1][1].v;
     const BigInt *b11 = &n.u[0][0].v, *b12 = &n.u[0][1].v;
     const BigInt *b21 = &n.u[1][0].v, *b22 = &n.u[1][1].v;
     BigTemp s1, s2, s3, s4, t1, t2, t3, t4, p[7], w, v, x;
     Matrix r;
-    int code = FastAdd(&s1.v, a21, a22);
+    Result code = FastAdd(&s1.v, a21, a22);
     if (code == 0) code = FastSub(&s2.v, &s1.v, a11);
     if (code == 0) code = FastSub(&s3.v, a11, a21);
     if (code == 0) code = FastSub(&s4.v, a12, &s2.v);
@@ -115,20 +115,20 @@ int MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
         for (auto& e : row) e.v.negative = 0;
     r.det = m->det * n.det;
     Exchange(m, &r);
-    return 0;
+    return Result::kOk;
 }
 
 // m := m·n.
-int MatMul(Run& run, Matrix* m, const Matrix& n) {
+Result MatMul(Run& run, Matrix* m, const Matrix& n) {
     Matrix r;
     if (IsIdentity(*m)) {
-        int code = 0;
+        Result code = Result::kOk;
         for (int i = 0; i < 4 && code == 0; ++i)
             code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
         if (code != 0) return code;
         r.det = n.det;
         Exchange(m, &r);
-        return 0;
+        return Result::kOk;
     }
     int32_t shortest = INT32_MAX;
     for (int i = 0; i < 4; ++i)
@@ -137,14 +137,14 @@ int MatMul(Run& run, Matrix* m, const Matrix& n) {
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j) {
             BigTemp x, y;
-            int code = run.Mul(&x.v, &m->u[i][0].v, &n.u[0][j].v);
+            Result code = run.Mul(&x.v, &m->u[i][0].v, &n.u[0][j].v);
             if (code == 0) code = run.Mul(&y.v, &m->u[i][1].v, &n.u[1][j].v);
             if (code == 0) code = FastAdd(&r.u[i][j].v, &x.v, &y.v);
             if (code != 0) return code;
         }
     r.det = m->det * n.det;
     Exchange(m, &r);
-    return 0;
+    return Result::kOk;
 }
 
 // The low p >= 1 limbs of v, as a view of v's limbs.
@@ -156,11 +156,11 @@ BigInt LowView(const BigInt& v, int32_t p) {
 
 // (a; b) := M^−1·(a; b), where the tops a / B^p and b / B^p have been
 // reduced by M to A and B.
-int Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B, const Matrix& m,
-           int32_t p) {
+Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B, const Matrix& m,
+              int32_t p) {
     BigTemp na, nb;
     if (p == 0) {
-        int code = BigCopy(&na.v, &A.v);
+        Result code = BigCopy(&na.v, &A.v);
         if (code == 0) code = BigCopy(&nb.v, &B.v);
         if (code != 0) return code;
     } else {
@@ -172,7 +172,7 @@ int Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B,
         BigInt* outs[2] = {&na.v, &nb.v};
         for (int k = 0; k < 2; ++k) {
             BigTemp plus, minus, e, high;
-            int code = run.Mul(&plus.v, terms[k][0], terms[k][1]);
+            Result code = run.Mul(&plus.v, terms[k][0], terms[k][1]);
             if (code == 0) code = run.Mul(&minus.v, terms[k][2], terms[k][3]);
             if (code == 0 && m.det < 0) std::swap(plus.v, minus.v);
             if (code == 0) code = FastSub(&e.v, &plus.v, &minus.v);
@@ -184,7 +184,7 @@ int Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B,
     }
     BigReplace(&a.v, &na.v);
     BigReplace(&b.v, &nb.v);
-    return 0;
+    return Result::kOk;
 }
 
 // Steps under the floor B^s on a >= b >= B^s while a has more than
@@ -192,24 +192,24 @@ int Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B,
 // decide nothing. m receives the steps; *blocked tells that the next
 // remainder falls below B^s, so no step is left. Every array is allocated
 // once: the pair only shrinks, and the entries stay below a / B^s.
-int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
-         bool* blocked) {
+Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
+            bool* blocked) {
     *moved = false;
     *blocked = false;
     const int32_t room = Len(a.v) + 8;
     LimbSlot x, y, sx, sy, u[2][2], t0, t1;
-    int code = x.Load(a.v, room);
+    Result code = x.Load(a.v, room);
     if (code == 0) code = y.Load(b.v, room);
     for (int i = 0; i < 4 && code == 0; ++i) {
-        code = u[i / 2][i % 2].limbs.Reset(room) ? 0 : 3;
+        code = u[i / 2][i % 2].limbs.Reset(room) ? Result::kOk : Result::kNoMemory;
         if (code == 0) u[i / 2][i % 2].limbs[0] = i == 0 || i == 3 ? 1 : 0;
     }
     if (code == 0 && !(sx.limbs.Reset(room) && sy.limbs.Reset(room) && t0.limbs.Reset(room) &&
                        t1.limbs.Reset(room)))
-        code = 3;
+        code = Result::kNoMemory;
     int det = 1;
     while (code == 0 && x.len > stopLen) {
-        if (run.clk.Tick(8 * int64_t(x.len))) return -1;
+        if (run.clk.Tick(8 * int64_t(x.len))) return Result::kStopped;
         // Every step keeps y at least B^s; the test keeps a pair that broke
         // the rule from being divided down to zero.
         if (y.len <= s) {
@@ -261,15 +261,15 @@ int Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m
     return code;
 }
 
-int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved);
+Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved);
 
 // The tops a / B^p >= b / B^p (below B^n) reduced by Hgcd and carried to
 // the whole pair, a >= b again afterwards; m takes the call's matrix on.
-int ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved) {
+Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved) {
     BigTemp A, B;
     Matrix top;
     bool topMoved = false;
-    int code = FastShiftDown(&A.v, &a.v, p);
+    Result code = FastShiftDown(&A.v, &a.v, p);
     if (code == 0) code = FastShiftDown(&B.v, &b.v, p);
     if (code == 0) code = SetIdentity(&top);
     if (code == 0) code = Hgcd(run, A, B, n, &top, &topMoved);
@@ -282,11 +282,11 @@ int ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m
 }
 
 // Leaf steps on a >= b, taken on by m; *blocked as for Leaf.
-int LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
-              bool* blocked) {
+Result LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m,
+                 bool* moved, bool* blocked) {
     Matrix steps;
     bool stepped = false;
-    const int code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
+    const Result code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
     if (code != 0 || !stepped) return code;
     *moved = true;
     return MatMul(run, m, steps);
@@ -295,14 +295,14 @@ int LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matr
 // B^n > a >= b, m the identity: reduces the pair while both stay at least
 // B^s, s = n/2 + 1, and answers the steps in m, a >= b again. *moved
 // false: no step possible, the pair unchanged.
-int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
+Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
     assert(BigCompareMag(&a.v, &b.v) <= 0);
     *moved = false;
     const int32_t s = n / 2 + 1;
-    if (!AtLeastPower(b.v, s)) return 0;
+    if (!AtLeastPower(b.v, s)) return Result::kOk;
     bool blocked = false;
     if (n < gFastThresholds.gcdHalfLeaf) return Leaf(run, a, b, s, 0, m, moved, &blocked);
-    int code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
+    Result code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
     // About 3n/4 limbs are left, sometimes after one division more.
     const int32_t n2 = 3 * n / 4 + 1;
     if (code == 0 && Len(a.v) > n2) code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
@@ -317,16 +317,16 @@ int Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved) {
 
 }  // namespace
 
-int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
+Result HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
     *moved = false;
-    const int code = SetIdentity(m);
+    const Result code = SetIdentity(m);
     return code != 0 ? code : ReduceTops(run, x, y, p, Len(x.v) - p, m, moved);
 }
 
-int GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+Result GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     Run run(ctx);
     BigTemp x, y;
-    int code = BigFromLimbs(&x.v, a->limbs, a->top, 0);
+    Result code = BigFromLimbs(&x.v, a->limbs, a->top, 0);
     if (code == 0) code = BigFromLimbs(&y.v, b->limbs, b->top, 0);
     while (code == 0 && !BigIsZero(&y.v) && Len(y.v) >= gFastThresholds.gcdHalf) {
         // x >= y here. The top half goes through Hgcd; a pair it cannot

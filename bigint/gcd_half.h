@@ -29,18 +29,18 @@ struct HgcdRun {
     explicit HgcdRun(CalcContext* c) : ctx(c), clk(c) {}
 
     // r := x·y, written as new.
-    int Mul(BigInt* r, const BigInt* x, const BigInt* y) {
+    Result Mul(BigInt* r, const BigInt* x, const BigInt* y) {
         if (x->top < y->top) std::swap(x, y);
         if (BigIsZero(y)) return BigFromInt(r, 0);
         const int32_t la = x->top + 1, lb = y->top + 1;
         LimbBuffer p(int64_t(la) + lb);
-        if (!p.ok()) return 3;
-        const int rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
-        if (rc != 0) return rc == kStopped ? -1 : 3;
+        if (!p.ok()) return Result::kNoMemory;
+        const Result rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
+        if (rc != 0) return rc == kStopped ? Result::kStopped : Result::kNoMemory;
         r->top = LimbsTrimTop(p.get(), la + lb - 1);
         r->negative = x->negative != y->negative;
         r->limbs = p.Release();
-        return 0;
+        return Result::kOk;
     }
 };
 
@@ -49,11 +49,11 @@ struct LimbSlot {
     LimbBuffer limbs;
     int32_t len = 1;
 
-    int Load(const BigInt& v, int32_t room) {
-        if (!limbs.Reset(room)) return 3;
+    Result Load(const BigInt& v, int32_t room) {
+        if (!limbs.Reset(room)) return Result::kNoMemory;
         CopyLimbs(limbs.get(), v.limbs, v.top + 1);
         len = v.top + 1;
-        return 0;
+        return Result::kOk;
     }
     BigInt View() const {
         BigInt v = {};
@@ -61,7 +61,7 @@ struct LimbSlot {
         v.top = len - 1;
         return v;
     }
-    int Store(BigInt* v) const {
+    Result Store(BigInt* v) const {
         BigFree(v);
         return BigFromLimbs(v, limbs.get(), len - 1, 0);
     }
@@ -91,5 +91,5 @@ inline void ApplyQuotients(const LehmerCofactors& c, LimbSlot& r0, LimbSlot& r1,
 
 // One round on canonical x >= y > 0, 0 <= p < x's limbs; m receives the
 // steps. *moved false: the tops decide no step (a huge quotient, or y too
-// short); the pair is left as it was and m is the identity. 0, 3, -1.
-int HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved);
+// short); the pair is left as it was and m is the identity. kOk, kNoMemory, kStopped.
+Result HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved);

@@ -122,26 +122,26 @@ struct Number {
     int32_t len = 0;
 };
 
-int FromRecord(const BigInt* v, int32_t room, Number* n) {
-    if (!n->limbs.Reset(room)) return 3;
+Result FromRecord(const BigInt* v, int32_t room, Number* n) {
+    if (!n->limbs.Reset(room)) return Result::kNoMemory;
     CopyLimbs(n->limbs.get(), v->limbs, v->top + 1);
     n->len = v->top + 1;
-    return 0;
+    return Result::kOk;
 }
 
 // a := a mod b by one division (a >= b > 0).
-int DivisionStep(CalcContext* ctx, Number* a, const Number& b) {
+Result DivisionStep(CalcContext* ctx, Number* a, const Number& b) {
     BigInt av = {}, bv = {};
     av.limbs = a->limbs.get();
     av.top = a->len - 1;
     bv.limbs = b.limbs.get();
     bv.top = b.len - 1;
     BigTemp q, r;
-    const int code = FastDivMod(ctx, &av, &bv, &q.v, &r.v);
+    const Result code = FastDivMod(ctx, &av, &bv, &q.v, &r.v);
     if (code != 0) return code;
     CopyLimbs(a->limbs.get(), r.v.limbs, r.v.top + 1);
     a->len = r.v.top + 1;
-    return 0;
+    return Result::kOk;
 }
 
 bool IsZero(const Number& x) { return x.len == 1 && x.limbs[0] == 0; }
@@ -153,17 +153,17 @@ void Exchange(Number* x, Number* y) {
 
 }  // namespace
 
-int GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
+Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     const int32_t room = a->top + 2;
     Number x, y, s, t;
-    int code = FromRecord(a, room, &x);
+    Result code = FromRecord(a, room, &x);
     if (code == 0) code = FromRecord(b, room, &y);
-    if (code == 0 && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = 3;
+    if (code == 0 && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = Result::kNoMemory;
     PollClock clk(ctx);
     const int32_t small = gFastThresholds.gcdLehmer;
     while (code == 0 && !IsZero(y) && y.len >= small) {
         if (clk.Tick(4 * int64_t(x.len))) {
-            code = -1;
+            code = Result::kStopped;
             break;
         }
         // x >= y > 0 here.

@@ -1,6 +1,8 @@
 // Helpers shared by the arithmetic files; not part of the public interface.
 #pragma once
 
+#include <utility>
+
 #include "bigint/alloc.h"
 #include "bigint/bigint.h"
 
@@ -37,11 +39,13 @@ inline BigInt BigMagnitudeView(const BigInt* v) {
 // Negative in value: a zero magnitude counts as zero whatever the flag.
 inline bool BigIsNegative(const BigInt* v) { return v->negative && !BigIsZero(v); }
 
-// The value 1 that failing operations leave in their result.
-inline void BigSetFailed(BigInt* v) { BigFromInt(v, 1); }
+// The value 1 that failing operations leave in their result. The failure
+// being reported is the caller's; should even this one limb not be had, the
+// record stays released, which reads as zero.
+inline void BigSetFailed(BigInt* v) { (void)BigFromInt(v, 1); }
 
 // v := limbs 0..top of src at exact size with the given sign. 0 or 3.
-int BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
+Result BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
 
 // LimbsAdd without its last limb: d (max(ta, tb) + 1 limbs, may be a) gets
 // limbs 0..max(ta, tb) of a + b under the same carry rule; answers the carry
@@ -64,3 +68,43 @@ int32_t LimbsNormalizeTop(Limb* a, int32_t top);
 inline bool BigIsZeroMagnitude(const BigInt* v) {
     return v->limbs && v->limbs[LimbsTrimTop(v->limbs, v->top)] == 0;
 }
+
+// Euclid by long division, shared by the gcd's and the modular inverse's
+// reference kernels: the pair x > y and the division's scratch and quotient,
+// four arrays of the same room.
+struct EuclidByDivision {
+    LimbBuffer x, y, scratch, quotient;
+    int32_t tx = 0, ty = 0;
+
+    // x := |a|, y := |b| at their normal tops, room limbs each (room at least
+    // |a|'s limbs + 2, for the long division). kOk or kNoMemory.
+    Result Load(const BigInt* a, const BigInt* b, int64_t room) {
+        if (!x.Reset(room) || !y.Reset(room) || !scratch.Reset(room) || !quotient.Reset(room))
+            return Result::kNoMemory;
+        CopyLimbs(x.get(), a->limbs, a->top + 1);
+        CopyLimbs(y.get(), b->limbs, b->top + 1);
+        tx = LimbsNormalizeTop(x.get(), a->top);
+        ty = LimbsNormalizeTop(y.get(), b->top);
+        return Result::kOk;
+    }
+
+    // Divides x by y and moves the pair on (y, remainder) until a remainder
+    // is zero; y and ty then hold the last divisor, the gcd. Each quotient
+    // that leaves a remainder is handed to keep(limbs, top) before the pair
+    // moves on; keep answers false when memory ran out. LimbsDivide's codes,
+    // or kNoMemory from keep.
+    template <typename Keep>
+    Result Run(CalcContext* ctx, Keep&& keep) {
+        for (;;) {
+            int32_t tq = ty;
+            const Result code =
+                LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
+            if (code != 0) return code;
+            if (tx == 0 && x[0] == 0) return Result::kOk;
+            if (!keep(quotient.get(), tq)) return Result::kNoMemory;
+            // The remainder becomes the new divisor.
+            x.Swap(y);
+            std::swap(tx, ty);
+        }
+    }
+};

@@ -30,7 +30,7 @@ public:
     }
     bool Sqr(const Value& a, Value* r) { return Mul(a, a, r); }
     // The failing code after a false answer.
-    int code() const { return code_; }
+    Result code() const { return code_; }
 
 private:
     static BigInt View(const Value& a) {
@@ -41,17 +41,17 @@ private:
     }
     CalcContext* ctx_;
     const BigInt* m_;
-    int code_ = 0;
+    Result code_ = Result::kOk;
 };
 
 }  // namespace
 
-int ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
-               BigInt* result) {
+Result ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+                  BigInt* result) {
     const BigInt mm = BigMagnitudeView(m);
     BigTemp reduced, canonical;
     std::vector<bool> bits;
-    int code = BigMod(ctx, base, &mm, &reduced.v);
+    Result code = BigMod(ctx, base, &mm, &reduced.v);
     if (code == 0) code = ExponentBits(ctx, exponent, &bits);
     // A modulus with a top limb of 10000 (left by a sum) is carried first:
     // the products compare with it limb by limb.

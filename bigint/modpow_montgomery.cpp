@@ -42,9 +42,9 @@ std::vector<Word> WordsFromLimbs(const BigInt* v, size_t n) {
 size_t WordsFor(const BigInt* v) { return (static_cast<size_t>(v->top) + 1) * 14 / 64 + 1; }
 
 // The value of w as a record, by division by 10^8 from the top word down; w is consumed.
-int LimbsFromWords(std::vector<Word>& w, BigInt* v) {
+Result LimbsFromWords(std::vector<Word>& w, BigInt* v) {
     LimbBuffer out(static_cast<int64_t>(w.size()) * 10 + 2);
-    if (!out.ok()) return 3;
+    if (!out.ok()) return Result::kNoMemory;
     int32_t count = 0;
     size_t used = w.size();
     while (used > 0 && w[used - 1] == 0) --used;
@@ -269,7 +269,7 @@ private:
 }  // namespace
 
 // The bits of |e|, least significant first, no zero bits above the top.
-int ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
+Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
     bits->clear();
     if (e->top < 1000) {
         const std::vector<Word> w = WordsFromLimbs(e, WordsFor(e));
@@ -277,7 +277,7 @@ int ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
     } else {
         std::string hex;
         const BigInt em = BigMagnitudeView(e);
-        const int code = BigToRadixDispatch(ctx, &em, 16, &hex);
+        const Result code = BigToRadixDispatch(ctx, &em, 16, &hex);
         if (code != 0) return code;
         for (size_t i = 0; i < hex.size() * 4; ++i) {
             const char c = hex[hex.size() - 1 - i / 4];
@@ -286,16 +286,16 @@ int ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
         }
     }
     while (!bits->empty() && !bits->back()) bits->pop_back();
-    return 0;
+    return Result::kOk;
 }
 
-int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
-                     BigInt* result) {
+Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent,
+                        const BigInt* m, BigInt* result) {
     PollClock clk(ctx);
     const BigInt mm = BigMagnitudeView(m);
     BigTemp reduced;
     std::vector<bool> bits;
-    int code = BigMod(ctx, base, &mm, &reduced.v);
+    Result code = BigMod(ctx, base, &mm, &reduced.v);
     if (code == 0) code = ExponentBits(ctx, exponent, &bits);
     if (code != 0) return code;
     std::vector<Word> mw = WordsFromLimbs(m, WordsFor(m));
@@ -318,7 +318,7 @@ int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponen
     {
         Montgomery mg(odd, &clk);
         std::vector<Word> r2, form(n, 0), block(n);
-        if (!mg.SquareOfR(&r2)) return -1;
+        if (!mg.SquareOfR(&r2)) return Result::kStopped;
         // b's Montgomery form from its blocks of n words, top block first:
         // form := form · R + block, where Mul(f, R^2) is f · R. A block is
         // below R and R^2 mod odd below odd, so each product is reduced.
@@ -327,12 +327,12 @@ int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponen
             for (size_t i = 0; i < n; ++i) block[i] = k * n + i < b.size() ? b[k * n + i] : 0;
             if (!mg.Mul(form.data(), r2.data(), form.data()) ||
                 !mg.Mul(block.data(), r2.data(), block.data())) {
-                return -1;
+                return Result::kStopped;
             }
             mg.AddTo(form.data(), block.data());
         }
         if (!SlidingWindowPower(mg, form, bits, &x) || !mg.Mul(x.data(), one.data(), x.data())) {
-            return -1;
+            return Result::kStopped;
         }
     }
     if (shift == 0) return LimbsFromWords(x, result);
@@ -342,20 +342,20 @@ int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponen
     b2.resize(w, 0);
     two.Reduce(b2.data());
     std::vector<Word> x2(w), inverse(w, 0), oddW(w, 0), diff(w, 0), step(w), t(w);
-    if (!SlidingWindowPower(two, b2, bits, &x2)) return -1;
+    if (!SlidingWindowPower(two, b2, bits, &x2)) return Result::kStopped;
     // inverse := 1 / odd mod 2^shift by Newton's iteration, bits doubling.
     for (size_t i = 0; i < w && i < odd.size(); ++i) oddW[i] = odd[i];
     two.Reduce(oddW.data());
     inverse[0] = 1;
     for (size_t good = 1; good < 64 * w; good *= 2) {
-        if (!two.Mul(oddW.data(), inverse.data(), step.data())) return -1;
+        if (!two.Mul(oddW.data(), inverse.data(), step.data())) return Result::kStopped;
         Word borrow = 0;  // step := 2 - step
         for (size_t i = 0; i < w; ++i) {
             const Wide d = Wide(i == 0 ? 2 : 0) - step[i] - borrow;
             step[i] = Word(d);
             borrow = Word(d >> 64) & 1;
         }
-        if (!two.Mul(inverse.data(), step.data(), inverse.data())) return -1;
+        if (!two.Mul(inverse.data(), step.data(), inverse.data())) return Result::kStopped;
     }
     // t := (x2 - x) / odd mod 2^shift; the answer is x + odd · t.
     Word borrow = 0;
@@ -365,7 +365,7 @@ int ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponen
         borrow = Word(d >> 64) & 1;
     }
     two.Reduce(diff.data());
-    if (!two.Mul(diff.data(), inverse.data(), t.data())) return -1;
+    if (!two.Mul(diff.data(), inverse.data(), t.data())) return Result::kStopped;
     std::vector<Word> sum(n + w + 1, 0);
     for (size_t i = 0; i < n; ++i) {
         Word carry = 0;

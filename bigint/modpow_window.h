@@ -10,8 +10,8 @@
 #include "bigint/bigint.h"
 
 // The bits of |e|, least significant first, no zero bits above the top.
-// 0, 3, -1.
-int ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits);
+// kOk, kNoMemory, kStopped.
+Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits);
 
 // Window width for an exponent of the given number of bits.
 inline int WindowBits(size_t bits) {

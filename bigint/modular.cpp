@@ -10,23 +10,23 @@
 // = 1), and x mod 0 = 0 without complaint. For x < 0 the answer is
 // |m| - |r|, so a negative multiple gives |m| itself: (-6) mod 3 = 3, not 0.
 // A negative x mod 0 answers 104. Memory and stops are passed on.
-int BigMod(CalcContext* ctx, const BigInt* x, const BigInt* m, BigInt* result) {
+Result BigMod(CalcContext* ctx, const BigInt* x, const BigInt* m, BigInt* result) {
     BigTemp q, r;
-    const int code = BigDivMod(ctx, x, m, &q.v, &r.v);
-    if (code != 0 && (code != 104 || BigIsNegative(x))) {
-        BigFromInt(result, 0);
+    const Result code = BigDivMod(ctx, x, m, &q.v, &r.v);
+    if (code != 0 && (code != Result::kDivisionByZero || BigIsNegative(x))) {
+        (void)BigFromInt(result, 0);  // the failure reported is the division's
         return code;
     }
     if (!BigIsNegative(x)) {
         BigMove(result, &r.v);
-        return 0;
+        return Result::kOk;
     }
     const BigInt mm = BigMagnitudeView(m);
     const BigInt rm = BigMagnitudeView(&r.v);
-    const int sub = BigSub(result, &mm, &rm);
+    const Result sub = BigSub(result, &mm, &rm);
     if (sub != 0) {
         BigFree(result);
-        BigFromInt(result, 0);
+        (void)BigFromInt(result, 0);  // the failure reported is the subtraction's
     }
     return sub;
 }
@@ -36,19 +36,19 @@ namespace {
 enum class ModOp { Add, Sub, Mul };
 
 // The exact result reduced by m; on any failure the result is 1.
-int ModCombine(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y,
-               const BigInt* m, ModOp op) {
+Result ModCombine(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y,
+                  const BigInt* m, ModOp op) {
     BigTemp exact, reduced;
-    int code = op == ModOp::Add   ? BigAdd(&exact.v, x, y)
-               : op == ModOp::Sub ? BigSub(&exact.v, x, y)
-                                  : BigMul(ctx, &exact.v, x, y);
+    Result code = op == ModOp::Add   ? BigAdd(&exact.v, x, y)
+                  : op == ModOp::Sub ? BigSub(&exact.v, x, y)
+                                     : BigMul(ctx, &exact.v, x, y);
     if (code == 0) code = BigMod(ctx, &exact.v, m, &reduced.v);
     if (code != 0) {
         BigSetFailed(result);
         return code;
     }
     BigMove(result, &reduced.v);
-    return 0;
+    return Result::kOk;
 }
 
 // A quotient of the Euclid chain, most recent first.
@@ -86,9 +86,9 @@ struct Chain {
 // Back-substitution through the stored quotients: X := 1, Y := 0, and for
 // each quotient X, Y := X q + Y, X, flipping the sign each time. The values
 // stay below m, so arrays of m's size plus slack hold them.
-int BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt* v) {
+Result BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt* v) {
     LimbBuffer x(size), y(size), product(size), sum(size);
-    if (!x.ok() || !y.ok() || !product.ok() || !sum.ok()) return 3;
+    if (!x.ok() || !y.ok() || !product.ok() || !sum.ok()) return Result::kNoMemory;
     x[0] = 1;
     y[0] = 0;
     int32_t tx = 0, ty = 0;
@@ -96,7 +96,7 @@ int BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt* v
     for (const QuotientLink* q = chain.head; q; q = q->next) {
         ZeroLimbs(product.get(), tx + q->top + 2);
         int32_t tp = MulLimbs(ctx, x.get(), tx, q->limbs, q->top, product.get());
-        if (tp < 0) return -1;
+        if (tp < 0) return Result::kStopped;
         tp = LimbsAdd(product.get(), y.get(), sum.get(), tp, ty);
         tp = LimbsNormalizeTop(sum.get(), tp);
         y.Swap(x);
@@ -110,47 +110,34 @@ int BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt* v
 
 }  // namespace
 
-int ModAdd(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
+Result ModAdd(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
     return ModCombine(ctx, result, x, y, m, ModOp::Add);
 }
 
-int ModSub(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
+Result ModSub(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
     return ModCombine(ctx, result, x, y, m, ModOp::Sub);
 }
 
-int ModMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
+Result ModMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y, const BigInt* m) {
     return ModCombine(ctx, result, x, y, m, ModOp::Mul);
 }
 
 // The chain of quotients by long division, then the back-substitution. A
 // zero divisor in the chain (a a multiple of m, or zero) is divided anyway,
 // as the calculator always has: with a modulus of two limbs or more the
-// estimate is out of range (code 1); with one limb the division subtracts
-// zero until the poll stops it (-1).
-int ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v) {
+// estimate is out of range (kImpossibleEstimate); with one limb the division
+// subtracts zero until the poll stops it (kStopped).
+Result ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* v) {
     const int64_t size = static_cast<int64_t>(m->top) + 3;
-    LimbBuffer x(size), y(size), scratch(size), quotient(size);
-    if (!x.ok() || !y.ok() || !scratch.ok() || !quotient.ok()) return 3;
+    EuclidByDivision e;
     Chain chain;
-    CopyLimbs(x.get(), m->limbs, m->top + 1);
-    CopyLimbs(y.get(), a->limbs, a->top + 1);
-    int32_t tx = LimbsNormalizeTop(x.get(), m->top);
-    int32_t ty = LimbsNormalizeTop(y.get(), a->top);
-    if (ty == 0 && y[0] == 0 && tx > 0) return 1;
-    for (;;) {
-        int32_t tq = ty;
-        const int code =
-            LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
-        if (code != 0) return code;
-        if (tx == 0 && x[0] == 0) break;
-        if (!chain.Push(quotient.get(), tq)) return 3;
-        x.Swap(y);
-        const int32_t t = tx;
-        tx = ty;
-        ty = t;
-    }
-    if (ty != 0 || y[0] != 1) return BigFromInt(v, 0);
-    int code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, v);
+    Result code = e.Load(m, a, size);
+    if (code != 0) return code;
+    if (e.ty == 0 && e.y[0] == 0 && e.tx > 0) return kImpossibleEstimate;
+    code = e.Run(ctx, [&](const Limb* q, int32_t tq) { return chain.Push(q, tq); });
+    if (code != 0) return code;
+    if (e.ty != 0 || e.y[0] != 1) return BigFromInt(v, 0);
+    code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, v);
     if (code == 0 && v->negative) {
         BigTemp sum;
         code = BigAdd(&sum.v, m, v);
@@ -162,13 +149,13 @@ int ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt*
 // The v in 0 … m - 1 with a v ≡ 1 (mod m), by the extended Euclidean
 // algorithm. Answers 6 for a negative operand, and 0 with the result 0 when
 // a is not invertible.
-int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
+Result ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
     if (BigIsNegative(a) || BigIsNegative(m)) {
         BigSetFailed(result);
-        return 6;
+        return Result::kInconsistent;
     }
     BigTemp reduced, v;
-    int code = 0;
+    Result code = Result::kOk;
     if (BigCompareMag(a, m) < 0) {
         code = BigMod(ctx, a, m, &reduced.v);
         a = &reduced.v;
@@ -179,20 +166,20 @@ int ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* resul
         return code;
     }
     BigMove(result, &v.v);
-    return 0;
+    return Result::kOk;
 }
 
 namespace {
 
-// r := r b^e mod m bit by bit, e (non-negative) consumed. 0, 3, -1.
-int SquareAndMultiply(CalcContext* ctx, BigInt* r, BigInt* b, BigInt* e, const BigInt* m) {
-    int code = 0;
+// r := r b^e mod m bit by bit, e (non-negative) consumed. kOk, kNoMemory, kStopped.
+Result SquareAndMultiply(CalcContext* ctx, BigInt* r, BigInt* b, BigInt* e, const BigInt* m) {
+    Result code = Result::kOk;
     while (code == 0 && !BigIsZero(e)) {
         if (!BigIsEven(e)) {
             BigTemp product;
             code = ModMul(ctx, &product.v, r, b, m);
             if (code == 0) BigReplace(r, &product.v);
-            BigDecrement(e);
+            (void)BigDecrement(e);  // an odd e: the low limb only drops by one
         }
         BigHalve(e);
         if (code == 0 && !BigIsZero(e)) {
@@ -213,10 +200,10 @@ int SquareAndMultiply(CalcContext* ctx, BigInt* r, BigInt* b, BigInt* e, const B
 // sliding window there (Montgomery words up to a size, transform products
 // and the modulus's reciprocal beyond); the bit-by-bit loop keeps every
 // other case.
-int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt* result,
-           const BigInt* m) {
+Result ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt* result,
+              const BigInt* m) {
     BigTemp r, e, b;
-    int code = BigFromInt(&r.v, 1);
+    Result code = BigFromInt(&r.v, 1);
     if (code == 0) code = BigCopy(&e.v, exponent);
     if (code == 0 && BigIsNegative(&e.v)) {
         code = ModInverse(ctx, base, m, &b.v);
@@ -240,5 +227,5 @@ int ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigInt*
         return code;
     }
     BigMove(result, &r.v);
-    return 0;
+    return Result::kOk;
 }

@@ -43,18 +43,18 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
 
 // The rows, and so the polls, run over y's limbs. A stop and a failed result
 // allocation both answer -1 and leave the result 1.
-int BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y) {
+Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y) {
     if (BigIsZero(x) || BigIsZero(y)) return BigFromInt(result, 0);
     const uint8_t negative = x->negative != y->negative;
     LimbBuffer product(static_cast<int64_t>(x->top) + y->top + 10, true);
     if (!product.ok()) {
         BigSetFailed(result);
-        return 3;
+        return Result::kNoMemory;
     }
     const int32_t top = MulLimbs(ctx, x->limbs, x->top, y->limbs, y->top, product.get());
     if (top < 0 || BigFromLimbs(result, product.get(), top, negative) != 0) {
         BigSetFailed(result);
-        return -1;
+        return Result::kStopped;
     }
-    return 0;
+    return Result::kOk;
 }

@@ -24,11 +24,11 @@ void Normalise(const uint64_t* acc, int32_t n, Limb* p) {
 
 }  // namespace
 
-int MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+Result MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     assert(la >= lb && lb >= 1);
     const int32_t n = la + lb;
     Scratch<uint64_t> acc(n);
-    if (!acc) return kNoMemory;
+    if (!acc) return Result::kNoMemory;
     uint64_t* c = acc.get();
     for (int32_t k = 0; k < n; ++k) c[k] = 0;
     for (int32_t i = 0; i < lb; ++i) {
@@ -39,13 +39,13 @@ int MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_
         for (int32_t j = 0; j < la; ++j) row[j] += uint64_t(bi) * uint32_t(uint16_t(a[j]));
     }
     Normalise(c, n, p);
-    return clk.Tick(int64_t(la) * lb) ? kStopped : 0;
+    return clk.Tick(int64_t(la) * lb) ? Result::kStopped : Result::kOk;
 }
 
-int SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+Result SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     const int32_t n = 2 * la;
     Scratch<uint64_t> acc(n);
-    if (!acc) return kNoMemory;
+    if (!acc) return Result::kNoMemory;
     uint64_t* c = acc.get();
     for (int32_t k = 0; k < n; ++k) c[k] = 0;
     // Off-diagonal products once, doubled afterwards, then the squares.
@@ -61,5 +61,5 @@ int SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
         c[2 * i] += ai * ai;
     }
     Normalise(c, n, p);
-    return clk.Tick(int64_t(la) * la / 2 + la) ? kStopped : 0;
+    return clk.Tick(int64_t(la) * la / 2 + la) ? Result::kStopped : Result::kOk;
 }

@@ -23,23 +23,23 @@ namespace {
 
 // a·b for la >= 2·lb: pieces of a of lb limbs (the last may be shorter),
 // each a balanced product, added into place.
-int MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+Result MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     Scratch<Limb> t(2 * int64_t(lb));
-    if (!t) return kNoMemory;
+    if (!t) return Result::kNoMemory;
     std::fill(p, p + la + lb, Limb(0));
     for (int32_t off = 0; off < la; off += lb) {
         const int32_t piece = std::min(lb, la - off);
-        const int rc = piece >= lb ? MulRec(clk, a + off, piece, b, lb, t.get())
-                                   : MulRec(clk, b, lb, a + off, piece, t.get());
+        const Result rc = piece >= lb ? MulRec(clk, a + off, piece, b, lb, t.get())
+                                      : MulRec(clk, b, lb, a + off, piece, t.get());
         if (rc != 0) return rc;
         LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), piece + lb));
     }
-    return 0;
+    return Result::kOk;
 }
 
 }  // namespace
 
-int MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+Result MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     assert(la >= lb && lb >= 1);
     const FastThresholds& t = gFastThresholds;
     if (lb < t.mulKaratsuba) return MulBasecase(clk, a, la, b, lb, p);
@@ -52,7 +52,7 @@ int MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     return MulKaratsuba(clk, a, la, b, lb, p);
 }
 
-int SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+Result SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     const FastThresholds& t = gFastThresholds;
     if (la < t.sqrKaratsuba) return SqrBasecase(clk, a, la, p);
     if (la < t.sqrNtt || 2 * la > NttMaxLength()) return SqrKaratsuba(clk, a, la, p);
@@ -69,9 +69,9 @@ int32_t MulLimbs(CalcContext* ctx, const Limb* a, int32_t ta, const Limb* b, int
     if (lb < (square ? gFastThresholds.sqrKaratsuba : gFastThresholds.mulKaratsuba))
         return LimbsMul(ctx, a, b, p, ta, tb);
     PollClock clk(ctx);
-    const int rc = square ? SqrRec(clk, a, la, p) : MulRec(clk, a, la, b, lb, p);
-    if (rc == kStopped) return -1;
-    if (rc == kNoMemory) {
+    const Result rc = square ? SqrRec(clk, a, la, p) : MulRec(clk, a, la, b, lb, p);
+    if (rc == Result::kStopped) return -1;
+    if (rc == Result::kNoMemory) {
         std::fill(p, p + la + lb, Limb(0));
         return LimbsMul(ctx, a, b, p, ta, tb);
     }

@@ -37,14 +37,14 @@ void AddMiddle(Limb* p, int32_t lp, int32_t h, int32_t l0, Limb* z1, int32_t l1)
 
 }  // namespace
 
-int MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+Result MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     const int32_t h = la / 2;
     assert(la >= lb && lb > h && h >= 1);
     const int32_t lsa = la - h + 1;
     const int32_t lsb = std::max(h, lb - h) + 1;
     const int32_t l1 = lsa + lsb;
     Scratch<Limb> buf(lsa + lsb + l1);
-    if (!buf) return kNoMemory;
+    if (!buf) return Result::kNoMemory;
     Limb* sa = buf.get();
     Limb* sb = sa + lsa;
     Limb* z1 = sb + lsb;
@@ -52,7 +52,7 @@ int MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
     const int32_t na = HalfSum(a, h, a + h, la - h, sa);
     const int32_t nb = HalfSum(b, h, b + h, lb - h, sb);
     std::fill(z1, z1 + l1, Limb(0));
-    int rc = na >= nb ? MulRec(clk, sa, na, sb, nb, z1) : MulRec(clk, sb, nb, sa, na, z1);
+    Result rc = na >= nb ? MulRec(clk, sa, na, sb, nb, z1) : MulRec(clk, sb, nb, sa, na, z1);
     if (rc != 0) return rc;
 
     // a0 and b0 are the low halves: normalised, possibly with leading zeros.
@@ -61,27 +61,27 @@ int MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
     rc = MulRec(clk, a + h, la - h, b + h, lb - h, p + 2 * h);
     if (rc != 0) return rc;
     AddMiddle(p, la + lb, h, 2 * h, z1, l1);
-    return 0;
+    return Result::kOk;
 }
 
-int SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+Result SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     const int32_t h = la / 2;
     assert(h >= 1);
     const int32_t lsa = la - h + 1;
     const int32_t l1 = 2 * lsa;
     Scratch<Limb> buf(lsa + l1);
-    if (!buf) return kNoMemory;
+    if (!buf) return Result::kNoMemory;
     Limb* sa = buf.get();
     Limb* z1 = sa + lsa;
 
     const int32_t na = HalfSum(a, h, a + h, la - h, sa);
     std::fill(z1, z1 + l1, Limb(0));
-    int rc = SqrRec(clk, sa, na, z1);
+    Result rc = SqrRec(clk, sa, na, z1);
     if (rc != 0) return rc;
     rc = SqrRec(clk, a, h, p);
     if (rc != 0) return rc;
     rc = SqrRec(clk, a + h, la - h, p + 2 * h);
     if (rc != 0) return rc;
     AddMiddle(p, 2 * la, h, 2 * h, z1, l1);
-    return 0;
+    return Result::kOk;
 }

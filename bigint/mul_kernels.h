@@ -8,7 +8,8 @@
 // overlap a or b: every limb is normalised except the top one, which holds
 // what is left and stays below 32768 for operands whose value is below
 // 10000^la and 10000^lb (or equals them). Squaring kernels take a alone.
-// Answers 0, kStopped when the poll clock asked to stop, or kNoMemory.
+// Answers Result::kOk, Result::kStopped when the poll clock asked to stop, or
+// Result::kNoMemory.
 #pragma once
 
 #include <cstdint>
@@ -16,9 +17,7 @@
 
 #include "bigint/poll_clock.h"
 #include "bigint/record.h"
-
-constexpr int kStopped = -1;
-constexpr int kNoMemory = 3;
+#include "resources/result.h"
 
 // An owned scratch array of n elements from malloc; null when it failed.
 template <typename T>
@@ -38,24 +37,24 @@ private:
 
 // The chooser: schoolbook, Karatsuba, transform or cutting into balanced
 // pieces, by the sizes and gFastThresholds.
-int MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
-int SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+Result MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+Result SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 
-int MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
-int SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+Result MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+Result SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 // Requires lb > la / 2.
-int MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
-int SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+Result MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+Result SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 // Requires la + lb <= NttMaxLength().
-int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
-int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+Result MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
+Result SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 int32_t NttMaxLength();
 // The linear convolution c[k] = Σ a[i]·b[k − i], k = 0 … la + lb − 2, of
 // 16-bit words (b null: a with itself, lb = la), exact: a coefficient is
 // below min(la, lb)·2^32 <= 2^56, under the primes' product. For products in
 // other bases than the limbs'. Requires la + lb <= NttMaxLength().
-int NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
-                  uint64_t* c);
+Result NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
+                     uint64_t* c);
 
 // p[0..lp) += t[0..lt), lt <= lp, carries propagated; the top limb of p takes
 // the final carry unreduced.

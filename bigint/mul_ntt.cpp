@@ -65,7 +65,7 @@ int FillRoots(PollClock& clk, const Prime& pr, const Mont& mt, int32_t n, uint32
             t[half + j + i] = x[i] >= pr.p ? x[i] - pr.p : x[i];
             x[i] = mt.Mul(x[i], w8);
         }
-        if ((j & 0x7FFF) == 0 && clk.Tick(0x8000)) return kStopped;
+        if ((j & 0x7FFF) == 0 && clk.Tick(0x8000)) return Result::kStopped;
     }
     for (int32_t m = half / 2; m >= 1; m >>= 1)
         for (int32_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
@@ -86,19 +86,19 @@ public:
     RootTable(const RootTable&) = delete;
     RootTable& operator=(const RootTable&) = delete;
 
-    // 0, kNoMemory or kStopped (the kept table then stays as it was).
-    int Make(PollClock& clk, int index, const Prime& pr, int32_t n) {
+    // kOk, kNoMemory or kStopped (the kept table then stays as it was).
+    Result Make(PollClock& clk, int index, const Prime& pr, int32_t n) {
         static uint32_t* kept[2] = {nullptr, nullptr};
         static int32_t keptSize[2] = {0, 0};
         if (keptSize[index] >= n) {
             roots_ = kept[index];
-            return 0;
+            return Result::kOk;
         }
         uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
-        if (!t) return kNoMemory;
+        if (!t) return Result::kNoMemory;
         if (FillRoots(clk, pr, Mont(pr.p), n, t) != 0) {
             std::free(t);
-            return kStopped;
+            return Result::kStopped;
         }
         if (n <= kKeptRoots) {
             std::free(kept[index]);
@@ -108,7 +108,7 @@ public:
             owned_ = t;
         }
         roots_ = t;
-        return 0;
+        return Result::kOk;
     }
     const uint32_t* get() const { return roots_; }
 
@@ -163,23 +163,23 @@ void Load(const In* a, int32_t la, uint32_t* f, int32_t n) {
 // The cyclic convolution of a and b (b null: a with itself) modulo prime
 // number index, left in fa as values in [0, 2p); fb is scratch.
 template <typename In>
-int Convolve(PollClock& clk, const Prime& pr, const uint32_t* roots, const In* a, int32_t la,
-             const In* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
+Result Convolve(PollClock& clk, const Prime& pr, const uint32_t* roots, const In* a, int32_t la,
+                const In* b, int32_t lb, uint32_t* fa, uint32_t* fb, int32_t n) {
     const Mont mt(pr.p);
-    if (clk.Tick(n)) return kStopped;
+    if (clk.Tick(n)) return Result::kStopped;
     // The pointwise product leaves a factor R^−1 and the inverse a factor n:
     // each point is also multiplied by R^2 / n in Montgomery form.
     const uint32_t scale = static_cast<uint32_t>(
         uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
     // Loading touches fresh scratch pages: charged as two butterflies a point.
     Load(a, la, fa, n);
-    if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fa, n)) return kStopped;
+    if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fa, n)) return Result::kStopped;
     if (b != nullptr) {
         Load(b, lb, fb, n);
-        if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fb, n)) return kStopped;
+        if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fb, n)) return Result::kStopped;
     }
     ActiveNttKernels().pointwise(mt, fa, b != nullptr ? fb : nullptr, scale, n);
-    return Inverse(clk, mt, roots, fa, n) ? 0 : kStopped;
+    return Inverse(clk, mt, roots, fa, n) ? Result::kOk : Result::kStopped;
 }
 
 // The coefficients of a convolution, joined from its residues modulo the
@@ -203,9 +203,9 @@ private:
 
 // The linear convolution of a and b (b null: a with itself) by both primes;
 // finish(coefficients, clk) then takes its la + lb − 1 coefficients and
-// answers 0 or kStopped.
+// answers kOk or kStopped.
 template <typename In, typename Finish>
-int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Finish&& finish) {
+Result Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Finish&& finish) {
     const int32_t len = la + lb;
     assert(len <= NttMaxLength());
     int32_t n = 1;
@@ -213,17 +213,17 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Finish
     const int32_t parallelFrom = gFastThresholds.nttParallel;
     const bool parallel = parallelFrom > 0 && n >= parallelFrom;
     Scratch<uint32_t> buf((parallel ? 4 : 3) * int64_t(n));
-    if (!buf) return kNoMemory;
+    if (!buf) return Result::kNoMemory;
     uint32_t* r1 = buf.get();
     uint32_t* fa = r1 + n;
     uint32_t* fb = fa + n;
     RootTable roots1, roots2;
-    int rc = roots1.Make(clk, 0, kP1, n);
+    Result rc = roots1.Make(clk, 0, kP1, n);
     if (rc == 0) rc = roots2.Make(clk, 1, kP2, n);
     if (rc != 0) return rc;
     std::thread helper;
     std::atomic<bool> cancel{false}, helperDone{false};
-    int helperRc = 0;
+    Result helperRc = Result::kOk;
     if (parallel) {
         uint32_t* fb2 = fb + n;
         try {
@@ -247,7 +247,7 @@ int Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Finish
             const auto now = std::chrono::steady_clock::now();
             if (now - lastPoll < std::chrono::milliseconds(1)) continue;
             lastPoll = now;
-            if (clk.Tick(gFastThresholds.pollWork)) rc = kStopped;
+            if (clk.Tick(gFastThresholds.pollWork)) rc = Result::kStopped;
         }
         if (rc != 0) cancel = true;
         helper.join();
@@ -279,7 +279,7 @@ inline uint64_t CarryStep(uint64_t v, uint64_t carry, Limb* out) {
 // segments of the array run side by side, each from a carry of 0 (the first
 // three are seg long, the last what remains); each segment's last carry is
 // then added into the limbs above it.
-int CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk) {
+Result CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk) {
     uint64_t buf[4][kBlock];
     const int32_t seg = count < 16 ? count : (count + 3) / 4;
     const int32_t last = count < 16 ? 0 : count - 3 * seg;
@@ -311,7 +311,7 @@ int CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk
         }
         if (blocks % kBlocksPerTick == kBlocksPerTick - 1 &&
             clk.Tick(lanes * kBlockWork * kBlocksPerTick))
-            return kStopped;
+            return Result::kStopped;
     }
     uint64_t top = lanes == 1 ? c0 : c3;
     const uint64_t carry[3] = {c0, c1, c2};
@@ -327,10 +327,10 @@ int CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk
     }
     assert(top < 32768);
     p[count] = static_cast<Limb>(top);
-    return 0;
+    return Result::kOk;
 }
 
-int RunLimbs(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+Result RunLimbs(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     return Run(clk, a, la, b, lb, [&](const Coefficients& c, PollClock& clock) {
         return CarryIntoLimbs(c, la + lb - 1, p, clock);
     });
@@ -340,24 +340,24 @@ int RunLimbs(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t l
 
 int32_t NttMaxLength() { return (int32_t(1) << kMaxLog) + 1; }
 
-int MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+Result MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     return RunLimbs(clk, a, la, b, lb, p);
 }
 
-int SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+Result SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     return RunLimbs(clk, a, la, nullptr, la, p);
 }
 
-int NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
-                  uint64_t* c) {
-    return Run(clk, a, la, b, lb, [&](const Coefficients& coef, PollClock& clock) {
+Result NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
+                     uint64_t* c) {
+    return Run(clk, a, la, b, lb, [&](const Coefficients& coef, PollClock& clock) -> Result {
         const int32_t count = la + lb - 1;
         for (int32_t from = 0, blocks = 0; from < count; from += kBlock, ++blocks) {
             coef.Block(from, std::min(kBlock, count - from), c + from);
             if (blocks % kBlocksPerTick == kBlocksPerTick - 1 &&
                 clock.Tick(kBlockWork * kBlocksPerTick))
-                return kStopped;
+                return Result::kStopped;
         }
-        return 0;
+        return Result::kOk;
     });
 }

@@ -32,17 +32,22 @@ void InverseStage(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n,
     for (int32_t s = 0; s < n; s += 2 * m) InverseRow(mt, a + s, a + s + m, roots + m, m);
 }
 
+// The whole transform of two points, forward or inverse alike: its one
+// twiddle is 1.
+void TwoPoints(uint32_t* a, uint32_t twoP) {
+    const uint32_t u = a[0], v = a[1];
+    a[0] = Fold(u + v, twoP);
+    a[1] = Fold(u - v + twoP, twoP);
+}
+
 // The stages of half length 2 and 1 together, four points at a time: their
 // rows are too short to vectorise, and three of their four twiddles are 1.
+// The inverse runs the two stages in the other order (decimation in time),
+// so each direction has its own loop.
 void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
     const uint32_t twoP = 2 * mt.p;
     if (n >= 8) ForwardStage(mt, roots, a, n, 4);
-    if (n == 2) {
-        const uint32_t u = a[0], v = a[1];
-        a[0] = Fold(u + v, twoP);
-        a[1] = Fold(u - v + twoP, twoP);
-        return;
-    }
+    if (n == 2) return TwoPoints(a, twoP);
     const uint32_t w = roots[3];
     for (int32_t s = 0; s + 3 < n; s += 4) {
         uint32_t* x = a + s;
@@ -57,12 +62,7 @@ void ForwardTail(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) 
 
 void InverseHead(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
     const uint32_t twoP = 2 * mt.p;
-    if (n == 2) {
-        const uint32_t u = a[0], t = a[1];
-        a[0] = Fold(u + t, twoP);
-        a[1] = Fold(u - t + twoP, twoP);
-        return;
-    }
+    if (n == 2) return TwoPoints(a, twoP);
     const uint32_t w = roots[3];
     for (int32_t s = 0; s + 3 < n; s += 4) {
         uint32_t* x = a + s;

@@ -9,13 +9,13 @@
 // logarithms, about 2.3 times the room the product needs, so the growing
 // product is never reallocated. Each factor multiplies the product row by
 // row over the product's limbs, one poll per row.
-int RangeProductSchool(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+Result RangeProductSchool(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
     assert(0 <= c && c < n);
     long double logSum = 0.0L;
     for (int32_t i = c + 1; i <= n; ++i) logSum += std::log(static_cast<long double>(i));
     const int64_t size = (std::llround(logSum) + 20) / 4;
     LimbBuffer product(size), next(size);
-    if (!product.ok() || !next.ok()) return 3;
+    if (!product.ok() || !next.ok()) return Result::kNoMemory;
     product[0] = 1;
     int32_t top = 0;
     while (c < n) {
@@ -24,32 +24,32 @@ int RangeProductSchool(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
         const int32_t tf = c < kLimbBase ? 0 : 1;
         ZeroLimbs(next.get(), top + tf + 2);
         top = LimbsMul(ctx, factor, product.get(), next.get(), tf, top);
-        if (top < 0) return -1;
+        if (top < 0) return Result::kStopped;
         product.Swap(next);
     }
     return BigFromLimbs(result, product.get(), top, 0);
 }
 
 // n (n - 1) … (n - r + 1) for 1 <= r <= n < 100000000, else 17.
-int BigPerm(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt* r) {
+Result BigPerm(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt* r) {
     int32_t nn = 0, rr = 0;
     if (!BigToInt(n, &nn) || !BigToInt(r, &rr) || rr < 1 || nn < rr) {
         BigSetFailed(result);
-        return 17;
+        return Result::kOutOfBounds;
     }
     BigTemp p;
-    const int code = RangeProductDispatch(ctx, nn - rr, nn, &p.v);
+    const Result code = RangeProductDispatch(ctx, nn - rr, nn, &p.v);
     if (code != 0) {
         BigSetFailed(result);
         return code;
     }
     p.v.negative = 0;
     BigMove(result, &p.v);
-    return 0;
+    return Result::kOk;
 }
 
 // n! for n of 1 … 99999999; 0! answers 17 like any other empty product.
-int BigFact(CalcContext* ctx, BigInt* result, const BigInt* n) {
+Result BigFact(CalcContext* ctx, BigInt* result, const BigInt* n) {
     return BigPerm(ctx, result, n, n);
 }
 
@@ -57,7 +57,7 @@ int BigFact(CalcContext* ctx, BigInt* result, const BigInt* n) {
 // C(n, j), j the smaller of k and n - k; when that is 0 (n = -1), or n is
 // 100000000 or more, the answer is 17 as for a permutation. n = |k| with n >= 0 answers
 // 1 even for k = -n.
-int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt* k) {
+Result BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt* k) {
     const bool negativeN = BigIsNegative(n);
     if (BigIsZero(k) || (!negativeN && BigCompareMag(n, k) == 0)) return BigFromInt(result, 1);
     if (BigIsNegative(k) || (!negativeN && BigCompareMag(n, k) > 0)) {
@@ -65,7 +65,7 @@ int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt*
     }
     BigTemp N, m, j, q;
     uint8_t sign = 0;
-    int code = 0;
+    Result code = Result::kOk;
     if (negativeN) {
         sign = BigIsEven(k) ? 0 : 1;
         BigTemp one;
@@ -85,7 +85,7 @@ int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt*
     int32_t nn = 0, jj = 0;
     if (code == 0) {
         const bool fits = BigToInt(&N.v, &nn) && BigToInt(&j.v, &jj) && jj >= 1 && nn >= jj;
-        code = fits ? BinomialDispatch(ctx, nn, jj, &q.v) : 17;
+        code = fits ? BinomialDispatch(ctx, nn, jj, &q.v) : Result::kOutOfBounds;
     }
     if (code != 0) {
         BigSetFailed(result);
@@ -93,5 +93,5 @@ int BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt*
     }
     q.v.negative = sign;
     BigMove(result, &q.v);
-    return 0;
+    return Result::kOk;
 }

@@ -34,7 +34,6 @@ public:
         stopped_ = ctx_ != nullptr && ctx_->ShouldStop();
         return stopped_;
     }
-    bool Stopped() const { return stopped_; }
     CalcContext* Context() const { return ctx_; }
 
 private:

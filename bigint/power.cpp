@@ -3,10 +3,10 @@
 
 // Right-to-left binary powering; the base is squared only while exponent bits
 // remain. x^0 = 1, including 0^0. A negative exponent answers 14.
-int BigPowInt(CalcContext* ctx, const BigInt* base, int32_t e, BigInt* result) {
+Result BigPowInt(CalcContext* ctx, const BigInt* base, int32_t e, BigInt* result) {
     BigTemp r, b;
-    int code = BigFromInt(&r.v, 1);
-    if (code == 0 && e < 0) code = 14;
+    Result code = BigFromInt(&r.v, 1);
+    if (code == 0 && e < 0) code = Result::kPositiveValue;
     if (code == 0) code = BigCopy(&b.v, base);
     while (code == 0 && e > 0) {
         if (e % 2 != 0) {
@@ -26,16 +26,16 @@ int BigPowInt(CalcContext* ctx, const BigInt* base, int32_t e, BigInt* result) {
         return code;
     }
     BigMove(result, &r.v);
-    return 0;
+    return Result::kOk;
 }
 
 // The exponent must convert to a machine integer (magnitude below 10^8),
 // otherwise 17.
-int BigPow(CalcContext* ctx, BigInt* result, const BigInt* base, const BigInt* exponent) {
+Result BigPow(CalcContext* ctx, BigInt* result, const BigInt* base, const BigInt* exponent) {
     int32_t e = 0;
     if (!BigToInt(exponent, &e)) {
         BigSetFailed(result);
-        return 17;
+        return Result::kOutOfBounds;
     }
     return BigPowInt(ctx, base, e, result);
 }
@@ -43,16 +43,16 @@ int BigPow(CalcContext* ctx, BigInt* result, const BigInt* base, const BigInt* e
 // (p/q)^e. A whole base in modulus mode takes the modular power, which accepts
 // any exponent; otherwise a negative exponent turns the fraction over first,
 // so (2/3)^-2 = 9/4 and 2^-3 = 1/8. Zero to a negative power answers 104.
-int FracPow(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* bn, const BigInt* bd,
-            const BigInt* exponent) {
+Result FracPow(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* bn, const BigInt* bd,
+               const BigInt* exponent) {
     const bool negativeE = BigIsNegative(exponent);
     if (negativeE && BigIsZero(bn)) {
         BigSetFailed(rn);
         BigSetFailed(rd);
-        return 104;
+        return Result::kDivisionByZero;
     }
     BigTemp n, d, one;
-    int code = 0;
+    Result code = Result::kOk;
     const BigInt* p = bn;
     const BigInt* q = bd;
     if (BigIsOne(bd) && ctx->modulusMode) {
@@ -83,5 +83,5 @@ int FracPow(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* bn, const Bi
     }
     BigMove(rn, &n.v);
     BigMove(rd, &d.v);
-    return 0;
+    return Result::kOk;
 }

@@ -39,11 +39,11 @@ int32_t Legendre(int32_t m, uint32_t p) {
 
 // Product of f[lo..hi) by a balanced tree; leaves multiply factors (each
 // below 10^8) into a limb array one at a time.
-int ListProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& f, size_t lo,
-                size_t hi, BigInt* v) {
+Result ListProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& f, size_t lo,
+                   size_t hi, BigInt* v) {
     if (hi - lo <= size_t(gFastThresholds.productTree)) {
         LimbBuffer work(2 * int64_t(hi - lo) + 2, true);
-        if (!work.ok()) return 3;
+        if (!work.ok()) return Result::kNoMemory;
         Limb* a = work.get();
         a[0] = 1;
         int32_t len = 1;
@@ -59,25 +59,25 @@ int ListProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& f
                 carry /= kLimbBase;
             }
         }
-        if (clk.Tick(int64_t(hi - lo) * len)) return -1;
+        if (clk.Tick(int64_t(hi - lo) * len)) return Result::kStopped;
         return BigFromLimbs(v, a, len - 1, 0);
     }
     const size_t mid = lo + (hi - lo) / 2;
     BigTemp left, right;
-    int code = ListProduct(ctx, clk, f, lo, mid, &left.v);
+    Result code = ListProduct(ctx, clk, f, lo, mid, &left.v);
     if (code == 0) code = ListProduct(ctx, clk, f, mid, hi, &right.v);
     return code != 0 ? code : FastMul(ctx, v, &left.v, &right.v);
 }
 
 // Π p^e over the primes by the binary exponent scheme above.
-int PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& primes,
-                      const std::vector<int32_t>& exponent, BigInt* result) {
+Result PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>& primes,
+                         const std::vector<int32_t>& exponent, BigInt* result) {
     int32_t maxExponent = 0;
     for (const int32_t e : exponent) maxExponent = e > maxExponent ? e : maxExponent;
     int top = 0;
     while ((maxExponent >> (top + 1)) != 0) ++top;
     BigInt acc = {};
-    int code = BigFromInt(&acc, 1);
+    Result code = BigFromInt(&acc, 1);
     std::vector<uint32_t> chosen;
     for (int b = top; code == 0 && b >= 0; --b) {
         chosen.clear();
@@ -100,10 +100,10 @@ int PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32
 
 }  // namespace
 
-int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+Result RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
     PollClock clk(ctx);
     std::vector<uint32_t> primes;
-    if (!Primes(clk, n, &primes)) return -1;
+    if (!Primes(clk, n, &primes)) return Result::kStopped;
     std::vector<int32_t> exponent(primes.size());
     for (size_t i = 0; i < primes.size(); ++i) {
         exponent[i] = Legendre(n, primes[i]) - Legendre(c, primes[i]);
@@ -115,10 +115,10 @@ int RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
 // added in base p (Kummer), so it never exceeds log_p n: the product is
 // mostly one list product of the primes that divide it, with no factorial
 // of the full size and no division.
-int BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
+Result BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
     PollClock clk(ctx);
     std::vector<uint32_t> primes;
-    if (!Primes(clk, n, &primes)) return -1;
+    if (!Primes(clk, n, &primes)) return Result::kStopped;
     std::vector<int32_t> exponent(primes.size());
     for (size_t i = 0; i < primes.size(); ++i) {
         exponent[i] = Legendre(n, primes[i]) - Legendre(k, primes[i]) - Legendre(n - k, primes[i]);

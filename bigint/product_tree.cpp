@@ -13,10 +13,10 @@
 namespace {
 
 // v := product of lo + 1 … hi (hi − lo factors, each below 10^8).
-int Leaf(int32_t lo, int32_t hi, BigInt* v) {
+Result Leaf(int32_t lo, int32_t hi, BigInt* v) {
     // Each factor adds at most two limbs.
     LimbBuffer work(2 * int64_t(hi - lo) + 2, true);
-    if (!work.ok()) return 3;
+    if (!work.ok()) return Result::kNoMemory;
     Limb* a = work.get();
     a[0] = 1;
     int32_t len = 1;
@@ -37,18 +37,18 @@ int Leaf(int32_t lo, int32_t hi, BigInt* v) {
 
 // Leaves are charged to clk (a leaf costs about its factor count times its
 // length); the joining products poll through their own clocks.
-int Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v) {
+Result Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v) {
     if (hi - lo <= gFastThresholds.productTree) {
-        const int code = Leaf(lo, hi, v);
+        const Result code = Leaf(lo, hi, v);
         if (code == 0 && clk.Tick(int64_t(hi - lo) * (v->top + 1))) {
             BigFree(v);
-            return -1;
+            return Result::kStopped;
         }
         return code;
     }
     const int32_t mid = lo + (hi - lo) / 2;
     BigTemp left, right;
-    int code = Tree(ctx, clk, lo, mid, &left.v);
+    Result code = Tree(ctx, clk, lo, mid, &left.v);
     if (code == 0) code = Tree(ctx, clk, mid, hi, &right.v);
     if (code == 0) code = FastMul(ctx, v, &left.v, &right.v);
     return code;
@@ -56,9 +56,9 @@ int Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v) {
 
 }  // namespace
 
-int RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+Result RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
     PollClock clk(ctx);
-    const int code = Tree(ctx, clk, c, n, result);
+    const Result code = Tree(ctx, clk, c, n, result);
     if (code == 0) result->negative = 0;
     return code;
 }

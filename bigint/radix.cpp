@@ -6,21 +6,21 @@
 #include "bigint/internal.h"
 #include "bigint/poll_clock.h"
 
-int BigMulSmallInt(CalcContext* ctx, BigInt* result, const BigInt* x, int32_t n) {
+Result BigMulSmallInt(CalcContext* ctx, BigInt* result, const BigInt* x, int32_t n) {
     BigTemp factor;
     if (BigFromInt(&factor.v, n) != 0) {
         BigSetFailed(result);
-        return 3;
+        return Result::kNoMemory;
     }
     return BigMul(ctx, result, x, &factor.v);
 }
 
 // From the last digit on: value += digit × power, power ×= base, so each
 // digit costs two products by a small number and one addition.
-int RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
-                     BigInt* value) {
+Result RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                        BigInt* value) {
     BigTemp sum, power, b;
-    int code = BigFromInt(&sum.v, 0);
+    Result code = BigFromInt(&sum.v, 0);
     if (code == 0) code = BigFromInt(&power.v, 1);
     if (code == 0) code = BigFromInt(&b.v, base);
     for (int32_t i = count - 1; code == 0 && i >= 0; --i) {
@@ -35,15 +35,15 @@ int RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t coun
     }
     if (code != 0) return code;
     BigMove(value, &sum.v);
-    return 0;
+    return Result::kOk;
 }
 
 // Repeated division by the base, one digit per division, most significant
 // digit last found.
-int BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+Result BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
     static const char kDigits[] = "0123456789ABCDEF";
     BigTemp rest, b;
-    int code = BigCopy(&rest.v, value);
+    Result code = BigCopy(&rest.v, value);
     if (code == 0) code = BigFromInt(&b.v, base);
     std::string out;
     while (code == 0 && !BigIsZero(&rest.v)) {
@@ -59,7 +59,7 @@ int BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::strin
     if (code != 0) return code;
     std::reverse(out.begin(), out.end());
     text->swap(out);
-    return 0;
+    return Result::kOk;
 }
 
 // Rewrites text in fromBase as text in toBase (bases 2..16). The text is
@@ -68,7 +68,7 @@ int BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::strin
 // ":" to "@" read as 10 to 16 where the base allows. An invalid character
 // answers 1 and leaves the text partly decoded (accepted characters turned
 // into value + 10). Zero converts to the empty text; a minus sign is invalid.
-int ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text) {
+Result ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text) {
     std::string& s = *text;
     // Texts of millions of digits: the passes over them poll too (a
     // character's handling charged as one limb product).
@@ -78,19 +78,19 @@ int ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text) {
     s.erase(std::remove(s.begin(), s.end(), ' '), s.end());
     for (size_t i = 0; i < s.size(); ++i) {
         s[i] = static_cast<char>(std::toupper(static_cast<unsigned char>(s[i])));
-        if (stopped(i)) return -1;
+        if (stopped(i)) return Result::kStopped;
     }
     for (size_t i = 0; i < s.size(); ++i) {
         int value = static_cast<unsigned char>(s[i]) - '0';
         if (value > 16) value -= 7;
-        if (value < 0 || value + 1 > fromBase) return 1;
+        if (value < 0 || value + 1 > fromBase) return Result::kCannotUnderstand;
         s[i] = static_cast<char>(value + 10);
-        if (stopped(i)) return -1;
+        if (stopped(i)) return Result::kStopped;
     }
     for (char& c : s) c = static_cast<char>(c - 10);
     BigTemp value;
-    int code = RadixToBigDispatch(ctx, reinterpret_cast<const unsigned char*>(s.data()),
-                                  static_cast<int32_t>(s.size()), fromBase, &value.v);
+    Result code = RadixToBigDispatch(ctx, reinterpret_cast<const unsigned char*>(s.data()),
+                                     static_cast<int32_t>(s.size()), fromBase, &value.v);
     if (code != 0) return code;
     return BigToRadixDispatch(ctx, &value.v, toBase, text);
 }

@@ -57,8 +57,8 @@ int32_t LeafWords(const Limb* l, int32_t n, uint32_t* w) {
 
 // 5^(4·limbs) in p (5^4 < 2^10: 10 bits per limb and a word for the 1 are
 // room enough), by factors 5^13, the largest below 2^32.
-int PowerOfFive(int32_t limbs, Words* p) {
-    if (!p->Allocate(int32_t((int64_t(limbs) * 10) / 32 + 2))) return kNoMemory;
+Result PowerOfFive(int32_t limbs, Words* p) {
+    if (!p->Allocate(int32_t((int64_t(limbs) * 10) / 32 + 2))) return Result::kNoMemory;
     uint32_t* w = p->data();
     w[0] = 1;
     int32_t len = 1;
@@ -69,26 +69,26 @@ int PowerOfFive(int32_t limbs, Words* p) {
     len = MulAddSmall(w, len, rest, 0);
     std::fill(w + len, w + p->size(), 0u);
     p->Trim();
-    return 0;
+    return Result::kOk;
 }
 
-int Square(PollClock& clk, Words* p) {
+Result Square(PollClock& clk, Words* p) {
     Words sq;
-    if (!sq.Allocate(2 * p->size())) return kNoMemory;
-    const int rc = WordsMul(clk, p->data(), p->size(), nullptr, p->size(), sq.data());
+    if (!sq.Allocate(2 * p->size())) return Result::kNoMemory;
+    const Result rc = WordsMul(clk, p->data(), p->size(), nullptr, p->size(), sq.data());
     if (rc != 0) return rc;
     sq.Trim();
     p->Swap(sq);
-    return 0;
+    return Result::kOk;
 }
 
 // Canonical limbs l[0..n) (n >= 1) as binary words.
-int LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
+Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
     const int32_t leaf = gFastThresholds.radixBinaryLeaf > 0 ? gFastThresholds.radixBinaryLeaf : 1;
     int64_t blocks = (int64_t(n) + leaf - 1) / leaf;
     // A single leaf needs no power: 10^4 < 2^14, so 14 bits per limb.
     Words power;
-    int rc = blocks > 1 ? PowerOfFive(leaf, &power) : 0;
+    Result rc = blocks > 1 ? PowerOfFive(leaf, &power) : Result::kOk;
     if (rc != 0) return rc;
     int64_t slot0 = int64_t(n) * 14 / 32 + 1;
     if (blocks > 1) {
@@ -99,8 +99,8 @@ int LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         slot0 = (bits + 31) / 32;
     }
     const int64_t total = blocks * slot0;
-    if (total > INT32_MAX / 2) return kNoMemory;
-    if (!out->Allocate(int32_t(total))) return kNoMemory;
+    if (total > INT32_MAX / 2) return Result::kNoMemory;
+    if (!out->Allocate(int32_t(total))) return Result::kNoMemory;
     uint32_t* w = out->data();
     for (int64_t j = 0; j < blocks; ++j) {
         const int32_t first = int32_t(j * leaf);
@@ -108,7 +108,7 @@ int LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         uint32_t* block = w + j * slot0;
         const int32_t len = LeafWords(l + first, count, block);
         std::fill(block + len, block + slot0, 0u);
-        if (clk.Tick(int64_t(count) * slot0 / 4)) return kStopped;
+        if (clk.Tick(int64_t(count) * slot0 / 4)) return Result::kStopped;
     }
     Words product;
     int64_t shift = 4 * int64_t(leaf);
@@ -116,7 +116,7 @@ int LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         if (slot > slot0 && (rc = Square(clk, &power)) != 0) return rc;
         // A high block has at most min(slot, total - slot) words.
         if (!product.Allocate(int32_t(power.size() + std::min(slot, total - slot))))
-            return kNoMemory;
+            return Result::kNoMemory;
         for (int64_t j = 0; 2 * j + 1 < blocks; ++j) {
             uint32_t* low = w + 2 * j * slot;
             uint32_t* high = low + slot;
@@ -133,17 +133,17 @@ int LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         blocks = (blocks + 1) / 2;
     }
     out->Trim();
-    return 0;
+    return Result::kOk;
 }
 
 // The digits of w in base 2^bits, most significant first, no leading zeros.
-int WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
+Result WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
     static const char kDigits[] = "0123456789ABCDEF";
     const int32_t n = w.size();
     const uint32_t top = w.data()[n - 1];
     if (n == 1 && top == 0) {
         text->clear();
-        return 0;
+        return Result::kOk;
     }
     int topBits = 0;
     while (topBits < 32 && (top >> topBits) != 0) ++topBits;
@@ -152,9 +152,9 @@ int WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
     try {
         out.resize(size_t(digits));
     } catch (const std::bad_alloc&) {
-        return kNoMemory;
+        return Result::kNoMemory;
     } catch (const std::length_error&) {
-        return kNoMemory;
+        return Result::kNoMemory;
     }
     const uint32_t mask = (1u << bits) - 1;
     uint64_t acc = 0;   // bits not yet written, have of them
@@ -164,7 +164,7 @@ int WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
         if (have < bits) {
             if (next < n) {
                 acc |= uint64_t(w.data()[next++]) << have;
-                if ((next & 1023) == 0 && clk.Tick(1024 * 32 / bits)) return kStopped;
+                if ((next & 1023) == 0 && clk.Tick(1024 * 32 / bits)) return Result::kStopped;
             }
             have += 32;
         }
@@ -173,17 +173,17 @@ int WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
         have -= bits;
     }
     text->swap(out);
-    return 0;
+    return Result::kOk;
 }
 
 }  // namespace
 
-int BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+Result BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
     int bits = 0;
     while ((2 << bits) <= base) ++bits;
     PollClock clk(ctx);
     Words w;
-    int rc = LimbsToWords(clk, value->limbs, value->top + 1, &w);
+    Result rc = LimbsToWords(clk, value->limbs, value->top + 1, &w);
     if (rc == 0) rc = WordsToDigits(clk, w, bits, text);
     return rc;
 }

@@ -32,13 +32,13 @@ void Group(int base, int32_t* digits, uint32_t* factor) {
 }
 
 // Value of count digits by Horner's rule on groups.
-int LeafToBig(const unsigned char* digits, int32_t count, int base, BigInt* value) {
+Result LeafToBig(const unsigned char* digits, int32_t count, int base, BigInt* value) {
     int32_t g;
     uint32_t f;
     Group(base, &g, &f);
     // base^count < 16^count = 10^(1.21·count): count·1.21/4 + 2 limbs hold it.
     LimbBuffer work(int64_t(count) / 3 + 3, true);
-    if (!work.ok()) return 3;
+    if (!work.ok()) return Result::kNoMemory;
     Limb* a = work.get();
     int32_t len = 1;
     for (int32_t i = 0; i < count;) {
@@ -62,7 +62,7 @@ int LeafToBig(const unsigned char* digits, int32_t count, int base, BigInt* valu
 }
 
 // Appends the digits of v, at least width of them (leading zeros).
-int LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
+Result LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
     int32_t g;
     uint32_t f;
     Group(base, &g, &f);
@@ -85,7 +85,7 @@ int LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
     }
     while (int32_t(rev.size()) < width) rev.push_back('0');
     out->append(rev.rbegin(), rev.rend());
-    return 0;
+    return Result::kOk;
 }
 
 struct Powers {
@@ -97,26 +97,26 @@ struct Powers {
     ~Powers() {
         for (BigInt& v : p) BigFree(&v);
     }
-    int PrepareDivisors(CalcContext* ctx) {
+    Result PrepareDivisors(CalcContext* ctx) {
         inverse = std::vector<NewtonDivisor>(p.size());
         for (size_t i = 0; i < p.size(); ++i) {
             if (p[i].top + 1 < gFastThresholds.divNewton) continue;
-            const int code = NewtonDivisorPrepare(ctx, &p[i], &inverse[i]);
+            const Result code = NewtonDivisorPrepare(ctx, &p[i], &inverse[i]);
             if (code != 0) return code;
         }
-        return 0;
+        return Result::kOk;
     }
-    int DivMod(CalcContext* ctx, const BigInt* v, size_t i, BigInt* q, BigInt* r) const {
+    Result DivMod(CalcContext* ctx, const BigInt* v, size_t i, BigInt* q, BigInt* r) const {
         if (i < inverse.size() && inverse[i].d != nullptr)
             return DivModWithDivisor(ctx, v, &inverse[i], q, r);
         return FastDivMod(ctx, v, &p[i], q, r);
     }
     // Powers up to the first whose digit count reaches count.
-    int Build(CalcContext* ctx, int base, int32_t count) {
+    Result Build(CalcContext* ctx, int base, int32_t count) {
         std::vector<unsigned char> one(size_t(leaf) + 1, 0);
         one[0] = 1;
         p.push_back(BigInt{});
-        int code = LeafToBig(one.data(), leaf + 1, base, &p.back());
+        Result code = LeafToBig(one.data(), leaf + 1, base, &p.back());
         for (int64_t digits = leaf; code == 0 && digits * 2 < count; digits *= 2) {
             BigInt next = {};
             code = FastMul(ctx, &next, &p.back(), &p.back());
@@ -126,14 +126,14 @@ struct Powers {
     }
 };
 
-int ToBig(CalcContext* ctx, const Powers& pw, const unsigned char* digits, int32_t count,
-          int base, BigInt* value) {
+Result ToBig(CalcContext* ctx, const Powers& pw, const unsigned char* digits, int32_t count,
+             int base, BigInt* value) {
     if (count <= pw.leaf) return LeafToBig(digits, count, base, value);
     size_t i = 0;
     while (i + 1 < pw.p.size() && (int64_t(pw.leaf) << (i + 1)) < count) ++i;
     const int32_t low = pw.leaf << i;
     BigTemp hi, lo, t;
-    int code = ToBig(ctx, pw, digits, count - low, base, &hi.v);
+    Result code = ToBig(ctx, pw, digits, count - low, base, &hi.v);
     if (code == 0) code = ToBig(ctx, pw, digits + count - low, low, base, &lo.v);
     if (code == 0) code = FastMul(ctx, &t.v, &hi.v, &pw.p[i]);
     if (code == 0) code = FastAdd(value, &t.v, &lo.v);
@@ -141,14 +141,14 @@ int ToBig(CalcContext* ctx, const Powers& pw, const unsigned char* digits, int32
 }
 
 // Digits of v < P_(i+1) (P_0 for i = −1), padded to width when width > 0.
-int ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int base, int32_t width,
-           std::string* out) {
+Result ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int base, int32_t width,
+              std::string* out) {
     if (i < 0) return LeafToText(v, base, width, out);
     const int32_t low = pw.leaf << i;
     if (width == 0 && BigCompareMag(v, &pw.p[i]) > 0)   // v < P_i: no high half
         return ToText(ctx, pw, v, i - 1, base, 0, out);
     BigTemp q, r;
-    int code = pw.DivMod(ctx, v, size_t(i), &q.v, &r.v);
+    Result code = pw.DivMod(ctx, v, size_t(i), &q.v, &r.v);
     if (code == 0) code = ToText(ctx, pw, &q.v, i - 1, base, width > 0 ? width - low : 0, out);
     if (code == 0) code = ToText(ctx, pw, &r.v, i - 1, base, low, out);
     return code;
@@ -156,8 +156,8 @@ int ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int base,
 
 }  // namespace
 
-int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
-                    BigInt* value) {
+Result RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                       BigInt* value) {
     while (count > 0 && digits[0] == 0) {
         ++digits;
         --count;
@@ -165,28 +165,28 @@ int RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count
     if (count == 0) return BigFromInt(value, 0);
     if (base == 10) {
         LimbBuffer work(int64_t(count) / 4 + 1);
-        if (!work.ok()) return 3;
+        if (!work.ok()) return Result::kNoMemory;
         PollClock clk(ctx);
         int32_t top = -1;
         for (int32_t end = count; end > 0; end -= 4) {
             int32_t limb = 0;
             for (int32_t k = end > 4 ? end - 4 : 0; k < end; ++k) limb = limb * 10 + digits[k];
             work[++top] = static_cast<Limb>(limb);
-            if ((top & 0xFFFF) == 0xFFFF && clk.Tick(4 * 0x10000)) return -1;
+            if ((top & 0xFFFF) == 0xFFFF && clk.Tick(4 * 0x10000)) return Result::kStopped;
         }
         return BigFromLimbs(value, work.get(), top, 0);
     }
     Powers pw;
     pw.leaf = gFastThresholds.radixDivide;
-    const int code = pw.Build(ctx, base, count);
+    const Result code = pw.Build(ctx, base, count);
     return code != 0 ? code : ToBig(ctx, pw, digits, count, base, value);
 }
 
-int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
     std::string out;
     if (BigIsZero(value)) {
         text->clear();
-        return 0;
+        return Result::kOk;
     }
     if (base == 10) {
         // The top limb without leading zeros, every other one as four digits.
@@ -200,16 +200,16 @@ int BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string
             const char digits[4] = {char('0' + limb / 1000), char('0' + limb / 100 % 10),
                                     char('0' + limb / 10 % 10), char('0' + limb % 10)};
             out.append(digits, 4);
-            if ((i & 0xFFFF) == 0 && clk.Tick(4 * 0x10000)) return -1;
+            if ((i & 0xFFFF) == 0 && clk.Tick(4 * 0x10000)) return Result::kStopped;
         }
         text->swap(out);
-        return 0;
+        return Result::kOk;
     }
     // Enough powers that the value is below the square of the last.
     Powers pw;
     pw.leaf = gFastThresholds.radixDivide;
     const int32_t digitsAtMost = int32_t(int64_t(value->top + 1) * 14 + 1);  // 4·log2(10) per limb
-    int code = pw.Build(ctx, base, digitsAtMost);
+    Result code = pw.Build(ctx, base, digitsAtMost);
     if (code == 0) code = pw.PrepareDivisors(ctx);
     if (code == 0) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
     if (code == 0) text->swap(out);

@@ -56,11 +56,11 @@ int32_t ShiftedTimes(const Limb* root, int32_t i, int32_t top, int32_t f, Limb* 
 
 // With p the root found so far and B = 10000, the next limb d is the largest
 // with (2pB + d) d <= the remainder at its position; T holds 2pB.
-int SqrtSchool(CalcContext*, const BigInt* x, BigInt* result) {
+Result SqrtSchool(CalcContext*, const BigInt* x, BigInt* result) {
     const int32_t rootTop = (x->top + 1) / 2;  // room for a normalised copy of x
     LimbBuffer root(static_cast<int64_t>(rootTop) + 1), r(static_cast<int64_t>(x->top) + 2),
         t(static_cast<int64_t>(rootTop) + 4), u(static_cast<int64_t>(rootTop) + 4);
-    if (!root.ok() || !r.ok() || !t.ok() || !u.ok()) return 3;
+    if (!root.ok() || !r.ok() || !t.ok() || !u.ok()) return Result::kNoMemory;
     CopyLimbs(r.get(), x->limbs, x->top + 1);
     Remainder rem{r.get(), LimbsNormalizeTop(r.get(), x->top)};
     const int32_t top = rem.rt / 2;
@@ -82,20 +82,20 @@ int SqrtSchool(CalcContext*, const BigInt* x, BigInt* result) {
         tt = ShiftedTimes(root.get(), i, top, 2, t.get());
         root[--i] = 0;
     }
-    const int code = BigFromLimbs(result, root.get(), top, 0);
+    const Result code = BigFromLimbs(result, root.get(), top, 0);
     if (code != 0) return code;
-    return rem.IsZero() ? 0 : 1;
+    return rem.IsZero() ? Result::kOk : kRootInexact;
 }
 
 // The same scheme three limbs at a time: the trial for limb d is
 // (P + (T + d) d) d = (pB + d)^3 - (pB)^3 with T = 3pB and P = 3p^2 B^2.
-int CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result) {
     const int32_t rootTop = (x->top + 1) / 3;
     const int64_t wide = static_cast<int64_t>(x->top) + 6;
     LimbBuffer root(static_cast<int64_t>(rootTop) + 1), r(static_cast<int64_t>(x->top) + 2),
         p(wide), w(wide), t(static_cast<int64_t>(rootTop) + 4),
         u(static_cast<int64_t>(rootTop) + 4);
-    if (!root.ok() || !r.ok() || !p.ok() || !w.ok() || !t.ok() || !u.ok()) return 3;
+    if (!root.ok() || !r.ok() || !p.ok() || !w.ok() || !t.ok() || !u.ok()) return Result::kNoMemory;
     CopyLimbs(r.get(), x->limbs, x->top + 1);
     Remainder rem{r.get(), LimbsNormalizeTop(r.get(), x->top)};
     const int32_t top = rem.rt / 3;
@@ -122,19 +122,19 @@ int CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result) {
         // P := root × T, shifted up one limb.
         ZeroLimbs(p.get(), tt + (top - i) + 3);
         tp = LimbsMul(ctx, root.get() + i, t.get(), p.get() + 1, top - i, tt);
-        if (tp < 0) return -1;
+        if (tp < 0) return Result::kStopped;
         ++tp;
         root[--i] = 0;
     }
-    const int code = BigFromLimbs(result, root.get(), top, BigIsNegative(x) ? 1 : 0);
+    const Result code = BigFromLimbs(result, root.get(), top, BigIsNegative(x) ? 1 : 0);
     if (code != 0) return code;
-    return rem.IsZero() ? 0 : 1;
+    return rem.IsZero() ? Result::kOk : kRootInexact;
 }
 
 // Integer part of the square root of |x|; the sign of x is not examined.
-int BigSqrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result BigSqrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp root;
-    const int code = SqrtDispatch(ctx, x, &root.v);
+    const Result code = SqrtDispatch(ctx, x, &root.v);
     if (code != 0 && code != 1) {
         BigSetFailed(result);
         return code;
@@ -145,9 +145,9 @@ int BigSqrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
 }
 
 // Integer part of the cube root with x's sign: the root of -30 is -3.
-int BigCbrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result BigCbrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp root;
-    const int code = CbrtDispatch(ctx, x, &root.v);
+    const Result code = CbrtDispatch(ctx, x, &root.v);
     if (code != 0 && code != 1) {
         BigSetFailed(result);
         return code;

@@ -17,24 +17,24 @@
 
 namespace {
 
-int AddSmall(BigInt* r, const BigInt* x, int32_t n) {
+Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     BigTemp t;
-    const int code = BigFromInt(&t.v, n);
+    const Result code = BigFromInt(&t.v, n);
     return code != 0 ? code : FastAdd(r, x, &t.v);
 }
 
 // s, r with s² <= a < (s + 1)², r = a − s², for a >= 0.
-int SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
+Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     const int32_t n = a->top + 1;
     const int32_t l = (n - 1) / 4;
     if (l == 0 || n < gFastThresholds.sqrtRecursive) {
         BigTemp sq;
-        int code = SqrtSchool(ctx, a, s);
+        Result code = SqrtSchool(ctx, a, s);
         if (code == 0 || code == 1) code = FastMul(ctx, &sq.v, s, s);
         return code != 0 ? code : FastSub(r, a, &sq.v);
     }
     BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
-    int code = FastShiftDown(&top.v, a, 2 * l);
+    Result code = FastShiftDown(&top.v, a, 2 * l);
     if (code == 0) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v);
     // num = r'·β + a1, divided by 2s'
     if (code == 0) code = FastShiftDown(&t.v, a, l);
@@ -76,9 +76,9 @@ int SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
 
 // next := floor((2y + floor(x / y²)) / 3), Newton's step for the cube root;
 // never below the floor of the root, and below y while y is above it.
-int NewtonStep(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* next) {
+Result NewtonStep(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* next) {
     BigTemp sq, quo, rem, twice, sum, three, r3;
-    int code = FastMul(ctx, &sq.v, y, y);
+    Result code = FastMul(ctx, &sq.v, y, y);
     if (code == 0) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
     if (code == 0) code = FastAdd(&twice.v, y, y);
     if (code == 0) code = FastAdd(&sum.v, &twice.v, &quo.v);
@@ -90,10 +90,10 @@ int NewtonStep(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* next)
 // Lowers y >= floor(cbrt(x)) to it by steps of one, keeping y² and y³ by
 // differences: (y − 1)² = y² − 2y + 1, (y − 1)³ = y³ − 3y² + 3y − 1. Gives
 // up (*done false) after a few steps, leaving y where it got to.
-int StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done) {
+Result StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done) {
     constexpr int kMaxSteps = 8;
     BigTemp sq, cube;
-    int code = FastMul(ctx, &sq.v, y, y);
+    Result code = FastMul(ctx, &sq.v, y, y);
     if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, y);
     *done = false;
     for (int i = 0; code == 0 && i <= kMaxSteps; ++i) {
@@ -123,16 +123,16 @@ int StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done) {
 }
 
 // floor(cbrt(x)) for x >= 0.
-int CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
+Result CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
     const int32_t n = x->top + 1;
     if (n < gFastThresholds.cbrtNewton || n < 7) {
-        const int code = CbrtSchool(ctx, x, y);
-        if (code == 0 || code == 1) y->negative = 0;
-        return code == 1 ? 0 : code;
+        const Result code = CbrtSchool(ctx, x, y);
+        if (code == Result::kOk || code == kRootInexact) y->negative = 0;
+        return code == kRootInexact ? Result::kOk : code;
     }
     const int32_t t = n / 6;   // the leading part keeps about half the root's limbs
     BigTemp lead, root, up;
-    int code = FastShiftDown(&lead.v, x, 3 * t);
+    Result code = FastShiftDown(&lead.v, x, 3 * t);
     if (code == 0) code = CbrtFloor(ctx, &lead.v, &root.v);
     if (code == 0) code = AddSmall(&up.v, &root.v, 1);
     BigInt cur = {};
@@ -162,22 +162,22 @@ int CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
 
 }  // namespace
 
-int SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp r;
     const BigInt xm = BigMagnitudeView(x);
-    const int code = SqrtRem(ctx, &xm, result, &r.v);
+    const Result code = SqrtRem(ctx, &xm, result, &r.v);
     if (code != 0) return code;
     result->negative = 0;
-    return BigIsZero(&r.v) ? 0 : 1;
+    return BigIsZero(&r.v) ? Result::kOk : kRootInexact;
 }
 
-int CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result) {
+Result CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result) {
     const BigInt xm = BigMagnitudeView(x);
     BigTemp cube, sq;
-    int code = CbrtFloor(ctx, &xm, result);
+    Result code = CbrtFloor(ctx, &xm, result);
     if (code == 0) code = FastMul(ctx, &sq.v, result, result);
     if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, result);
     if (code != 0) return code;
     result->negative = x->negative;
-    return BigCompareMag(&cube.v, &xm) == 0 ? 0 : 1;
+    return BigCompareMag(&cube.v, &xm) == 0 ? Result::kOk : kRootInexact;
 }

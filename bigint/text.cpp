@@ -47,16 +47,18 @@ void BreakLines(char* buf, int32_t len, int32_t lineLength) {
 // discarded. Because zeros go first, "x00000" keeps its zeros and reads as a
 // zero of two limbs, and text with no digits after the zeros ("abc") is
 // answered 3, the code of the failed allocation this case has always made.
-int BigFromText(char* text, BigInt* v) {
+Result BigFromText(char* text, BigInt* v) {
     uint8_t negative = 0;
     char* s = text;
     while (*s == '-') {
         negative ^= 1;
         ++s;
     }
+    // On failure v reads zero; the failure reported is the text's, and a
+    // record left released by a failed zero reads as zero too.
     if (*s == '\0') {
-        BigFromInt(v, 0);
-        return 2;
+        (void)BigFromInt(v, 0);
+        return Result::kCouldNotFind;
     }
     while (*s == '0') ++s;
     if (*s == '\0') return BigFromInt(v, 0);
@@ -74,14 +76,14 @@ int BigFromText(char* text, BigInt* v) {
         s = text;
     }
     if (length == 0 || length / 4 >= static_cast<size_t>(INT32_MAX)) {
-        BigFromInt(v, 0);
-        return 3;
+        (void)BigFromInt(v, 0);
+        return Result::kNoMemory;
     }
     const int32_t top = static_cast<int32_t>((length - 1) / 4);
     Limb* limbs = AllocLimbs(static_cast<int64_t>(top) + 1);
     if (!limbs) {
-        BigFromInt(v, 0);
-        return 3;
+        (void)BigFromInt(v, 0);
+        return Result::kNoMemory;
     }
     // Cut four digits at a time from the right, ending the text at each cut.
     size_t position = length;
@@ -95,7 +97,7 @@ int BigFromText(char* text, BigInt* v) {
     v->limbs = limbs;
     v->top = top;
     v->negative = negative;
-    return 0;
+    return Result::kOk;
 }
 
 // The first rendered limb is written without leading zeros even when it is

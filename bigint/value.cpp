@@ -5,35 +5,35 @@
 namespace {
 
 // Limbs of a magnitude below 2^32: one below 10000, three from 100000000 on.
-int FromMagnitude(BigInt* v, uint32_t n, uint8_t negative) {
+Result FromMagnitude(BigInt* v, uint32_t n, uint8_t negative) {
     const int32_t top = n < 10000u ? 0 : (n >= 100000000u ? 2 : 1);
     v->limbs = AllocLimbs(top + 1);
     v->top = top;
     v->negative = negative;
-    if (!v->limbs) return 3;
+    if (!v->limbs) return Result::kNoMemory;
     for (int32_t i = 0; i <= top; ++i) {
         v->limbs[i] = static_cast<Limb>(n % 10000u);
         n /= 10000u;
     }
-    return 0;
+    return Result::kOk;
 }
 
 }  // namespace
 
-int BigFromInt(BigInt* v, int32_t n) {
+Result BigFromInt(BigInt* v, int32_t n) {
     const uint32_t mag = n < 0 ? 0u - static_cast<uint32_t>(n) : static_cast<uint32_t>(n);
     return FromMagnitude(v, mag, static_cast<uint8_t>(n < 0 ? 1 : 0));
 }
 
-int BigFromUnsigned(BigInt* v, uint32_t n) { return FromMagnitude(v, n, 0); }
+Result BigFromUnsigned(BigInt* v, uint32_t n) { return FromMagnitude(v, n, 0); }
 
-int BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative) {
+Result BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative) {
     v->limbs = AllocLimbs(top + 1);
     v->top = top;
     v->negative = negative;
-    if (!v->limbs) return 3;
+    if (!v->limbs) return Result::kNoMemory;
     CopyLimbs(v->limbs, src, top + 1);
-    return 0;
+    return Result::kOk;
 }
 
 void BigFree(BigInt* v) {
@@ -92,26 +92,26 @@ bool BigToUnsigned(const BigInt* v, uint32_t* out) {
     return true;
 }
 
-int BigCopy(BigInt* dst, const BigInt* src) {
-    if (BigFromLimbs(dst, src->limbs, src->top, src->negative) == 0) return 0;
+Result BigCopy(BigInt* dst, const BigInt* src) {
+    if (BigFromLimbs(dst, src->limbs, src->top, src->negative) == 0) return Result::kOk;
     BigSetFailed(dst);
-    return 3;
+    return Result::kNoMemory;
 }
 
 int BigCompareMag(const BigInt* a, const BigInt* b) {
     return LimbsCompare(a->limbs, b->limbs, a->top, b->top);
 }
 
-int BigIncrement(BigInt* v) {
+Result BigIncrement(BigInt* v) {
     if (BigIsZero(v)) {
         v->limbs[0] = 1;
         v->negative = 0;
-        return 0;
+        return Result::kOk;
     }
     if (v->negative) {
         // -n + 1 = -(n - 1); -1 therefore becomes a zero carrying the flag.
         v->negative = 0;
-        const int code = BigDecrement(v);
+        const Result code = BigDecrement(v);
         v->negative = 1;
         return code;
     }
@@ -121,42 +121,42 @@ int BigIncrement(BigInt* v) {
         v->limbs[i] = static_cast<Limb>(v->limbs[i] - kLimbBase);
         if (i == v->top) {
             Limb* grown = AllocLimbs(v->top + 2);
-            if (!grown) return 3;
+            if (!grown) return Result::kNoMemory;
             CopyLimbs(grown, v->limbs, v->top + 1);
             grown[v->top + 1] = 1;
             FreeLimbs(v->limbs);
             v->limbs = grown;
             ++v->top;
-            return 0;
+            return Result::kOk;
         }
         ++i;
         v->limbs[i] = static_cast<Limb>(v->limbs[i] + 1);
     }
-    return 0;
+    return Result::kOk;
 }
 
 // The array keeps its size when the top drops.
-int BigDecrement(BigInt* v) {
+Result BigDecrement(BigInt* v) {
     if (BigIsZero(v)) {
         v->limbs[0] = 1;
         v->negative = 1;
-        return 0;
+        return Result::kOk;
     }
     if (v->negative) {
         v->negative = 0;
-        const int code = BigIncrement(v);
+        const Result code = BigIncrement(v);
         v->negative = 1;
         return code;
     }
     if (v->top == 0 && v->limbs[0] == 1) {
         v->limbs[0] = 0;
-        return 0;
+        return Result::kOk;
     }
     int32_t i = 0;
     while (v->limbs[i] == 0 && i < v->top) v->limbs[i++] = kLimbBase - 1;
     v->limbs[i] = static_cast<Limb>(v->limbs[i] - 1);
     v->top = LimbsTrimTop(v->limbs, v->top);
-    return 0;
+    return Result::kOk;
 }
 
 // Halves the magnitude, truncating; the sign is untouched.

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "support.h"
+#include "support/test_support.h"
 
 namespace {
 
@@ -12,9 +12,9 @@ using Limbs = std::vector<int>;
 
 TEST(AddSub, CancellingGivesZeroThatMayCarryTheFlag) {
     Num minus("-5"), plus("5"), a, b, c;
-    BigAdd(&a.v, &minus.v, &plus.v);
-    BigSub(&b.v, &plus.v, &plus.v);
-    BigSub(&c.v, &minus.v, &minus.v);
+    ASSERT_EQ(BigAdd(&a.v, &minus.v, &plus.v), Result::kOk);
+    ASSERT_EQ(BigSub(&b.v, &plus.v, &plus.v), Result::kOk);
+    ASSERT_EQ(BigSub(&c.v, &minus.v, &minus.v), Result::kOk);
     for (Num* z : {&a, &b, &c}) {
         EXPECT_TRUE(BigIsZero(&z->v));
         EXPECT_EQ(Text(*z), "0");
@@ -26,26 +26,26 @@ TEST(AddSub, CancellingGivesZeroThatMayCarryTheFlag) {
 
 TEST(AddSub, LongerFirstOperandMayLeaveATopLimbOf10000) {
     Num x("99999999"), one("1"), s, t;
-    BigAdd(&s.v, &x.v, &one.v);
+    ASSERT_EQ(BigAdd(&s.v, &x.v, &one.v), Result::kOk);
     EXPECT_EQ(s.Limbs(), (Limbs{0, 10000}));
     EXPECT_EQ(Text(s), "100000000");
     EXPECT_EQ(BigTextLength(&s.v), 8);
-    BigAdd(&t.v, &one.v, &x.v);
+    ASSERT_EQ(BigAdd(&t.v, &one.v, &x.v), Result::kOk);
     EXPECT_EQ(t.Limbs(), (Limbs{0, 0, 1}));
     // Below the top the carry runs on, so no limb of 10000 sits inside a number.
     Num inner("599999999"), u;
-    BigAdd(&u.v, &inner.v, &one.v);
+    ASSERT_EQ(BigAdd(&u.v, &inner.v, &one.v), Result::kOk);
     EXPECT_EQ(u.Limbs(), (Limbs{0, 0, 6}));
 }
 
 TEST(AddSub, LaterArithmeticTakesTheTopLimbOf10000AtItsValue) {
     CalcContext ctx;
     Num x("99999999"), one("1"), seven("7"), u, root, m, cube;
-    BigAdd(&u.v, &x.v, &one.v);
-    EXPECT_EQ(BigSqrt(&ctx, &u.v, &root.v), 0);
-    EXPECT_EQ(BigCbrt(&ctx, &u.v, &cube.v), 1);
-    ASSERT_EQ(BigMod(&ctx, &u.v, &seven.v, &m.v), 0);
-    BigIncrement(&u.v);
+    ASSERT_EQ(BigAdd(&u.v, &x.v, &one.v), Result::kOk);
+    EXPECT_EQ(BigSqrt(&ctx, &u.v, &root.v), Result::kOk);
+    EXPECT_EQ(BigCbrt(&ctx, &u.v, &cube.v), kRootInexact);
+    ASSERT_EQ(BigMod(&ctx, &u.v, &seven.v, &m.v), Result::kOk);
+    ASSERT_EQ(BigIncrement(&u.v), Result::kOk);
     EXPECT_EQ(Text(root) + " " + Text(cube) + " " + Text(m) + " " + Text(u),
               "10000 464 2 100000001");
 }

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <random>
 
-#include "support.h"
+#include "support/test_support.h"
 
 namespace {
 
@@ -85,22 +85,22 @@ TEST_F(Differential, AddSubMulDivModGcd) {
             const Z& za = swapped ? zy : zx;
             const Z& zb = swapped ? zx : zy;
             const std::string what = Text(a) + " , " + Text(b);
-            BigAdd(r.Out(), &a.v, &b.v);
+            ASSERT_EQ(BigAdd(r.Out(), &a.v, &b.v), Result::kOk);
             mpz_add(e.z, za.z, zb.z);
             EXPECT_SAME(r, e, "add " << what);
-            BigSub(r.Out(), &a.v, &b.v);
+            ASSERT_EQ(BigSub(r.Out(), &a.v, &b.v), Result::kOk);
             mpz_sub(e.z, za.z, zb.z);
             EXPECT_SAME(r, e, "sub " << what);
-            ASSERT_EQ(BigMul(&ctx, r.Out(), &a.v, &b.v), 0);
+            ASSERT_EQ(BigMul(&ctx, r.Out(), &a.v, &b.v), Result::kOk);
             mpz_mul(e.z, za.z, zb.z);
             EXPECT_SAME(r, e, "mul " << what);
             if (mpz_sgn(zb.z) == 0) continue;
-            ASSERT_EQ(BigDivMod(&ctx, &a.v, &b.v, q.Out(), r.Out()), 0);
+            ASSERT_EQ(BigDivMod(&ctx, &a.v, &b.v, q.Out(), r.Out()), Result::kOk);
             mpz_tdiv_qr(e.z, e2.z, za.z, zb.z);
             EXPECT_SAME(q, e, "quotient " << what);
             EXPECT_SAME(r, e2, "remainder " << what);
             // A negative dividend answers |m| - |r|: a multiple gives |m|.
-            ASSERT_EQ(BigMod(&ctx, &a.v, &b.v, r.Out()), 0);
+            ASSERT_EQ(BigMod(&ctx, &a.v, &b.v, r.Out()), Result::kOk);
             if (mpz_sgn(za.z) < 0) {
                 mpz_abs(e.z, zb.z);
                 mpz_abs(e2.z, e2.z);
@@ -110,23 +110,23 @@ TEST_F(Differential, AddSubMulDivModGcd) {
         }
         // A sum may end in a top limb of 10000; later operations take it at its value.
         Num sum;
-        BigAdd(&sum.v, &x.v, &y.v);
+        ASSERT_EQ(BigAdd(&sum.v, &x.v, &y.v), Result::kOk);
         Z zs(sum);
         if (mpz_sgn(zy.z) != 0) {
-            BigDivMod(&ctx, &sum.v, &y.v, q.Out(), r.Out());
+            ASSERT_EQ(BigDivMod(&ctx, &sum.v, &y.v, q.Out(), r.Out()), Result::kOk);
             mpz_tdiv_qr(e.z, e2.z, zs.z, zy.z);
             EXPECT_SAME(q, e, "quotient of the sum " << xs << " , " << ys);
             EXPECT_SAME(r, e2, "remainder of the sum " << xs << " , " << ys);
         }
-        ASSERT_EQ(BigMul(&ctx, r.Out(), &x.v, &x.v), 0);  // one record on both sides
+        ASSERT_EQ(BigMul(&ctx, r.Out(), &x.v, &x.v), Result::kOk);  // one record on both sides
         mpz_mul(e.z, zx.z, zx.z);
         EXPECT_SAME(r, e, "square " << xs);
         if (mpz_sgn(zx.z) != 0) {
-            BigDivMod(&ctx, &x.v, &x.v, q.Out(), r.Out());
+            ASSERT_EQ(BigDivMod(&ctx, &x.v, &x.v, q.Out(), r.Out()), Result::kOk);
             EXPECT_EQ(Text(q) + " " + Text(r), "1 0");
         }
         if (round % 3 != 0 || (mpz_sgn(zx.z) == 0 && mpz_sgn(zy.z) == 0)) continue;
-        ASSERT_EQ(BigGcd(&ctx, &x.v, &y.v, r.Out()), 0);
+        ASSERT_EQ(BigGcd(&ctx, &x.v, &y.v, r.Out()), Result::kOk);
         if (mpz_sgn(zx.z) == 0 || mpz_cmpabs(zx.z, zy.z) == 0) {
             mpz_set(e.z, zy.z);  // y as it stands, sign included
         } else if (mpz_sgn(zy.z) == 0) {
@@ -146,23 +146,23 @@ TEST_F(Differential, PowersAndRoots) {
         const int exponent = manyBits ? Below(1000) : Below(25);
         Num x(xs), base(bs), r, square, cube;
         Z zx(x), zb(base), e, rest;
-        ASSERT_EQ(BigPowInt(&ctx, &base.v, exponent, &r.v), 0);
+        ASSERT_EQ(BigPowInt(&ctx, &base.v, exponent, &r.v), Result::kOk);
         mpz_pow_ui(e.z, zb.z, static_cast<unsigned long>(exponent));
         EXPECT_SAME(r, e, "pow " << bs << " ^ " << exponent);
 
         mpz_abs(zb.z, zx.z);
         mpz_sqrtrem(e.z, rest.z, zb.z);
-        EXPECT_EQ(BigSqrt(&ctx, &x.v, r.Out()), mpz_sgn(rest.z) == 0 ? 0 : 1) << "sqrt " << xs;
+        EXPECT_EQ(BigSqrt(&ctx, &x.v, r.Out()), mpz_sgn(rest.z) == 0 ? Result::kOk : kRootInexact) << "sqrt " << xs;
         EXPECT_SAME(r, e, "sqrt " << xs);
         const bool exact = mpz_root(e.z, zx.z, 3) != 0;
-        EXPECT_EQ(BigCbrt(&ctx, &x.v, r.Out()), exact ? 0 : 1) << "cbrt " << xs;
+        EXPECT_EQ(BigCbrt(&ctx, &x.v, r.Out()), exact ? Result::kOk : kRootInexact) << "cbrt " << xs;
         EXPECT_SAME(r, e, "cbrt " << xs);
-        BigMul(&ctx, &square.v, &x.v, &x.v);
-        BigMul(&ctx, &cube.v, &square.v, &x.v);
-        EXPECT_EQ(BigSqrt(&ctx, &square.v, r.Out()), 0) << "square of " << xs;
+        ASSERT_EQ(BigMul(&ctx, &square.v, &x.v, &x.v), Result::kOk);
+        ASSERT_EQ(BigMul(&ctx, &cube.v, &square.v, &x.v), Result::kOk);
+        EXPECT_EQ(BigSqrt(&ctx, &square.v, r.Out()), Result::kOk) << "square of " << xs;
         EXPECT_SAME(r, zb, "square root of the square of " << xs);
         if (xs.size() > 800) continue;
-        EXPECT_EQ(BigCbrt(&ctx, &cube.v, r.Out()), 0) << "cube of " << xs;
+        EXPECT_EQ(BigCbrt(&ctx, &cube.v, r.Out()), Result::kOk) << "cube of " << xs;
         EXPECT_SAME(r, zx, "cube root of the cube of " << xs);
     }
 }
@@ -174,12 +174,12 @@ TEST_F(Differential, ModularInverseAndPower) {
         Num m(ms), a(as), ex(es), base(as.substr(0, 100)), r;
         Z zm(m), za(a), ze(ex), zb(base), e;
         if (mpz_cmp_ui(zm.z, 1) <= 0 || mpz_divisible_p(za.z, zm.z)) continue;  // zero divisor
-        ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, &r.v), 0) << as << " mod " << ms;
+        ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, &r.v), Result::kOk) << as << " mod " << ms;
         if (!mpz_invert(e.z, za.z, zm.z)) mpz_set_ui(e.z, 0);  // not invertible: 0
         EXPECT_SAME(r, e, "inverse of " << as << " mod " << ms);
 
         if (ms.size() > 200 || (mpz_sgn(ze.z) < 0 && !mpz_invert(e.z, zb.z, zm.z))) continue;
-        ASSERT_EQ(ModPow(&ctx, &base.v, &ex.v, r.Out(), &m.v), 0);
+        ASSERT_EQ(ModPow(&ctx, &base.v, &ex.v, r.Out(), &m.v), Result::kOk);
         mpz_powm(e.z, zb.z, ze.z, zm.z);
         if (mpz_sgn(ze.z) == 0) mpz_set_ui(e.z, 1);  // not reduced
         EXPECT_SAME(r, e, "power " << Text(base) << " ^ " << es << " mod " << ms);
@@ -197,7 +197,7 @@ TEST_F(Differential, BaseConversion) {
             std::transform(text.begin(), text.end(), text.begin(), ::tolower);
             text.insert(static_cast<size_t>(Below(static_cast<int>(text.size()) + 1)), " ");
         }
-        ASSERT_EQ(ConvertBase(&ctx, from, to, &text), 0) << xs << " " << from << "->" << to;
+        ASSERT_EQ(ConvertBase(&ctx, from, to, &text), Result::kOk) << xs << " " << from << "->" << to;
         EXPECT_EQ(text, xs == "0" ? "" : zx.Str(to)) << xs << " " << from << "->" << to
                                                      << "  ORDIX_SEED=" << Seed();
     }

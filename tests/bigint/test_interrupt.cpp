@@ -6,7 +6,7 @@
 
 #include <functional>
 
-#include "support.h"
+#include "support/test_support.h"
 
 namespace {
 
@@ -27,45 +27,45 @@ private:
 TEST(Interruption, SchoolbookProductPollsOncePerRowOfB) {
     const Limb a[] = {1, 2, 3}, b[] = {9, 8, 7, 6, 5, 4, 3};
     Limb p[12] = {};
-    StopAfter counting(1000);
+    QuitAtPoll counting(1001);
     EXPECT_EQ(LimbsMul(&counting, a, b, p, 2, 6), 8);
     EXPECT_EQ(counting.polls(), 7);
     Num zero("0"), x(Digits(100, '7')), r;
-    StopAfter untouched(0);
-    EXPECT_EQ(BigMul(&untouched, &r.v, &zero.v, &x.v), 0);
+    QuitAtPoll untouched(1);
+    EXPECT_EQ(BigMul(&untouched, &r.v, &zero.v, &x.v), Result::kOk);
     EXPECT_EQ(untouched.polls(), 0);
     OtherKeyThenAction keyIgnored(1 << 30);
-    EXPECT_EQ(BigMul(&keyIgnored, r.Out(), &x.v, &x.v), 0);
+    EXPECT_EQ(BigMul(&keyIgnored, r.Out(), &x.v, &x.v), Result::kOk);
 }
 
 TEST(Interruption, LongRunsStopAtTheFirstQ) {
     Num x(Digits(400000, '9')), y(Digits(400000, '8')), d(Digits(400, '3')), n("100000"),
         k("50000"), q, r;
-    StopAfter product(1), division(1), factorial(1), binomial(1);
-    EXPECT_EQ(BigMul(&product, &r.v, &x.v, &y.v), -1);
+    QuitAtPoll product(2), division(2), factorial(2), binomial(2);
+    EXPECT_EQ(BigMul(&product, &r.v, &x.v, &y.v), Result::kStopped);
     EXPECT_EQ(Text(r), "1");
-    EXPECT_EQ(BigDivMod(&division, &x.v, &d.v, &q.v, r.Out()), -1);
+    EXPECT_EQ(BigDivMod(&division, &x.v, &d.v, &q.v, r.Out()), Result::kStopped);
     EXPECT_EQ(Text(q) + " " + Text(r), "0 0");
-    EXPECT_EQ(BigFact(&factorial, r.Out(), &n.v), -1);
+    EXPECT_EQ(BigFact(&factorial, r.Out(), &n.v), Result::kStopped);
     EXPECT_EQ(Text(r), "1");
-    EXPECT_EQ(BigBinomial(&binomial, r.Out(), &n.v, &k.v), -1);
-    for (const StopAfter* c : {&product, &division, &factorial, &binomial}) {
+    EXPECT_EQ(BigBinomial(&binomial, r.Out(), &n.v, &k.v), Result::kStopped);
+    for (const QuitAtPoll* c : {&product, &division, &factorial, &binomial}) {
         EXPECT_EQ(c->polls(), 2);
     }
     OtherKeyThenAction moved(1);
-    EXPECT_EQ(BigMul(&moved, r.Out(), &x.v, &y.v), -1);
+    EXPECT_EQ(BigMul(&moved, r.Out(), &x.v, &y.v), Result::kStopped);
 }
 
 TEST(Interruption, InverseOfAMultipleRunsUntilStopped) {
     // With a one-limb modulus the zero divisor is subtracted without end.
     Num a("20"), m("10"), one("1"), r, d;
-    StopAfter stop(5000), viaDivision(50);
-    EXPECT_EQ(ModInverse(&stop, &a.v, &m.v, &r.v), -1);
+    QuitAtPoll stop(5001), viaDivision(51);
+    EXPECT_EQ(ModInverse(&stop, &a.v, &m.v, &r.v), Result::kStopped);
     EXPECT_EQ(stop.polls(), 5001);
     EXPECT_EQ(Text(r), "1");
     viaDivision.modulusMode = true;
-    BigFromInt(&viaDivision.modulus, 10);
-    EXPECT_EQ(FracDiv(&viaDivision, r.Out(), &d.v, &one.v, &one.v, &a.v, &one.v), -1);
+    ASSERT_EQ(BigFromInt(&viaDivision.modulus, 10), Result::kOk);
+    EXPECT_EQ(FracDiv(&viaDivision, r.Out(), &d.v, &one.v, &one.v, &a.v, &one.v), Result::kStopped);
 }
 
 TEST(Interruption, StopsPassThroughEveryCompositeOperation) {
@@ -84,7 +84,7 @@ TEST(Interruption, StopsPassThroughEveryCompositeOperation) {
             return ConvertBase(c, 10, 16, &text);
         }};
     for (size_t i = 0; i < sizeof ops / sizeof ops[0]; ++i) {
-        StopAfter stop(3);
+        QuitAtPoll stop(4);
         EXPECT_EQ(ops[i](&stop), -1) << "operation " << i;
         EXPECT_EQ(stop.polls(), 4) << "operation " << i;
     }

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "support.h"
+#include "support/test_support.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ std::string Render(const Num& v, int32_t width, int32_t line, int32_t first, int
 TEST(Value, MachineIntegersSplitIntoLimbsAndComeBack) {
     for (const int32_t n : {9999, 10000, 99999999, 100000000, -7, INT32_MIN}) {
         Num v;
-        BigFromInt(&v.v, n);
+        ASSERT_EQ(BigFromInt(&v.v, n), Result::kOk);
         EXPECT_EQ(Text(v), std::to_string(n));
         int32_t back = 0;
         const bool fits = v->top < 2;
@@ -29,7 +29,7 @@ TEST(Value, MachineIntegersSplitIntoLimbsAndComeBack) {
         EXPECT_EQ(fits ? back : n, n);
     }
     Num high, wraps("4294967296"), released;
-    BigFromUnsigned(&high.v, UINT32_MAX);
+    ASSERT_EQ(BigFromUnsigned(&high.v, UINT32_MAX), Result::kOk);
     EXPECT_EQ(high.Limbs(), (Limbs{7295, 9496, 42}));
     uint32_t u = 7;
     EXPECT_TRUE(BigToUnsigned(&wraps.v, &u));
@@ -57,17 +57,17 @@ TEST(Value, DigitCountsCountTheTopLimbByItsWidth) {
 
 TEST(Value, SteppingCrossesLimbBoundariesBothWays) {
     Num v("9999"), w("100000000"), z("0"), n("-99999999");
-    BigIncrement(&v.v);
+    ASSERT_EQ(BigIncrement(&v.v), Result::kOk);
     EXPECT_EQ(v.Limbs(), (Limbs{0, 1}));
-    BigDecrement(&v.v);
-    BigDecrement(&w.v);
+    ASSERT_EQ(BigDecrement(&v.v), Result::kOk);
+    ASSERT_EQ(BigDecrement(&w.v), Result::kOk);
     EXPECT_EQ(v.Limbs(), (Limbs{9999}));
     EXPECT_EQ(w.Limbs(), (Limbs{9999, 9999}));
-    BigDecrement(&z.v);
+    ASSERT_EQ(BigDecrement(&z.v), Result::kOk);
     EXPECT_EQ(Text(z), "-1");
-    BigIncrement(&z.v);  // a zero that keeps the flag, shown as 0
+    ASSERT_EQ(BigIncrement(&z.v), Result::kOk);  // a zero that keeps the flag, shown as 0
     EXPECT_EQ(Text(z) + (BigIsZero(&z.v) ? " zero" : ""), "0 zero");
-    BigDecrement(&n.v);
+    ASSERT_EQ(BigDecrement(&n.v), Result::kOk);
     EXPECT_EQ(Text(n), "-100000000");
     Num odd("10001"), even("20000"), big("-100000000000000000001");
     EXPECT_FALSE(BigHalve(&odd.v));
@@ -83,15 +83,15 @@ TEST(Text, ReadingCutsFromTheRightAfterDroppingZerosAndNoise) {
     // Zeros go before other characters, so "x00000" is a zero of two limbs.
     char text[] = "x00000";
     Num v;
-    ASSERT_EQ(BigFromText(text, &v.v), 0);
+    ASSERT_EQ(BigFromText(text, &v.v), Result::kOk);
     EXPECT_EQ(v.Limbs(), (Limbs{0, 0}));
     CalcContext ctx;
     Num big("1000000000000"), q, r;  // it still divides and roots as zero
-    EXPECT_EQ(BigDivMod(&ctx, &big.v, &v.v, &q.v, &r.v), 104);
-    EXPECT_EQ(BigSqrt(&ctx, &v.v, r.Out()), 0);
+    EXPECT_EQ(BigDivMod(&ctx, &big.v, &v.v, &q.v, &r.v), Result::kDivisionByZero);
+    EXPECT_EQ(BigSqrt(&ctx, &v.v, r.Out()), Result::kOk);
     EXPECT_EQ(Text(r), "0");
     char empty[] = "";
-    EXPECT_EQ(BigFromText(empty, v.Out()), 2);
+    EXPECT_EQ(BigFromText(empty, v.Out()), Result::kCouldNotFind);
 }
 
 TEST(Text, WritingWithinABudget) {

@@ -5,9 +5,15 @@
 #include <memory>
 #include <sstream>
 
-#include "support.h"
+#include "support/test_support.h"
 
 namespace {
+
+// The vector file sits beside this source.
+std::string TestDataPath(const char* name) {
+    const std::string here = __FILE__;
+    return here.substr(0, here.find_last_of('/') + 1) + name;
+}
 
 struct Frac {
     Num n, d;
@@ -37,10 +43,6 @@ Outcome RunCase(CalcContext* c, const std::string& op, const std::vector<std::st
         for (char& ch : t) ch = ch == '~' ? ' ' : ch;
         o.code = ConvertBase(c, std::stoi(args[0]), std::stoi(args[1]), &t);
         return {{t.empty() ? "_" : t}, o.code};
-    } else if (op == "gcd32") {
-        uint32_t v[6] = {0, 0, 0, 0, 0, 0};
-        for (size_t i = 0; i < args.size() && i < 6; ++i) v[i] = std::stoul(args[i]);
-        return {{std::to_string(GcdU32Many(v[0], v[1], v[2], v[3], v[4], v[5]))}, 0};
     } else if (op == "divmod") {
         o.code = BigDivMod(c, X(0), X(1), &r.v, &s.v);
         return {{Text(r), Text(s)}, o.code};
@@ -89,7 +91,7 @@ TEST(HandPickedCases, EveryLineOfTheVectorFileHolds) {
         while (tokens >> token) {
             if (op.empty() && token.rfind("M=", 0) == 0) {
                 ctx.modulusMode = true;
-                BigFromText(&token[2], &ctx.modulus);
+                ASSERT_EQ(BigFromText(&token[2], &ctx.modulus), Result::kOk) << "line " << lineNo;
             } else if (op.empty()) {
                 op = token;
             } else if (token == "->" || token[0] == '!') {

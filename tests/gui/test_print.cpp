@@ -20,6 +20,7 @@
 #include "resources/menus_frame.h"
 #include "resources/menus_table.h"
 #include "scripted_modal.h"
+#include "support/test_support.h"
 #include "windows/font_table.h"
 #include "windows/num_win.h"
 #include "windows/table_win.h"
@@ -118,19 +119,14 @@ private slots:
         text.close();
 
         // A number window prints the digits it shows.
-        BigInt v = {}, one = {};
-        std::string digits(2000, '7');
-        BigFromText(digits.data(), &v);
-        BigFromInt(&one, 1);
         {
-            TNumWin num(nullptr, "number1", 1, &v, &one, FontTableEntry(2, 96));
+            Num v(std::string(2000, '7')), one("1");
+            TNumWin num(nullptr, "number1", 1, &v.v, &one.v, FontTableEntry(2, 96));
             num.setLineDigits(50);
             num.command(kNumPrint);
             QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(),
                      num.editor()->toPlainText().simplified());
         }
-        BigFree(&v);
-        BigFree(&one);
         // A table window prints its shown section, named after its title
         // until it is saved.
         TTableWin table(nullptr, "t");

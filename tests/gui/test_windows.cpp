@@ -16,6 +16,7 @@
 #include "resources/menus_frame.h"
 #include "resources/menus_table.h"
 #include "scripted_modal.h"
+#include "support/test_support.h"
 #include "windows/font_table.h"
 #include "windows/help_win.h"
 #include "windows/note_win.h"
@@ -34,16 +35,6 @@ QByteArray ReadAll(const QString& path) {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
 }
-
-// A value record that frees itself.
-struct Value {
-    BigInt v = {};
-    Value() = default;
-    explicit Value(std::string text) { BigFromText(text.data(), &v); }
-    ~Value() { BigFree(&v); }
-    Value(const Value&) = delete;
-    Value& operator=(const Value&) = delete;
-};
 
 // Digits 1..9 only, so that no limb has leading zeros (a section that starts
 // inside the number prints its first limb without them).
@@ -257,7 +248,7 @@ private slots:
         for (int lineDigits : {7, 72}) {
             for (const char* sign : {"", "-"}) {
                 const std::string text = sign + NonZeroDigits(130004, 1);
-                Value value(text);
+                Num value(text);
                 SectionLayout layout;
                 QCOMPARE(LayoutSections(value.v.top, BigTextLength(&value.v), *sign != 0,
                                         lineDigits, &layout),
@@ -280,7 +271,7 @@ private slots:
 
     void sectionCommandsMoveThroughA30103DigitNumber() {
         const std::string digits = NonZeroDigits(30103, 5);
-        Value v(digits), one("1");
+        Num v(digits), one("1");
         TNumWin w(nullptr, "number1", 1, &v.v, &one.v, Font());
         w.setLineDigits(1);
         QCOMPARE(w.windowTitle(), QString("A [number1.num] [digits: 30103] [section 1/2]"));
@@ -305,13 +296,13 @@ private slots:
     }
 
     void fractionsShowTogetherOrPartByPart() {
-        Value seven("7"), two("2");
+        Num seven("7"), two("2");
         TNumWin w(nullptr, "number3", 3, &seven.v, &two.v, Font());
         w.setLineDigits(20);
         QCOMPARE(w.editor()->toPlainText(), QString("7\n-\n2"));
         QCOMPARE(w.windowTitle(), QString("C [number3.num] [digits: 1/1]"));
 
-        Value big(NonZeroDigits(40000, 1)), bigger(NonZeroDigits(30000, 2));
+        Num big(NonZeroDigits(40000, 1)), bigger(NonZeroDigits(30000, 2));
         w.setLineDigits(72);
         QCOMPARE(w.refill(&big.v, &bigger.v), Result::kOk);
         QCOMPARE(w.windowTitle(), QString("C [number3.num] [digits: 40000][num]"));
@@ -324,7 +315,7 @@ private slots:
 
     void digitFrequenciesAndSaveAsText() {
         QTemporaryDir dir;
-        Value v("-123456789"), one("1");
+        Num v("-123456789"), one("1");
         TNumWin w(nullptr, "number2", 2, &v.v, &one.v, Font());
         w.setInscription("x");
         w.command(kNumDigitFreq);
@@ -346,7 +337,7 @@ private slots:
     }
 
     void aLargerFontOrANarrowerWindowGivesFewerDigitsPerLine() {
-        Value v(NonZeroDigits(3000, 3)), one("1");
+        Num v(NonZeroDigits(3000, 3)), one("1");
         TNumWin w(nullptr, "number2", 2, &v.v, &one.v, Font());
         w.resize(700, 400);
         const int32_t before = w.lineDigits();

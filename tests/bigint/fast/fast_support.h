@@ -1,7 +1,7 @@
-// Shared pieces of the fast-kernel tests: replayable randomness, operands
-// that hurt, pairs with chosen continued fractions, scripted polling
-// contexts, lowered thresholds, conversion of records to and from GMP by
-// decimal text.
+// What the fast-kernel tests share beyond tests/support: replayable
+// randomness, operands that hurt, pairs with chosen continued fractions,
+// lowered thresholds, conversion of records to and from GMP by decimal text,
+// and the check that a kernel stops at any poll.
 #pragma once
 
 #include <gmp.h>
@@ -14,6 +14,7 @@
 
 #include "bigint/bigint.h"
 #include "bigint/thresholds.h"
+#include "support/test_support.h"
 
 namespace fasttest {
 
@@ -51,18 +52,6 @@ void ToMpz(mpz_t z, const BigInt* v);
 std::vector<Limb> FromMpz(const mpz_t z);
 std::string MpzDecimal(const mpz_t z);
 
-// Answers Q at poll number stopAt (1-based; 0 never) and counts polls.
-class ScriptedContext : public CalcContext {
-public:
-    explicit ScriptedContext(long stopAt = 0) : stopAt_(stopAt) {}
-    int PollQuitKey() override { return ++polls_ == stopAt_ ? kQuitKey : 0; }
-    long polls() const { return polls_; }
-
-private:
-    long stopAt_;
-    long polls_ = 0;
-};
-
 // Sets thresholds for the scope of a test and restores them afterwards.
 class ThresholdScope {
 public:
@@ -73,21 +62,13 @@ private:
     FastThresholds saved_;
 };
 
-// A record released at the end of the scope.
-struct Big {
-    BigInt v = {};
-    Big() = default;
-    ~Big() { BigFree(&v); }
-    Big(const Big&) = delete;
-    Big& operator=(const Big&) = delete;
-    BigInt* operator&() { return &v; }
-};
-
 // Runs op (result into the given record) to make the transform's root
 // tables, then once counting polls, then stops it at its first, second,
-// middle and last polls: each stop must answer -1 with result 1 and poll no
-// more. Set nttParallel = 0 first: the wait for the transform's helper
-// thread polls by time, and the counts would not repeat.
-void ExpectStopsAtEveryPoll(const std::function<int(CalcContext*, BigInt*)>& op);
+// middle and last polls: each stop must answer kStopped, leave the result
+// `left` (the 1 of a failed operation, unless said) and poll no more. Set
+// nttParallel = 0 first: the wait for the transform's helper thread polls
+// by time, and the counts would not repeat.
+void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& op,
+                            const std::string& left = "1");
 
 }  // namespace fasttest

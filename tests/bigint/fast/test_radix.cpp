@@ -1,5 +1,6 @@
-// Bases 2, 4, 8 and 16 through binary words, and the word arithmetic under
-// them, against the digit-at-a-time kernel and GMP.
+// Base conversion against the digit-at-a-time kernels and GMP: divide and
+// conquer over powers of the base in every base, and bases 2, 4, 8 and 16
+// out through binary words with the word arithmetic under them.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -29,10 +30,10 @@ void CheckDigits(const BigInt* v, bool withSchool, const std::string& what) {
     CalcContext ctx;
     for (int base : {2, 4, 8, 16}) {
         std::string fast = "unset", school;
-        ASSERT_EQ(BigToRadixDispatch(&ctx, v, base, &fast), 0) << what;
+        ASSERT_EQ(BigToRadixDispatch(&ctx, v, base, &fast), Result::kOk) << what;
         EXPECT_EQ(fast, GmpDigits(z, base)) << what << ", base " << base;
         if (!withSchool) continue;
-        ASSERT_EQ(BigToRadixSchool(&ctx, v, base, &school), 0);
+        ASSERT_EQ(BigToRadixSchool(&ctx, v, base, &school), Result::kOk);
         EXPECT_EQ(fast, school) << what << ", base " << base;
     }
     mpz_clear(z);
@@ -67,7 +68,45 @@ std::vector<uint32_t> Export(const mpz_t z, size_t n) {
     return w;
 }
 
+std::vector<unsigned char> RandomDigits(int32_t n, int base) {
+    std::vector<unsigned char> d(n);
+    for (auto& c : d) c = static_cast<unsigned char>(Rng()() % base);
+    return d;
+}
+
 }  // namespace
+
+TEST(FastRadix, BothDirectionsAgreeWithDigitAtATimeInEveryBase) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    CalcContext ctx;
+    for (int base = 2; base <= 16; ++base) {
+        for (int32_t n : {1, 7, 8, 9, 31, 64, 100, 257}) {
+            std::vector<unsigned char> d = RandomDigits(n, base);
+            if (n > 3) d[0] = d[1] = 0;   // leading zeros
+            Num a, b;
+            ASSERT_EQ(RadixToBigSchool(&ctx, d.data(), n, base, &a.v), Result::kOk);
+            ASSERT_EQ(RadixToBigDispatch(&ctx, d.data(), n, base, &b.v), Result::kOk);
+            ASSERT_EQ(ToDecimal(&b.v), ToDecimal(&a.v)) << "base " << base << ", " << n << " digits";
+            std::string s1, s2;
+            ASSERT_EQ(BigToRadixSchool(&ctx, &a.v, base, &s1), Result::kOk);
+            ASSERT_EQ(BigToRadixDispatch(&ctx, &a.v, base, &s2), Result::kOk);
+            ASSERT_EQ(s2, s1) << "base " << base << ", " << n << " digits";
+        }
+        // Powers of the base and their neighbours: all-zero and all-top digits.
+        for (int32_t n : {16, 33}) {
+            std::vector<unsigned char> one(n + 1, 0), top(n, static_cast<unsigned char>(base - 1));
+            one[0] = 1;
+            for (const auto& d : {one, top}) {
+                Num v;
+                std::string s1, s2;
+                ASSERT_EQ(RadixToBigDispatch(&ctx, d.data(), int32_t(d.size()), base, &v.v), Result::kOk);
+                ASSERT_EQ(BigToRadixSchool(&ctx, &v.v, base, &s1), Result::kOk);
+                ASSERT_EQ(BigToRadixDispatch(&ctx, &v.v, base, &s2), Result::kOk);
+                ASSERT_EQ(s2, s1);
+            }
+        }
+    }
+}
 
 TEST(FastRadixBinary, WordProductsAndShiftedSumsMatchGmp) {
     const int32_t shipped = FastThresholds().binaryNtt;
@@ -84,7 +123,7 @@ TEST(FastRadixBinary, WordProductsAndShiftedSumsMatchGmp) {
                     for (bool square : {false, true}) {
                         std::vector<uint32_t> p(la + (square ? la : lb), 0xDEADBEEF);
                         PollClock clk(nullptr);
-                        ASSERT_EQ(WordsMul(clk, a.data(), la, square ? nullptr : b.data(), lb, p.data()), 0);
+                        ASSERT_EQ(WordsMul(clk, a.data(), la, square ? nullptr : b.data(), lb, p.data()), Result::kOk);
                         Import(x, a);
                         Import(y, square ? a : b);
                         mpz_mul(x, x, y);
@@ -120,9 +159,9 @@ TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
         for (int32_t n : sizes) {
             if (n < 1) continue;
             for (Shape shape : {Shape::Random, Shape::RunsOfZeroAndNine, Shape::TopTenThousand}) {
-                Big v;
-                SetLimbs(&v, Operand(n, shape), false);
-                CheckDigits(&v, n <= 60, std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
+                Num v;
+                SetLimbs(&v.v, Operand(n, shape), false);
+                CheckDigits(&v.v, n <= 60, std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
             }
         }
     }
@@ -140,9 +179,9 @@ TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
                 mpz_ui_pow_ui(z, b, k);
                 for (int below : {0, 1}) {
                     mpz_sub_ui(z, z, below);
-                    Big v;
-                    FromDecimal(&v, MpzDecimal(z));
-                    CheckDigits(&v, mpz_sizeinbase(z, 10) < 200,
+                    Num v;
+                    FromDecimal(&v.v, MpzDecimal(z));
+                    CheckDigits(&v.v, mpz_sizeinbase(z, 10) < 200,
                                 std::to_string(b) + "^" + std::to_string(k) + (below ? " - 1" : ""));
                 }
             }
@@ -150,9 +189,9 @@ TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
         // Zero, also as a record of several zero limbs (which the reference
         // kernel, dividing until the record is a one-limb zero, writes as "0").
         for (int32_t n : {1, 9}) {
-            Big zero;
-            SetLimbs(&zero, std::vector<Limb>(n, 0), false);
-            CheckDigits(&zero, n == 1, "zero of " + std::to_string(n) + " limbs");
+            Num zero;
+            SetLimbs(&zero.v, std::vector<Limb>(n, 0), false);
+            CheckDigits(&zero.v, n == 1, "zero of " + std::to_string(n) + " limbs");
         }
     }
     mpz_clear(z);
@@ -166,34 +205,37 @@ TEST(FastRadixBinary, LongDecimalThroughBase16AndBack) {
     mpz_init_set_str(z, dec.c_str(), 10);
     CalcContext ctx;
     std::string hex = dec;
-    ASSERT_EQ(ConvertBase(&ctx, 10, 16, &hex), 0);
+    ASSERT_EQ(ConvertBase(&ctx, 10, 16, &hex), Result::kOk);
     EXPECT_EQ(hex, GmpDigits(z, 16));
     std::string back = hex;
-    ASSERT_EQ(ConvertBase(&ctx, 16, 10, &back), 0);
+    ASSERT_EQ(ConvertBase(&ctx, 16, 10, &back), Result::kOk);
     EXPECT_EQ(back, dec);
     mpz_clear(z);
 }
 
 TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
-    Big v, longer;
-    RandomBig(&v, 3000, false);
-    RandomBig(&longer, 30000, false);
+    Num v, longer;
+    RandomBig(&v.v, 3000, false);
+    RandomBig(&longer.v, 30000, false);
     std::string text;
-    ScriptedContext first(1);
-    EXPECT_EQ(BigToRadixDispatch(&first, &longer, 16, &text), -1) << "shipped thresholds";
+    // Shipped thresholds: through binary words, and by divide and conquer.
+    for (int base : {16, 7}) {
+        QuitAtPoll first(1);
+        EXPECT_EQ(BigToRadixDispatch(&first, &longer.v, base, &text), Result::kStopped) << base;
+    }
     // Counted polls must repeat: one thread (the wait for a helper thread
     // polls by time), and the transform's root tables made beforehand.
     FastThresholds t = FastThresholds::Lowered();
     t.nttParallel = 0;
     ThresholdScope scope(t);
-    ScriptedContext warmUp, counting;
-    ASSERT_EQ(BigToRadixDispatch(&warmUp, &v, 8, &text), 0);
-    ASSERT_EQ(BigToRadixDispatch(&counting, &v, 8, &text), 0);
+    QuitAtPoll warmUp, counting;
+    ASSERT_EQ(BigToRadixDispatch(&warmUp, &v.v, 8, &text), Result::kOk);
+    ASSERT_EQ(BigToRadixDispatch(&counting, &v.v, 8, &text), Result::kOk);
     ASSERT_GE(counting.polls(), 10);
     // First poll (leaves), the middle (products), the last (digits).
     for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
-        ScriptedContext stopping(stopAt);
-        EXPECT_EQ(BigToRadixDispatch(&stopping, &v, 8, &text), -1) << "stop at poll " << stopAt;
+        QuitAtPoll stopping(stopAt);
+        EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, 8, &text), Result::kStopped) << "stop at poll " << stopAt;
         EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
     }
 }

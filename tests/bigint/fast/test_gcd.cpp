@@ -1,0 +1,254 @@
+// Lehmer's gcd, the half-gcd and the inverse by the extended gcd against
+// Euclid by long division and GMP: random pairs of every shape around the
+// thresholds, large common factors, pairs built from chosen quotient
+// sequences (all ones; one huge quotient anywhere), Lehmer's step under a
+// floor, the inverse's kept answers, and stops at any poll.
+#include <gtest/gtest.h>
+
+#include "bigint/dispatch.h"
+#include "bigint/gcd_lehmer.h"
+#include "fast_support.h"
+
+using namespace fasttest;
+
+namespace {
+
+// The dispatcher's gcd (Lehmer or the half-gcd at the thresholds in force)
+// against GMP, and against Euclid when asked; signs of the operands at random.
+void CheckGcd(const std::vector<Limb>& a, const std::vector<Limb>& b, bool withEuclid) {
+    Num x, y, g;
+    SetLimbs(&x.v, a, Rng()() % 2 == 0);
+    SetLimbs(&y.v, b, Rng()() % 2 == 0);
+    if (BigCompareMag(&x.v, &y.v) > 0) std::swap(x.v, y.v);
+    if (BigCompareMag(&x.v, &y.v) == 0) return;  // the contract: |x| > |y| > 0
+    CalcContext ctx;
+    ASSERT_EQ(GcdDispatch(&ctx, &x.v, &y.v, &g.v), Result::kOk);
+    ASSERT_EQ(g->negative, 0);
+    mpz_t zx, zy, zg;
+    mpz_inits(zx, zy, zg, nullptr);
+    ToMpz(zx, &x.v);
+    ToMpz(zy, &y.v);
+    mpz_gcd(zg, zx, zy);
+    EXPECT_EQ(ToDecimal(&g.v), MpzDecimal(zg)) << a.size() << " and " << b.size() << " limbs";
+    mpz_clears(zx, zy, zg, nullptr);
+    if (withEuclid) {
+        Num e;
+        ASSERT_EQ(GcdSchool(&ctx, &x.v, &y.v, &e.v), Result::kOk);
+        EXPECT_EQ(ToDecimal(&g.v), ToDecimal(&e.v));
+    }
+}
+
+// ModInverse against mpz_invert, with 0 where there is no inverse.
+void CheckInverse(const BigInt* a, const BigInt* m) {
+    CalcContext ctx;
+    Num r;
+    ASSERT_EQ(ModInverse(&ctx, a, m, &r.v), Result::kOk)
+        << a->top + 1 << " mod " << m->top + 1 << " limbs";
+    mpz_t za, zm, zr;
+    mpz_inits(za, zm, zr, nullptr);
+    ToMpz(za, a);
+    ToMpz(zm, m);
+    if (!mpz_invert(zr, za, zm)) mpz_set_ui(zr, 0);
+    EXPECT_EQ(ToDecimal(&r.v), MpzDecimal(zr)) << a->top + 1 << " mod " << m->top + 1 << " limbs";
+    mpz_clears(za, zm, zr, nullptr);
+}
+
+void CheckInverse(const std::vector<Limb>& a, const std::vector<Limb>& m) {
+    Num x, y;
+    SetLimbs(&x.v, a, false);
+    SetLimbs(&y.v, m, false);
+    CheckInverse(&x.v, &y.v);
+}
+
+// A modulus of n limbs and a number of k limbs below it, of random shapes;
+// the modulus made odd half the time, so that both answers come up.
+void CheckRandomInverse(int32_t n, int32_t k) {
+    std::vector<Limb> m = Operand(n, kShapes[Rng()() % 5]);
+    if (Rng()() % 2 == 0) m[0] = static_cast<Limb>(m[0] | 1);
+    std::vector<Limb> a = Operand(k, kShapes[Rng()() % 4]);
+    if (k == n) a[n - 1] = static_cast<Limb>(1 + Rng()() % (m[n - 1] > 1 ? m[n - 1] - 1 : 1));
+    CheckInverse(a, m);
+}
+
+}  // namespace
+
+TEST(FastGcd, RandomPairsAndCommonFactorsAgreeWithEuclidAndGmp) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    // Smaller operands of 3 to 5 limbs take Lehmer's gcd, longer ones the half-gcd.
+    for (int32_t n = 3; n <= 160; n += n < 40 ? 1 : 7) {
+        for (int32_t m : {3, 5, 6, n / 2 + 3, n - 1, n}) {
+            if (m > n) continue;
+            const Shape sb = kShapes[Rng()() % 5];
+            CheckGcd(Operand(n, kShapes[Rng()() % 5]), Operand(m, sb), true);
+            // A common factor of any length up to the smaller operand.
+            const std::vector<Limb> g = Operand(1 + int32_t(Rng()() % m), Shape::Random);
+            CheckGcd(NaiveProduct(Operand(n, Shape::Random), g), NaiveProduct(Operand(m, sb), g),
+                     true);
+        }
+    }
+    // a far longer than b: the first rounds are divisions.
+    for (int32_t m : {6, 40, 200})
+        CheckGcd(Operand(3000, Shape::Random), Operand(m, Shape::Random), false);
+}
+
+TEST(FastGcd, SizesAroundTheThresholdsAgreeWithGmp) {
+    const FastThresholds t;
+    for (int32_t n : {t.gcdLehmer, t.gcdHalf, t.gcdHalf + 1, 2 * t.gcdHalf + 3}) {
+        CheckGcd(Operand(n + 1, Shape::Random), Operand(n, Shape::Random), false);
+        CheckGcd(Operand(n, Shape::Nines), Operand(n - 1, Shape::RunsOfZeroAndNine), false);
+    }
+    // y divides x: the answer is y, found by the first division.
+    const std::vector<Limb> y = Operand(t.gcdHalf + 5, Shape::Random);
+    CheckGcd(NaiveProduct(Operand(3 * t.gcdHalf, Shape::Random), y), y, false);
+    // Leaves around each size, with everything else lowered.
+    FastThresholds lowered = FastThresholds::Lowered();
+    for (int32_t leaf : {8, 13, 30}) {
+        lowered.gcdHalfLeaf = leaf;
+        ThresholdScope scope(lowered);
+        for (int32_t n : {leaf, 2 * leaf - 1, 2 * leaf, 4 * leaf + 1, 300})
+            CheckGcd(Operand(n, Shape::Random), Operand(n - 1, Shape::Random), false);
+    }
+}
+
+TEST(FastGcd, LehmerStepsKeepEveryRemainderAboveTheFloor) {
+    // Applied to the whole numbers, the cofactors give Euclid's own
+    // remainders, the smaller no less than 10000^floor.
+    mpz_t x0, y0, x, y, u, v, q;
+    mpz_inits(x0, y0, x, y, u, v, q, nullptr);
+    int taken = 0;
+    for (int trial = 0; trial < 4000; ++trial) {
+        const int32_t lx = 2 + int32_t(Rng()() % 12), ly = lx - int32_t(Rng()() % 2);
+        Num xb, yb;
+        SetLimbs(&xb.v, Operand(lx, Shape::Random), false);
+        SetLimbs(&yb.v, Operand(ly, trial % 3 != 0 ? Shape::Random : Shape::Nines), false);
+        if (BigCompareMag(&xb.v, &yb.v) > 0) std::swap(xb.v, yb.v);
+        const int32_t floorLimbs = int32_t(Rng()() % (lx + 1));
+        const LehmerCofactors c =
+            LehmerLeading(xb->limbs, xb->top + 1, yb->limbs, yb->top + 1, floorLimbs);
+        if (c.steps == 0) continue;
+        ++taken;
+        ToMpz(x0, &xb.v);
+        ToMpz(y0, &yb.v);
+        mpz_set(x, x0);
+        mpz_set(y, y0);
+        for (int32_t k = 0; k < c.steps; ++k) {
+            mpz_fdiv_r(q, x, y);
+            mpz_swap(x, y);
+            mpz_swap(y, q);
+        }
+        for (auto [rem, f, g] : {std::tuple{x, c.A, c.B}, {y, c.C, c.D}}) {
+            mpz_mul_si(u, x0, f);
+            mpz_mul_si(v, y0, g);
+            mpz_add(u, u, v);
+            ASSERT_EQ(mpz_cmp(u, rem), 0) << "trial " << trial;
+        }
+        mpz_ui_pow_ui(q, 10000, floorLimbs);
+        ASSERT_GE(mpz_cmp(y, q), 0) << "trial " << trial << ", floor " << floorLimbs;
+    }
+    EXPECT_GT(taken, 1000);
+    mpz_clears(x0, y0, x, y, u, v, q, nullptr);
+}
+
+TEST(FastModInverse, RandomPairsAroundTheThresholdsMatchGmp) {
+    {
+        ThresholdScope scope(FastThresholds::Lowered());
+        for (int32_t n = 2; n <= 220; n += n < 40 ? 1 : 9) {
+            for (int32_t k : {1, 2, n / 2 + 1, n - 1, n}) {
+                if (k >= 1 && k <= n) CheckRandomInverse(n, k);
+            }
+        }
+    }
+    // Leaves and the start of the half-gcd rounds at several sizes.
+    FastThresholds lowered = FastThresholds::Lowered();
+    for (int32_t leaf : {8, 13, 30}) {
+        lowered.gcdHalfLeaf = leaf;
+        lowered.modInverseHalf = 2 * leaf;
+        ThresholdScope inner(lowered);
+        for (int32_t n : {2 * leaf - 1, 2 * leaf, 4 * leaf + 1, 300}) CheckRandomInverse(n, n - 1);
+    }
+    // The shipped thresholds; a modulus of one limb is left out: a multiple
+    // of it would never end.
+    const FastThresholds t;
+    for (int32_t n : {std::max(2, t.modInverse - 1), t.modInverse, t.modInverse + 1,
+                      t.modInverseHalf - 1, t.modInverseHalf, t.modInverseHalf + 1,
+                      2 * t.modInverseHalf + 3, t.gcdHalfLeaf, 2 * t.gcdHalfLeaf + 1}) {
+        CheckRandomInverse(n, n);
+        CheckRandomInverse(n, n - 1);
+    }
+    // A short a: the first steps are divisions.
+    CheckRandomInverse(3 * t.modInverseHalf, 5);
+    CheckRandomInverse(3 * t.modInverseHalf, t.modInverseHalf + 2);
+}
+
+TEST(FastModInverse, SharedFactorsEndsOfTheRangeAndLargerOperands) {
+    for (const bool lowered : {true, false}) {
+        ThresholdScope scope(lowered ? FastThresholds::Lowered() : FastThresholds());
+        for (int32_t n : {40, 700, lowered ? 900 : 2500}) {
+            // A common factor of one limb or many: no inverse, the answer 0.
+            for (int32_t g : {1, n / 3}) {
+                std::vector<Limb> f = Operand(g, Shape::Random);
+                f[0] = static_cast<Limb>(f[0] | 1);
+                if (g == 1 && f[0] == 1) f[0] = 7;
+                CheckInverse(NaiveProduct(Operand(n / 2, Shape::Random), f),
+                             NaiveProduct(Operand(n - g, Shape::Random), f));
+            }
+            std::vector<Limb> m = Operand(n, Shape::Random);
+            m[0] = static_cast<Limb>(m[0] | 1);
+            std::vector<Limb> below = m;  // m − 1, its own inverse
+            below[0] = static_cast<Limb>(below[0] - 1);
+            std::vector<Limb> over = NaiveProduct(m, {3});  // 3·m + 2: reduced first
+            over[0] = static_cast<Limb>(over[0] + 2);
+            for (const std::vector<Limb>& a :
+                 {std::vector<Limb>{1}, below, Normalised(over.data(), int32_t(over.size())),
+                  Operand(2 * n + 1, Shape::Random), m}) {  // a = m: the chain's answer 0
+                CheckInverse(a, m);
+            }
+        }
+    }
+}
+
+TEST(FastModInverse, ZeroMultiplesAndNegativesAnswerAsTheChainDoes) {
+    for (const bool lowered : {true, false}) {
+        ThresholdScope scope(lowered ? FastThresholds::Lowered() : FastThresholds());
+        const int32_t n = lowered ? 12 : 2 * FastThresholds().modInverseHalf;
+        CalcContext ctx;
+        Num zero("0"), seven("7"), m, multiple, r;
+        RandomBig(&m.v, n, false);
+        ASSERT_EQ(BigMul(&ctx, &multiple.v, &m.v, &seven.v), Result::kOk);
+        // A zero divisor with a modulus of two limbs or more.
+        for (const BigInt* a : {&zero.v, &multiple.v}) {
+            EXPECT_EQ(ModInverse(&ctx, a, &m.v, r.Out()), kImpossibleEstimate);
+            EXPECT_EQ(ToDecimal(&r.v), "1");
+        }
+        m->negative = 1;
+        EXPECT_EQ(ModInverse(&ctx, &seven.v, &m.v, r.Out()), Result::kInconsistent);
+        EXPECT_EQ(ToDecimal(&r.v), "1");
+    }
+}
+
+TEST(FastGcdAndInverse, QuotientsAllOneAndSingleHugeQuotients) {
+    mpz_t one, g;
+    mpz_inits(one, g, nullptr);
+    mpz_set_ui(one, 1);
+    mpz_set_str(g, "123456789012345678901234567890123456789", 10);
+    for (const bool lowered : {true, false}) {
+        ThresholdScope scope(lowered ? FastThresholds::Lowered() : FastThresholds());
+        std::vector<Limb> x, y;
+        // Consecutive Fibonacci numbers (F(60000) has 12539 digits), with and
+        // without a common factor: every quotient 1, the longest chain.
+        for (const mpz_t* factor : {&one, &g}) {
+            FromQuotients(lowered ? 1200 : 60000, -1, 0, true, *factor, &x, &y);
+            CheckGcd(x, y, lowered);
+            CheckInverse(y, x);
+        }
+        // One quotient about as long as the rest of the sequence together,
+        // at the start, the second, a quarter, half way, and near the end.
+        const int32_t count = lowered ? 600 : 30000, huge = lowered ? 800 : 12000;
+        for (int32_t where : {0, 1, count / 4, count / 2, count - 3}) {
+            FromQuotients(count, where, huge, false, one, &x, &y);
+            CheckGcd(x, y, lowered);
+            CheckInverse(y, x);
+        }
+    }
+    mpz_clears(one, g, nullptr);
+}

@@ -1,0 +1,52 @@
+// Q stops every fast path of the public operations at any of its polls, at
+// the shipped thresholds and at the lowered ones, leaving the failed
+// operation's value and polling no more.
+#include <gtest/gtest.h>
+
+#include "fast_support.h"
+
+using namespace fasttest;
+
+TEST(FastStops, QStopsEveryFastPathAtAnyPoll) {
+    for (const bool lowered : {false, true}) {
+        FastThresholds t = lowered ? FastThresholds::Lowered() : FastThresholds();
+        t.nttParallel = 0;  // the wait for the helper thread polls by time
+        ThresholdScope scope(t);
+        const int32_t n = lowered ? 300 : 4 * t.gcdHalf;
+        const int32_t k = lowered ? 300 : 3 * t.gcdHalfLeaf;
+        Num a, b, m, x, e, rest, dividend, divisor;
+        RandomBig(&a.v, n, true);
+        RandomBig(&b.v, n - 3, true);
+        RandomBig(&m.v, k, false);
+        RandomBig(&x.v, k - 2, false);
+        RandomBig(&e.v, lowered ? 30 : 300, false);
+        RandomBig(&dividend.v, lowered ? 300 : 40000, true);
+        RandomBig(&divisor.v, lowered ? 150 : 20000, true);
+        const Num range(lowered ? "3000" : "30000"), half(lowered ? "1500" : "15000");
+        const struct {
+            const char* name;
+            std::function<Result(CalcContext*, BigInt*)> op;
+            const char* left;
+        } cases[] = {
+            {"gcd", [&](CalcContext* c, BigInt* r) { return BigGcd(c, &a.v, &b.v, r); }, "1"},
+            {"inverse", [&](CalcContext* c, BigInt* r) { return ModInverse(c, &x.v, &m.v, r); },
+             "1"},
+            {"power", [&](CalcContext* c, BigInt* r) { return ModPow(c, &a.v, &e.v, r, &m.v); },
+             "1"},
+            {"quotient",
+             [&](CalcContext* c, BigInt* r) {
+                 return BigDivMod(c, &dividend.v, &divisor.v, r, rest.Out());
+             },
+             "0"},
+            {"square root", [&](CalcContext* c, BigInt* r) { return BigSqrt(c, &a.v, r); }, "1"},
+            {"cube root", [&](CalcContext* c, BigInt* r) { return BigCbrt(c, &a.v, r); }, "1"},
+            {"factorial", [&](CalcContext* c, BigInt* r) { return BigFact(c, r, &range.v); }, "1"},
+            {"binomial",
+             [&](CalcContext* c, BigInt* r) { return BigBinomial(c, r, &range.v, &half.v); }, "1"},
+        };
+        for (const auto& s : cases) {
+            SCOPED_TRACE(std::string(s.name) + (lowered ? ", lowered thresholds" : ""));
+            ExpectStopsAtEveryPoll(s.op, s.left);
+        }
+    }
+}
