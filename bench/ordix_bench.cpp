@@ -40,7 +40,7 @@ double Seconds(Clock::time_point a, Clock::time_point b) {
 }
 
 struct Report {
-    double total = 0;     // parse + compute + print
+    double total = 0;  // parse + compute + print
     double compute = 0;
     double pollGap = -1;  // longest stretch of the computation without a poll; -1: never polled
     uint64_t hash = 0;
@@ -81,7 +81,9 @@ uint64_t Fnv(const char* s, size_t n, uint64_t h = 1469598103934665603ull) {
     return h;
 }
 
-int32_t Scaled(double n) { return std::max<int32_t>(1, static_cast<int32_t>(std::lround(n * gScale))); }
+int32_t Scaled(double n) {
+    return std::max<int32_t>(1, static_cast<int32_t>(std::lround(n * gScale)));
+}
 
 // n random decimal digits, no leading zero.
 std::string Digits(int32_t n, uint64_t seed) {
@@ -116,7 +118,7 @@ struct Ours {
     BigInt* Int(int32_t n) {
         vals.reserve(16);
         BigInt* v = New();
-        (void)BigFromInt(v, n);   // as in Parse
+        (void)BigFromInt(v, n);  // as in Parse
         return v;
     }
     static uint64_t Print(const BigInt* v, uint64_t h = 1469598103934665603ull) {
@@ -140,19 +142,19 @@ uint64_t PrintMpz(const mpz_t z, uint64_t h = 1469598103934665603ull, int base =
 struct Workload {
     const char* name;
     const char* what;
-    double target;                       // end-to-end ratio we aim to stay below
+    double target;  // end-to-end ratio we aim to stay below
     std::function<Report()> ours, gmp;
 };
 
-#define TIMED(report, field, body)                       \
-    do {                                                 \
-        auto t0_ = Clock::now();                         \
-        gPollGaps.Begin(t0_);                            \
-        body;                                            \
-        auto t1_ = Clock::now();                         \
-        (report).field = Seconds(t0_, t1_);              \
-        gPollGaps.At(t1_);                               \
-        (report).pollGap = gPollGaps.Longest();          \
+#define TIMED(report, field, body)              \
+    do {                                        \
+        auto t0_ = Clock::now();                \
+        gPollGaps.Begin(t0_);                   \
+        body;                                   \
+        auto t1_ = Clock::now();                \
+        (report).field = Seconds(t0_, t1_);     \
+        gPollGaps.At(t1_);                      \
+        (report).pollGap = gPollGaps.Longest(); \
     } while (0)
 
 // z as decimal text.
@@ -163,11 +165,20 @@ std::string MpzText(const mpz_t z) {
 
 // F(n) by GMP's bare addition loop, the measure for both Fibonacci workloads.
 Report GmpFibonacci(int32_t n) {
-    Report r; mpz_t a, b; mpz_init_set_ui(a, 0); mpz_init_set_ui(b, 1); auto t0 = Clock::now();
+    Report r;
+    mpz_t a, b;
+    mpz_init_set_ui(a, 0);
+    mpz_init_set_ui(b, 1);
+    auto t0 = Clock::now();
     TIMED(r, compute, {
-        for (int32_t i = 1; i < n; ++i) { mpz_add(a, a, b); mpz_swap(a, b); }
+        for (int32_t i = 1; i < n; ++i) {
+            mpz_add(a, a, b);
+            mpz_swap(a, b);
+        }
     });
-    r.hash = PrintMpz(b); r.total = Seconds(t0, Clock::now()); mpz_clears(a, b, nullptr);
+    r.hash = PrintMpz(b);
+    r.total = Seconds(t0, Clock::now());
+    mpz_clears(a, b, nullptr);
     return r;
 }
 
@@ -177,239 +188,345 @@ Workload TwoInputs(const char* name, const char* what, double target,
                    Result (*ours)(CalcContext*, BigInt*, BigInt*, BigInt*),
                    int (*gmp)(mpz_t, const mpz_t, const mpz_t)) {
     return {name, what, target,
-        [=] {
-            std::string xs, ys; inputs(&xs, &ys);
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* x = o.Parse(xs); BigInt* y = o.Parse(ys); BigInt* v = o.New();
-            TIMED(r, compute, r.code = ours(&o.ctx, x, y, v));
-            r.hash = Ours::Print(v); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            std::string xs, ys; inputs(&xs, &ys);
-            Report r; mpz_t x, y, v; mpz_inits(x, y, v, nullptr); auto t0 = Clock::now();
-            mpz_set_str(x, xs.c_str(), 10); mpz_set_str(y, ys.c_str(), 10);
-            TIMED(r, compute, r.code = gmp(v, x, y));
-            r.hash = PrintMpz(v); r.total = Seconds(t0, Clock::now()); mpz_clears(x, y, v, nullptr);
-            return r;
-        }};
+            [=] {
+                std::string xs, ys;
+                inputs(&xs, &ys);
+                Report r;
+                Ours o;
+                auto t0 = Clock::now();
+                BigInt* x = o.Parse(xs);
+                BigInt* y = o.Parse(ys);
+                BigInt* v = o.New();
+                TIMED(r, compute, r.code = ours(&o.ctx, x, y, v));
+                r.hash = Ours::Print(v);
+                r.total = Seconds(t0, Clock::now());
+                return r;
+            },
+            [=] {
+                std::string xs, ys;
+                inputs(&xs, &ys);
+                Report r;
+                mpz_t x, y, v;
+                mpz_inits(x, y, v, nullptr);
+                auto t0 = Clock::now();
+                mpz_set_str(x, xs.c_str(), 10);
+                mpz_set_str(y, ys.c_str(), 10);
+                TIMED(r, compute, r.code = gmp(v, x, y));
+                r.hash = PrintMpz(v);
+                r.total = Seconds(t0, Clock::now());
+                mpz_clears(x, y, v, nullptr);
+                return r;
+            }};
 }
 
 std::vector<Workload> Workloads() {
     std::vector<Workload> w;
     const int32_t mulDigits = Scaled(1000000);
     w.push_back({"mul", "1M-digit product", 0.35,
-        [=] {
-            Report r; Ours o;
-            auto t0 = Clock::now();
-            BigInt* a = o.Parse(Digits(mulDigits, 1));
-            BigInt* b = o.Parse(Digits(mulDigits, 2));
-            BigInt* p = o.New();
-            TIMED(r, compute, r.code = BigMul(&o.ctx, p, a, b));
-            r.hash = Ours::Print(p);
-            r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t a, b, p; mpz_inits(a, b, p, nullptr);
-            auto t0 = Clock::now();
-            mpz_set_str(a, Digits(mulDigits, 1).c_str(), 10);
-            mpz_set_str(b, Digits(mulDigits, 2).c_str(), 10);
-            TIMED(r, compute, mpz_mul(p, a, b));
-            r.hash = PrintMpz(p);
-            r.total = Seconds(t0, Clock::now());
-            mpz_clears(a, b, p, nullptr);
-            return r;
-        }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     BigInt* a = o.Parse(Digits(mulDigits, 1));
+                     BigInt* b = o.Parse(Digits(mulDigits, 2));
+                     BigInt* p = o.New();
+                     TIMED(r, compute, r.code = BigMul(&o.ctx, p, a, b));
+                     r.hash = Ours::Print(p);
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] {
+                     Report r;
+                     mpz_t a, b, p;
+                     mpz_inits(a, b, p, nullptr);
+                     auto t0 = Clock::now();
+                     mpz_set_str(a, Digits(mulDigits, 1).c_str(), 10);
+                     mpz_set_str(b, Digits(mulDigits, 2).c_str(), 10);
+                     TIMED(r, compute, mpz_mul(p, a, b));
+                     r.hash = PrintMpz(p);
+                     r.total = Seconds(t0, Clock::now());
+                     mpz_clears(a, b, p, nullptr);
+                     return r;
+                 }});
     const int32_t powE = Scaled(2000000);
     w.push_back({"pow", "3^2000000", 0.7,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* b = o.Int(3); BigInt* p = o.New();
-            TIMED(r, compute, r.code = BigPowInt(&o.ctx, b, powE, p));
-            r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t p; mpz_init(p); auto t0 = Clock::now();
-            TIMED(r, compute, mpz_ui_pow_ui(p, 3, powE));
-            r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clear(p);
-            return r;
-        }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     BigInt* b = o.Int(3);
+                     BigInt* p = o.New();
+                     TIMED(r, compute, r.code = BigPowInt(&o.ctx, b, powE, p));
+                     r.hash = Ours::Print(p);
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] {
+                     Report r;
+                     mpz_t p;
+                     mpz_init(p);
+                     auto t0 = Clock::now();
+                     TIMED(r, compute, mpz_ui_pow_ui(p, 3, powE));
+                     r.hash = PrintMpz(p);
+                     r.total = Seconds(t0, Clock::now());
+                     mpz_clear(p);
+                     return r;
+                 }});
     const int32_t factN = Scaled(200000);
     w.push_back({"fact", "200000!", 1.0,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* n = o.Int(factN); BigInt* p = o.New();
-            TIMED(r, compute, r.code = BigFact(&o.ctx, p, n));
-            r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t p; mpz_init(p); auto t0 = Clock::now();
-            TIMED(r, compute, mpz_fac_ui(p, factN));
-            r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clear(p);
-            return r;
-        }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     BigInt* n = o.Int(factN);
+                     BigInt* p = o.New();
+                     TIMED(r, compute, r.code = BigFact(&o.ctx, p, n));
+                     r.hash = Ours::Print(p);
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] {
+                     Report r;
+                     mpz_t p;
+                     mpz_init(p);
+                     auto t0 = Clock::now();
+                     TIMED(r, compute, mpz_fac_ui(p, factN));
+                     r.hash = PrintMpz(p);
+                     r.total = Seconds(t0, Clock::now());
+                     mpz_clear(p);
+                     return r;
+                 }});
     const int32_t divX = Scaled(2000000), divD = Scaled(1000000);
     w.push_back({"divmod", "2M-digit / 1M-digit, quotient and remainder", 0.8,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* x = o.Parse(Digits(divX, 3)); BigInt* d = o.Parse(Digits(divD, 4));
-            BigInt* q = o.New(); BigInt* m = o.New();
-            TIMED(r, compute, r.code = BigDivMod(&o.ctx, x, d, q, m));
-            r.hash = Ours::Print(m, Ours::Print(q)); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t x, d, q, m; mpz_inits(x, d, q, m, nullptr); auto t0 = Clock::now();
-            mpz_set_str(x, Digits(divX, 3).c_str(), 10); mpz_set_str(d, Digits(divD, 4).c_str(), 10);
-            TIMED(r, compute, mpz_tdiv_qr(q, m, x, d));
-            r.hash = PrintMpz(m, PrintMpz(q)); r.total = Seconds(t0, Clock::now());
-            mpz_clears(x, d, q, m, nullptr);
-            return r;
-        }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     BigInt* x = o.Parse(Digits(divX, 3));
+                     BigInt* d = o.Parse(Digits(divD, 4));
+                     BigInt* q = o.New();
+                     BigInt* m = o.New();
+                     TIMED(r, compute, r.code = BigDivMod(&o.ctx, x, d, q, m));
+                     r.hash = Ours::Print(m, Ours::Print(q));
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] {
+                     Report r;
+                     mpz_t x, d, q, m;
+                     mpz_inits(x, d, q, m, nullptr);
+                     auto t0 = Clock::now();
+                     mpz_set_str(x, Digits(divX, 3).c_str(), 10);
+                     mpz_set_str(d, Digits(divD, 4).c_str(), 10);
+                     TIMED(r, compute, mpz_tdiv_qr(q, m, x, d));
+                     r.hash = PrintMpz(m, PrintMpz(q));
+                     r.total = Seconds(t0, Clock::now());
+                     mpz_clears(x, d, q, m, nullptr);
+                     return r;
+                 }});
     const int32_t sqrtDigits = Scaled(2000000);
     // A root of a number of the given digits, ours beside GMP's.
     auto root = [=](const char* name, const char* what, double target, int32_t digits,
                     Result (*ours)(CalcContext*, const BigInt*, BigInt*), unsigned long degree) {
         return Workload{name, what, target,
-            [=] {
-                Report r; Ours o; auto t0 = Clock::now();
-                BigInt* x = o.Parse(Digits(digits, 5)); BigInt* s = o.New();
-                TIMED(r, compute, r.code = ours(&o.ctx, x, s));
-                r.hash = Ours::Print(s); r.total = Seconds(t0, Clock::now());
-                return r;
-            },
-            [=] {
-                Report r; mpz_t x, s; mpz_inits(x, s, nullptr); auto t0 = Clock::now();
-                mpz_set_str(x, Digits(digits, 5).c_str(), 10);
-                TIMED(r, compute, r.code = mpz_root(s, x, degree) ? 0 : 1);
-                r.hash = PrintMpz(s); r.total = Seconds(t0, Clock::now()); mpz_clears(x, s, nullptr);
-                return r;
-            }};
+                        [=] {
+                            Report r;
+                            Ours o;
+                            auto t0 = Clock::now();
+                            BigInt* x = o.Parse(Digits(digits, 5));
+                            BigInt* s = o.New();
+                            TIMED(r, compute, r.code = ours(&o.ctx, x, s));
+                            r.hash = Ours::Print(s);
+                            r.total = Seconds(t0, Clock::now());
+                            return r;
+                        },
+                        [=] {
+                            Report r;
+                            mpz_t x, s;
+                            mpz_inits(x, s, nullptr);
+                            auto t0 = Clock::now();
+                            mpz_set_str(x, Digits(digits, 5).c_str(), 10);
+                            TIMED(r, compute, r.code = mpz_root(s, x, degree) ? 0 : 1);
+                            r.hash = PrintMpz(s);
+                            r.total = Seconds(t0, Clock::now());
+                            mpz_clears(x, s, nullptr);
+                            return r;
+                        }};
     };
     w.push_back(root("sqrt", "square root of 2M digits", 0.8, sqrtDigits, BigSqrt, 2));
     w.push_back(root("cbrt", "cube root of 2M digits", 8.0, sqrtDigits, BigCbrt, 3));
     const int32_t binN = Scaled(1000000);
     w.push_back({"binomial", "binomial(1000000, 500000)", 5.0,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt* n = o.Int(binN); BigInt* k = o.Int(binN / 2); BigInt* c = o.New();
-            TIMED(r, compute, r.code = BigBinomial(&o.ctx, c, n, k));
-            r.hash = Ours::Print(c); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t c; mpz_init(c); auto t0 = Clock::now();
-            TIMED(r, compute, mpz_bin_uiui(c, binN, binN / 2));
-            r.hash = PrintMpz(c); r.total = Seconds(t0, Clock::now()); mpz_clear(c);
-            return r;
-        }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     BigInt* n = o.Int(binN);
+                     BigInt* k = o.Int(binN / 2);
+                     BigInt* c = o.New();
+                     TIMED(r, compute, r.code = BigBinomial(&o.ctx, c, n, k));
+                     r.hash = Ours::Print(c);
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] {
+                     Report r;
+                     mpz_t c;
+                     mpz_init(c);
+                     auto t0 = Clock::now();
+                     TIMED(r, compute, mpz_bin_uiui(c, binN, binN / 2));
+                     r.hash = PrintMpz(c);
+                     r.total = Seconds(t0, Clock::now());
+                     mpz_clear(c);
+                     return r;
+                 }});
     // Two 200000-digit numbers sharing a factor of 1000 digits.
     const int32_t gcdDigits = Scaled(200000);
     auto gcdInputs = [=](std::string* x, std::string* y) {
-        mpz_t g, a, b; mpz_inits(g, a, b, nullptr);
+        mpz_t g, a, b;
+        mpz_inits(g, a, b, nullptr);
         const int32_t gd = std::max(1, gcdDigits / 200);
         mpz_set_str(g, Digits(gd, 6).c_str(), 10);
         mpz_set_str(a, Digits(gcdDigits - gd, 7).c_str(), 10);
         mpz_set_str(b, Digits(gcdDigits - gd, 8).c_str(), 10);
-        mpz_mul(a, a, g); mpz_mul(b, b, g);
-        *x = MpzText(a); *y = MpzText(b);
+        mpz_mul(a, a, g);
+        mpz_mul(b, b, g);
+        *x = MpzText(a);
+        *y = MpzText(b);
         mpz_clears(g, a, b, nullptr);
     };
-    w.push_back(TwoInputs("gcd", "gcd of two 200000-digit numbers", 8.0, gcdInputs,
+    w.push_back(TwoInputs(
+        "gcd", "gcd of two 200000-digit numbers", 8.0, gcdInputs,
         [](CalcContext* c, BigInt* x, BigInt* y, BigInt* r) { return BigGcd(c, x, y, r); },
-        [](mpz_t r, const mpz_t x, const mpz_t y) { mpz_gcd(r, x, y); return 0; }));
+        [](mpz_t r, const mpz_t x, const mpz_t y) {
+            mpz_gcd(r, x, y);
+            return 0;
+        }));
     // An inverse modulo an odd 200000-digit number: a's common factors
     // with the modulus divided out of it, so that the inverse exists.
     const int32_t invDigits = Scaled(200000);
     auto modinvInputs = [=](std::string* x, std::string* y) {
-        mpz_t a, m, g; mpz_inits(a, m, g, nullptr);
-        mpz_set_str(m, Digits(invDigits, 12).c_str(), 10); mpz_setbit(m, 0);
+        mpz_t a, m, g;
+        mpz_inits(a, m, g, nullptr);
+        mpz_set_str(m, Digits(invDigits, 12).c_str(), 10);
+        mpz_setbit(m, 0);
         mpz_set_str(a, Digits(invDigits, 13).c_str(), 10);
         for (mpz_gcd(g, a, m); mpz_cmp_ui(g, 1) != 0; mpz_gcd(g, a, m)) mpz_divexact(a, a, g);
-        *x = MpzText(a); *y = MpzText(m);
+        *x = MpzText(a);
+        *y = MpzText(m);
         mpz_clears(a, m, g, nullptr);
     };
-    w.push_back(TwoInputs("modinv", "inverse modulo a 200000-digit number", 8.0, modinvInputs,
+    w.push_back(TwoInputs(
+        "modinv", "inverse modulo a 200000-digit number", 8.0, modinvInputs,
         [](CalcContext* c, BigInt* x, BigInt* m, BigInt* r) { return ModInverse(c, x, m, r); },
         [](mpz_t r, const mpz_t x, const mpz_t m) { return mpz_invert(r, x, m) ? 0 : 1; }));
     // 3^(10^1000) modulo a number of the given digits.
     const std::string expText = "1" + std::string(Scaled(1000), '0');
     auto powmod = [=](const char* name, const char* what, double target, int32_t modDigits) {
         return Workload{name, what, target,
-            [=] {
-                Report r; Ours o; auto t0 = Clock::now();
-                BigInt* b = o.Int(3); BigInt* e = o.Parse(expText); BigInt* m = o.Parse(Digits(modDigits, 9));
-                BigInt* p = o.New();
-                TIMED(r, compute, r.code = ModPow(&o.ctx, b, e, p, m));
-                r.hash = Ours::Print(p); r.total = Seconds(t0, Clock::now());
-                return r;
-            },
-            [=] {
-                Report r; mpz_t b, e, m, p; mpz_inits(b, e, m, p, nullptr); auto t0 = Clock::now();
-                mpz_set_ui(b, 3); mpz_set_str(e, expText.c_str(), 10);
-                mpz_set_str(m, Digits(modDigits, 9).c_str(), 10);
-                TIMED(r, compute, mpz_powm(p, b, e, m));
-                r.hash = PrintMpz(p); r.total = Seconds(t0, Clock::now()); mpz_clears(b, e, m, p, nullptr);
-                return r;
-            }};
+                        [=] {
+                            Report r;
+                            Ours o;
+                            auto t0 = Clock::now();
+                            BigInt* b = o.Int(3);
+                            BigInt* e = o.Parse(expText);
+                            BigInt* m = o.Parse(Digits(modDigits, 9));
+                            BigInt* p = o.New();
+                            TIMED(r, compute, r.code = ModPow(&o.ctx, b, e, p, m));
+                            r.hash = Ours::Print(p);
+                            r.total = Seconds(t0, Clock::now());
+                            return r;
+                        },
+                        [=] {
+                            Report r;
+                            mpz_t b, e, m, p;
+                            mpz_inits(b, e, m, p, nullptr);
+                            auto t0 = Clock::now();
+                            mpz_set_ui(b, 3);
+                            mpz_set_str(e, expText.c_str(), 10);
+                            mpz_set_str(m, Digits(modDigits, 9).c_str(), 10);
+                            TIMED(r, compute, mpz_powm(p, b, e, m));
+                            r.hash = PrintMpz(p);
+                            r.total = Seconds(t0, Clock::now());
+                            mpz_clears(b, e, m, p, nullptr);
+                            return r;
+                        }};
     };
-    w.push_back(powmod("powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0, Scaled(1000)));
-    w.push_back(powmod("powmod20k", "3^(10^1000) mod a 20000-digit number", 8.0,
-                       Scaled(20000)));
+    w.push_back(
+        powmod("powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0, Scaled(1000)));
+    w.push_back(powmod("powmod20k", "3^(10^1000) mod a 20000-digit number", 8.0, Scaled(20000)));
     const int32_t radixDigits = Scaled(300000);
     w.push_back({"base16", "300000 decimal digits to base 16", 4.0,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            std::string s = Digits(radixDigits, 10);
-            TIMED(r, compute, r.code = ConvertBase(&o.ctx, 10, 16, &s));
-            r.hash = Fnv(s.data(), s.size()); r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] {
-            Report r; mpz_t x; mpz_init(x); auto t0 = Clock::now();
-            const std::string s = Digits(radixDigits, 10);
-            TIMED(r, compute, { mpz_set_str(x, s.c_str(), 10); r.hash = PrintMpz(x, 1469598103934665603ull, 16); });
-            r.total = Seconds(t0, Clock::now()); mpz_clear(x);
-            return r;
-        }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     std::string s = Digits(radixDigits, 10);
+                     TIMED(r, compute, r.code = ConvertBase(&o.ctx, 10, 16, &s));
+                     r.hash = Fnv(s.data(), s.size());
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] {
+                     Report r;
+                     mpz_t x;
+                     mpz_init(x);
+                     auto t0 = Clock::now();
+                     const std::string s = Digits(radixDigits, 10);
+                     TIMED(r, compute, {
+                         mpz_set_str(x, s.c_str(), 10);
+                         r.hash = PrintMpz(x, 1469598103934665603ull, 16);
+                     });
+                     r.total = Seconds(t0, Clock::now());
+                     mpz_clear(x);
+                     return r;
+                 }});
     // F(200000) as the calculator's recursion computes it: A=0, B=1 and the
     // steps A=B, B=A+B (all right sides from the current values), against
     // GMP's bare addition loop.
     const int32_t fibN = Scaled(200000);
     w.push_back({"fib-rec", "F(200000) by 199999 recursion steps", 10.0,
-        [=] {
-            Report r; GapContext ctx; auto t0 = Clock::now();
-            CalcModel model(&ctx);
-            r.code = model.Calculate(1, "0");
-            if (r.code == 0) r.code = model.Calculate(2, "1");
-            if (r.code == 0) r.code = model.EnterStep("B=A+B");
-            if (r.code == 0) r.code = model.EnterStep("A=B");
-            TIMED(r, compute, if (r.code == 0) r.code = model.ManySteps(fibN - 1));
-            if (const NumberValue* b = model.Variable(2)) r.hash = Ours::Print(&b->numerator);
-            r.total = Seconds(t0, Clock::now());
-            return r;
-        },
-        [=] { return GmpFibonacci(fibN); }});
+                 [=] {
+                     Report r;
+                     GapContext ctx;
+                     auto t0 = Clock::now();
+                     CalcModel model(&ctx);
+                     r.code = model.Calculate(1, "0");
+                     if (r.code == 0) r.code = model.Calculate(2, "1");
+                     if (r.code == 0) r.code = model.EnterStep("B=A+B");
+                     if (r.code == 0) r.code = model.EnterStep("A=B");
+                     TIMED(r, compute, if (r.code == 0) r.code = model.ManySteps(fibN - 1));
+                     if (const NumberValue* b = model.Variable(2))
+                         r.hash = Ours::Print(&b->numerator);
+                     r.total = Seconds(t0, Clock::now());
+                     return r;
+                 },
+                 [=] { return GmpFibonacci(fibN); }});
     // The addition loop alone, without the calculation language around it.
     w.push_back({"fib-add", "F(200000) by an addition loop (no formula language)", 10.0,
-        [=] {
-            Report r; Ours o; auto t0 = Clock::now();
-            BigInt a{}, b{};
-            r.code = BigFromInt(&a, 0);
-            if (r.code == 0) r.code = BigFromInt(&b, 1);
-            TIMED(r, compute, {
-                for (int32_t i = 1; i < fibN && r.code == 0; ++i) {
-                    BigInt c{}; r.code = BigAdd(&c, &a, &b); BigFree(&a); a = b; b = c;
-                }
-            });
-            r.hash = Ours::Print(&b); r.total = Seconds(t0, Clock::now());
-            BigFree(&a); BigFree(&b);
-            return r;
-        },
-        [=] { return GmpFibonacci(fibN); }});
+                 [=] {
+                     Report r;
+                     Ours o;
+                     auto t0 = Clock::now();
+                     BigInt a{}, b{};
+                     r.code = BigFromInt(&a, 0);
+                     if (r.code == 0) r.code = BigFromInt(&b, 1);
+                     TIMED(r, compute, {
+                         for (int32_t i = 1; i < fibN && r.code == 0; ++i) {
+                             BigInt c{};
+                             r.code = BigAdd(&c, &a, &b);
+                             BigFree(&a);
+                             a = b;
+                             b = c;
+                         }
+                     });
+                     r.hash = Ours::Print(&b);
+                     r.total = Seconds(t0, Clock::now());
+                     BigFree(&a);
+                     BigFree(&b);
+                     return r;
+                 },
+                 [=] { return GmpFibonacci(fibN); }});
     return w;
 }
 
@@ -459,14 +576,27 @@ bool SetThreshold(const char* arg) {
     const std::string key(arg, eq);
     const long v = std::atol(eq + 1);
     FastThresholds& t = gFastThresholds;
-    struct { const char* name; int32_t* field; } table[] = {
-        {"mulKaratsuba", &t.mulKaratsuba}, {"mulNtt", &t.mulNtt}, {"sqrKaratsuba", &t.sqrKaratsuba},
-        {"sqrNtt", &t.sqrNtt}, {"divNewton", &t.divNewton}, {"sqrtRecursive", &t.sqrtRecursive},
-        {"cbrtNewton", &t.cbrtNewton}, {"productTree", &t.productTree}, {"gcdLehmer", &t.gcdLehmer},
-        {"gcdHalf", &t.gcdHalf}, {"gcdHalfLeaf", &t.gcdHalfLeaf}, {"modInverse", &t.modInverse},
-        {"modInverseHalf", &t.modInverseHalf}, {"powMontgomery", &t.powMontgomery},
-        {"radixDivide", &t.radixDivide}, {"radixBinary", &t.radixBinary},
-        {"radixBinaryLeaf", &t.radixBinaryLeaf}, {"binaryNtt", &t.binaryNtt}};
+    struct {
+        const char* name;
+        int32_t* field;
+    } table[] = {{"mulKaratsuba", &t.mulKaratsuba},
+                 {"mulNtt", &t.mulNtt},
+                 {"sqrKaratsuba", &t.sqrKaratsuba},
+                 {"sqrNtt", &t.sqrNtt},
+                 {"divNewton", &t.divNewton},
+                 {"sqrtRecursive", &t.sqrtRecursive},
+                 {"cbrtNewton", &t.cbrtNewton},
+                 {"productTree", &t.productTree},
+                 {"gcdLehmer", &t.gcdLehmer},
+                 {"gcdHalf", &t.gcdHalf},
+                 {"gcdHalfLeaf", &t.gcdHalfLeaf},
+                 {"modInverse", &t.modInverse},
+                 {"modInverseHalf", &t.modInverseHalf},
+                 {"powMontgomery", &t.powMontgomery},
+                 {"radixDivide", &t.radixDivide},
+                 {"radixBinary", &t.radixBinary},
+                 {"radixBinaryLeaf", &t.radixBinaryLeaf},
+                 {"binaryNtt", &t.binaryNtt}};
     for (auto& e : table) {
         if (key == e.name) {
             *e.field = static_cast<int32_t>(v);
@@ -482,21 +612,29 @@ int main(int argc, char** argv) {
     std::string only;
     int repeat = 1;
     for (int i = 1; i < argc; ++i) {
-        if (!std::strcmp(argv[i], "--scale") && i + 1 < argc) gScale = std::atof(argv[++i]);
-        else if (!std::strcmp(argv[i], "--repeat") && i + 1 < argc) repeat = std::max(1, std::atoi(argv[++i]));
-        else if (!std::strcmp(argv[i], "--only") && i + 1 < argc) only = argv[++i];
-        else if (!std::strcmp(argv[i], "--set") && i + 1 < argc && SetThreshold(argv[i + 1])) ++i;
+        if (!std::strcmp(argv[i], "--scale") && i + 1 < argc)
+            gScale = std::atof(argv[++i]);
+        else if (!std::strcmp(argv[i], "--repeat") && i + 1 < argc)
+            repeat = std::max(1, std::atoi(argv[++i]));
+        else if (!std::strcmp(argv[i], "--only") && i + 1 < argc)
+            only = argv[++i];
+        else if (!std::strcmp(argv[i], "--set") && i + 1 < argc && SetThreshold(argv[i + 1]))
+            ++i;
         else {
-            std::fprintf(stderr, "usage: %s [--scale F] [--only NAME] [--repeat N] [--set threshold=value]\n",
-                         argv[0]);
+            std::fprintf(
+                stderr,
+                "usage: %s [--scale F] [--only NAME] [--repeat N] [--set threshold=value]\n",
+                argv[0]);
             return 2;
         }
     }
-    std::printf("scale %.3g, fastest of %d; times in seconds, memory in MB (peak resident set of the side's process)\n",
-                gScale, repeat);
+    std::printf(
+        "scale %.3g, fastest of %d; times in seconds, memory in MB (peak resident set of the "
+        "side's process)\n",
+        gScale, repeat);
     std::printf("%-9s %9s %9s %7s %6s | %9s %9s %7s | %7s %7s %6s | %6s | %s\n", "workload", "ours",
-                "gmp", "ratio", "goal", "ours-cmp", "gmp-cmp", "ratio", "ours-MB", "gmp-MB", "ratio",
-                "gap-ms", "answer");
+                "gmp", "ratio", "goal", "ours-cmp", "gmp-cmp", "ratio", "ours-MB", "gmp-MB",
+                "ratio", "gap-ms", "answer");
     int failures = 0;
     for (const Workload& w : Workloads()) {
         if (!only.empty() && only != w.name) continue;
@@ -507,11 +645,13 @@ int main(int argc, char** argv) {
         const double ratio = o.r.total / g.r.total;
         char gap[16] = "     -";
         if (o.r.pollGap >= 0) std::snprintf(gap, sizeof gap, "%6.1f", o.r.pollGap * 1000);
-        std::printf("%-9s %9.4f %9.4f %7.3f %6.2f | %9.4f %9.4f %7.3f | %7.1f %7.1f %6.2f | %s | %s%s  %s\n",
-                    w.name, o.r.total, g.r.total, ratio, w.target, o.r.compute, g.r.compute,
-                    o.r.compute / g.r.compute, o.peakKb / 1024.0, g.peakKb / 1024.0,
-                    double(o.peakKb) / double(g.peakKb), gap, same ? "same" : "DIFFERENT",
-                    ratio < w.target ? "" : " (goal missed)", w.what);
+        std::printf(
+            "%-9s %9.4f %9.4f %7.3f %6.2f | %9.4f %9.4f %7.3f | %7.1f %7.1f %6.2f | %s | %s%s  "
+            "%s\n",
+            w.name, o.r.total, g.r.total, ratio, w.target, o.r.compute, g.r.compute,
+            o.r.compute / g.r.compute, o.peakKb / 1024.0, g.peakKb / 1024.0,
+            double(o.peakKb) / double(g.peakKb), gap, same ? "same" : "DIFFERENT",
+            ratio < w.target ? "" : " (goal missed)", w.what);
         std::fflush(stdout);
     }
     return failures == 0 ? 0 : 1;

@@ -45,27 +45,27 @@ Result BigFromInt(BigInt* v, int32_t n);        // kOk, or kNoMemory
 Result BigFromUnsigned(BigInt* v, uint32_t n);  // kOk or kNoMemory
 void BigFree(BigInt* v);
 bool BigIsZero(const BigInt* v);
-bool BigIsOne(const BigInt* v);               // ignores the sign: -1 answers true
+bool BigIsOne(const BigInt* v);  // ignores the sign: -1 answers true
 bool BigIsEven(const BigInt* v);
-int32_t BigLength(const BigInt* v);           // top + 1
-int32_t BigTextLength(const BigInt* v);       // characters of the decimal text
+int32_t BigLength(const BigInt* v);      // top + 1
+int32_t BigTextLength(const BigInt* v);  // characters of the decimal text
 void BigCountDigits(BigInt* v);
-bool BigToInt(const BigInt* v, int32_t* out);          // false when top > 1
-bool BigToUnsigned(const BigInt* v, uint32_t* out);    // wraps; true for any value
-Result BigCopy(BigInt* dst, const BigInt* src);        // kNoMemory: dst becomes 1
-int BigCompareMag(const BigInt* a, const BigInt* b);   // sign of |b| - |a|
-Result BigIncrement(BigInt* v);                        // in place; kOk or kNoMemory
-Result BigDecrement(BigInt* v);                        // in place; always kOk
-bool BigHalve(BigInt* v);                     // in place; true when it was even
+bool BigToInt(const BigInt* v, int32_t* out);         // false when top > 1
+bool BigToUnsigned(const BigInt* v, uint32_t* out);   // wraps; true for any value
+Result BigCopy(BigInt* dst, const BigInt* src);       // kNoMemory: dst becomes 1
+int BigCompareMag(const BigInt* a, const BigInt* b);  // sign of |b| - |a|
+Result BigIncrement(BigInt* v);                       // in place; kOk or kNoMemory
+Result BigDecrement(BigInt* v);                       // in place; always kOk
+bool BigHalve(BigInt* v);                             // in place; true when it was even
 Result BigAdd(BigInt* result, const BigInt* x, const BigInt* y);
 Result BigSub(BigInt* result, const BigInt* x, const BigInt* y);
 
 // Limb-array primitives on work buffers (callers guarantee the room).
 int LimbsCompare(const Limb* a, const Limb* b, int32_t ta, int32_t tb);  // sign of |b| - |a|
 int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb);
-int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb);       // a >= b
-int32_t LimbsMulSmall(Limb* a, int32_t f, int32_t t);                   // f 0..9999
-int32_t LimbsAddSmall(Limb* a, int32_t v, int32_t t);                   // v 0..9999
+int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb);  // a >= b
+int32_t LimbsMulSmall(Limb* a, int32_t f, int32_t t);              // f 0..9999
+int32_t LimbsAddSmall(Limb* a, int32_t v, int32_t t);              // v 0..9999
 
 // ---- Decimal text (text.cpp) ---------------------------------------------
 
@@ -74,14 +74,13 @@ int32_t LimbsAddSmall(Limb* a, int32_t v, int32_t t);                   // v 0..
 Result BigFromText(char* text, BigInt* v);
 // Renders limbs firstLimb (-1: top) down to lastLimb into buf; buf holds
 // width characters plus two per line break plus the terminator.
-void BigToText(const BigInt* v, char* buf, int32_t width, int32_t lineLength,
-               int32_t firstLimb, int32_t lastLimb, int32_t indent);
+void BigToText(const BigInt* v, char* buf, int32_t width, int32_t lineLength, int32_t firstLimb,
+               int32_t lastLimb, int32_t indent);
 
 // ---- Multiplication, division, fractions (mul.cpp, divide.cpp, fraction.cpp)
 
 // Schoolbook product += a * b, one poll per row of b; top of the product or -1.
-int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p,
-                 int32_t ta, int32_t tb);
+int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_t ta, int32_t tb);
 Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y);
 int QuotientDigitEstimate(const Limb* w, const Limb* d, int32_t tw, int32_t td);
 // Long division: n (dividend, ends as remainder), d, scratch s, quotient q.

@@ -43,7 +43,7 @@ void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64
     const int64_t at = shift / 32;
     const int s = static_cast<int>(shift % 32);
     uint64_t carry = 0;
-    uint32_t below = 0;   // the previous word of b, whose top s bits move up
+    uint32_t below = 0;  // the previous word of b, whose top s bits move up
     int64_t k = at;
     for (int32_t i = 0; i <= m && k < n; ++i, ++k) {
         const uint32_t v = i < m ? b[i] : 0;

@@ -13,7 +13,7 @@
 
 #include "bigint/record.h"
 
-constexpr int kQuitKey = 81;   // 'Q'
+constexpr int kQuitKey = 81;  // 'Q'
 
 class CalcContext {
 public:

@@ -130,7 +130,8 @@ Result GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* r
 Result ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* result) {
     // The extended gcd takes 0 < a < m in value; every other case, a zero a
     // and a = m among them, keeps the chain and its answers.
-    if (LimbsTrimTop(m->limbs, m->top) + 1 >= gFastThresholds.modInverse && !BigIsZeroMagnitude(a)) {
+    if (LimbsTrimTop(m->limbs, m->top) + 1 >= gFastThresholds.modInverse &&
+        !BigIsZeroMagnitude(a)) {
         Magnitude am, mm;
         Result code = MakeMagnitude(a, &am);
         if (code == 0) code = MakeMagnitude(m, &mm);
@@ -142,7 +143,8 @@ Result ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, Bi
 }
 Result RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                           BigInt* value) {
-    if (count < gFastThresholds.radixDivide) return RadixToBigSchool(ctx, digits, count, base, value);
+    if (count < gFastThresholds.radixDivide)
+        return RadixToBigSchool(ctx, digits, count, base, value);
     return RadixToBigSplit(ctx, digits, count, base, value);
 }
 Result BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text) {

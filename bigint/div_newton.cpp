@@ -40,7 +40,7 @@ Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const Big
     if (code == 0) code = FastSub(r, X, &qd.v);
     for (int i = 0; code == 0; ++i) {
         const bool low = FastIsNegative(r);
-        if (!low && BigCompareMag(r, d) > 0) break;   // 0 <= r < d
+        if (!low && BigCompareMag(r, d) > 0) break;  // 0 <= r < d
         if (i == kMaxCorrections || (ctx->ShouldStop() && (code = Result::kStopped))) break;
         BigTemp nq, nr;
         BigInt one = {};
@@ -107,7 +107,7 @@ Result NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* di
 Result DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                     BigInt* remainder) {
     const int32_t n = x->top + 1, m = d->top + 1;
-    const int32_t total = n - m + 1;              // quotient limbs at most
+    const int32_t total = n - m + 1;  // quotient limbs at most
     const int32_t block = total < m ? total : m;
     NewtonDivisor divisor;
     divisor.d = d;
@@ -138,7 +138,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     int32_t done = 0;
     while (code == 0 && done < total) {
         const int32_t c = done == 0 && total % block != 0 ? total % block : block;
-        const int32_t low = total - done - c;     // limbs of x below this block
+        const int32_t low = total - done - c;  // limbs of x below this block
         BigTemp piece, qb, rb;
         // piece = rem·B^c + x's limbs [low, low + c), put together from the
         // c limbs and rem's, so that a block costs no more than its own size

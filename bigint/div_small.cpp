@@ -9,7 +9,8 @@
 Result DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                    BigInt* remainder) {
     auto limb = [](Limb v) { return uint64_t(uint16_t(v)); };
-    const uint64_t dv = d->top == 0 ? limb(d->limbs[0]) : limb(d->limbs[0]) + limb(d->limbs[1]) * kLimbBase;
+    const uint64_t dv =
+        d->top == 0 ? limb(d->limbs[0]) : limb(d->limbs[0]) + limb(d->limbs[1]) * kLimbBase;
     const int32_t n = x->top + 1;
     LimbBuffer q(n);
     if (!q.ok()) return Result::kNoMemory;

@@ -31,10 +31,10 @@ Result LimbsDivide(CalcContext* ctx, Limb* n, const Limb* d, Limb* s, Limb* q, i
     const int32_t topN = *tn;
     const int32_t topD = *td;
     assert(topD >= 0 && topN >= topD && n != q);
-    int32_t r = topN;          // top of the working span
-    int32_t pos = topN - topD; // index of the quotient limb being formed
-    int32_t w = topN + 1;      // next quotient write index, counting down
-    int64_t digit = 0;         // wide: the zero-divisor loop keeps adding
+    int32_t r = topN;           // top of the working span
+    int32_t pos = topN - topD;  // index of the quotient limb being formed
+    int32_t w = topN + 1;       // next quotient write index, counting down
+    int64_t digit = 0;          // wide: the zero-divisor loop keeps adding
     while (pos >= 0) {
         if (r > pos && n[r] == 0) {
             --r;

@@ -17,9 +17,9 @@ Result DivModSmall(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q
                    BigInt* remainder);
 // A divisor with its reciprocal, for many divisions by the same number.
 struct NewtonDivisor {
-    const BigInt* d = nullptr;   // not owned
+    const BigInt* d = nullptr;  // not owned
     BigInt R = {};
-    int32_t k = 0;               // leading limbs of d behind R
+    int32_t k = 0;  // leading limbs of d behind R
     NewtonDivisor() = default;
     ~NewtonDivisor() { BigFree(&R); }
     NewtonDivisor(const NewtonDivisor&) = delete;

@@ -44,8 +44,8 @@ Result FracAddSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* p, con
         code = BigMul(ctx, &d.v, q, s);
         if (code == 0) code = BigMul(ctx, &ps.v, p, s);
         if (code == 0) code = BigMul(ctx, &qr.v, q, r);
-        if (code == 0) code = op == FracOp::Add ? BigAdd(&n.v, &ps.v, &qr.v)
-                                                : BigSub(&n.v, &ps.v, &qr.v);
+        if (code == 0)
+            code = op == FracOp::Add ? BigAdd(&n.v, &ps.v, &qr.v) : BigSub(&n.v, &ps.v, &qr.v);
     }
     return Finish(code, rn, rd, &n.v, &d.v);
 }
@@ -86,8 +86,9 @@ Result FracMul(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const
     Result code;
     if (BothWhole(ad, bd)) {
         code = BigFromInt(&d.v, 1);
-        if (code == 0) code = ctx->modulusMode ? ModMul(ctx, &n.v, an, bn, &ctx->modulus)
-                                               : BigMul(ctx, &n.v, an, bn);
+        if (code == 0)
+            code = ctx->modulusMode ? ModMul(ctx, &n.v, an, bn, &ctx->modulus)
+                                    : BigMul(ctx, &n.v, an, bn);
     } else {
         code = BigMul(ctx, &n.v, an, bn);
         if (code == 0) code = BigMul(ctx, &d.v, ad, bd);

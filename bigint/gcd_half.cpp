@@ -98,7 +98,7 @@ Result MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
     if (code == 0) code = FastSub(&t2.v, b22, &t1.v);
     if (code == 0) code = FastSub(&t3.v, b22, b12);
     if (code == 0) code = FastSub(&t4.v, &t2.v, b21);
-    const BigInt* factors[7][2] = {{a11, b11}, {a12, b21}, {&s4.v, b22}, {a22, &t4.v},
+    const BigInt* factors[7][2] = {{a11, b11},     {a12, b21},     {&s4.v, b22},  {a22, &t4.v},
                                    {&s1.v, &t1.v}, {&s2.v, &t2.v}, {&s3.v, &t3.v}};
     for (int i = 0; i < 7 && code == 0; ++i) code = run.Mul(&p[i].v, factors[i][0], factors[i][1]);
     // c11 = p1 + p2, w = p1 + p6, v = w + p7, c12 = w + p5 + p3,

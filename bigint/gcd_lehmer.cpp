@@ -15,8 +15,8 @@
 #include <utility>
 
 #include "bigint/fast_paths.h"
-#include "bigint/reference.h"
 #include "bigint/mul_kernels.h"
+#include "bigint/reference.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -94,7 +94,8 @@ void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Li
         const uint64_t u1 = uint64_t(A * xi + B * yi + c1 + kBias);
         const uint64_t u2 = uint64_t(C * xi + D * yi + c2 + kBias);
         const uint64_t q1 = u1 / uint64_t(kPair), q2 = u2 / uint64_t(kPair);
-        const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)), r2 = uint32_t(u2 - q2 * uint64_t(kPair));
+        const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)),
+                       r2 = uint32_t(u2 - q2 * uint64_t(kPair));
         s[i] = static_cast<Limb>(r1 % kLimbBase);
         s[i + 1] = static_cast<Limb>(r1 / kLimbBase);
         t[i] = static_cast<Limb>(r2 % kLimbBase);
@@ -190,9 +191,12 @@ Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* res
             code = BigFromLimbs(result, xv.limbs, xv.top, 0);
         } else {
             const int order = BigCompareMag(&xv, &yv);
-            if (order == 0) code = BigFromLimbs(result, xv.limbs, xv.top, 0);
-            else if (order < 0) code = GcdSchool(ctx, &xv, &yv, result);
-            else code = GcdSchool(ctx, &yv, &xv, result);
+            if (order == 0)
+                code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+            else if (order < 0)
+                code = GcdSchool(ctx, &xv, &yv, result);
+            else
+                code = GcdSchool(ctx, &yv, &xv, result);
         }
     }
     return code;

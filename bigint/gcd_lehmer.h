@@ -13,7 +13,7 @@
 
 struct LehmerCofactors {
     int64_t A = 1, B = 0, C = 0, D = 1;
-    int32_t steps = 0;   // quotients taken; 0 when the leading limbs decide none
+    int32_t steps = 0;  // quotients taken; 0 when the leading limbs decide none
 };
 
 // The step for x (lx limbs) >= y (ly limbs) > 0. With floorLimbs >= 0 a

@@ -83,7 +83,9 @@ public:
         *r = a;
         return true;
     }
-    bool Mul(const Value& a, const Value& b, Value* r) { return Mul(a.data(), b.data(), r->data()); }
+    bool Mul(const Value& a, const Value& b, Value* r) {
+        return Mul(a.data(), b.data(), r->data());
+    }
     bool Sqr(const Value& a, Value* r) { return Sqr(a.data(), r->data()); }
 
     // r := a b / R mod m for a, b < m; r may be a or b. False when stopped.
@@ -229,8 +231,10 @@ private:
 class PowerOfTwo {
 public:
     PowerOfTwo(size_t bits, PollClock* clk)
-        : n_((bits + 63) / 64), topMask_(bits % 64 ? (Word(1) << (bits % 64)) - 1 : ~Word(0)),
-          clk_(clk), t_(n_) {}
+        : n_((bits + 63) / 64),
+          topMask_(bits % 64 ? (Word(1) << (bits % 64)) - 1 : ~Word(0)),
+          clk_(clk),
+          t_(n_) {}
     size_t Size() const { return n_; }
     void Reduce(Word* x) const { x[n_ - 1] &= topMask_; }
 
@@ -241,7 +245,9 @@ public:
         *r = a;
         return true;
     }
-    bool Mul(const Value& a, const Value& b, Value* r) { return Mul(a.data(), b.data(), r->data()); }
+    bool Mul(const Value& a, const Value& b, Value* r) {
+        return Mul(a.data(), b.data(), r->data());
+    }
     bool Sqr(const Value& a, Value* r) { return Mul(a.data(), a.data(), r->data()); }
     // r := a b mod 2^bits; r may be a or b. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
@@ -273,7 +279,8 @@ Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) 
     bits->clear();
     if (e->top < 1000) {
         const std::vector<Word> w = WordsFromLimbs(e, WordsFor(e));
-        for (size_t i = 0; i < w.size() * 64; ++i) bits->push_back(((w[i / 64] >> (i % 64)) & 1) != 0);
+        for (size_t i = 0; i < w.size() * 64; ++i)
+            bits->push_back(((w[i / 64] >> (i % 64)) & 1) != 0);
     } else {
         std::string hex;
         const BigInt em = BigMagnitudeView(e);

@@ -10,8 +10,7 @@
 // its carry in the limb above, which no earlier row has written. Answers the
 // product's top, or -1 when the context asks to stop (p then holds the
 // normalised sum of the rows done).
-int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_t ta,
-                 int32_t tb) {
+int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_t ta, int32_t tb) {
     assert(ta >= 0 && tb >= 0 && p != a && p != b);
     constexpr uint64_t kPair = uint64_t(kLimbBase) * kLimbBase;
     auto limb = [](Limb x) { return uint64_t(uint16_t(x)); };
@@ -22,8 +21,8 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
         uint64_t carry = 0;
         int32_t j = 0;
         for (; j < ta; j += 2) {
-            const uint64_t v = (limb(a[j]) + limb(a[j + 1]) * kLimbBase) * bi +
-                               limb(row[j]) + limb(row[j + 1]) * kLimbBase + carry;
+            const uint64_t v = (limb(a[j]) + limb(a[j + 1]) * kLimbBase) * bi + limb(row[j]) +
+                               limb(row[j + 1]) * kLimbBase + carry;
             carry = v / kPair;
             const uint32_t low = static_cast<uint32_t>(v - carry * kPair);
             row[j] = static_cast<Limb>(low % kLimbBase);

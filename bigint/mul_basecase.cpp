@@ -53,7 +53,8 @@ Result SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
         const uint32_t ai = static_cast<uint16_t>(a[i]);
         uint64_t* row = c + 2 * i + 1;
         const Limb* rest = a + i + 1;
-        for (int32_t j = 0; j < la - i - 1; ++j) row[j] += uint64_t(ai) * uint32_t(uint16_t(rest[j]));
+        for (int32_t j = 0; j < la - i - 1; ++j)
+            row[j] += uint64_t(ai) * uint32_t(uint16_t(rest[j]));
     }
     for (int32_t k = 0; k < n; ++k) c[k] *= 2;
     for (int32_t i = 0; i < la; ++i) {

@@ -31,11 +31,11 @@ namespace {
 struct Prime {
     uint32_t p;
     uint32_t generator;
-    int maxLog;     // 2^maxLog divides p − 1
+    int maxLog;  // 2^maxLog divides p − 1
 };
 
-constexpr Prime kP1 = {469762049u, 3, 26};   // 7·2^26 + 1
-constexpr Prime kP2 = {167772161u, 3, 25};   // 5·2^25 + 1
+constexpr Prime kP1 = {469762049u, 3, 26};  // 7·2^26 + 1
+constexpr Prime kP2 = {167772161u, 3, 25};  // 5·2^25 + 1
 constexpr int kMaxLog = 25;
 
 uint32_t PowMod(uint64_t b, uint64_t e, uint32_t m) {
@@ -169,8 +169,8 @@ Result Convolve(PollClock& clk, const Prime& pr, const uint32_t* roots, const In
     if (clk.Tick(n)) return Result::kStopped;
     // The pointwise product leaves a factor R^−1 and the inverse a factor n:
     // each point is also multiplied by R^2 / n in Montgomery form.
-    const uint32_t scale = static_cast<uint32_t>(
-        uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
+    const uint32_t scale =
+        static_cast<uint32_t>(uint64_t(mt.r2) * PowMod(n, pr.p - 2, pr.p) % pr.p);
     // Loading touches fresh scratch pages: charged as two butterflies a point.
     Load(a, la, fa, n);
     if (clk.Tick(2 * int64_t(n)) || !Forward(clk, mt, roots, fa, n)) return Result::kStopped;
@@ -187,7 +187,8 @@ Result Convolve(PollClock& clk, const Prime& pr, const uint32_t* roots, const In
 class Coefficients {
 public:
     Coefficients(const uint32_t* r1, const uint32_t* r2)
-        : r1_(r1), r2_(r2),
+        : r1_(r1),
+          r2_(r2),
           pair_{kP1.p, Mont(kP2.p),
                 static_cast<uint32_t>(uint64_t(PowMod(kP1.p % kP2.p, kP2.p - 2, kP2.p)) *
                                       ((uint64_t(1) << 32) % kP2.p) % kP2.p)} {}

@@ -23,7 +23,7 @@
 namespace {
 
 struct V {
-    __m256i p, twoP, pinv;   // pinv = p^−1 mod 2^32
+    __m256i p, twoP, pinv;  // pinv = p^−1 mod 2^32
     explicit V(const Mont& mt)
         : p(_mm256_set1_epi32(int32_t(mt.p))),
           twoP(_mm256_set1_epi32(int32_t(2 * mt.p))),
@@ -59,7 +59,9 @@ struct V {
     }
 };
 
-inline __m256i Load(const uint32_t* a) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(a)); }
+inline __m256i Load(const uint32_t* a) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(a));
+}
 inline void Store(uint32_t* a, __m256i x) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(a), x); }
 inline __m256i Splat(uint32_t w) { return _mm256_set1_epi32(int32_t(w)); }
 
@@ -193,8 +195,10 @@ void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out
         const __m256i odd = _mm256_add_epi64(_mm256_mul_epu32(_mm256_srli_epi64(d, 32), p1),
                                              _mm256_srli_epi64(x1, 32));
         const __m256i lo = _mm256_unpacklo_epi64(even, odd), hi = _mm256_unpackhi_epi64(even, odd);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k), _mm256_permute2x128_si256(lo, hi, 0x20));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k + 4), _mm256_permute2x128_si256(lo, hi, 0x31));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k),
+                            _mm256_permute2x128_si256(lo, hi, 0x20));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + k + 4),
+                            _mm256_permute2x128_si256(lo, hi, 0x31));
     }
     PortableNttKernels().crt(c, r1 + k, r2 + k, out + k, count - k);
 }

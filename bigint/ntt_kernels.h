@@ -13,11 +13,11 @@
 // Montgomery arithmetic with R = 2^32.
 struct Mont {
     uint32_t p;
-    uint32_t pinv;   // −p^−1 mod 2^32
-    uint32_t r2;     // R^2 mod p
+    uint32_t pinv;  // −p^−1 mod 2^32
+    uint32_t r2;    // R^2 mod p
 
     explicit Mont(uint32_t prime) : p(prime) {
-        uint32_t inv = prime;   // Newton: each step doubles the correct low bits
+        uint32_t inv = prime;  // Newton: each step doubles the correct low bits
         for (int i = 0; i < 4; ++i) inv *= 2 - prime * inv;
         pinv = 0u - inv;
         const uint64_t r = (uint64_t(1) << 32) % prime;

@@ -20,7 +20,7 @@ namespace {
 bool Primes(PollClock& clk, int32_t n, std::vector<uint32_t>* primes) {
     if (n < 2) return true;
     primes->push_back(2);
-    std::vector<bool> composite(size_t(n) / 2 + 1, false);   // index i stands for 2i + 1
+    std::vector<bool> composite(size_t(n) / 2 + 1, false);  // index i stands for 2i + 1
     for (int64_t i = 1; 2 * i + 1 <= n; ++i) {
         if ((i & 0xFFFF) == 0 && clk.Tick(0x10000)) return false;
         if (composite[size_t(i)]) continue;
@@ -93,8 +93,10 @@ Result PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uin
         }
         if (code == 0) BigReplace(&acc, &sq.v);
     }
-    if (code == 0) BigMove(result, &acc);
-    else BigFree(&acc);
+    if (code == 0)
+        BigMove(result, &acc);
+    else
+        BigFree(&acc);
     return code;
 }
 

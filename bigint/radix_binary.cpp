@@ -157,7 +157,7 @@ Result WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text
         return Result::kNoMemory;
     }
     const uint32_t mask = (1u << bits) - 1;
-    uint64_t acc = 0;   // bits not yet written, have of them
+    uint64_t acc = 0;  // bits not yet written, have of them
     int have = 0;
     int32_t next = 0;
     for (int64_t d = digits - 1; d >= 0; --d) {

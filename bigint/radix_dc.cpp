@@ -89,7 +89,7 @@ Result LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
 }
 
 struct Powers {
-    std::vector<BigInt> p;   // p[i] = base^(leaf·2^i)
+    std::vector<BigInt> p;  // p[i] = base^(leaf·2^i)
     int32_t leaf = 0;
     // Reciprocals of the long powers, made once: every division of one level
     // of the tree is by the same power.
@@ -145,7 +145,7 @@ Result ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int ba
               std::string* out) {
     if (i < 0) return LeafToText(v, base, width, out);
     const int32_t low = pw.leaf << i;
-    if (width == 0 && BigCompareMag(v, &pw.p[i]) > 0)   // v < P_i: no high half
+    if (width == 0 && BigCompareMag(v, &pw.p[i]) > 0)  // v < P_i: no high half
         return ToText(ctx, pw, v, i - 1, base, 0, out);
     BigTemp q, r;
     Result code = pw.DivMod(ctx, v, size_t(i), &q.v, &r.v);

@@ -97,7 +97,7 @@ Result StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done)
     if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, y);
     *done = false;
     for (int i = 0; code == 0 && i <= kMaxSteps; ++i) {
-        if (BigCompareMag(&cube.v, x) >= 0) {   // y³ <= x
+        if (BigCompareMag(&cube.v, x) >= 0) {  // y³ <= x
             *done = true;
             break;
         }
@@ -107,7 +107,7 @@ Result StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done)
         if (code == 0) code = FastAdd(&y3.v, &y2.v, y);
         if (code == 0) code = FastAdd(&sq2.v, &sq.v, &sq.v);
         if (code == 0) code = FastAdd(&sq3.v, &sq2.v, &sq.v);
-        if (code == 0) code = FastSub(&d.v, &sq3.v, &y3.v);     // 3y² − 3y
+        if (code == 0) code = FastSub(&d.v, &sq3.v, &y3.v);  // 3y² − 3y
         if (code == 0) code = FastSub(&c1.v, &cube.v, &d.v);
         if (code == 0) code = AddSmall(&c2.v, &c1.v, -1);
         if (code == 0) code = FastSub(&s1.v, &sq.v, &y2.v);
@@ -130,7 +130,7 @@ Result CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
         if (code == Result::kOk || code == kRootInexact) y->negative = 0;
         return code == kRootInexact ? Result::kOk : code;
     }
-    const int32_t t = n / 6;   // the leading part keeps about half the root's limbs
+    const int32_t t = n / 6;  // the leading part keeps about half the root's limbs
     BigTemp lead, root, up;
     Result code = FastShiftDown(&lead.v, x, 3 * t);
     if (code == 0) code = CbrtFloor(ctx, &lead.v, &root.v);
@@ -155,8 +155,10 @@ Result CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
         if (code != 0 || BigCompareMag(&next.v, &cur) <= 0) break;
         BigReplace(&cur, &next.v);
     }
-    if (code == 0) BigMove(y, &cur);
-    else BigFree(&cur);
+    if (code == 0)
+        BigMove(y, &cur);
+    else
+        BigFree(&cur);
     return code;
 }
 

@@ -104,8 +104,8 @@ Result BigFromText(char* text, BigInt* v) {
 // not the top limb, so a page that starts inside a number starts with its
 // significant digits. A text wider than the budget ends in "..." and is not
 // broken into lines.
-void BigToText(const BigInt* v, char* buf, int32_t width, int32_t lineLength,
-               int32_t firstLimb, int32_t lastLimb, int32_t indent) {
+void BigToText(const BigInt* v, char* buf, int32_t width, int32_t lineLength, int32_t firstLimb,
+               int32_t lastLimb, int32_t indent) {
     if (firstLimb < 0) firstLimb = v->top;
     int32_t len = 0;
     for (int32_t i = 0; i < indent; ++i) buf[len++] = ' ';

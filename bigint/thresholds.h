@@ -10,21 +10,22 @@
 #include <cstdint>
 
 struct FastThresholds {
-    int32_t mulKaratsuba = 80;     // schoolbook below
-    int32_t mulNtt = 150;          // Karatsuba below
+    int32_t mulKaratsuba = 80;  // schoolbook below
+    int32_t mulNtt = 150;       // Karatsuba below
     int32_t sqrKaratsuba = 100;
     int32_t sqrNtt = 200;
-    int32_t divNewton = 40;        // divisor and quotient both at least this long
-    int32_t sqrtRecursive = 120;   // limbs of the radicand
-    int32_t cbrtNewton = 120;      // limbs of the radicand
-    int32_t productTree = 16;      // factors in one leaf of the tree
-    int32_t rangePrimes = 2000;    // factors, from which range products go by prime factorisation
+    int32_t divNewton = 40;       // divisor and quotient both at least this long
+    int32_t sqrtRecursive = 120;  // limbs of the radicand
+    int32_t cbrtNewton = 120;     // limbs of the radicand
+    int32_t productTree = 16;     // factors in one leaf of the tree
+    int32_t rangePrimes = 2000;   // factors, from which range products go by prime factorisation
     int32_t rangePrimesSieve = 20000000;  // largest n sieved for it
-    int32_t gcdLehmer = 30;        // limbs of the smaller operand
-    int32_t gcdHalf = 1000;        // limbs of the smaller operand
-    int32_t gcdHalfLeaf = 600;     // limbs: half-gcd calls below this are Lehmer leaves
-    int32_t modInverse = 2;        // limbs of the modulus from which inverses go by the extended gcd
-    int32_t modInverseHalf = 200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
+    int32_t gcdLehmer = 30;               // limbs of the smaller operand
+    int32_t gcdHalf = 1000;               // limbs of the smaller operand
+    int32_t gcdHalfLeaf = 600;            // limbs: half-gcd calls below this are Lehmer leaves
+    int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
+    int32_t modInverseHalf =
+        200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
     int32_t powMontgomery = 1200;  // limbs of a modulus below which powers run on words
     int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
     // Limbs from which bases 2, 4, 8 and 16 go out through binary words: that
@@ -34,9 +35,10 @@ struct FastThresholds {
     // 10^(180·2^i) and the power 5^(180·2^i) it is multiplied by have 63.5·2^i
     // 16-bit halves together: their transform of 64·2^i points is unpadded.
     int32_t radixBinaryLeaf = 45;
-    int32_t binaryNtt = 400;       // 32-bit words of the shorter factor for the transform product
-    int32_t nttParallel = 1 << 15; // transform points from which the two primes run on two threads (0: never)
-    int64_t pollWork = 1 << 21;    // limb products (or transform butterflies) between polls
+    int32_t binaryNtt = 400;  // 32-bit words of the shorter factor for the transform product
+    int32_t nttParallel =
+        1 << 15;  // transform points from which the two primes run on two threads (0: never)
+    int64_t pollWork = 1 << 21;  // limb products (or transform butterflies) between polls
 
     // Every threshold at or near its minimum; for tests.
     static FastThresholds Lowered() {

@@ -152,10 +152,12 @@ TEST_F(Differential, PowersAndRoots) {
 
         mpz_abs(zb.z, zx.z);
         mpz_sqrtrem(e.z, rest.z, zb.z);
-        EXPECT_EQ(BigSqrt(&ctx, &x.v, r.Out()), mpz_sgn(rest.z) == 0 ? Result::kOk : kRootInexact) << "sqrt " << xs;
+        EXPECT_EQ(BigSqrt(&ctx, &x.v, r.Out()), mpz_sgn(rest.z) == 0 ? Result::kOk : kRootInexact)
+            << "sqrt " << xs;
         EXPECT_SAME(r, e, "sqrt " << xs);
         const bool exact = mpz_root(e.z, zx.z, 3) != 0;
-        EXPECT_EQ(BigCbrt(&ctx, &x.v, r.Out()), exact ? Result::kOk : kRootInexact) << "cbrt " << xs;
+        EXPECT_EQ(BigCbrt(&ctx, &x.v, r.Out()), exact ? Result::kOk : kRootInexact)
+            << "cbrt " << xs;
         EXPECT_SAME(r, e, "cbrt " << xs);
         ASSERT_EQ(BigMul(&ctx, &square.v, &x.v, &x.v), Result::kOk);
         ASSERT_EQ(BigMul(&ctx, &cube.v, &square.v, &x.v), Result::kOk);
@@ -197,9 +199,10 @@ TEST_F(Differential, BaseConversion) {
             std::transform(text.begin(), text.end(), text.begin(), ::tolower);
             text.insert(static_cast<size_t>(Below(static_cast<int>(text.size()) + 1)), " ");
         }
-        ASSERT_EQ(ConvertBase(&ctx, from, to, &text), Result::kOk) << xs << " " << from << "->" << to;
-        EXPECT_EQ(text, xs == "0" ? "" : zx.Str(to)) << xs << " " << from << "->" << to
-                                                     << "  ORDIX_SEED=" << Seed();
+        ASSERT_EQ(ConvertBase(&ctx, from, to, &text), Result::kOk)
+            << xs << " " << from << "->" << to;
+        EXPECT_EQ(text, xs == "0" ? "" : zx.Str(to))
+            << xs << " " << from << "->" << to << "  ORDIX_SEED=" << Seed();
     }
 }
 

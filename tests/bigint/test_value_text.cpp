@@ -41,8 +41,10 @@ TEST(Value, MachineIntegersSplitIntoLimbsAndComeBack) {
 }
 
 TEST(Value, DigitCountsCountTheTopLimbByItsWidth) {
-    const struct { const char* text; uint32_t zeros, ones, total; } cases[] = {
-        {"1000", 3, 1, 4}, {"0", 1, 0, 1}, {"-10001", 3, 2, 5}, {"100000000", 8, 1, 9}};
+    const struct {
+        const char* text;
+        uint32_t zeros, ones, total;
+    } cases[] = {{"1000", 3, 1, 4}, {"0", 1, 0, 1}, {"-10001", 3, 2, 5}, {"100000000", 8, 1, 9}};
     for (const auto& c : cases) {
         Num v(c.text);
         BigCountDigits(&v.v);
@@ -73,8 +75,7 @@ TEST(Value, SteppingCrossesLimbBoundariesBothWays) {
     EXPECT_FALSE(BigHalve(&odd.v));
     EXPECT_TRUE(BigHalve(&even.v));
     EXPECT_FALSE(BigHalve(&big.v));
-    EXPECT_EQ(Text(odd) + " " + Text(even) + " " + Text(big),
-              "5000 10000 -50000000000000000000");
+    EXPECT_EQ(Text(odd) + " " + Text(even) + " " + Text(big), "5000 10000 -50000000000000000000");
     EXPECT_EQ(even->top, 1);
 }
 
@@ -103,7 +104,14 @@ TEST(Text, WritingWithinABudget) {
 }
 
 TEST(Text, PagesAndLines) {
-    Num v("1234" "0042" "0007" "0000" "0001" "0099" "0000");
+    Num v(
+        "1234"
+        "0042"
+        "0007"
+        "0000"
+        "0001"
+        "0099"
+        "0000");
     EXPECT_EQ(Render(v, 64000, 0, 5, 3, 0), "4200070000");  // no leading zeros on a page
     EXPECT_EQ(Render(v, 64000, 0, 2, 0, 0), "100990000");
     Num n("-1234567890123"), u("1234567890123");

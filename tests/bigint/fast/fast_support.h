@@ -23,8 +23,8 @@ namespace fasttest {
 std::mt19937_64& Rng();
 
 enum class Shape { Random, Zeros, Nines, RunsOfZeroAndNine, TopTenThousand };
-constexpr Shape kShapes[] = {Shape::Random, Shape::Zeros, Shape::Nines,
-                             Shape::RunsOfZeroAndNine, Shape::TopTenThousand};
+constexpr Shape kShapes[] = {Shape::Random, Shape::Zeros, Shape::Nines, Shape::RunsOfZeroAndNine,
+                             Shape::TopTenThousand};
 
 // n limbs of the given shape, top limb non-zero.
 std::vector<Limb> Operand(int32_t n, Shape shape);
@@ -55,7 +55,9 @@ std::string MpzDecimal(const mpz_t z);
 // Sets thresholds for the scope of a test and restores them afterwards.
 class ThresholdScope {
 public:
-    explicit ThresholdScope(const FastThresholds& t) : saved_(gFastThresholds) { gFastThresholds = t; }
+    explicit ThresholdScope(const FastThresholds& t) : saved_(gFastThresholds) {
+        gFastThresholds = t;
+    }
     ~ThresholdScope() { gFastThresholds = saved_; }
 
 private:

@@ -14,7 +14,7 @@ void CheckAgainstSchool(const std::vector<Limb>& xl, const std::vector<Limb>& dl
     Num x, d, q1, r1, q2, r2;
     SetLimbs(&x.v, xl, xn);
     SetLimbs(&d.v, dl, dn);
-    if (BigCompareMag(&x.v, &d.v) >= 0) return;   // the dispatcher's contract: |x| > |d|
+    if (BigCompareMag(&x.v, &d.v) >= 0) return;  // the dispatcher's contract: |x| > |d|
     CalcContext ctx;
     ASSERT_EQ(DivModSchool(&ctx, &x.v, &d.v, &q1.v, &r1.v), Result::kOk);
     ASSERT_EQ(DivModDispatch(&ctx, &x.v, &d.v, &q2.v, &r2.v), Result::kOk);
@@ -92,7 +92,9 @@ TEST(FastDivide, BigDivModMatchesGmpAtShippedThresholds) {
     mpz_t x, d, q, r;
     mpz_inits(x, d, q, r, nullptr);
     CalcContext ctx;
-    struct Sizes { int32_t n, m; };
+    struct Sizes {
+        int32_t n, m;
+    };
     for (Sizes s : {Sizes{3000, 1500}, Sizes{5000, 700}, Sizes{2400, 2300}, Sizes{9000, 3000}}) {
         Num a, b, bq, br;
         RandomBig(&a.v, s.n);

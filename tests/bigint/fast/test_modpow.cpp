@@ -42,29 +42,30 @@ protected:
 TEST_P(FastModPowKernels, ModuliOfEverySizeAndParityMatchGmp) {
     CalcContext ctx;
     for (int32_t mLimbs : {1, 4, 5, 17, 33, 250, 600}) {
-      for (int parity : {1, 0, 2}) {
-        for (int32_t eLimbs : {1, 3, 40, 1200}) {
-            if (mLimbs * eLimbs > 60000) continue;
-            Num m, base, e, r;
-            RandomBig(&m.v, mLimbs);
-            // Odd, even, or a multiple of a high power of two (times 3).
-            if (parity == 1) m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] | 1);
-            if (parity == 0) m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] & ~1);
-            if (parity == 2) {
-                Num two, power, three;
-                ASSERT_EQ(BigFromInt(&two.v, 2), Result::kOk);
-                ASSERT_EQ(BigFromInt(&three.v, 3), Result::kOk);
-                ASSERT_EQ(BigPowInt(&ctx, &two.v, 32 * mLimbs + 5, &power.v), Result::kOk);
-                BigFree(&m.v);
-                ASSERT_EQ(BigMul(&ctx, &m.v, &power.v, &three.v), Result::kOk);
+        for (int parity : {1, 0, 2}) {
+            for (int32_t eLimbs : {1, 3, 40, 1200}) {
+                if (mLimbs * eLimbs > 60000) continue;
+                Num m, base, e, r;
+                RandomBig(&m.v, mLimbs);
+                // Odd, even, or a multiple of a high power of two (times 3).
+                if (parity == 1) m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] | 1);
+                if (parity == 0) m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] & ~1);
+                if (parity == 2) {
+                    Num two, power, three;
+                    ASSERT_EQ(BigFromInt(&two.v, 2), Result::kOk);
+                    ASSERT_EQ(BigFromInt(&three.v, 3), Result::kOk);
+                    ASSERT_EQ(BigPowInt(&ctx, &two.v, 32 * mLimbs + 5, &power.v), Result::kOk);
+                    BigFree(&m.v);
+                    ASSERT_EQ(BigMul(&ctx, &m.v, &power.v, &three.v), Result::kOk);
+                }
+                RandomBig(&base.v, 1 + static_cast<int32_t>(Rng()() % (2 * mLimbs)));
+                RandomBig(&e.v, eLimbs, false);
+                if (BigIsZero(&e.v) || (e.v.top == 0 && e.v.limbs[0] < 2)) continue;
+                ASSERT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &m.v), Result::kOk);
+                EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v))
+                    << mLimbs << " " << eLimbs << " " << parity;
             }
-            RandomBig(&base.v, 1 + static_cast<int32_t>(Rng()() % (2 * mLimbs)));
-            RandomBig(&e.v, eLimbs, false);
-            if (BigIsZero(&e.v) || (e.v.top == 0 && e.v.limbs[0] < 2)) continue;
-            ASSERT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &m.v), Result::kOk);
-            EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v)) << mLimbs << " " << eLimbs << " " << parity;
         }
-      }
     }
 }
 
@@ -84,7 +85,8 @@ TEST(FastModPow, AllOnesModuliCarryThroughEveryWord) {
             FromDecimal(&base.v, MpzDecimal(z));
             RandomBig(&e.v, 40, false);
             ASSERT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &m.v), Result::kOk);
-            EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v)) << words << " words, m - " << below;
+            EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v))
+                << words << " words, m - " << below;
         }
     }
     mpz_clear(z);
@@ -95,11 +97,24 @@ TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
     CalcContext ctx;
     // Around one and two words, a top limb of 10000 (99999999 + 1 = 10^8 + 1
     // after the increment below), moduli 1 and -1, bases that are multiples.
-    const char* moduli[] = {"1", "-1", "3", "2", "-10", "18446744073709551616", "36893488147419103232",
-                            "1000000000000000000000000", "55340232221128654848",
-                            "18446744073709551615", "18446744073709551617",
-                            "340282366920938463463374607431768211457", "-999999999999999999999"};
-    const char* bases[] = {"0", "2", "-2", "18446744073709551617", "-999999999999999999999",
+    const char* moduli[] = {"1",
+                            "-1",
+                            "3",
+                            "2",
+                            "-10",
+                            "18446744073709551616",
+                            "36893488147419103232",
+                            "1000000000000000000000000",
+                            "55340232221128654848",
+                            "18446744073709551615",
+                            "18446744073709551617",
+                            "340282366920938463463374607431768211457",
+                            "-999999999999999999999"};
+    const char* bases[] = {"0",
+                           "2",
+                           "-2",
+                           "18446744073709551617",
+                           "-999999999999999999999",
                            "123456789012345678901234567890123456789012345678901"};
     for (const char* ms : moduli) {
         for (const char* bs : bases) {
@@ -112,11 +127,14 @@ TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
                 if (es[0] == '-' && !negative) continue;  // the inverse's own loops
                 const Result code = ModPow(&ctx, &base.v, &e.v, &r.v, &m.v);
                 if (es[0] == '-') {
-                    EXPECT_EQ(code, Result::kInconsistent);  // through the inverse, which refuses negatives
+                    EXPECT_EQ(
+                        code,
+                        Result::kInconsistent);  // through the inverse, which refuses negatives
                     continue;
                 }
                 ASSERT_EQ(code, Result::kOk) << bs << " ^ " << es << " mod " << ms;
-                EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v)) << bs << " ^ " << es << " mod " << ms;
+                EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v))
+                    << bs << " ^ " << es << " mod " << ms;
             }
         }
     }
@@ -130,7 +148,6 @@ TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
     ASSERT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &sum.v), Result::kOk);
     EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &sum.v));
 }
-
 
 }  // namespace
 

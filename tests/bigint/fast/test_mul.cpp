@@ -21,18 +21,19 @@ void CheckProduct(const std::vector<Limb>& a, const std::vector<Limb>& b, bool s
     std::vector<Limb> buf(n + 8, kSentinel);
     Limb* p = buf.data() + 4;
     std::fill(p, p + n, Limb(0));
-    const int32_t top = MulLimbs(&ctx, a.data(), int32_t(a.size()) - 1, bb.data(),
-                                 int32_t(bb.size()) - 1, p);
+    const int32_t top =
+        MulLimbs(&ctx, a.data(), int32_t(a.size()) - 1, bb.data(), int32_t(bb.size()) - 1, p);
     for (int i = 0; i < 4; ++i) {
         ASSERT_EQ(buf[i], kSentinel) << "below the product";
         ASSERT_EQ(buf[n + 4 + i], kSentinel) << "above the product";
     }
-    ASSERT_EQ(Normalised(p, n), NaiveProduct(a, bb))
-        << "sizes " << a.size() << " x " << bb.size();
+    ASSERT_EQ(Normalised(p, n), NaiveProduct(a, bb)) << "sizes " << a.size() << " x " << bb.size();
     ASSERT_GE(top, n - 2);
     ASSERT_LE(top, n - 1);
-    if (top == n - 2) ASSERT_EQ(p[n - 1], 0);
-    else ASSERT_GE(p[n - 1], 1);
+    if (top == n - 2)
+        ASSERT_EQ(p[n - 1], 0);
+    else
+        ASSERT_GE(p[n - 1], 1);
 }
 
 FastThresholds SmallLadder() {
@@ -70,7 +71,8 @@ TEST(FastMul, LowestThresholdsTakeEveryPathOnTinyOperands) {
     ThresholdScope scope(FastThresholds::Lowered());
     for (int32_t la = 1; la <= 40; ++la) {
         for (int32_t lb = 1; lb <= la; ++lb) {
-            for (Shape s : kShapes) CheckProduct(Operand(la, s), Operand(lb, Shape::RunsOfZeroAndNine));
+            for (Shape s : kShapes)
+                CheckProduct(Operand(la, s), Operand(lb, Shape::RunsOfZeroAndNine));
         }
         CheckProduct(Operand(la, Shape::Nines), {}, true);
     }
@@ -112,7 +114,8 @@ TEST(FastMul, PortableAndProcessorKernelsGiveTheSameTransformProducts) {
                 std::vector<Limb> p(la + lb), q(2 * la);
                 ASSERT_EQ(MulNtt(clk, a.data(), la, b.data(), lb, p.data()), Result::kOk);
                 ASSERT_EQ(SqrNtt(clk, b.data(), lb, q.data()), Result::kOk);
-                EXPECT_EQ(Normalised(p.data(), la + lb), want) << la << " x " << lb << (portable ? " portable" : "");
+                EXPECT_EQ(Normalised(p.data(), la + lb), want)
+                    << la << " x " << lb << (portable ? " portable" : "");
                 EXPECT_EQ(Normalised(q.data(), 2 * lb), NaiveProduct(b, b)) << lb;
             }
             UsePortableNttKernels(false);
@@ -153,7 +156,7 @@ TEST(FastMul, ShippedThresholdsAgreeWithTheNaiveProductAndBigMulWithGmp) {
 TEST(FastMul, QStopsEveryPathAndPollsKeepComing) {
     struct Case {
         int32_t la, lb;
-        long minPolls;   // far below the work divided by the budget
+        long minPolls;  // far below the work divided by the budget
     };
     // One thread: the main thread's polls while it waits for the helper
     // thread come with time, not work, and their count would vary.
@@ -163,7 +166,8 @@ TEST(FastMul, QStopsEveryPathAndPollsKeepComing) {
         t.nttParallel = 0;
         return t;
     }());
-    for (Case c : {Case{400, 400, 3}, Case{3000, 25, 3}, Case{5000, 5000, 15}, Case{20000, 300, 15}}) {
+    for (Case c :
+         {Case{400, 400, 3}, Case{3000, 25, 3}, Case{5000, 5000, 15}, Case{20000, 300, 15}}) {
         const std::vector<Limb> a = Operand(c.la, Shape::Random), b = Operand(c.lb, Shape::Random);
         std::vector<Limb> p(c.la + c.lb, 0);
         // The first product of a length makes the transform's root tables,
@@ -216,7 +220,8 @@ TEST(FastMul, SixteenBitConvolutionIsExactAtItsWorstCoefficients) {
             for (int32_t i = 0; i < la; ++i)
                 for (int32_t j = 0; j < lb; ++j) want[i + j] += uint64_t(a[i]) * bb[j];
             PollClock clk(nullptr);
-            ASSERT_EQ(NttConvolve16(clk, a.data(), la, square ? nullptr : b.data(), lb, c.data()), Result::kOk);
+            ASSERT_EQ(NttConvolve16(clk, a.data(), la, square ? nullptr : b.data(), lb, c.data()),
+                      Result::kOk);
             ASSERT_EQ(c, want) << la << " x " << lb;
         }
     }

@@ -60,7 +60,9 @@ std::vector<uint32_t> RandomWords(int32_t n, bool ones) {
     return w;
 }
 
-void Import(mpz_t z, const std::vector<uint32_t>& w) { mpz_import(z, w.size(), -1, 4, 0, 0, w.data()); }
+void Import(mpz_t z, const std::vector<uint32_t>& w) {
+    mpz_import(z, w.size(), -1, 4, 0, 0, w.data());
+}
 
 std::vector<uint32_t> Export(const mpz_t z, size_t n) {
     std::vector<uint32_t> w(n, 0);
@@ -82,11 +84,12 @@ TEST(FastRadix, BothDirectionsAgreeWithDigitAtATimeInEveryBase) {
     for (int base = 2; base <= 16; ++base) {
         for (int32_t n : {1, 7, 8, 9, 31, 64, 100, 257}) {
             std::vector<unsigned char> d = RandomDigits(n, base);
-            if (n > 3) d[0] = d[1] = 0;   // leading zeros
+            if (n > 3) d[0] = d[1] = 0;  // leading zeros
             Num a, b;
             ASSERT_EQ(RadixToBigSchool(&ctx, d.data(), n, base, &a.v), Result::kOk);
             ASSERT_EQ(RadixToBigDispatch(&ctx, d.data(), n, base, &b.v), Result::kOk);
-            ASSERT_EQ(ToDecimal(&b.v), ToDecimal(&a.v)) << "base " << base << ", " << n << " digits";
+            ASSERT_EQ(ToDecimal(&b.v), ToDecimal(&a.v))
+                << "base " << base << ", " << n << " digits";
             std::string s1, s2;
             ASSERT_EQ(BigToRadixSchool(&ctx, &a.v, base, &s1), Result::kOk);
             ASSERT_EQ(BigToRadixDispatch(&ctx, &a.v, base, &s2), Result::kOk);
@@ -99,7 +102,8 @@ TEST(FastRadix, BothDirectionsAgreeWithDigitAtATimeInEveryBase) {
             for (const auto& d : {one, top}) {
                 Num v;
                 std::string s1, s2;
-                ASSERT_EQ(RadixToBigDispatch(&ctx, d.data(), int32_t(d.size()), base, &v.v), Result::kOk);
+                ASSERT_EQ(RadixToBigDispatch(&ctx, d.data(), int32_t(d.size()), base, &v.v),
+                          Result::kOk);
                 ASSERT_EQ(BigToRadixSchool(&ctx, &v.v, base, &s1), Result::kOk);
                 ASSERT_EQ(BigToRadixDispatch(&ctx, &v.v, base, &s2), Result::kOk);
                 ASSERT_EQ(s2, s1);
@@ -119,15 +123,19 @@ TEST(FastRadixBinary, WordProductsAndShiftedSumsMatchGmp) {
         for (int32_t la : {1, 3, 4, 5, 31, shipped - 1, shipped, shipped + 1, 2 * shipped + 3}) {
             for (int32_t lb : {1, 4, la / 2 + 1, la}) {
                 for (bool ones : {false, true}) {
-                    const std::vector<uint32_t> a = RandomWords(la, ones), b = RandomWords(lb, ones);
+                    const std::vector<uint32_t> a = RandomWords(la, ones),
+                                                b = RandomWords(lb, ones);
                     for (bool square : {false, true}) {
                         std::vector<uint32_t> p(la + (square ? la : lb), 0xDEADBEEF);
                         PollClock clk(nullptr);
-                        ASSERT_EQ(WordsMul(clk, a.data(), la, square ? nullptr : b.data(), lb, p.data()), Result::kOk);
+                        ASSERT_EQ(
+                            WordsMul(clk, a.data(), la, square ? nullptr : b.data(), lb, p.data()),
+                            Result::kOk);
                         Import(x, a);
                         Import(y, square ? a : b);
                         mpz_mul(x, x, y);
-                        ASSERT_EQ(p, Export(x, p.size())) << la << " x " << lb << ", transform from " << ntt;
+                        ASSERT_EQ(p, Export(x, p.size()))
+                            << la << " x " << lb << ", transform from " << ntt;
                     }
                 }
             }
@@ -161,7 +169,8 @@ TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
             for (Shape shape : {Shape::Random, Shape::RunsOfZeroAndNine, Shape::TopTenThousand}) {
                 Num v;
                 SetLimbs(&v.v, Operand(n, shape), false);
-                CheckDigits(&v.v, n <= 60, std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
+                CheckDigits(&v.v, n <= 60,
+                            std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
             }
         }
     }
@@ -181,8 +190,9 @@ TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
                     mpz_sub_ui(z, z, below);
                     Num v;
                     FromDecimal(&v.v, MpzDecimal(z));
-                    CheckDigits(&v.v, mpz_sizeinbase(z, 10) < 200,
-                                std::to_string(b) + "^" + std::to_string(k) + (below ? " - 1" : ""));
+                    CheckDigits(
+                        &v.v, mpz_sizeinbase(z, 10) < 200,
+                        std::to_string(b) + "^" + std::to_string(k) + (below ? " - 1" : ""));
                 }
             }
         }
@@ -235,7 +245,8 @@ TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
     // First poll (leaves), the middle (products), the last (digits).
     for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
         QuitAtPoll stopping(stopAt);
-        EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, 8, &text), Result::kStopped) << "stop at poll " << stopAt;
+        EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, 8, &text), Result::kStopped)
+            << "stop at poll " << stopAt;
         EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
     }
 }

@@ -71,7 +71,8 @@ TEST(FastRoots, LargeRootsMatchGmp) {
         Num a, r2, r3;
         RandomBig(&a.v, n, false);
         ToMpz(x, &a.v);
-        EXPECT_EQ(SqrtDispatch(&ctx, &a.v, &r2.v), mpz_perfect_square_p(x) ? Result::kOk : kRootInexact);
+        EXPECT_EQ(SqrtDispatch(&ctx, &a.v, &r2.v),
+                  mpz_perfect_square_p(x) ? Result::kOk : kRootInexact);
         mpz_sqrt(s, x);
         EXPECT_EQ(ToDecimal(&r2.v), MpzDecimal(s));
         EXPECT_EQ(CbrtDispatch(&ctx, &a.v, &r3.v), kRootInexact);
@@ -84,7 +85,9 @@ TEST(FastRoots, LargeRootsMatchGmp) {
 TEST(FastProducts, RangeProductsByTreeAndByPrimesAgreeWithTheRunningProduct) {
     ThresholdScope scope(FastThresholds::Lowered());
     CalcContext ctx;
-    struct Range { int32_t c, n; };
+    struct Range {
+        int32_t c, n;
+    };
     for (Range r : {Range{0, 4}, Range{0, 5}, Range{3, 40}, Range{99990, 100017},
                     Range{99999000, 99999999}, Range{0, 777}, Range{300, 1000}, Range{1, 4099}}) {
         Num a, b;
@@ -124,7 +127,8 @@ TEST(FastProducts, BinomialsFromPrimeFactorsMatchGmp) {
             if (k == n) continue;  // C(-1, k) refuses
             Num negN(std::to_string(-(n - k + 1)));
             ASSERT_EQ(BigBinomial(&ctx, &neg.v, &negN.v, &bk.v), Result::kOk);
-            EXPECT_EQ(ToDecimal(&neg.v), (k % 2 ? "-" : "") + MpzDecimal(z)) << -(n - k + 1) << " " << k;
+            EXPECT_EQ(ToDecimal(&neg.v), (k % 2 ? "-" : "") + MpzDecimal(z))
+                << -(n - k + 1) << " " << k;
         }
     }
     mpz_clear(z);
