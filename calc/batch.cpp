@@ -4,12 +4,12 @@
 
 #include "calc/decimal_read.h"
 #include "calc/model.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
 
 constexpr int kBatchLineLength = 72;
-constexpr int kBatchTitleString = 278;  // "batch calculation"
 
 std::string WithoutSpaces(const std::string& text) {
     std::string out;
@@ -101,7 +101,7 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
             ReleaseValues(root);
         }
     }
-    out->title = std::string(OxString(kBatchTitleString)) + " [" + formula + "]";
+    out->title = std::string(OxString(kStrBatch)) + " [" + formula + "]";
     out->shown = true;
 
     for (int i = 0; i < 2; ++i) {

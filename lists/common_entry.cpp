@@ -5,6 +5,7 @@
 #include "lists/int_math.h"
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -56,7 +57,7 @@ Result ListCommonEntry(CalcContext*, uint32_t number, ListOutput* out) {
                 PadLeft(width[2], t.entry[2]), t.primitive ? "*" : "", "\r\n");
         (void)AppendListLine(out, row);  // a short list: a refusal is ignored
     }
-    out->caption = std::string(OxString(213)) + " [" + OxString(214) + " = " + Dec(n) +
-                   "] : " + Dec(static_cast<uint32_t>(found.size()));
+    out->caption = std::string(OxString(kStrTriples)) + " [" + OxString(kStrCommonNumber) + " = " +
+                   Dec(n) + "] : " + Dec(static_cast<uint32_t>(found.size()));
     return Result::kOk;
 }

@@ -12,6 +12,7 @@
 #include "lists/list_inputs.h"
 #include "lists/prime_table.h"
 #include "resources/result.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -44,7 +45,7 @@ void DivByBinomial(std::vector<uint32_t>* c, uint32_t k) {
 
 Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
     if (Result code = CheckListValue(ListKind::cyclotomic, n)) return code;
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
     const std::vector<uint32_t> primes = DistinctPrimes(n);
     uint32_t degree = n;
     for (uint32_t p : primes) degree = degree / p * (p - 1);
@@ -69,9 +70,9 @@ Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out) {
         }
     }
 
-    out->caption = std::string(OxString(250)) + " [" + Dec(n) + "]";
+    out->caption = std::string(OxString(kStrCyclotomic)) + " [" + Dec(n) + "]";
     if (code == Result::kOk) {
-        const std::string expo = OxString(267), coefName = OxString(268);
+        const std::string expo = OxString(kStrExponent), coefName = OxString(kStrCoefficient);
         const int expoWidth = std::max(static_cast<int>(expo.size()), DecDigits(degree));
         const int coefWidth = static_cast<int>(coefName.size()) + 2;
         out->text = PadLeft(expoWidth, expo) + PadLeft(coefWidth, coefName) + "\r\n";

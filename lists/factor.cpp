@@ -4,6 +4,7 @@
 
 #include "lists/list_generators.h"
 #include "lists/prime_table.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -169,7 +170,7 @@ Result ListFactor(CalcContext*, const std::string& input, ListOutput* out) {
     std::vector<PrimeFactor> factors;
     if (Result code = FactorsOfInput(&quiet, input, &factors)) return code;
     out->text = FactorizationLine(factors);
-    out->caption = std::string(OxString(198)) + " " + input;
+    out->caption = std::string(OxString(kStrPrimeFactorization)) + " " + input;
     return Result::kOk;
 }
 
@@ -193,8 +194,8 @@ Result ListDivisors(CalcContext*, const std::string& input, ListOutput* out) {
     }
     const std::string total = BigDecimal(&sum.v);
     HyphenRule(&out->text, static_cast<int>(total.size()), true);
-    out->text += std::string("\r\n") + OxString(200) + " = " + total;
-    out->caption = std::string(OxString(199)) + " [" + input +
+    out->text += std::string("\r\n") + OxString(kStrDivisorSum) + " = " + total;
+    out->caption = std::string(OxString(kStrDivisorList)) + " [" + input +
                    "] : " + Dec(static_cast<uint32_t>(divisors.size()));
     FreeAll(&divisors);
     return code;

@@ -5,6 +5,7 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "lists/triangles.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
@@ -13,13 +14,13 @@ Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput
     const int w = DecDigits(maxP), perimWidth = PerimeterWidth(maxP);
     // The area is below p^2 / 20.8; the column is sized from (max + 1)^2 * 0.15.
     const double maxNext = static_cast<double>(maxP) + 1;
-    const int areaWidth = std::max(static_cast<int>(std::string(OxString(231)).size()),
+    const int areaWidth = std::max(static_cast<int>(std::string(OxString(kStrArea)).size()),
                                    DecDigits(static_cast<uint64_t>(maxNext * maxNext * 0.15)));
 
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
     out->text.clear();
-    Concat8(&out->text, PadLeft(perimWidth, OxString(230)), PadLeft(w + 2, "a"),
-            PadLeft(w + 1, "b"), PadLeft(w + 1, "c"), "  ", PadLeft(areaWidth, OxString(231)),
+    Concat8(&out->text, PadLeft(perimWidth, OxString(kStrPerimeter)), PadLeft(w + 2, "a"),
+            PadLeft(w + 1, "b"), PadLeft(w + 1, "c"), "  ", PadLeft(areaWidth, OxString(kStrArea)),
             "\r\n");
     HyphenRule(&out->text, static_cast<int>(out->text.size()), true);
     out->text += "\r\n";
@@ -44,6 +45,6 @@ Result ListHeronian(CalcContext* ctx, const TriangleOptions& options, ListOutput
     const Result code =
         WalkTriangles(ctx, {options.minPerimeter, maxP, options.isosceles}, visit, &lastP);
     const uint32_t upper = code == Result::kStopped ? lastP + 1 : maxP + 1;
-    out->caption = TriangleCaption(248, options.minPerimeter, upper, count);
+    out->caption = TriangleCaption(kStrHeronian, options.minPerimeter, upper, count);
     return code;
 }

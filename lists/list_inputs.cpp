@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -21,18 +22,23 @@ constexpr uint32_t kAll = 0xFFFFFFFFu;
 const KindData& DataOf(ListKind kind) {
     // In the order of ListKind.
     static const KindData table[] = {
-        {{610, 208, 195, "", 30}, {2, 1598843, Result::kOutOfBounds}},
-        {{612, 198, 5, " < = 2556298938649", 20}, {0, kAll, Result::kOutOfBounds}},
-        {{638, 199, 5, " < = 2556298938649", 20}, {0, kAll, Result::kOutOfBounds}},
+        {{610, kStrPrimes, kStrLargestPrimeAtMost, "", 30}, {2, 1598843, Result::kOutOfBounds}},
+        {{612, kStrPrimeFactorization, kStrInput, " < = 2556298938649", 20},
+         {0, kAll, Result::kOutOfBounds}},
+        {{638, kStrDivisorList, kStrInput, " < = 2556298938649", 20},
+         {0, kAll, Result::kOutOfBounds}},
         // The hypotenuse lists accept their own advertised limits: kept inclusive.
-        {{620, 5, 218, " [ < 197890 ]", 30}, {5, 197890, Result::kNothingToShow}},
-        {{621, 5, 218, " [ < 95150 ]", 30}, {5, 95150, Result::kNothingToShow}},
-        {{622, 5, 256, " [ < 399 ]", 30}, {2, 398, Result::kNothingToShow}},
-        {{623, 5, 214, " [ < 65536 ]", 30}, {3, 65535, Result::kNothingToShow}},
-        {{624, 5, 219, " [ < 440 ]", 30}, {2, 439, Result::kNothingToShow}},
-        {{625, 5, 219, " [ < 461 ]", 30}, {2, 460, Result::kNothingToShow}},
-        {{611, 5, 209, " < 4294967296", 20}, {0, kAll, Result::kOutOfBounds}},
-        {{637, 250, 271, " [ < 65536 ]", 50}, {1, 65535, Result::kOutOfBounds}},
+        {{620, kStrInput, kStrMaxHypotenuse, " [ < 197890 ]", 30},
+         {5, 197890, Result::kNothingToShow}},
+        {{621, kStrInput, kStrMaxHypotenuse, " [ < 95150 ]", 30},
+         {5, 95150, Result::kNothingToShow}},
+        {{622, kStrInput, kStrMaxGenerator, " [ < 399 ]", 30}, {2, 398, Result::kNothingToShow}},
+        {{623, kStrInput, kStrCommonNumber, " [ < 65536 ]", 30},
+         {3, 65535, Result::kNothingToShow}},
+        {{624, kStrInput, kStrTopGenerator, " [ < 440 ]", 30}, {2, 439, Result::kNothingToShow}},
+        {{625, kStrInput, kStrTopGenerator, " [ < 461 ]", 30}, {2, 460, Result::kNothingToShow}},
+        {{611, kStrInput, kStrTargetNumber, " < 4294967296", 20}, {0, kAll, Result::kOutOfBounds}},
+        {{637, kStrCyclotomic, kStrIndex, " [ < 65536 ]", 50}, {1, 65535, Result::kOutOfBounds}},
     };
     return table[static_cast<int>(kind)];
 }
@@ -125,8 +131,12 @@ Result CheckQuadBounds(uint32_t minLength, uint32_t maxLength) {
     return CheckBounds(minLength, maxLength, kQuadLengthMin, kQuadLengthMax);
 }
 
-std::string PolygonLengthPrompt() { return std::string(OxString(225)) + " < 4294967296"; }
-std::string PolygonSidesPrompt() { return std::string(OxString(226)) + " (6, 8, 10, 12)"; }
+std::string PolygonLengthPrompt() {
+    return std::string(OxString(kStrSquaredLength)) + " < 4294967296";
+}
+std::string PolygonSidesPrompt() {
+    return std::string(OxString(kStrNumberOfSides)) + " (6, 8, 10, 12)";
+}
 
 Result CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
     if (squaredLength < 5 || sides < 6 || sides > 12 || sides % 2 != 0) return Result::kOutOfBounds;

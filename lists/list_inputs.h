@@ -69,7 +69,7 @@ constexpr uint32_t kQuadLengthMax = 65535;
 Result CheckPerimeterBounds(uint32_t minPerimeter, uint32_t maxPerimeter);
 Result CheckQuadBounds(uint32_t minLength, uint32_t maxLength);
 
-// The polygon search's two-input dialog (caption: string 5): prompts and presets.
+// The polygon search's two-input dialog (caption: kStrInput): prompts and presets.
 std::string PolygonLengthPrompt();  // "squared length < 4294967296"
 std::string PolygonSidesPrompt();   // "number of sides (6, 8, 10, 12)"
 constexpr const char* kPolygonLengthPreset = "32045";

@@ -3,6 +3,7 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "lists/triangles.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -41,10 +42,10 @@ Result RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOpt
                      ListOutput* out) {
     const uint32_t maxP = options.maxPerimeter;
     const int w = DecDigits(maxP), perimWidth = PerimeterWidth(maxP);
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
     out->text.clear();
-    Concat8(&out->text, PadLeft(perimWidth, OxString(230)), PadLeft(w + 2, "a"),
-            PadLeft(w + 1, "b"), PadLeft(w + 1, "c"), "   ", OxString(263), "\r\n");
+    Concat8(&out->text, PadLeft(perimWidth, OxString(kStrPerimeter)), PadLeft(w + 2, "a"),
+            PadLeft(w + 1, "b"), PadLeft(w + 1, "c"), "   ", OxString(kStrMedians), "\r\n");
     HyphenRule(&out->text, static_cast<int>(out->text.size()), true);
     out->text += "\r\n";
 
@@ -81,7 +82,7 @@ Result RunMedianList(CalcContext* ctx, const MedianList& list, const TriangleOpt
 Result ListRationalMedians(CalcContext* ctx, const TriangleOptions& options, ListOutput* out) {
     if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
     MedianList list{
-        249,
+        kStrRationalMedians,
         {0, 0, options.isosceles},
         [](uint32_t a, uint32_t b, uint32_t c, const TriangleOptions& o) {
             return o.right || a * a + b * b != c * c;
@@ -94,7 +95,7 @@ Result ListPerpendicularMedians(CalcContext* ctx, const TriangleOptions& options
     if (Result code = CheckPerimeterBounds(options.minPerimeter, options.maxPerimeter)) return code;
     // The medians to b and c are perpendicular exactly when b^2 + c^2 = 5a^2;
     // such a triangle is never isosceles nor right.
-    MedianList list{251,
+    MedianList list{kStrPerpendicularMedians,
                     {0, 0, false},
                     [](uint32_t a, uint32_t b, uint32_t c, const TriangleOptions&) {
                         return b * b + c * c == 5 * a * a;

@@ -5,6 +5,8 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "lists/two_squares.h"
+#include "resources/result.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -82,20 +84,20 @@ Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, ui
     std::vector<std::vector<uint32_t>> found;
     // Fewer than m non-parallel directions (or none at all): no round could end.
     if (2 * q >= sides) {
-        const std::string quit = OxString(601);
+        const std::string quit = OxString(kStrPressQToQuit);
         ListStatus(out, quit);
         std::vector<uint32_t> polygon;
         for (uint32_t round = 0; round < maxRounds && round < kPolygonRoundCap; ++round) {
             if (DrawPolygon(table, sides, rng, &polygon) && !SharesAPosition(found, polygon)) {
                 found.insert(found.begin(), polygon);
-                ListStatus(out, std::string(OxString(224)) + ": " +
+                ListStatus(out, std::string(OxString(kStrFound)) + ": " +
                                     Dec(static_cast<uint32_t>(found.size())) + " [" + quit + "]");
             }
             if (ListStopRequested(ctx)) break;
         }
     }
 
-    out->text = table.empty() ? OxString(410) : "";
+    out->text = table.empty() ? ResultMessage(Result::kNothingToShow) : "";
     if (!table.empty()) {
         const int w = DecDigits(static_cast<uint32_t>(table.front().x)) + 1;
         std::string rule;
@@ -113,8 +115,8 @@ Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, ui
             (void)AppendListLine(out, rule);
         }
     }
-    out->caption = std::string(OxString(272)) + " [" + OxString(236) + " " + Dec(sides) + ", " +
-                   OxString(225) + " " + Dec(squaredLength) +
+    out->caption = std::string(OxString(kStrPolygons)) + " [" + OxString(kStrSides) + " " +
+                   Dec(sides) + ", " + OxString(kStrSquaredLength) + " " + Dec(squaredLength) +
                    "] : " + Dec(static_cast<uint32_t>(found.size()));
     // The search has no other end than the user's stop: that is its normal end.
     return Result::kOk;

@@ -1,6 +1,7 @@
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
 #include "lists/prime_table.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -16,7 +17,7 @@ Result ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out) {
     while (count < table.size() && table[count] <= bound) ++count;
     const bool numbered = count < kNumberingThreshold;
 
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
     out->text.clear();
     uint32_t written = 0;
     bool stopped = false;
@@ -33,6 +34,6 @@ Result ListPrimes(CalcContext* ctx, uint32_t bound, ListOutput* out) {
             break;
         }
     }
-    out->caption = Dec(written) + " " + OxString(208);
+    out->caption = Dec(written) + " " + OxString(kStrPrimes);
     return stopped ? Result::kStopped : Result::kOk;
 }

@@ -5,6 +5,7 @@
 #include "lists/int_math.h"
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -25,7 +26,7 @@ Result ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* 
     std::vector<Quad> found;
     uint32_t firstD = 0, lastD = 0;
     bool stopped = false;
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
 
     // Legs are found as a >= b >= c, each quadruple once.
     for (uint32_t d = options.minLength; d <= options.maxLength && !stopped; ++d) {
@@ -85,14 +86,16 @@ Result ListQuadruples(CalcContext* ctx, const QuadOptions& options, ListOutput* 
         if (AppendListLine(out, row)) ++count;
     }
 
-    out->caption = std::string(OxString(216)) + " [";
-    if (options.primitiveOnly) out->caption += std::string(OxString(194)) + "; ";
-    if (options.kind == QuadKind::distinct) out->caption += std::string(OxString(196)) + "; ";
-    if (options.kind == QuadKind::repeats) out->caption += std::string(OxString(197)) + "; ";
+    out->caption = std::string(OxString(kStrQuadruples)) + " [";
+    if (options.primitiveOnly) out->caption += std::string(OxString(kStrPrimitive)) + "; ";
+    if (options.kind == QuadKind::distinct)
+        out->caption += std::string(OxString(kStrDistinct)) + "; ";
+    if (options.kind == QuadKind::repeats)
+        out->caption += std::string(OxString(kStrRepeats)) + "; ";
     if (minD < maxD)
-        Concat8(&out->caption, Dec(minD - 1), " < ", OxString(227), " < ", Dec(maxD + 1));
+        Concat8(&out->caption, Dec(minD - 1), " < ", OxString(kStrLength), " < ", Dec(maxD + 1));
     else
-        Concat8(&out->caption, OxString(227), " = ", Dec(maxD));
+        Concat8(&out->caption, OxString(kStrLength), " = ", Dec(maxD));
     out->caption += "] : " + Dec(count);
     return stopped && found.size() <= kQuadRecordCap ? Result::kStopped : Result::kOk;
 }

@@ -2,6 +2,7 @@
 #include "lists/int_math.h"
 #include "lists/list_generators.h"
 #include "lists/list_inputs.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 namespace {
@@ -40,7 +41,7 @@ Widths OpenGeneratedTable(ListOutput* out, uint32_t bound) {
     const uint32_t top = 2 * bound * bound;
     const int w2 = DecDigits(top) + 1;
     const int w1 = DecDigits(static_cast<uint32_t>(top * 0.414214));
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
     OpenTable(out, w1, w2, w2, "    m   n", 0);
     return {w1, w2, w2};
 }
@@ -54,7 +55,7 @@ Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnl
         return code;
     const int w1 = DecDigits(static_cast<uint32_t>(bound * 0.707107));
     const int w2 = DecDigits(bound) + 1, w3 = w2;
-    ListStatus(out, OxString(601));
+    ListStatus(out, OxString(kStrPressQToQuit));
     OpenTable(out, w1, w2, w3, "", primitiveOnly ? 0 : 1);
 
     uint32_t count = 0, c = 5, lastC = 5;
@@ -84,9 +85,9 @@ Result ListHypotenuseTriples(CalcContext* ctx, uint32_t bound, bool primitiveOnl
         }
     }
     const uint32_t shownBound = stopped ? lastC + 1 : bound + 1;
-    out->caption = std::string(OxString(213)) + " [";
-    if (primitiveOnly) out->caption += std::string(OxString(194)) + "; ";
-    Concat8(&out->caption, OxString(257), " < ", Dec(shownBound), "] : ", Dec(count));
+    out->caption = std::string(OxString(kStrTriples)) + " [";
+    if (primitiveOnly) out->caption += std::string(OxString(kStrPrimitive)) + "; ";
+    Concat8(&out->caption, OxString(kStrHypotenuse), " < ", Dec(shownBound), "] : ", Dec(count));
     return stopped && !full ? Result::kStopped : Result::kOk;
 }
 
@@ -108,7 +109,7 @@ Result ListTripleGenerators(CalcContext* ctx, uint32_t bound, ListOutput* out) {
             break;
         }
     }
-    out->caption = std::string(OxString(213)) + " : " + Dec(count);
+    out->caption = std::string(OxString(kStrTriples)) + " : " + Dec(count);
     return stopped && !full ? Result::kStopped : Result::kOk;
 }
 
@@ -141,6 +142,6 @@ Result ListAngleTriangles(CalcContext* ctx, uint32_t bound, bool angle120, ListO
             break;
         }
     }
-    out->caption = Dec(count) + " " + OxString(angle120 ? 221 : 220) + " ";
+    out->caption = Dec(count) + " " + OxString(angle120 ? kStrPrimitive120 : kStrPrimitive60) + " ";
     return stopped && !full ? Result::kStopped : Result::kOk;
 }

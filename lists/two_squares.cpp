@@ -2,6 +2,7 @@
 
 #include "lists/int_math.h"
 #include "lists/list_generators.h"
+#include "resources/string_ids.h"
 #include "resources/strings.h"
 
 std::vector<SquarePair> TwoSquareRepresentations(uint32_t n) {
@@ -32,6 +33,6 @@ Result ListTwoSquares(uint32_t n, ListOutput* out) {
         out->text += row;
     }
     out->caption = Dec(n) + " = " + Dec(static_cast<uint32_t>(reps.size())) + " " +
-                   OxString(reps.size() == 1 ? 210 : 211);
+                   OxString(reps.size() == 1 ? kStrSumOfTwoSquares : kStrSumsOfTwoSquares);
     return Result::kOk;
 }
