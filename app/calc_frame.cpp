@@ -378,7 +378,7 @@ Result TCalcFrame::pasteNumber(const QString& text) {
     BigInt value = {}, one = {};
     // A sign may follow spaces.
     Result code = ReadDecimal(text.trimmed().toStdString(), &value);
-    if (code == 0) code = Result(BigFromInt(&one, 1));
+    if (code == 0) code = BigFromInt(&one, 1);
     if (code == 0) code = model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one);
     BigFree(&value);
     BigFree(&one);

@@ -61,8 +61,8 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
             slot = std::make_unique<NumberValue>();
             // (void): one-limb values whose failure has never been reported
             // here; every pair replaces the numerator before it is read.
-            (void)Result(BigFromInt(&slot->numerator, 1));
-            (void)Result(BigFromInt(&slot->denominator, 1));
+            (void)BigFromInt(&slot->numerator, 1);
+            (void)BigFromInt(&slot->denominator, 1);
         }
     }
 

@@ -169,7 +169,7 @@ Result FormNumbers(Tokens* tokens) {
         digits[n] = '\0';
         Token& t = tokens->At(i);
         t.kind = kCodeOperand;
-        Result code = Result(BigFromText(digits, &t.numerator));
+        Result code = BigFromText(digits, &t.numerator);
         if (!Ok(code)) return code;
         for (int k = 1; k < n; ++k) tokens->Erase(i + 1);
     }

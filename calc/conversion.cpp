@@ -6,7 +6,7 @@ Result ConvertDigits(CalcContext* ctx, int fromBase, int toBase, const std::stri
     if (fromBase < 2 || fromBase > 16 || toBase < 2 || toBase > 16)
         return Result::kCannotUnderstand;
     std::string text = input.substr(0, kConversionInputChars);
-    Result code = Result(ConvertBase(ctx, fromBase, toBase, &text));
+    Result code = ConvertBase(ctx, fromBase, toBase, &text);
     if (Ok(code)) output->swap(text);
     return code;
 }

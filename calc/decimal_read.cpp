@@ -18,5 +18,5 @@ Result ReadDecimal(const std::string& text, BigInt* v) {
         *v = BigInt{};
         return Result::kCouldNotFind;
     }
-    return Result(BigFromText(&kept[0], v));
+    return BigFromText(&kept[0], v);
 }

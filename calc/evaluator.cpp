@@ -39,7 +39,7 @@ Result SetWhole(ExprNode* node, BigInt* value) {
 // The integer part of a fraction: the quotient truncated toward zero.
 Result IntegerPart(CalcContext* ctx, ExprNode* node, const BigInt* num, const BigInt* den) {
     BigInt q = {}, r = {};
-    Result code = Result(BigDivMod(ctx, num, den, &q, &r));
+    Result code = BigDivMod(ctx, num, den, &q, &r);
     BigFree(&r);
     if (!Ok(code)) {
         BigFree(&q);
@@ -76,16 +76,16 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
                   : kind == kCodeMinus ? FracSub
                   : kind == kCodeTimes ? FracMul
                                        : FracDiv;
-        return Result(op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
-                         &r->numerator, &r->denominator));
+        return op(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
+                  &r->numerator, &r->denominator);
     }
     case kCodePower:
         if (!l || !r || !IsWhole(r)) return Result::kInconsistent;
-        return Result(FracPow(ctx, &node->numerator, &node->denominator, &l->numerator,
-                              &l->denominator, &r->numerator));
+        return FracPow(ctx, &node->numerator, &node->denominator, &l->numerator, &l->denominator,
+                       &r->numerator);
     case kCodeFact:
         if (!IsWhole(r)) return Result::kInconsistent;
-        return StoreWhole(ctx, node, &t, Result(BigFact(ctx, &t, &r->numerator)));
+        return StoreWhole(ctx, node, &t, BigFact(ctx, &t, &r->numerator));
     case kCodeAbs: {
         if (!r) return Result::kInconsistent;
         Result code = CopyValue(node, &r->numerator, &r->denominator);
@@ -100,11 +100,11 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
         if (!IsWhole(l) || !IsWhole(r)) return Result::kInconsistent;
         const BigInt* a = &l->numerator;
         const BigInt* b = &r->numerator;
-        Result code = Result(kind == kCodeBinom  ? BigBinomial(ctx, &t, a, b)
-                             : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
-                             : kind == kCodeMod  ? BigMod(ctx, a, b, &t)
-                             : kind == kCodeGcd  ? BigGcd(ctx, a, b, &t)
-                                                 : BigLcm(ctx, a, b, &t));
+        Result code = kind == kCodeBinom  ? BigBinomial(ctx, &t, a, b)
+                      : kind == kCodePerm ? BigPerm(ctx, &t, a, b)
+                      : kind == kCodeMod  ? BigMod(ctx, a, b, &t)
+                      : kind == kCodeGcd  ? BigGcd(ctx, a, b, &t)
+                                          : BigLcm(ctx, a, b, &t);
         return StoreWhole(ctx, node, &t, code);
     }
     case kCodeHail: {
@@ -113,18 +113,18 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
             BigFree(&t);
             return Result::kNoMemory;
         }
-        const int step = BigHail(ctx, &t);
-        if (step > 0) {  // the odd branch answers -1 on success
+        const Result step = BigHail(ctx, &t);
+        if (IsError(step)) {  // kHailOddStep is the odd branch's success
             BigFree(&t);
-            return Result(step);
+            return step;
         }
         return SetWhole(node, &t);
     }
     case kCodeQuo: {
         if (!l || !r) return Result::kInconsistent;
         BigInt qd = {};
-        Result code = Result(
-            FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator, &r->numerator, &r->denominator));
+        Result code =
+            FracDiv(ctx, &t, &qd, &l->numerator, &l->denominator, &r->numerator, &r->denominator);
         if (Ok(code)) code = IntegerPart(ctx, node, &t, &qd);
         BigFree(&t);
         BigFree(&qd);
@@ -137,11 +137,11 @@ Result Apply(CalcContext* ctx, const VariableReader& variables, ExprNode* node) 
     case kCodeCurt: {
         if (!IsWhole(r)) return Result::kInconsistent;
         if (kind == kCodeSqrt && IsNegative(&r->numerator)) return Result::kPositiveValue;
-        const int code =
+        const Result code =
             kind == kCodeSqrt ? BigSqrt(ctx, &r->numerator, &t) : BigCbrt(ctx, &r->numerator, &t);
-        if (code != 0 && code != 1 && code != 2) {  // 0, 1, 2 tell exactness only
+        if (code != Result::kOk && code != kRootInexact) {  // an inexact root is a root
             BigFree(&t);
-            return Result(code);
+            return code;
         }
         return SetWhole(node, &t);
     }
@@ -200,7 +200,7 @@ Result Evaluate(CalcContext* ctx, const VariableReader& variables, ExprNode* nod
 Result StoreResult(CalcContext* ctx, BigInt* destination, BigInt* temporary) {
     Result code;
     if (ctx->modulusMode) {
-        code = Result(BigMod(ctx, temporary, &ctx->modulus, destination));
+        code = BigMod(ctx, temporary, &ctx->modulus, destination);
     } else {
         code = BigCopy(destination, temporary) != 0 ? Result::kNoMemory : Result::kOk;
     }

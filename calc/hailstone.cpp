@@ -27,11 +27,11 @@ Result CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
             break;
         }
         ++steps;
-        const int step = BigHail(ctx_, &x);
-        if (step > 0) {
-            code = Result(step);
-        } else if (step == -1 && BigCompareMag(&maximum->numerator, &x) == 1) {
-            // -1 is the odd branch's success; only odd steps can raise the maximum.
+        const Result step = BigHail(ctx_, &x);
+        if (IsError(step)) {
+            code = step;
+        } else if (step == kHailOddStep && BigCompareMag(&maximum->numerator, &x) == 1) {
+            // Only odd steps can raise the maximum.
             BigInt copy = {};
             if (BigCopy(&copy, &x) != 0) {
                 BigFree(&copy);

@@ -15,7 +15,7 @@ CalcModel::CalcModel(CalcContext* ctx) : ctx_(ctx) {
     // (void): a constructor cannot answer a code, and a one-limb value at
     // start-up is not where memory runs out; a failure has never been
     // reported here.
-    (void)Result(BigFromInt(&value, r));
+    (void)BigFromInt(&value, r);
     (void)SetModulus(&value, true);
     BigFree(&value);
     modulusFormula_ = std::to_string(r);

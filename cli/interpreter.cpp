@@ -217,7 +217,7 @@ Result Interpreter::Read(const std::string& args) {
     if (failed) return Result::kCannotOpenFile;
     NumberValue value;
     Result code = ReadDecimal(text, &value.numerator);
-    if (Ok(code)) code = Result(BigFromInt(&value.denominator, 1));
+    if (Ok(code)) code = BigFromInt(&value.denominator, 1);
     if (Ok(code)) code = model_.StoreValue(label, words[1], &value.numerator, &value.denominator);
     return code;
 }
@@ -242,7 +242,7 @@ Result Interpreter::List(const std::string& args) {
     std::vector<std::string> words = Words(args);
     if (words.empty()) return Result::kCannotUnderstand;
     ListOutput output;
-    Result code = Result(RunListCommand(model_.Context(), words, &output));
+    Result code = RunListCommand(model_.Context(), words, &output);
     if (Ok(code) || !output.caption.empty() || !output.text.empty()) {
         writer_.Line(output.caption);
         writer_.Text(output.text);

@@ -25,7 +25,7 @@ struct ScopedBig {
 
 Result BigFromDecimal(const std::string& text, BigInt* value) {
     std::string copy = text;
-    return Result(BigFromText(copy.data(), value));
+    return BigFromText(copy.data(), value);
 }
 
 // The value of a record of at most four limbs (below 10^16); what is left
@@ -69,7 +69,7 @@ Result FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>
     factors->clear();
     if (BigIsOne(value)) return Result::kOk;
     ScopedBig rest, quotient, remainder, prime;
-    if (!Ok(Result(BigCopy(&rest.v, value)))) return Result::kNoMemory;
+    if (!Ok(BigCopy(&rest.v, value))) return Result::kNoMemory;
     uint32_t small = 0;
     if (rest.v.top == 0 && BigToUnsigned(&rest.v, &small) && small < 4) {
         factors->push_back({BigDecimal(&rest.v), 1});
@@ -77,11 +77,11 @@ Result FactorBig(CalcContext* ctx, const BigInt* value, std::vector<PrimeFactor>
     }
     for (uint32_t p : ListPrimeTable()) {
         if (uint64_t{p} * p > SmallValue(&rest.v)) break;
-        if (!Ok(Result(BigFromUnsigned(prime.Fresh(), p)))) return Result::kNoMemory;
+        if (!Ok(BigFromUnsigned(prime.Fresh(), p))) return Result::kNoMemory;
         uint32_t e = 0;
         for (;;) {
             if (Result code =
-                    Result(BigDivMod(ctx, &rest.v, &prime.v, quotient.Fresh(), remainder.Fresh())))
+                    BigDivMod(ctx, &rest.v, &prime.v, quotient.Fresh(), remainder.Fresh()))
                 return code;
             if (!BigIsZero(&remainder.v)) break;
             ++e;
@@ -120,7 +120,7 @@ Result DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors,
     for (size_t i = 0; i < factors.size(); ++i)
         if (!Ok(BigFromDecimal(factors[i].prime, &primes[i]))) return release(Result::kNoMemory);
     divisors->push_back(BigInt{});
-    if (!Ok(Result(BigFromInt(&divisors->back(), 1)))) return release(Result::kNoMemory);
+    if (!Ok(BigFromInt(&divisors->back(), 1))) return release(Result::kNoMemory);
 
     // Exponent vectors as an odometer whose first position turns fastest.
     std::vector<uint32_t> exponent(factors.size(), 0);
@@ -132,10 +132,10 @@ Result DivisorsBig(CalcContext* ctx, const std::vector<PrimeFactor>& factors,
         for (size_t i = 0; i < pos; ++i) exponent[i] = 0;
 
         ScopedBig product, next;
-        if (!Ok(Result(BigFromInt(&product.v, 1)))) return release(Result::kNoMemory);
+        if (!Ok(BigFromInt(&product.v, 1))) return release(Result::kNoMemory);
         for (size_t i = 0; i < factors.size(); ++i)
             for (uint32_t k = 0; k < exponent[i]; ++k) {
-                if (Result code = Result(BigMul(ctx, next.Fresh(), &product.v, &primes[i])))
+                if (Result code = BigMul(ctx, next.Fresh(), &product.v, &primes[i]))
                     return release(code);
                 std::swap(product.v, next.v);
             }
@@ -184,12 +184,12 @@ Result ListDivisors(CalcContext*, const std::string& input, ListOutput* out) {
 
     // A sum that ran out of memory still lists the divisors; the code says so.
     ScopedBig sum, next;
-    Result code = Ok(Result(BigFromInt(&sum.v, 0))) ? Result::kOk : Result::kNoMemory;
+    Result code = Ok(BigFromInt(&sum.v, 0)) ? Result::kOk : Result::kNoMemory;
     out->text.clear();
     for (const BigInt& d : divisors) {
         // A number below the limit has at most a few thousand divisors: no ceiling test.
         out->text += BigDecimal(&d) + "\r\n";
-        if (!Ok(Result(BigAdd(next.Fresh(), &sum.v, &d)))) code = Result::kNoMemory;
+        if (!Ok(BigAdd(next.Fresh(), &sum.v, &d))) code = Result::kNoMemory;
         std::swap(sum.v, next.v);
     }
     const std::string total = BigDecimal(&sum.v);
