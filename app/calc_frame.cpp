@@ -366,7 +366,7 @@ Result TCalcFrame::openNumberFile(const QString& path) {
     pendingName_ = path;
     const Result code = model_->StoreValue(label, file.notebook, &num, &den);
     pendingName_.clear();
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     if (TNumWin* w = numWin(label)) w->notebook()->markNotModified();
     ShowLabel(label);
     return Result::kOk;
@@ -378,11 +378,11 @@ Result TCalcFrame::pasteNumber(const QString& text) {
     BigInt value = {}, one = {};
     // A sign may follow spaces.
     Result code = ReadDecimal(text.trimmed().toStdString(), &value);
-    if (code == 0) code = BigFromInt(&one, 1);
-    if (code == 0) code = model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one);
+    if (Ok(code)) code = BigFromInt(&one, 1);
+    if (Ok(code)) code = model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one);
     BigFree(&value);
     BigFree(&one);
-    if (code == 0) ShowLabel(label);
+    if (Ok(code)) ShowLabel(label);
     return code;
 }
 
@@ -394,7 +394,7 @@ void TCalcFrame::modulusCommand() {
     }
     const std::string text = formula.toStdString();
     const Result code = RunCaptioned([&] { return model_->ModulusCommand(text); });
-    if (code != 0) {
+    if (!Ok(code)) {
         ShowError(this, code);
         return;
     }
@@ -458,12 +458,12 @@ void TCalcFrame::command(int id) {
                                     OxText(kStrNumber) + "1.num");
         if (path.isEmpty()) break;
         const Result code = openNumberFile(path);
-        if (code != 0) ShowError(this, code);
+        if (!Ok(code)) ShowError(this, code);
         break;
     }
     case kCmdPaste: {
         const Result code = pasteNumber(QGuiApplication::clipboard()->text());
-        if (code != 0) ShowError(this, code);
+        if (!Ok(code)) ShowError(this, code);
         break;
     }
     case kCmdWhiteBackgrounds:

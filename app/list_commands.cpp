@@ -137,7 +137,7 @@ void ListCommands::askPolygons() {
         ParseListUnsigned(length.toStdString(), &n) && ParseListUnsigned(sides.toStdString(), &m)
             ? CheckPolygonInputs(n, m)
             : Result::kOutOfBounds;
-    if (code != 0) {
+    if (!Ok(code)) {
         ShowError(main, code);
         return;
     }

@@ -51,7 +51,7 @@ Result SignedCombine(BigInt* result, const BigInt* x, const BigInt* y, bool same
     const bool sameFlags = x->negative == y->negative;
     const Result code =
         (sameFlags == sameSignsAdd) ? MagnitudeSum(&r, x, y) : MagnitudeDifference(&r, x, y);
-    if (code != 0) {
+    if (!Ok(code)) {
         BigFree(&r);
         BigSetFailed(result);
         return code;

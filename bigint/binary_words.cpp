@@ -109,7 +109,7 @@ Result MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_
     const int32_t ha = Halves(a, la, h.get());
     const int32_t hb = square ? ha : Halves(b, lb, h.get() + ha);
     const Result rc = NttConvolve16(clk, h.get(), ha, square ? nullptr : h.get() + ha, hb, c.get());
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     const int32_t nc = ha + hb - 1;
     uint64_t carry = 0;
     for (int32_t i = 0; i < la + lb; ++i) {
@@ -134,10 +134,10 @@ Result MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t*
     Scratch<uint32_t> t(int64_t(la - h) + lb);
     if (!t) return Result::kNoMemory;
     Result rc = h >= lb ? MulOrdered(clk, a, h, b, lb, p) : MulOrdered(clk, b, lb, a, h, p);
-    if (rc == 0)
+    if (Ok(rc))
         rc = la - h >= lb ? MulOrdered(clk, a + h, la - h, b, lb, t.get())
                           : MulOrdered(clk, b, lb, a + h, la - h, t.get());
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     std::fill(p + h + lb, p + la + lb, 0u);
     WordsAddShifted(p, la + lb, t.get(), la - h + lb, 32 * int64_t(h));
     return Result::kOk;

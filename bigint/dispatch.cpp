@@ -24,7 +24,7 @@ Result MakeMagnitude(const BigInt* v, Magnitude* m) {
     m->view.top = LimbsTrimTop(v->limbs, v->top);
     if (v->limbs[m->view.top] < kLimbBase) return Result::kOk;
     const Result code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
-    return code != 0 ? code : FastCanonical(&m->copy.v);
+    return !Ok(code) ? code : FastCanonical(&m->copy.v);
 }
 
 // The reciprocal of the last long divisor, kept for the next division by the
@@ -45,8 +45,8 @@ struct DivisorCache {
         BigFree(&divisor.R);
         divisor.d = nullptr;
         Result code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
-        if (code == 0) code = NewtonDivisorPrepare(ctx, &d, &divisor);
-        if (code != 0) {
+        if (Ok(code)) code = NewtonDivisorPrepare(ctx, &d, &divisor);
+        if (!Ok(code)) {
             BigFree(&d);
             BigFree(&divisor.R);
             divisor.d = nullptr;
@@ -64,23 +64,23 @@ Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt
     if (!small && (m < limit || x->top + 1 - m + 1 < limit)) return DivModSchool(ctx, x, d, q, r);
     Magnitude xm, dm;
     Result code = MakeMagnitude(x, &xm);
-    if (code == 0) code = MakeMagnitude(d, &dm);
+    if (Ok(code)) code = MakeMagnitude(d, &dm);
     // A quotient as long as the divisor (a product reduced by a modulus)
     // goes through the cached reciprocal; others get one sized to them.
     static DivisorCache cache;
     const int32_t quotientLimbs = x->top - d->top + 1;
-    if (code == 0 && small) {
+    if (Ok(code) && small) {
         // 10^8 written as two limbs (a top limb of 10000) is three limbs long.
         code = dm.get()->top <= 1 ? DivModSmall(ctx, xm.get(), dm.get(), q, r)
                                   : DivModSchool(ctx, x, d, q, r);
-    } else if (code == 0 && quotientLimbs + 2 >= m) {
+    } else if (Ok(code) && quotientLimbs + 2 >= m) {
         const NewtonDivisor* known = nullptr;
         code = cache.For(ctx, dm.get(), &known);
-        if (code == 0) code = DivModWithDivisor(ctx, xm.get(), known, q, r);
-    } else if (code == 0) {
+        if (Ok(code)) code = DivModWithDivisor(ctx, xm.get(), known, q, r);
+    } else if (Ok(code)) {
         code = DivModNewton(ctx, xm.get(), dm.get(), q, r);
     }
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     q->negative = x->negative != d->negative;
     r->negative = x->negative;
     return Result::kOk;
@@ -89,14 +89,14 @@ Result SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     if (x->top + 1 < gFastThresholds.sqrtRecursive) return SqrtSchool(ctx, x, result);
     Magnitude xm;
     const Result code = MakeMagnitude(x, &xm);
-    return code != 0 ? code : SqrtRecursive(ctx, xm.get(), result);
+    return !Ok(code) ? code : SqrtRecursive(ctx, xm.get(), result);
 }
 Result CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     if (x->top + 1 < gFastThresholds.cbrtNewton) return CbrtSchool(ctx, x, result);
     Magnitude xm;
     Result code = MakeMagnitude(x, &xm);
-    if (code == 0) code = CbrtNewton(ctx, xm.get(), result);
-    if (code == 0 || code == 1) result->negative = x->negative;
+    if (Ok(code)) code = CbrtNewton(ctx, xm.get(), result);
+    if (Ok(code) || code == 1) result->negative = x->negative;
     return code;
 }
 Result RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
@@ -113,8 +113,8 @@ Result BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) 
     if (k >= t.rangePrimes && n <= t.rangePrimesSieve) return BinomialPrimes(ctx, n, k, result);
     BigTemp top, factorial, rest;
     Result code = RangeProductDispatch(ctx, n - k, n, &top.v);
-    if (code == 0) code = RangeProductDispatch(ctx, 0, k, &factorial.v);
-    if (code == 0) code = BigDivMod(ctx, &top.v, &factorial.v, result, &rest.v);
+    if (Ok(code)) code = RangeProductDispatch(ctx, 0, k, &factorial.v);
+    if (Ok(code)) code = BigDivMod(ctx, &top.v, &factorial.v, result, &rest.v);
     return code;
 }
 
@@ -122,8 +122,8 @@ Result GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* r
     if (b->top + 1 < gFastThresholds.gcdLehmer) return GcdSchool(ctx, a, b, result);
     Magnitude am, bm;
     Result code = MakeMagnitude(a, &am);
-    if (code == 0) code = MakeMagnitude(b, &bm);
-    if (code != 0) return code;
+    if (Ok(code)) code = MakeMagnitude(b, &bm);
+    if (!Ok(code)) return code;
     if (b->top + 1 >= gFastThresholds.gcdHalf) return GcdHalf(ctx, am.get(), bm.get(), result);
     return GcdLehmer(ctx, am.get(), bm.get(), result);
 }
@@ -134,8 +134,8 @@ Result ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, Bi
         !BigIsZeroMagnitude(a)) {
         Magnitude am, mm;
         Result code = MakeMagnitude(a, &am);
-        if (code == 0) code = MakeMagnitude(m, &mm);
-        if (code != 0) return code;
+        if (Ok(code)) code = MakeMagnitude(m, &mm);
+        if (!Ok(code)) return code;
         if (BigCompareMag(am.get(), mm.get()) > 0)
             return ModInverseExtended(ctx, am.get(), mm.get(), result);
     }
@@ -154,7 +154,7 @@ Result BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::
         return BigToRadixSchool(ctx, value, base, text);
     Magnitude vm;
     const Result code = MakeMagnitude(value, &vm);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     return powerOfTwo ? BigToRadixBinary(ctx, vm.get(), base, text)
                       : BigToRadixSplit(ctx, vm.get(), base, text);
 }

@@ -22,8 +22,8 @@ constexpr int kMaxCorrections = 16;
 Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     BigTemp power, rem;
     Result code = FastPowerOfBase(&power.v, 2 * k);
-    if (code == 0) code = DivModSchool(ctx, &power.v, D, result, &rem.v);
-    if (code == 0) result->negative = 0;
+    if (Ok(code)) code = DivModSchool(ctx, &power.v, D, result, &rem.v);
+    if (Ok(code)) result->negative = 0;
     return code;
 }
 
@@ -34,26 +34,26 @@ Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const Big
     const int32_t m = d->top + 1;
     BigTemp xt, prod, qd;
     Result code = FastShiftDown(&xt.v, X, m - 2);
-    if (code == 0) code = FastMul(ctx, &prod.v, &xt.v, R);
-    if (code == 0) code = FastShiftDown(q, &prod.v, k + 2);
-    if (code == 0) code = FastMul(ctx, &qd.v, q, d);
-    if (code == 0) code = FastSub(r, X, &qd.v);
-    for (int i = 0; code == 0; ++i) {
+    if (Ok(code)) code = FastMul(ctx, &prod.v, &xt.v, R);
+    if (Ok(code)) code = FastShiftDown(q, &prod.v, k + 2);
+    if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
+    if (Ok(code)) code = FastSub(r, X, &qd.v);
+    for (int i = 0; Ok(code); ++i) {
         const bool low = FastIsNegative(r);
         if (!low && BigCompareMag(r, d) > 0) break;  // 0 <= r < d
         if (i == kMaxCorrections || (ctx->ShouldStop() && (code = Result::kStopped))) break;
         BigTemp nq, nr;
         BigInt one = {};
         code = BigFromInt(&one, 1);
-        if (code == 0) code = low ? FastSub(&nq.v, q, &one) : FastAdd(&nq.v, q, &one);
-        if (code == 0) code = low ? FastAdd(&nr.v, r, d) : FastSub(&nr.v, r, d);
+        if (Ok(code)) code = low ? FastSub(&nq.v, q, &one) : FastAdd(&nq.v, q, &one);
+        if (Ok(code)) code = low ? FastAdd(&nr.v, r, d) : FastSub(&nr.v, r, d);
         BigFree(&one);
-        if (code == 0) {
+        if (Ok(code)) {
             BigReplace(q, &nq.v);
             BigReplace(r, &nr.v);
         }
     }
-    if (code != 0 || (!FastIsNegative(r) && BigCompareMag(r, d) > 0)) return code;
+    if (!Ok(code) || (!FastIsNegative(r) && BigCompareMag(r, d) > 0)) return code;
     // Too far off: long division of the block, right whatever the estimate.
     BigFree(q);
     BigFree(r);
@@ -81,17 +81,17 @@ Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) 
     const int32_t h = (k + 1) / 2 + 2;
     BigTemp dh, rh, t, power, e, et, corr, corrShift, r0;
     Result code = FastShiftDown(&dh.v, D, k - h);
-    if (code == 0) code = Reciprocal(ctx, &dh.v, h, &rh.v);
-    if (code == 0) code = FastMul(ctx, &t.v, D, &rh.v);
-    if (code == 0) code = FastPowerOfBase(&power.v, k + h);
-    if (code == 0) code = FastSub(&e.v, &power.v, &t.v);
+    if (Ok(code)) code = Reciprocal(ctx, &dh.v, h, &rh.v);
+    if (Ok(code)) code = FastMul(ctx, &t.v, D, &rh.v);
+    if (Ok(code)) code = FastPowerOfBase(&power.v, k + h);
+    if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
-    if (code == 0) code = FastShiftDown(&et.v, &e.v, drop);
-    if (code == 0) code = FastMul(ctx, &corr.v, &rh.v, &et.v);
-    if (code == 0) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
-    if (code == 0) code = FastShiftUp(&r0.v, &rh.v, k - h);
-    if (code == 0) {
+    if (Ok(code)) code = FastShiftDown(&et.v, &e.v, drop);
+    if (Ok(code)) code = FastMul(ctx, &corr.v, &rh.v, &et.v);
+    if (Ok(code)) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
+    if (Ok(code)) code = FastShiftUp(&r0.v, &rh.v, k - h);
+    if (Ok(code)) {
         corrShift.v.negative = FastIsNegative(&e.v) ? 1 : 0;
         code = FastAdd(result, &r0.v, &corrShift.v);
     }
@@ -114,8 +114,8 @@ Result DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* 
     divisor.k = block + 2 < m ? block + 2 : m;
     BigTemp dk;
     Result code = FastShiftDown(&dk.v, d, m - divisor.k);
-    if (code == 0) code = Reciprocal(ctx, &dk.v, divisor.k, &divisor.R);
-    return code != 0 ? code : DivModWithDivisor(ctx, x, &divisor, quotient, remainder);
+    if (Ok(code)) code = Reciprocal(ctx, &dk.v, divisor.k, &divisor.R);
+    return !Ok(code) ? code : DivModWithDivisor(ctx, x, &divisor, quotient, remainder);
 }
 
 Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,
@@ -136,7 +136,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     BigInt rem = {};
     code = FastShiftDown(&rem, x, total);
     int32_t done = 0;
-    while (code == 0 && done < total) {
+    while (Ok(code) && done < total) {
         const int32_t c = done == 0 && total % block != 0 ? total % block : block;
         const int32_t low = total - done - c;  // limbs of x below this block
         BigTemp piece, qb, rb;
@@ -145,21 +145,21 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
         // however long x is.
         LimbBuffer joined(int64_t(c) + rem.top + 1);
         if (!joined.ok()) code = Result::kNoMemory;
-        if (code == 0) {
+        if (Ok(code)) {
             CopyLimbs(joined.get(), x->limbs + low, c);
             CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
             code = BigFromLimbs(&piece.v, joined.get(), LimbsTrimTop(joined.get(), c + rem.top), 0);
         }
-        if (code == 0) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
-        if (code == 0) {
+        if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
+        if (Ok(code)) {
             assert(qb.v.top < c || BigIsZero(&qb.v));
             CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);
             BigReplace(&rem, &rb.v);
             done += c;
         }
     }
-    if (code == 0) code = BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), total - 1), 0);
-    if (code == 0) {
+    if (Ok(code)) code = BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), total - 1), 0);
+    if (Ok(code)) {
         BigMove(remainder, &rem);
         remainder->negative = 0;
     } else {

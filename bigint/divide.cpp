@@ -118,7 +118,7 @@ Result BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
             code = DivModDispatch(ctx, x, d, &q, &r);
         }
     }
-    if (code != 0) {
+    if (!Ok(code)) {
         BigFree(&q);
         BigFree(&r);
     }

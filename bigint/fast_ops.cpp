@@ -19,17 +19,17 @@ Result FastCanonical(BigInt* v) {
 
 Result FastAdd(BigInt* r, const BigInt* x, const BigInt* y) {
     const Result code = BigAdd(r, x, y);
-    return code != 0 ? code : FastCanonical(r);
+    return !Ok(code) ? code : FastCanonical(r);
 }
 
 Result FastSub(BigInt* r, const BigInt* x, const BigInt* y) {
     const Result code = BigSub(r, x, y);
-    return code != 0 ? code : FastCanonical(r);
+    return !Ok(code) ? code : FastCanonical(r);
 }
 
 Result FastMul(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y) {
     const Result code = BigMul(ctx, r, x, y);
-    return code != 0 ? code : FastCanonical(r);
+    return !Ok(code) ? code : FastCanonical(r);
 }
 
 Result FastShiftDown(BigInt* r, const BigInt* v, int32_t k) {
@@ -63,19 +63,19 @@ Result FastDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q,
     const int order = BigCompareMag(x, d);
     if (order > 0 || BigIsZero(x)) {
         const Result code = BigFromInt(q, 0);
-        return code != 0 ? code : BigFromLimbs(r, x->limbs, x->top, 0);
+        return !Ok(code) ? code : BigFromLimbs(r, x->limbs, x->top, 0);
     }
     if (order == 0) {
         const Result code = BigFromInt(q, 1);
-        return code != 0 ? code : BigFromInt(r, 0);
+        return !Ok(code) ? code : BigFromInt(r, 0);
     }
     if (BigIsOne(d)) {
         const Result code = BigFromLimbs(q, x->limbs, x->top, 0);
-        return code != 0 ? code : BigFromInt(r, 0);
+        return !Ok(code) ? code : BigFromInt(r, 0);
     }
     const BigInt xm = BigMagnitudeView(x), dm = BigMagnitudeView(d);
     const Result code = DivModDispatch(ctx, &xm, &dm, q, r);
-    if (code == 0) {
+    if (Ok(code)) {
         q->negative = 0;
         r->negative = 0;
     }

@@ -31,7 +31,7 @@ Result FracAddSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* p, con
     Result code;
     if (BothWhole(q, s)) {
         code = BigFromInt(&d.v, 1);
-        if (code == 0) {
+        if (Ok(code)) {
             if (ctx->modulusMode) {
                 code = op == FracOp::Add ? ModAdd(ctx, &n.v, p, r, &ctx->modulus)
                                          : ModSub(ctx, &n.v, p, r, &ctx->modulus);
@@ -42,9 +42,9 @@ Result FracAddSub(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* p, con
     } else {
         BigTemp ps, qr;
         code = BigMul(ctx, &d.v, q, s);
-        if (code == 0) code = BigMul(ctx, &ps.v, p, s);
-        if (code == 0) code = BigMul(ctx, &qr.v, q, r);
-        if (code == 0)
+        if (Ok(code)) code = BigMul(ctx, &ps.v, p, s);
+        if (Ok(code)) code = BigMul(ctx, &qr.v, q, r);
+        if (Ok(code))
             code = op == FracOp::Add ? BigAdd(&n.v, &ps.v, &qr.v) : BigSub(&n.v, &ps.v, &qr.v);
     }
     return Finish(code, rn, rd, &n.v, &d.v);
@@ -58,14 +58,14 @@ Result FracReduce(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* nu
                   BigInt* denominator) {
     BigTemp g, n, d, rest;
     Result code = BigGcd(ctx, x, y, &g.v);
-    if (code == 0 && BigIsOne(&g.v)) {
+    if (Ok(code) && BigIsOne(&g.v)) {
         code = BigCopy(&n.v, x);
-        if (code == 0) code = BigCopy(&d.v, y);
-        if (code == 0) code = kFracCoprime;
-    } else if (code == 0) {
+        if (Ok(code)) code = BigCopy(&d.v, y);
+        if (Ok(code)) code = kFracCoprime;
+    } else if (Ok(code)) {
         code = BigDivMod(ctx, x, &g.v, &n.v, &rest.v);
         BigFree(&rest.v);
-        if (code == 0) code = BigDivMod(ctx, y, &g.v, &d.v, &rest.v);
+        if (Ok(code)) code = BigDivMod(ctx, y, &g.v, &d.v, &rest.v);
     }
     return Finish(code, numerator, denominator, &n.v, &d.v);
 }
@@ -86,12 +86,12 @@ Result FracMul(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const
     Result code;
     if (BothWhole(ad, bd)) {
         code = BigFromInt(&d.v, 1);
-        if (code == 0)
+        if (Ok(code))
             code = ctx->modulusMode ? ModMul(ctx, &n.v, an, bn, &ctx->modulus)
                                     : BigMul(ctx, &n.v, an, bn);
     } else {
         code = BigMul(ctx, &n.v, an, bn);
-        if (code == 0) code = BigMul(ctx, &d.v, ad, bd);
+        if (Ok(code)) code = BigMul(ctx, &d.v, ad, bd);
     }
     return Finish(code, rn, rd, &n.v, &d.v);
 }
@@ -113,21 +113,21 @@ Result FracDiv(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* an, const
     if (BothWhole(ad, bd) && ctx->modulusMode) {
         BigTemp inverse;
         code = ModInverse(ctx, bn, &ctx->modulus, &inverse.v);
-        if (code == 0) code = ModMul(ctx, &n.v, an, &inverse.v, &ctx->modulus);
-        if (code == 0) code = BigFromInt(&d.v, 1);
+        if (Ok(code)) code = ModMul(ctx, &n.v, an, &inverse.v, &ctx->modulus);
+        if (Ok(code)) code = BigFromInt(&d.v, 1);
     } else if (BothWhole(ad, bd)) {
         BigTemp rest;
         code = BigDivMod(ctx, an, bn, &n.v, &rest.v);
-        if (code == 0 && BigIsZero(&rest.v)) {
+        if (Ok(code) && BigIsZero(&rest.v)) {
             code = BigFromInt(&d.v, 1);
-        } else if (code == 0) {
+        } else if (Ok(code)) {
             BigFree(&n.v);
             code = FracReduce(ctx, an, bn, &n.v, &d.v);
             if (code == -9) code = Result::kOk;
         }
     } else {
         code = BigMul(ctx, &n.v, an, bd);
-        if (code == 0) code = BigMul(ctx, &d.v, ad, bn);
+        if (Ok(code)) code = BigMul(ctx, &d.v, ad, bn);
     }
     return Finish(code, rn, rd, &n.v, &d.v);
 }

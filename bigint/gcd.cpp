@@ -10,8 +10,8 @@ Result GcdSchool(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* res
     assert(BigCompareMag(a, b) < 0 && !BigIsZero(b));
     EuclidByDivision e;
     Result code = e.Load(a, b, static_cast<int64_t>(a->top) + 3);
-    if (code == 0) code = e.Run(ctx, [](const Limb*, int32_t) { return true; });
-    return code != 0 ? code : BigFromLimbs(result, e.y.get(), e.ty, 0);
+    if (Ok(code)) code = e.Run(ctx, [](const Limb*, int32_t) { return true; });
+    return !Ok(code) ? code : BigFromLimbs(result, e.y.get(), e.ty, 0);
 }
 
 // gcd(x, y) with the signs the calculator has always shown: when x is zero or
@@ -30,7 +30,7 @@ Result BigGcd(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result
     if (yZero) return BigCopy(result, x);
     BigTemp g;
     const Result code = order < 0 ? GcdDispatch(ctx, x, y, &g.v) : GcdDispatch(ctx, y, x, &g.v);
-    if (code != 0) {
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }
@@ -49,9 +49,9 @@ Result BigLcm(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* result
     BigTemp product, g, q, rest;
     Result code = BigMul(ctx, &product.v, x, y);
     product.v.negative = 0;
-    if (code == 0) code = BigGcd(ctx, x, y, &g.v);
-    if (code == 0) code = BigDivMod(ctx, &product.v, &g.v, &q.v, &rest.v);
-    if (code != 0) {
+    if (Ok(code)) code = BigGcd(ctx, x, y, &g.v);
+    if (Ok(code)) code = BigDivMod(ctx, &product.v, &g.v, &q.v, &rest.v);
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }

@@ -46,12 +46,12 @@ Result RowTimes(HgcdRun& run, State* s, const BigInt* n00, const BigInt* n01, co
                 const BigInt* n11) {
     BigTemp p0, p1, q0, q1, r0, r1;
     Result code = run.Mul(&p0.v, &s->u0.v, n00);
-    if (code == 0) code = run.Mul(&p1.v, &s->u1.v, n10);
-    if (code == 0) code = FastAdd(&r0.v, &p0.v, &p1.v);
-    if (code == 0) code = run.Mul(&q0.v, &s->u0.v, n01);
-    if (code == 0) code = run.Mul(&q1.v, &s->u1.v, n11);
-    if (code == 0) code = FastAdd(&r1.v, &q0.v, &q1.v);
-    if (code != 0) return code;
+    if (Ok(code)) code = run.Mul(&p1.v, &s->u1.v, n10);
+    if (Ok(code)) code = FastAdd(&r0.v, &p0.v, &p1.v);
+    if (Ok(code)) code = run.Mul(&q0.v, &s->u0.v, n01);
+    if (Ok(code)) code = run.Mul(&q1.v, &s->u1.v, n11);
+    if (Ok(code)) code = FastAdd(&r1.v, &q0.v, &q1.v);
+    if (!Ok(code)) return code;
     BigReplace(&s->u0.v, &r0.v);
     BigReplace(&s->u1.v, &r1.v);
     return Result::kOk;
@@ -61,10 +61,10 @@ Result RowTimes(HgcdRun& run, State* s, const BigInt* n00, const BigInt* n01, co
 Result DivisionStep(HgcdRun& run, State* s) {
     BigTemp q, r, one, zero;
     Result code = FastDivMod(run.ctx, &s->x.v, &s->y.v, &q.v, &r.v);
-    if (code == 0) code = BigFromInt(&one.v, 1);
-    if (code == 0) code = BigFromInt(&zero.v, 0);
-    if (code == 0) code = RowTimes(run, s, &q.v, &one.v, &one.v, &zero.v);
-    if (code != 0) return code;
+    if (Ok(code)) code = BigFromInt(&one.v, 1);
+    if (Ok(code)) code = BigFromInt(&zero.v, 0);
+    if (Ok(code)) code = RowTimes(run, s, &q.v, &one.v, &one.v, &zero.v);
+    if (!Ok(code)) return code;
     BigReplace(&s->x.v, &s->y.v);
     BigMove(&s->y.v, &r.v);
     s->det = -s->det;
@@ -74,11 +74,11 @@ Result DivisionStep(HgcdRun& run, State* s) {
 // Half-gcd rounds while y has at least modInverseHalf limbs.
 Result HalfRounds(HgcdRun& run, State* s) {
     Result code = Result::kOk;
-    while (code == 0 && !BigIsZero(&s->y.v) && Len(s->y.v) >= gFastThresholds.modInverseHalf) {
+    while (Ok(code) && !BigIsZero(&s->y.v) && Len(s->y.v) >= gFastThresholds.modInverseHalf) {
         HgcdMatrix n;
         bool moved = false;
         code = HgcdRound(run, s->x, s->y, 0, &n, &moved);
-        if (code != 0) break;
+        if (!Ok(code)) break;
         if (!moved) {
             code = DivisionStep(run, s);
             continue;
@@ -106,14 +106,14 @@ Result LehmerSteps(HgcdRun& run, State* s, int32_t room) {
         return Result::kOk;
     };
     Result code = load();
-    if (code == 0 && !(t0.limbs.Reset(room) && t1.limbs.Reset(room))) code = Result::kNoMemory;
-    while (code == 0 && !(y.len == 1 && y.limbs[0] == 0)) {
+    if (Ok(code) && !(t0.limbs.Reset(room) && t1.limbs.Reset(room))) code = Result::kNoMemory;
+    while (Ok(code) && !(y.len == 1 && y.limbs[0] == 0)) {
         if (run.clk.Tick(4 * (int64_t(x.len) + u0.len))) return Result::kStopped;
         const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, 0);
         if (c.steps == 0) {
             code = store();
-            if (code == 0) code = DivisionStep(run, s);
-            if (code == 0) code = load();
+            if (Ok(code)) code = DivisionStep(run, s);
+            if (Ok(code)) code = load();
             continue;
         }
         LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, t0.limbs.get(), &t0.len,
@@ -123,7 +123,7 @@ Result LehmerSteps(HgcdRun& run, State* s, int32_t room) {
         ApplyQuotients(c, u0, u1, t0, t1);
         if (c.steps % 2 != 0) s->det = -s->det;
     }
-    return code != 0 ? code : store();
+    return !Ok(code) ? code : store();
 }
 
 }  // namespace
@@ -132,17 +132,17 @@ Result ModInverseExtended(CalcContext* ctx, const BigInt* a, const BigInt* m, Bi
     HgcdRun run(ctx);
     State s;
     Result code = BigFromLimbs(&s.x.v, m->limbs, m->top, 0);
-    if (code == 0) code = BigFromLimbs(&s.y.v, a->limbs, a->top, 0);
-    if (code == 0) code = BigFromInt(&s.u0.v, 1);
-    if (code == 0) code = BigFromInt(&s.u1.v, 0);
-    if (code == 0) code = HalfRounds(run, &s);
-    if (code == 0) code = LehmerSteps(run, &s, Len(*m) + 5);
-    if (code != 0) return code;
+    if (Ok(code)) code = BigFromLimbs(&s.y.v, a->limbs, a->top, 0);
+    if (Ok(code)) code = BigFromInt(&s.u0.v, 1);
+    if (Ok(code)) code = BigFromInt(&s.u1.v, 0);
+    if (Ok(code)) code = HalfRounds(run, &s);
+    if (Ok(code)) code = LehmerSteps(run, &s, Len(*m) + 5);
+    if (!Ok(code)) return code;
     if (!BigIsOne(&s.x.v)) return BigFromInt(result, 0);
     // −det·u01 reduced into 0 … m − 1.
     BigTemp q, r;
     code = FastDivMod(ctx, &s.u1.v, m, &q.v, &r.v);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     if (s.det < 0 || BigIsZero(&r.v)) {
         BigMove(result, &r.v);
         return Result::kOk;

@@ -91,26 +91,26 @@ Result MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
     BigTemp s1, s2, s3, s4, t1, t2, t3, t4, p[7], w, v, x;
     Matrix r;
     Result code = FastAdd(&s1.v, a21, a22);
-    if (code == 0) code = FastSub(&s2.v, &s1.v, a11);
-    if (code == 0) code = FastSub(&s3.v, a11, a21);
-    if (code == 0) code = FastSub(&s4.v, a12, &s2.v);
-    if (code == 0) code = FastSub(&t1.v, b12, b11);
-    if (code == 0) code = FastSub(&t2.v, b22, &t1.v);
-    if (code == 0) code = FastSub(&t3.v, b22, b12);
-    if (code == 0) code = FastSub(&t4.v, &t2.v, b21);
+    if (Ok(code)) code = FastSub(&s2.v, &s1.v, a11);
+    if (Ok(code)) code = FastSub(&s3.v, a11, a21);
+    if (Ok(code)) code = FastSub(&s4.v, a12, &s2.v);
+    if (Ok(code)) code = FastSub(&t1.v, b12, b11);
+    if (Ok(code)) code = FastSub(&t2.v, b22, &t1.v);
+    if (Ok(code)) code = FastSub(&t3.v, b22, b12);
+    if (Ok(code)) code = FastSub(&t4.v, &t2.v, b21);
     const BigInt* factors[7][2] = {{a11, b11},     {a12, b21},     {&s4.v, b22},  {a22, &t4.v},
                                    {&s1.v, &t1.v}, {&s2.v, &t2.v}, {&s3.v, &t3.v}};
-    for (int i = 0; i < 7 && code == 0; ++i) code = run.Mul(&p[i].v, factors[i][0], factors[i][1]);
+    for (int i = 0; i < 7 && Ok(code); ++i) code = run.Mul(&p[i].v, factors[i][0], factors[i][1]);
     // c11 = p1 + p2, w = p1 + p6, v = w + p7, c12 = w + p5 + p3,
     // c21 = v − p4, c22 = v + p5.
-    if (code == 0) code = FastAdd(&r.u[0][0].v, &p[0].v, &p[1].v);
-    if (code == 0) code = FastAdd(&w.v, &p[0].v, &p[5].v);
-    if (code == 0) code = FastAdd(&v.v, &w.v, &p[6].v);
-    if (code == 0) code = FastAdd(&x.v, &w.v, &p[4].v);
-    if (code == 0) code = FastAdd(&r.u[0][1].v, &x.v, &p[2].v);
-    if (code == 0) code = FastSub(&r.u[1][0].v, &v.v, &p[3].v);
-    if (code == 0) code = FastAdd(&r.u[1][1].v, &v.v, &p[4].v);
-    if (code != 0) return code;
+    if (Ok(code)) code = FastAdd(&r.u[0][0].v, &p[0].v, &p[1].v);
+    if (Ok(code)) code = FastAdd(&w.v, &p[0].v, &p[5].v);
+    if (Ok(code)) code = FastAdd(&v.v, &w.v, &p[6].v);
+    if (Ok(code)) code = FastAdd(&x.v, &w.v, &p[4].v);
+    if (Ok(code)) code = FastAdd(&r.u[0][1].v, &x.v, &p[2].v);
+    if (Ok(code)) code = FastSub(&r.u[1][0].v, &v.v, &p[3].v);
+    if (Ok(code)) code = FastAdd(&r.u[1][1].v, &v.v, &p[4].v);
+    if (!Ok(code)) return code;
     for (auto& row : r.u)
         for (auto& e : row) e.v.negative = 0;
     r.det = m->det * n.det;
@@ -123,9 +123,9 @@ Result MatMul(Run& run, Matrix* m, const Matrix& n) {
     Matrix r;
     if (IsIdentity(*m)) {
         Result code = Result::kOk;
-        for (int i = 0; i < 4 && code == 0; ++i)
+        for (int i = 0; i < 4 && Ok(code); ++i)
             code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
-        if (code != 0) return code;
+        if (!Ok(code)) return code;
         r.det = n.det;
         Exchange(m, &r);
         return Result::kOk;
@@ -138,9 +138,9 @@ Result MatMul(Run& run, Matrix* m, const Matrix& n) {
         for (int j = 0; j < 2; ++j) {
             BigTemp x, y;
             Result code = run.Mul(&x.v, &m->u[i][0].v, &n.u[0][j].v);
-            if (code == 0) code = run.Mul(&y.v, &m->u[i][1].v, &n.u[1][j].v);
-            if (code == 0) code = FastAdd(&r.u[i][j].v, &x.v, &y.v);
-            if (code != 0) return code;
+            if (Ok(code)) code = run.Mul(&y.v, &m->u[i][1].v, &n.u[1][j].v);
+            if (Ok(code)) code = FastAdd(&r.u[i][j].v, &x.v, &y.v);
+            if (!Ok(code)) return code;
         }
     r.det = m->det * n.det;
     Exchange(m, &r);
@@ -161,8 +161,8 @@ Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp&
     BigTemp na, nb;
     if (p == 0) {
         Result code = BigCopy(&na.v, &A.v);
-        if (code == 0) code = BigCopy(&nb.v, &B.v);
-        if (code != 0) return code;
+        if (Ok(code)) code = BigCopy(&nb.v, &B.v);
+        if (!Ok(code)) return code;
     } else {
         const BigInt al = LowView(a.v, p), bl = LowView(b.v, p);
         // a' = A·B^p + det·(u11·al − u01·bl), b' = B·B^p + det·(u00·bl − u10·al).
@@ -173,12 +173,12 @@ Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp&
         for (int k = 0; k < 2; ++k) {
             BigTemp plus, minus, e, high;
             Result code = run.Mul(&plus.v, terms[k][0], terms[k][1]);
-            if (code == 0) code = run.Mul(&minus.v, terms[k][2], terms[k][3]);
-            if (code == 0 && m.det < 0) std::swap(plus.v, minus.v);
-            if (code == 0) code = FastSub(&e.v, &plus.v, &minus.v);
-            if (code == 0) code = FastShiftUp(&high.v, tops[k], p);
-            if (code == 0) code = FastAdd(outs[k], &high.v, &e.v);
-            if (code != 0) return code;
+            if (Ok(code)) code = run.Mul(&minus.v, terms[k][2], terms[k][3]);
+            if (Ok(code) && m.det < 0) std::swap(plus.v, minus.v);
+            if (Ok(code)) code = FastSub(&e.v, &plus.v, &minus.v);
+            if (Ok(code)) code = FastShiftUp(&high.v, tops[k], p);
+            if (Ok(code)) code = FastAdd(outs[k], &high.v, &e.v);
+            if (!Ok(code)) return code;
             assert(!FastIsNegative(outs[k]) && !BigIsZero(outs[k]));
         }
     }
@@ -199,16 +199,16 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
     const int32_t room = Len(a.v) + 8;
     LimbSlot x, y, sx, sy, u[2][2], t0, t1;
     Result code = x.Load(a.v, room);
-    if (code == 0) code = y.Load(b.v, room);
-    for (int i = 0; i < 4 && code == 0; ++i) {
+    if (Ok(code)) code = y.Load(b.v, room);
+    for (int i = 0; i < 4 && Ok(code); ++i) {
         code = u[i / 2][i % 2].limbs.Reset(room) ? Result::kOk : Result::kNoMemory;
-        if (code == 0) u[i / 2][i % 2].limbs[0] = i == 0 || i == 3 ? 1 : 0;
+        if (Ok(code)) u[i / 2][i % 2].limbs[0] = i == 0 || i == 3 ? 1 : 0;
     }
-    if (code == 0 && !(sx.limbs.Reset(room) && sy.limbs.Reset(room) && t0.limbs.Reset(room) &&
-                       t1.limbs.Reset(room)))
+    if (Ok(code) && !(sx.limbs.Reset(room) && sy.limbs.Reset(room) && t0.limbs.Reset(room) &&
+                      t1.limbs.Reset(room)))
         code = Result::kNoMemory;
     int det = 1;
-    while (code == 0 && x.len > stopLen) {
+    while (Ok(code) && x.len > stopLen) {
         if (run.clk.Tick(8 * int64_t(x.len))) return Result::kStopped;
         // Every step keeps y at least B^s; the test keeps a pair that broke
         // the rule from being divided down to zero.
@@ -232,7 +232,7 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
         BigTemp q, r;
         const BigInt xv = x.View(), yv = y.View();
         code = FastDivMod(run.ctx, &xv, &yv, &q.v, &r.v);
-        if (code != 0) break;
+        if (!Ok(code)) break;
         if (!AtLeastPower(r.v, s)) {
             *blocked = true;
             break;
@@ -244,8 +244,8 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
             BigTemp product, sum;
             const BigInt u0 = row[0].View(), u1 = row[1].View();
             code = run.Mul(&product.v, &q.v, &u0);
-            if (code == 0) code = FastAdd(&sum.v, &product.v, &u1);
-            if (code != 0) break;
+            if (Ok(code)) code = FastAdd(&sum.v, &product.v, &u1);
+            if (!Ok(code)) break;
             CopyLimbs(t0.limbs.get(), sum.v.limbs, sum.v.top + 1);
             t0.len = sum.v.top + 1;
             row[1].Swap(row[0]);
@@ -254,9 +254,9 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
         det = -det;
         *moved = true;
     }
-    if (code == 0) code = x.Store(&a.v);
-    if (code == 0) code = y.Store(&b.v);
-    for (int i = 0; i < 4 && code == 0; ++i) code = u[i / 2][i % 2].Store(&m->u[i / 2][i % 2].v);
+    if (Ok(code)) code = x.Store(&a.v);
+    if (Ok(code)) code = y.Store(&b.v);
+    for (int i = 0; i < 4 && Ok(code); ++i) code = u[i / 2][i % 2].Store(&m->u[i / 2][i % 2].v);
     m->det = det;
     return code;
 }
@@ -270,13 +270,13 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
     Matrix top;
     bool topMoved = false;
     Result code = FastShiftDown(&A.v, &a.v, p);
-    if (code == 0) code = FastShiftDown(&B.v, &b.v, p);
-    if (code == 0) code = SetIdentity(&top);
-    if (code == 0) code = Hgcd(run, A, B, n, &top, &topMoved);
-    if (code != 0 || !topMoved) return code;
+    if (Ok(code)) code = FastShiftDown(&B.v, &b.v, p);
+    if (Ok(code)) code = SetIdentity(&top);
+    if (Ok(code)) code = Hgcd(run, A, B, n, &top, &topMoved);
+    if (!Ok(code) || !topMoved) return code;
     code = Adjust(run, a, b, A, B, top, p);
-    if (code == 0) code = MatMul(run, m, top);
-    if (code == 0 && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
+    if (Ok(code)) code = MatMul(run, m, top);
+    if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
     *moved = true;
     return code;
 }
@@ -287,7 +287,7 @@ Result LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, M
     Matrix steps;
     bool stepped = false;
     const Result code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
-    if (code != 0 || !stepped) return code;
+    if (!Ok(code) || !stepped) return code;
     *moved = true;
     return MatMul(run, m, steps);
 }
@@ -305,13 +305,13 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
     Result code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
     // About 3n/4 limbs are left, sometimes after one division more.
     const int32_t n2 = 3 * n / 4 + 1;
-    if (code == 0 && Len(a.v) > n2) code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
-    if (code != 0 || blocked) return code;
+    if (Ok(code) && Len(a.v) > n2) code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
+    if (!Ok(code) || blocked) return code;
     // Split so that the call's floor lands at B^(s + 1): its top has
     // n' = 2·len − 2s − 1 limbs, odd, so n'/2 + 1 + p = s + 1.
     const int32_t len = Len(a.v);
     if (len > s + 2) code = ReduceTops(run, a, b, 2 * s - len + 1, 2 * len - 2 * s - 1, m, moved);
-    if (code == 0) code = LeafSteps(run, a, b, s, 0, m, moved, &blocked);
+    if (Ok(code)) code = LeafSteps(run, a, b, s, 0, m, moved, &blocked);
     return code;
 }
 
@@ -320,30 +320,30 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
 Result HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
     *moved = false;
     const Result code = SetIdentity(m);
-    return code != 0 ? code : ReduceTops(run, x, y, p, Len(x.v) - p, m, moved);
+    return !Ok(code) ? code : ReduceTops(run, x, y, p, Len(x.v) - p, m, moved);
 }
 
 Result GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     Run run(ctx);
     BigTemp x, y;
     Result code = BigFromLimbs(&x.v, a->limbs, a->top, 0);
-    if (code == 0) code = BigFromLimbs(&y.v, b->limbs, b->top, 0);
-    while (code == 0 && !BigIsZero(&y.v) && Len(y.v) >= gFastThresholds.gcdHalf) {
+    if (Ok(code)) code = BigFromLimbs(&y.v, b->limbs, b->top, 0);
+    while (Ok(code) && !BigIsZero(&y.v) && Len(y.v) >= gFastThresholds.gcdHalf) {
         // x >= y here. The top half goes through Hgcd; a pair it cannot
         // move takes one division.
         Matrix m;
         bool moved = false;
         code = HgcdRound(run, x, y, Len(x.v) / 2, &m, &moved);
-        if (code == 0 && !moved) {
+        if (Ok(code) && !moved) {
             BigTemp q, r;
             code = FastDivMod(ctx, &x.v, &y.v, &q.v, &r.v);
-            if (code == 0) {
+            if (Ok(code)) {
                 BigReplace(&x.v, &y.v);
                 BigMove(&y.v, &r.v);
             }
         }
     }
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     if (BigIsZero(&y.v) || BigCompareMag(&x.v, &y.v) == 0)
         return BigFromLimbs(result, x.v.limbs, x.v.top, 0);
     return GcdLehmer(ctx, &x.v, &y.v, result);

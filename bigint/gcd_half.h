@@ -36,7 +36,7 @@ struct HgcdRun {
         LimbBuffer p(int64_t(la) + lb);
         if (!p.ok()) return Result::kNoMemory;
         const Result rc = MulRec(clk, x->limbs, la, y->limbs, lb, p.get());
-        if (rc != 0) return rc == kStopped ? Result::kStopped : Result::kNoMemory;
+        if (!Ok(rc)) return rc == kStopped ? Result::kStopped : Result::kNoMemory;
         r->top = LimbsTrimTop(p.get(), la + lb - 1);
         r->negative = x->negative != y->negative;
         r->limbs = p.Release();

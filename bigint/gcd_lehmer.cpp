@@ -139,7 +139,7 @@ Result DivisionStep(CalcContext* ctx, Number* a, const Number& b) {
     bv.top = b.len - 1;
     BigTemp q, r;
     const Result code = FastDivMod(ctx, &av, &bv, &q.v, &r.v);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     CopyLimbs(a->limbs.get(), r.v.limbs, r.v.top + 1);
     a->len = r.v.top + 1;
     return Result::kOk;
@@ -158,11 +158,11 @@ Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* res
     const int32_t room = a->top + 2;
     Number x, y, s, t;
     Result code = FromRecord(a, room, &x);
-    if (code == 0) code = FromRecord(b, room, &y);
-    if (code == 0 && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = Result::kNoMemory;
+    if (Ok(code)) code = FromRecord(b, room, &y);
+    if (Ok(code) && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = Result::kNoMemory;
     PollClock clk(ctx);
     const int32_t small = gFastThresholds.gcdLehmer;
-    while (code == 0 && !IsZero(y) && y.len >= small) {
+    while (Ok(code) && !IsZero(y) && y.len >= small) {
         if (clk.Tick(4 * int64_t(x.len))) {
             code = Result::kStopped;
             break;
@@ -181,7 +181,7 @@ Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* res
         Exchange(&y, &t);
     }
     // The rest by long division, on numbers below the threshold.
-    if (code == 0) {
+    if (Ok(code)) {
         BigInt xv = {}, yv = {};
         xv.limbs = x.limbs.get();
         xv.top = x.len - 1;

@@ -99,7 +99,7 @@ struct EuclidByDivision {
             int32_t tq = ty;
             const Result code =
                 LimbsDivide(ctx, x.get(), y.get(), scratch.get(), quotient.get(), &tx, &tq);
-            if (code != 0) return code;
+            if (!Ok(code)) return code;
             if (tx == 0 && x[0] == 0) return Result::kOk;
             if (!keep(quotient.get(), tq)) return Result::kNoMemory;
             // The remainder becomes the new divisor.

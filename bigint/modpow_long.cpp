@@ -52,12 +52,12 @@ Result ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, 
     BigTemp reduced, canonical;
     std::vector<bool> bits;
     Result code = BigMod(ctx, base, &mm, &reduced.v);
-    if (code == 0) code = ExponentBits(ctx, exponent, &bits);
+    if (Ok(code)) code = ExponentBits(ctx, exponent, &bits);
     // A modulus with a top limb of 10000 (left by a sum) is carried first:
     // the products compare with it limb by limb.
-    if (code == 0) code = BigFromLimbs(&canonical.v, mm.limbs, mm.top, 0);
-    if (code == 0) code = FastCanonical(&canonical.v);
-    if (code != 0) return code;
+    if (Ok(code)) code = BigFromLimbs(&canonical.v, mm.limbs, mm.top, 0);
+    if (Ok(code)) code = FastCanonical(&canonical.v);
+    if (!Ok(code)) return code;
     LongRing ring(ctx, &canonical.v);
     const BigInt& b = reduced.v;
     std::vector<Limb> x, bv(b.limbs, b.limbs + b.top + 1);

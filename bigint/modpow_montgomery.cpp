@@ -285,7 +285,7 @@ Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) 
         std::string hex;
         const BigInt em = BigMagnitudeView(e);
         const Result code = BigToRadixDispatch(ctx, &em, 16, &hex);
-        if (code != 0) return code;
+        if (!Ok(code)) return code;
         for (size_t i = 0; i < hex.size() * 4; ++i) {
             const char c = hex[hex.size() - 1 - i / 4];
             const int d = c <= '9' ? c - '0' : c - 'A' + 10;
@@ -303,8 +303,8 @@ Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* expo
     BigTemp reduced;
     std::vector<bool> bits;
     Result code = BigMod(ctx, base, &mm, &reduced.v);
-    if (code == 0) code = ExponentBits(ctx, exponent, &bits);
-    if (code != 0) return code;
+    if (Ok(code)) code = ExponentBits(ctx, exponent, &bits);
+    if (!Ok(code)) return code;
     std::vector<Word> mw = WordsFromLimbs(m, WordsFor(m));
     while (mw.size() > 1 && mw.back() == 0) mw.pop_back();
     std::vector<Word> b = WordsFromLimbs(&reduced.v, mw.size());

@@ -13,7 +13,7 @@
 Result BigMod(CalcContext* ctx, const BigInt* x, const BigInt* m, BigInt* result) {
     BigTemp q, r;
     const Result code = BigDivMod(ctx, x, m, &q.v, &r.v);
-    if (code != 0 && (code != Result::kDivisionByZero || BigIsNegative(x))) {
+    if (!Ok(code) && (code != Result::kDivisionByZero || BigIsNegative(x))) {
         (void)BigFromInt(result, 0);  // the failure reported is the division's
         return code;
     }
@@ -42,8 +42,8 @@ Result ModCombine(CalcContext* ctx, BigInt* result, const BigInt* x, const BigIn
     Result code = op == ModOp::Add   ? BigAdd(&exact.v, x, y)
                   : op == ModOp::Sub ? BigSub(&exact.v, x, y)
                                      : BigMul(ctx, &exact.v, x, y);
-    if (code == 0) code = BigMod(ctx, &exact.v, m, &reduced.v);
-    if (code != 0) {
+    if (Ok(code)) code = BigMod(ctx, &exact.v, m, &reduced.v);
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }
@@ -132,16 +132,16 @@ Result ModInverseSchool(CalcContext* ctx, const BigInt* a, const BigInt* m, BigI
     EuclidByDivision e;
     Chain chain;
     Result code = e.Load(m, a, size);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     if (e.ty == 0 && e.y[0] == 0 && e.tx > 0) return kImpossibleEstimate;
     code = e.Run(ctx, [&](const Limb* q, int32_t tq) { return chain.Push(q, tq); });
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     if (e.ty != 0 || e.y[0] != 1) return BigFromInt(v, 0);
     code = BackSubstitute(ctx, chain, static_cast<int32_t>(size) + 2, v);
-    if (code == 0 && v->negative) {
+    if (Ok(code) && v->negative) {
         BigTemp sum;
         code = BigAdd(&sum.v, m, v);
-        if (code == 0) BigReplace(v, &sum.v);
+        if (Ok(code)) BigReplace(v, &sum.v);
     }
     return code;
 }
@@ -160,8 +160,8 @@ Result ModInverse(CalcContext* ctx, const BigInt* a, const BigInt* m, BigInt* re
         code = BigMod(ctx, a, m, &reduced.v);
         a = &reduced.v;
     }
-    if (code == 0) code = ModInverseDispatch(ctx, a, m, &v.v);
-    if (code != 0) {
+    if (Ok(code)) code = ModInverseDispatch(ctx, a, m, &v.v);
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }
@@ -174,18 +174,18 @@ namespace {
 // r := r b^e mod m bit by bit, e (non-negative) consumed. kOk, kNoMemory, kStopped.
 Result SquareAndMultiply(CalcContext* ctx, BigInt* r, BigInt* b, BigInt* e, const BigInt* m) {
     Result code = Result::kOk;
-    while (code == 0 && !BigIsZero(e)) {
+    while (Ok(code) && !BigIsZero(e)) {
         if (!BigIsEven(e)) {
             BigTemp product;
             code = ModMul(ctx, &product.v, r, b, m);
-            if (code == 0) BigReplace(r, &product.v);
+            if (Ok(code)) BigReplace(r, &product.v);
             (void)BigDecrement(e);  // an odd e: the low limb only drops by one
         }
         BigHalve(e);
-        if (code == 0 && !BigIsZero(e)) {
+        if (Ok(code) && !BigIsZero(e)) {
             BigTemp square;
             code = ModMul(ctx, &square.v, b, b, m);
-            if (code == 0) BigReplace(b, &square.v);
+            if (Ok(code)) BigReplace(b, &square.v);
         }
     }
     return code;
@@ -204,25 +204,25 @@ Result ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigI
               const BigInt* m) {
     BigTemp r, e, b;
     Result code = BigFromInt(&r.v, 1);
-    if (code == 0) code = BigCopy(&e.v, exponent);
-    if (code == 0 && BigIsNegative(&e.v)) {
+    if (Ok(code)) code = BigCopy(&e.v, exponent);
+    if (Ok(code) && BigIsNegative(&e.v)) {
         code = ModInverse(ctx, base, m, &b.v);
         e.v.negative = 0;
-    } else if (code == 0) {
+    } else if (Ok(code)) {
         code = BigCopy(&b.v, base);
     }
     e.v.negative = 0;
     const bool twoOrMore = e.v.top > 0 || e.v.limbs[0] >= 2;
-    if (code == 0 && twoOrMore && !BigIsZeroMagnitude(m)) {
+    if (Ok(code) && twoOrMore && !BigIsZeroMagnitude(m)) {
         BigTemp fast;
         code = m->top < gFastThresholds.powMontgomery
                    ? ModPowMontgomery(ctx, &b.v, &e.v, m, &fast.v)
                    : ModPowLong(ctx, &b.v, &e.v, m, &fast.v);
-        if (code == 0) BigReplace(&r.v, &fast.v);
-    } else if (code == 0) {
+        if (Ok(code)) BigReplace(&r.v, &fast.v);
+    } else if (Ok(code)) {
         code = SquareAndMultiply(ctx, &r.v, &b.v, &e.v, m);
     }
-    if (code != 0) {
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }

@@ -31,7 +31,7 @@ Result MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
         const int32_t piece = std::min(lb, la - off);
         const Result rc = piece >= lb ? MulRec(clk, a + off, piece, b, lb, t.get())
                                       : MulRec(clk, b, lb, a + off, piece, t.get());
-        if (rc != 0) return rc;
+        if (!Ok(rc)) return rc;
         LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), piece + lb));
     }
     return Result::kOk;

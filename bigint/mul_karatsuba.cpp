@@ -53,13 +53,13 @@ Result MulKaratsuba(PollClock& clk, const Limb* a, int32_t la, const Limb* b, in
     const int32_t nb = HalfSum(b, h, b + h, lb - h, sb);
     std::fill(z1, z1 + l1, Limb(0));
     Result rc = na >= nb ? MulRec(clk, sa, na, sb, nb, z1) : MulRec(clk, sb, nb, sa, na, z1);
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
 
     // a0 and b0 are the low halves: normalised, possibly with leading zeros.
     rc = MulRec(clk, a, h, b, h, p);
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     rc = MulRec(clk, a + h, la - h, b + h, lb - h, p + 2 * h);
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     AddMiddle(p, la + lb, h, 2 * h, z1, l1);
     return Result::kOk;
 }
@@ -77,11 +77,11 @@ Result SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     const int32_t na = HalfSum(a, h, a + h, la - h, sa);
     std::fill(z1, z1 + l1, Limb(0));
     Result rc = SqrRec(clk, sa, na, z1);
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     rc = SqrRec(clk, a, h, p);
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     rc = SqrRec(clk, a + h, la - h, p + 2 * h);
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     AddMiddle(p, 2 * la, h, 2 * h, z1, l1);
     return Result::kOk;
 }

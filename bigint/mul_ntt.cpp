@@ -220,8 +220,8 @@ Result Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Fin
     uint32_t* fb = fa + n;
     RootTable roots1, roots2;
     Result rc = roots1.Make(clk, 0, kP1, n);
-    if (rc == 0) rc = roots2.Make(clk, 1, kP2, n);
-    if (rc != 0) return rc;
+    if (Ok(rc)) rc = roots2.Make(clk, 1, kP2, n);
+    if (!Ok(rc)) return rc;
     std::thread helper;
     std::atomic<bool> cancel{false}, helperDone{false};
     Result helperRc = Result::kOk;
@@ -243,20 +243,20 @@ Result Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Fin
         // sleeping, and poll every millisecond in case it lags far (the
         // other core busy).
         auto lastPoll = std::chrono::steady_clock::now();
-        while (rc == 0 && !helperDone.load(std::memory_order_acquire)) {
+        while (Ok(rc) && !helperDone.load(std::memory_order_acquire)) {
             std::this_thread::yield();
             const auto now = std::chrono::steady_clock::now();
             if (now - lastPoll < std::chrono::milliseconds(1)) continue;
             lastPoll = now;
             if (clk.Tick(gFastThresholds.pollWork)) rc = Result::kStopped;
         }
-        if (rc != 0) cancel = true;
+        if (!Ok(rc)) cancel = true;
         helper.join();
-        if (rc == 0) rc = helperRc;
-    } else if (rc == 0) {
+        if (Ok(rc)) rc = helperRc;
+    } else if (Ok(rc)) {
         rc = Convolve(clk, kP2, roots2.get(), a, la, b, lb, fa, fb, n);
     }
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
 
     return finish(Coefficients(r1, fa), clk);
 }

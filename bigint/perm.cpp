@@ -39,7 +39,7 @@ Result BigPerm(CalcContext* ctx, BigInt* result, const BigInt* n, const BigInt* 
     }
     BigTemp p;
     const Result code = RangeProductDispatch(ctx, nn - rr, nn, &p.v);
-    if (code != 0) {
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }
@@ -71,23 +71,23 @@ Result BigBinomial(CalcContext* ctx, BigInt* result, const BigInt* n, const BigI
         BigTemp one;
         const BigInt magnitude = BigMagnitudeView(n);
         code = BigFromInt(&one.v, 1);
-        if (code == 0) code = BigSub(&m.v, &magnitude, &one.v);
-        if (code == 0) code = BigAdd(&N.v, &m.v, k);
+        if (Ok(code)) code = BigSub(&m.v, &magnitude, &one.v);
+        if (Ok(code)) code = BigAdd(&N.v, &m.v, k);
     } else {
         code = BigCopy(&N.v, n);
-        if (code == 0) code = BigCopy(&m.v, k);
+        if (Ok(code)) code = BigCopy(&m.v, k);
     }
-    if (code == 0) code = BigSub(&j.v, &N.v, &m.v);
-    if (code == 0 && BigCompareMag(&j.v, &m.v) < 0) {
+    if (Ok(code)) code = BigSub(&j.v, &N.v, &m.v);
+    if (Ok(code) && BigCompareMag(&j.v, &m.v) < 0) {
         BigFree(&j.v);
         code = BigCopy(&j.v, &m.v);
     }
     int32_t nn = 0, jj = 0;
-    if (code == 0) {
+    if (Ok(code)) {
         const bool fits = BigToInt(&N.v, &nn) && BigToInt(&j.v, &jj) && jj >= 1 && nn >= jj;
         code = fits ? BinomialDispatch(ctx, nn, jj, &q.v) : Result::kOutOfBounds;
     }
-    if (code != 0) {
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }

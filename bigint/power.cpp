@@ -6,22 +6,22 @@
 Result BigPowInt(CalcContext* ctx, const BigInt* base, int32_t e, BigInt* result) {
     BigTemp r, b;
     Result code = BigFromInt(&r.v, 1);
-    if (code == 0 && e < 0) code = Result::kPositiveValue;
-    if (code == 0) code = BigCopy(&b.v, base);
-    while (code == 0 && e > 0) {
+    if (Ok(code) && e < 0) code = Result::kPositiveValue;
+    if (Ok(code)) code = BigCopy(&b.v, base);
+    while (Ok(code) && e > 0) {
         if (e % 2 != 0) {
             BigTemp product;
             code = BigMul(ctx, &product.v, &r.v, &b.v);
-            if (code == 0) BigReplace(&r.v, &product.v);
+            if (Ok(code)) BigReplace(&r.v, &product.v);
         }
         e /= 2;
-        if (code == 0 && e > 0) {
+        if (Ok(code) && e > 0) {
             BigTemp square;
             code = BigMul(ctx, &square.v, &b.v, &b.v);
-            if (code == 0) BigReplace(&b.v, &square.v);
+            if (Ok(code)) BigReplace(&b.v, &square.v);
         }
     }
-    if (code != 0) {
+    if (!Ok(code)) {
         BigSetFailed(result);
         return code;
     }
@@ -57,10 +57,10 @@ Result FracPow(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* bn, const
     const BigInt* q = bd;
     if (BigIsOne(bd) && ctx->modulusMode) {
         code = ModPow(ctx, bn, exponent, &n.v, &ctx->modulus);
-        if (code == 0) code = BigFromInt(&d.v, 1);
+        if (Ok(code)) code = BigFromInt(&d.v, 1);
     } else if (BigIsOne(bd) && !negativeE) {
         code = BigPow(ctx, &n.v, bn, exponent);
-        if (code == 0) code = BigFromInt(&d.v, 1);
+        if (Ok(code)) code = BigFromInt(&d.v, 1);
     } else {
         if (BigIsOne(bd)) {
             // A whole base with a negative exponent becomes 1/p.
@@ -73,10 +73,10 @@ Result FracPow(CalcContext* ctx, BigInt* rn, BigInt* rd, const BigInt* bn, const
             q = t;
         }
         const BigInt magnitude = BigMagnitudeView(exponent);
-        if (code == 0) code = BigPow(ctx, &n.v, p, &magnitude);
-        if (code == 0) code = BigPow(ctx, &d.v, q, &magnitude);
+        if (Ok(code)) code = BigPow(ctx, &n.v, p, &magnitude);
+        if (Ok(code)) code = BigPow(ctx, &d.v, q, &magnitude);
     }
-    if (code != 0) {
+    if (!Ok(code)) {
         BigSetFailed(rn);
         BigSetFailed(rd);
         return code;

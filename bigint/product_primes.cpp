@@ -65,8 +65,8 @@ Result ListProduct(CalcContext* ctx, PollClock& clk, const std::vector<uint32_t>
     const size_t mid = lo + (hi - lo) / 2;
     BigTemp left, right;
     Result code = ListProduct(ctx, clk, f, lo, mid, &left.v);
-    if (code == 0) code = ListProduct(ctx, clk, f, mid, hi, &right.v);
-    return code != 0 ? code : FastMul(ctx, v, &left.v, &right.v);
+    if (Ok(code)) code = ListProduct(ctx, clk, f, mid, hi, &right.v);
+    return !Ok(code) ? code : FastMul(ctx, v, &left.v, &right.v);
 }
 
 // Π p^e over the primes by the binary exponent scheme above.
@@ -79,21 +79,21 @@ Result PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uin
     BigInt acc = {};
     Result code = BigFromInt(&acc, 1);
     std::vector<uint32_t> chosen;
-    for (int b = top; code == 0 && b >= 0; --b) {
+    for (int b = top; Ok(code) && b >= 0; --b) {
         chosen.clear();
         for (size_t i = 0; i < primes.size(); ++i) {
             if ((exponent[i] >> b) & 1) chosen.push_back(primes[i]);
         }
         BigTemp sq, part, next;
         code = FastMul(ctx, &sq.v, &acc, &acc);
-        if (code == 0 && !chosen.empty()) {
+        if (Ok(code) && !chosen.empty()) {
             code = ListProduct(ctx, clk, chosen, 0, chosen.size(), &part.v);
-            if (code == 0) code = FastMul(ctx, &next.v, &sq.v, &part.v);
-            if (code == 0) BigReplace(&sq.v, &next.v);
+            if (Ok(code)) code = FastMul(ctx, &next.v, &sq.v, &part.v);
+            if (Ok(code)) BigReplace(&sq.v, &next.v);
         }
-        if (code == 0) BigReplace(&acc, &sq.v);
+        if (Ok(code)) BigReplace(&acc, &sq.v);
     }
-    if (code == 0)
+    if (Ok(code))
         BigMove(result, &acc);
     else
         BigFree(&acc);

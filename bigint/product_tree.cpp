@@ -40,7 +40,7 @@ Result Leaf(int32_t lo, int32_t hi, BigInt* v) {
 Result Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v) {
     if (hi - lo <= gFastThresholds.productTree) {
         const Result code = Leaf(lo, hi, v);
-        if (code == 0 && clk.Tick(int64_t(hi - lo) * (v->top + 1))) {
+        if (Ok(code) && clk.Tick(int64_t(hi - lo) * (v->top + 1))) {
             BigFree(v);
             return Result::kStopped;
         }
@@ -49,8 +49,8 @@ Result Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v)
     const int32_t mid = lo + (hi - lo) / 2;
     BigTemp left, right;
     Result code = Tree(ctx, clk, lo, mid, &left.v);
-    if (code == 0) code = Tree(ctx, clk, mid, hi, &right.v);
-    if (code == 0) code = FastMul(ctx, v, &left.v, &right.v);
+    if (Ok(code)) code = Tree(ctx, clk, mid, hi, &right.v);
+    if (Ok(code)) code = FastMul(ctx, v, &left.v, &right.v);
     return code;
 }
 
@@ -59,6 +59,6 @@ Result Tree(CalcContext* ctx, PollClock& clk, int32_t lo, int32_t hi, BigInt* v)
 Result RangeProductTree(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
     PollClock clk(ctx);
     const Result code = Tree(ctx, clk, c, n, result);
-    if (code == 0) result->negative = 0;
+    if (Ok(code)) result->negative = 0;
     return code;
 }

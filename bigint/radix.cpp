@@ -21,19 +21,19 @@ Result RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t c
                         BigInt* value) {
     BigTemp sum, power, b;
     Result code = BigFromInt(&sum.v, 0);
-    if (code == 0) code = BigFromInt(&power.v, 1);
-    if (code == 0) code = BigFromInt(&b.v, base);
-    for (int32_t i = count - 1; code == 0 && i >= 0; --i) {
+    if (Ok(code)) code = BigFromInt(&power.v, 1);
+    if (Ok(code)) code = BigFromInt(&b.v, base);
+    for (int32_t i = count - 1; Ok(code) && i >= 0; --i) {
         BigTemp term, next, nextPower;
         code = BigMulSmallInt(ctx, &term.v, &power.v, digits[i]);
-        if (code == 0) code = BigAdd(&next.v, &sum.v, &term.v);
-        if (code == 0) code = BigMul(ctx, &nextPower.v, &power.v, &b.v);
-        if (code == 0) {
+        if (Ok(code)) code = BigAdd(&next.v, &sum.v, &term.v);
+        if (Ok(code)) code = BigMul(ctx, &nextPower.v, &power.v, &b.v);
+        if (Ok(code)) {
             BigReplace(&sum.v, &next.v);
             BigReplace(&power.v, &nextPower.v);
         }
     }
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     BigMove(value, &sum.v);
     return Result::kOk;
 }
@@ -44,19 +44,19 @@ Result BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::st
     static const char kDigits[] = "0123456789ABCDEF";
     BigTemp rest, b;
     Result code = BigCopy(&rest.v, value);
-    if (code == 0) code = BigFromInt(&b.v, base);
+    if (Ok(code)) code = BigFromInt(&b.v, base);
     std::string out;
-    while (code == 0 && !BigIsZero(&rest.v)) {
+    while (Ok(code) && !BigIsZero(&rest.v)) {
         BigTemp q, r;
         code = BigDivMod(ctx, &rest.v, &b.v, &q.v, &r.v);
         int32_t d = 0;
-        if (code == 0) {
+        if (Ok(code)) {
             BigToInt(&r.v, &d);
             out.push_back(kDigits[d]);
             BigReplace(&rest.v, &q.v);
         }
     }
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     std::reverse(out.begin(), out.end());
     text->swap(out);
     return Result::kOk;
@@ -91,6 +91,6 @@ Result ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text
     BigTemp value;
     Result code = RadixToBigDispatch(ctx, reinterpret_cast<const unsigned char*>(s.data()),
                                      static_cast<int32_t>(s.size()), fromBase, &value.v);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     return BigToRadixDispatch(ctx, &value.v, toBase, text);
 }

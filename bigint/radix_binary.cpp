@@ -76,7 +76,7 @@ Result Square(PollClock& clk, Words* p) {
     Words sq;
     if (!sq.Allocate(2 * p->size())) return Result::kNoMemory;
     const Result rc = WordsMul(clk, p->data(), p->size(), nullptr, p->size(), sq.data());
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     sq.Trim();
     p->Swap(sq);
     return Result::kOk;
@@ -89,7 +89,7 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
     // A single leaf needs no power: 10^4 < 2^14, so 14 bits per limb.
     Words power;
     Result rc = blocks > 1 ? PowerOfFive(leaf, &power) : Result::kOk;
-    if (rc != 0) return rc;
+    if (!Ok(rc)) return rc;
     int64_t slot0 = int64_t(n) * 14 / 32 + 1;
     if (blocks > 1) {
         // The words of 10^(4L) = 5^(4L)·2^(4L).
@@ -184,6 +184,6 @@ Result BigToRadixBinary(CalcContext* ctx, const BigInt* value, int base, std::st
     PollClock clk(ctx);
     Words w;
     Result rc = LimbsToWords(clk, value->limbs, value->top + 1, &w);
-    if (rc == 0) rc = WordsToDigits(clk, w, bits, text);
+    if (Ok(rc)) rc = WordsToDigits(clk, w, bits, text);
     return rc;
 }

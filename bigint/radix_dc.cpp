@@ -102,7 +102,7 @@ struct Powers {
         for (size_t i = 0; i < p.size(); ++i) {
             if (p[i].top + 1 < gFastThresholds.divNewton) continue;
             const Result code = NewtonDivisorPrepare(ctx, &p[i], &inverse[i]);
-            if (code != 0) return code;
+            if (!Ok(code)) return code;
         }
         return Result::kOk;
     }
@@ -117,7 +117,7 @@ struct Powers {
         one[0] = 1;
         p.push_back(BigInt{});
         Result code = LeafToBig(one.data(), leaf + 1, base, &p.back());
-        for (int64_t digits = leaf; code == 0 && digits * 2 < count; digits *= 2) {
+        for (int64_t digits = leaf; Ok(code) && digits * 2 < count; digits *= 2) {
             BigInt next = {};
             code = FastMul(ctx, &next, &p.back(), &p.back());
             p.push_back(next);
@@ -134,9 +134,9 @@ Result ToBig(CalcContext* ctx, const Powers& pw, const unsigned char* digits, in
     const int32_t low = pw.leaf << i;
     BigTemp hi, lo, t;
     Result code = ToBig(ctx, pw, digits, count - low, base, &hi.v);
-    if (code == 0) code = ToBig(ctx, pw, digits + count - low, low, base, &lo.v);
-    if (code == 0) code = FastMul(ctx, &t.v, &hi.v, &pw.p[i]);
-    if (code == 0) code = FastAdd(value, &t.v, &lo.v);
+    if (Ok(code)) code = ToBig(ctx, pw, digits + count - low, low, base, &lo.v);
+    if (Ok(code)) code = FastMul(ctx, &t.v, &hi.v, &pw.p[i]);
+    if (Ok(code)) code = FastAdd(value, &t.v, &lo.v);
     return code;
 }
 
@@ -149,8 +149,8 @@ Result ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int ba
         return ToText(ctx, pw, v, i - 1, base, 0, out);
     BigTemp q, r;
     Result code = pw.DivMod(ctx, v, size_t(i), &q.v, &r.v);
-    if (code == 0) code = ToText(ctx, pw, &q.v, i - 1, base, width > 0 ? width - low : 0, out);
-    if (code == 0) code = ToText(ctx, pw, &r.v, i - 1, base, low, out);
+    if (Ok(code)) code = ToText(ctx, pw, &q.v, i - 1, base, width > 0 ? width - low : 0, out);
+    if (Ok(code)) code = ToText(ctx, pw, &r.v, i - 1, base, low, out);
     return code;
 }
 
@@ -179,7 +179,7 @@ Result RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t co
     Powers pw;
     pw.leaf = gFastThresholds.radixDivide;
     const Result code = pw.Build(ctx, base, count);
-    return code != 0 ? code : ToBig(ctx, pw, digits, count, base, value);
+    return !Ok(code) ? code : ToBig(ctx, pw, digits, count, base, value);
 }
 
 Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
@@ -210,8 +210,8 @@ Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::str
     pw.leaf = gFastThresholds.radixDivide;
     const int32_t digitsAtMost = int32_t(int64_t(value->top + 1) * 14 + 1);  // 4·log2(10) per limb
     Result code = pw.Build(ctx, base, digitsAtMost);
-    if (code == 0) code = pw.PrepareDivisors(ctx);
-    if (code == 0) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
-    if (code == 0) text->swap(out);
+    if (Ok(code)) code = pw.PrepareDivisors(ctx);
+    if (Ok(code)) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
+    if (Ok(code)) text->swap(out);
     return code;
 }

@@ -83,7 +83,7 @@ Result SqrtSchool(CalcContext*, const BigInt* x, BigInt* result) {
         root[--i] = 0;
     }
     const Result code = BigFromLimbs(result, root.get(), top, 0);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     return rem.IsZero() ? Result::kOk : kRootInexact;
 }
 
@@ -127,7 +127,7 @@ Result CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result) {
         root[--i] = 0;
     }
     const Result code = BigFromLimbs(result, root.get(), top, BigIsNegative(x) ? 1 : 0);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     return rem.IsZero() ? Result::kOk : kRootInexact;
 }
 
@@ -135,7 +135,7 @@ Result CbrtSchool(CalcContext* ctx, const BigInt* x, BigInt* result) {
 Result BigSqrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp root;
     const Result code = SqrtDispatch(ctx, x, &root.v);
-    if (code != 0 && code != 1) {
+    if (!Ok(code) && code != 1) {
         BigSetFailed(result);
         return code;
     }
@@ -148,7 +148,7 @@ Result BigSqrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
 Result BigCbrt(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp root;
     const Result code = CbrtDispatch(ctx, x, &root.v);
-    if (code != 0 && code != 1) {
+    if (!Ok(code) && code != 1) {
         BigSetFailed(result);
         return code;
     }

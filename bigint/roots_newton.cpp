@@ -20,7 +20,7 @@ namespace {
 Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     BigTemp t;
     const Result code = BigFromInt(&t.v, n);
-    return code != 0 ? code : FastAdd(r, x, &t.v);
+    return !Ok(code) ? code : FastAdd(r, x, &t.v);
 }
 
 // s, r with s² <= a < (s + 1)², r = a − s², for a >= 0.
@@ -30,44 +30,44 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     if (l == 0 || n < gFastThresholds.sqrtRecursive) {
         BigTemp sq;
         Result code = SqrtSchool(ctx, a, s);
-        if (code == 0 || code == 1) code = FastMul(ctx, &sq.v, s, s);
-        return code != 0 ? code : FastSub(r, a, &sq.v);
+        if (Ok(code) || code == 1) code = FastMul(ctx, &sq.v, s, s);
+        return !Ok(code) ? code : FastSub(r, a, &sq.v);
     }
     BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
     Result code = FastShiftDown(&top.v, a, 2 * l);
-    if (code == 0) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v);
+    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v);
     // num = r'·β + a1, divided by 2s'
-    if (code == 0) code = FastShiftDown(&t.v, a, l);
-    if (code == 0) code = FastLowPart(&a1.v, &t.v, l);
-    if (code == 0) code = FastShiftUp(&num1.v, &r1.v, l);
-    if (code == 0) code = FastAdd(&num.v, &num1.v, &a1.v);
-    if (code == 0) code = FastAdd(&two.v, &s1.v, &s1.v);
-    if (code == 0) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
+    if (Ok(code)) code = FastShiftDown(&t.v, a, l);
+    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
+    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
+    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
+    if (Ok(code)) code = FastAdd(&two.v, &s1.v, &s1.v);
+    if (Ok(code)) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
     // s = s'·β + q;  r = u·β + a0 − q²
-    if (code == 0) code = FastShiftUp(&t1.v, &s1.v, l);
-    if (code == 0) code = FastAdd(&ss.v, &t1.v, &q.v);
-    if (code == 0) code = FastMul(ctx, &qq.v, &q.v, &q.v);
-    if (code == 0) code = FastLowPart(&a0.v, a, l);
+    if (Ok(code)) code = FastShiftUp(&t1.v, &s1.v, l);
+    if (Ok(code)) code = FastAdd(&ss.v, &t1.v, &q.v);
+    if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
+    if (Ok(code)) code = FastLowPart(&a0.v, a, l);
     BigFree(&t.v);
-    if (code == 0) code = FastShiftUp(&t.v, &u.v, l);
+    if (Ok(code)) code = FastShiftUp(&t.v, &u.v, l);
     BigFree(&t1.v);
-    if (code == 0) code = FastAdd(&t1.v, &t.v, &a0.v);
-    if (code == 0) code = FastSub(&rr.v, &t1.v, &qq.v);
+    if (Ok(code)) code = FastAdd(&t1.v, &t.v, &a0.v);
+    if (Ok(code)) code = FastSub(&rr.v, &t1.v, &qq.v);
     // One correction suffices in theory; the loop also guards a remainder
     // that came out too large.
-    while (code == 0 && FastIsNegative(&rr.v)) {
+    while (Ok(code) && FastIsNegative(&rr.v)) {
         BigTemp s2, r2, r3;
-        code = FastAdd(&s2.v, &ss.v, &ss.v);                 // 2s
-        if (code == 0) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
-        if (code == 0) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
+        code = FastAdd(&s2.v, &ss.v, &ss.v);                // 2s
+        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
+        if (Ok(code)) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
         BigFree(&s2.v);
-        if (code == 0) code = AddSmall(&s2.v, &ss.v, -1);
-        if (code == 0) {
+        if (Ok(code)) code = AddSmall(&s2.v, &ss.v, -1);
+        if (Ok(code)) {
             BigReplace(&rr.v, &r3.v);
             BigReplace(&ss.v, &s2.v);
         }
     }
-    if (code == 0) {
+    if (Ok(code)) {
         BigMove(s, &ss.v);
         BigMove(r, &rr.v);
     }
@@ -79,11 +79,11 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
 Result NewtonStep(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* next) {
     BigTemp sq, quo, rem, twice, sum, three, r3;
     Result code = FastMul(ctx, &sq.v, y, y);
-    if (code == 0) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
-    if (code == 0) code = FastAdd(&twice.v, y, y);
-    if (code == 0) code = FastAdd(&sum.v, &twice.v, &quo.v);
-    if (code == 0) code = BigFromInt(&three.v, 3);
-    if (code == 0) code = FastDivMod(ctx, &sum.v, &three.v, next, &r3.v);
+    if (Ok(code)) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
+    if (Ok(code)) code = FastAdd(&twice.v, y, y);
+    if (Ok(code)) code = FastAdd(&sum.v, &twice.v, &quo.v);
+    if (Ok(code)) code = BigFromInt(&three.v, 3);
+    if (Ok(code)) code = FastDivMod(ctx, &sum.v, &three.v, next, &r3.v);
     return code;
 }
 
@@ -94,9 +94,9 @@ Result StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done)
     constexpr int kMaxSteps = 8;
     BigTemp sq, cube;
     Result code = FastMul(ctx, &sq.v, y, y);
-    if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, y);
+    if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, y);
     *done = false;
-    for (int i = 0; code == 0 && i <= kMaxSteps; ++i) {
+    for (int i = 0; Ok(code) && i <= kMaxSteps; ++i) {
         if (BigCompareMag(&cube.v, x) >= 0) {  // y³ <= x
             *done = true;
             break;
@@ -104,16 +104,16 @@ Result StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done)
         if (i == kMaxSteps) break;
         BigTemp y2, y3, sq2, sq3, d, c1, c2, s1, s2, y1;
         code = FastAdd(&y2.v, y, y);
-        if (code == 0) code = FastAdd(&y3.v, &y2.v, y);
-        if (code == 0) code = FastAdd(&sq2.v, &sq.v, &sq.v);
-        if (code == 0) code = FastAdd(&sq3.v, &sq2.v, &sq.v);
-        if (code == 0) code = FastSub(&d.v, &sq3.v, &y3.v);  // 3y² − 3y
-        if (code == 0) code = FastSub(&c1.v, &cube.v, &d.v);
-        if (code == 0) code = AddSmall(&c2.v, &c1.v, -1);
-        if (code == 0) code = FastSub(&s1.v, &sq.v, &y2.v);
-        if (code == 0) code = AddSmall(&s2.v, &s1.v, 1);
-        if (code == 0) code = AddSmall(&y1.v, y, -1);
-        if (code == 0) {
+        if (Ok(code)) code = FastAdd(&y3.v, &y2.v, y);
+        if (Ok(code)) code = FastAdd(&sq2.v, &sq.v, &sq.v);
+        if (Ok(code)) code = FastAdd(&sq3.v, &sq2.v, &sq.v);
+        if (Ok(code)) code = FastSub(&d.v, &sq3.v, &y3.v);  // 3y² − 3y
+        if (Ok(code)) code = FastSub(&c1.v, &cube.v, &d.v);
+        if (Ok(code)) code = AddSmall(&c2.v, &c1.v, -1);
+        if (Ok(code)) code = FastSub(&s1.v, &sq.v, &y2.v);
+        if (Ok(code)) code = AddSmall(&s2.v, &s1.v, 1);
+        if (Ok(code)) code = AddSmall(&y1.v, y, -1);
+        if (Ok(code)) {
             BigReplace(&cube.v, &c2.v);
             BigReplace(&sq.v, &s2.v);
             BigReplace(y, &y1.v);
@@ -133,29 +133,29 @@ Result CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
     const int32_t t = n / 6;  // the leading part keeps about half the root's limbs
     BigTemp lead, root, up;
     Result code = FastShiftDown(&lead.v, x, 3 * t);
-    if (code == 0) code = CbrtFloor(ctx, &lead.v, &root.v);
-    if (code == 0) code = AddSmall(&up.v, &root.v, 1);
+    if (Ok(code)) code = CbrtFloor(ctx, &lead.v, &root.v);
+    if (Ok(code)) code = AddSmall(&up.v, &root.v, 1);
     BigInt cur = {};
-    if (code == 0) code = FastShiftUp(&cur, &up.v, t);
+    if (Ok(code)) code = FastShiftUp(&cur, &up.v, t);
     // One step from the bound squares its relative error (below 1/y'), which
     // leaves it a few units above the root: steps of one finish. Should more
     // be needed, Newton's steps go on until one does not decrease.
     bool done = false;
-    if (code == 0) {
+    if (Ok(code)) {
         BigTemp next;
         code = NewtonStep(ctx, x, &cur, &next.v);
-        if (code == 0) {
+        if (Ok(code)) {
             BigReplace(&cur, &next.v);
             code = StepDownToFloor(ctx, x, &cur, &done);
         }
     }
-    while (code == 0 && !done) {
+    while (Ok(code) && !done) {
         BigTemp next;
         code = NewtonStep(ctx, x, &cur, &next.v);
-        if (code != 0 || BigCompareMag(&next.v, &cur) <= 0) break;
+        if (!Ok(code) || BigCompareMag(&next.v, &cur) <= 0) break;
         BigReplace(&cur, &next.v);
     }
-    if (code == 0)
+    if (Ok(code))
         BigMove(y, &cur);
     else
         BigFree(&cur);
@@ -168,7 +168,7 @@ Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp r;
     const BigInt xm = BigMagnitudeView(x);
     const Result code = SqrtRem(ctx, &xm, result, &r.v);
-    if (code != 0) return code;
+    if (!Ok(code)) return code;
     result->negative = 0;
     return BigIsZero(&r.v) ? Result::kOk : kRootInexact;
 }
@@ -177,9 +177,9 @@ Result CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result) {
     const BigInt xm = BigMagnitudeView(x);
     BigTemp cube, sq;
     Result code = CbrtFloor(ctx, &xm, result);
-    if (code == 0) code = FastMul(ctx, &sq.v, result, result);
-    if (code == 0) code = FastMul(ctx, &cube.v, &sq.v, result);
-    if (code != 0) return code;
+    if (Ok(code)) code = FastMul(ctx, &sq.v, result, result);
+    if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, result);
+    if (!Ok(code)) return code;
     result->negative = x->negative;
     return BigCompareMag(&cube.v, &xm) == 0 ? Result::kOk : kRootInexact;
 }

@@ -54,6 +54,6 @@ Result TBatcDlg::calculate() {
     if (out.shown)
         host_->ShowBatchOutput(QString::fromStdString(out.title), QString::fromStdString(out.text));
     setBusy(false);
-    if (code != 0) ShowError(this, code);
+    if (!Ok(code)) ShowError(this, code);
     return code;
 }

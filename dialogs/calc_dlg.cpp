@@ -44,7 +44,7 @@ Result TCalcDlg::create() {
     host_->MainWindow()->activateWindow();
     const Result code = host_->RunCalculate(label, formula_->text());
     setBusy(false);
-    if (code == 0)
+    if (Ok(code))
         host_->ShowLabel(label);
     else
         ShowError(this, code);

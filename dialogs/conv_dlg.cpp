@@ -69,7 +69,7 @@ Result TConvDlg::convert() {
     std::string digits;
     const Result code =
         host_->RunWatched([&] { return ConvertDigits(ctx_, from, to, input, &digits); });
-    if (code != 0) {
+    if (!Ok(code)) {
         output_->clear();
         ShowError(this, code);
         return code;

@@ -63,7 +63,7 @@ Result THailDlg::calculate() {
     const Result code =
         host_->RunWatched([&] { return model_->Hailstone(seed, maximum, &result); });
     setBusy(false);
-    if (code != 0) {
+    if (!Ok(code)) {
         ShowError(this, code);
         return code;
     }

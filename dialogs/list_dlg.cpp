@@ -70,9 +70,9 @@ QDialogButtonBox* TListDlg::makeButtons() {
 Result TListDlg::readBounds(uint32_t* min, uint32_t* max,
                             const std::function<Result(uint32_t, uint32_t)>& check) {
     Result code = ReadDialogBound(min_, min);
-    if (code == 0) code = ReadDialogBound(max_, max);
-    if (code == 0) code = check(*min, *max);
-    if (code != 0) ShowError(host_->MainWindow(), code);
+    if (Ok(code)) code = ReadDialogBound(max_, max);
+    if (Ok(code)) code = check(*min, *max);
+    if (!Ok(code)) ShowError(host_->MainWindow(), code);
     return code;
 }
 

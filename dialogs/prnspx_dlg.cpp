@@ -109,7 +109,7 @@ void TPrnSpxDlg::accept() {
     const Result code =
         AcceptPrintFormat(format_, Inches(width_), Inches(unit_), Inches(hori_), Inches(vert_),
                           widthChoice_->isChecked(), frame_->isChecked(), color_->isChecked());
-    if (code != 0) {
+    if (!Ok(code)) {
         ShowError(this, code);
         return;
     }

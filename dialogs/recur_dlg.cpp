@@ -100,7 +100,7 @@ Result TRecurDlg::enter() {
     const QString text = edit_->text();
     if (text.isEmpty()) return Result::kOk;
     const Result code = model_->EnterRecursion(text.toStdString(), condition_->isChecked());
-    if (code != 0) {
+    if (!Ok(code)) {
         // Two messages on purpose, as the program always had them: the
         // specific one, then "cannot understand" once more.
         ShowError(this, code);

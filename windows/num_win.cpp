@@ -85,7 +85,7 @@ Result TNumWin::relayout() {
     }
     chooseState();
     display();
-    if (code != 0) report(code);
+    if (!Ok(code)) report(code);
     return code;
 }
 

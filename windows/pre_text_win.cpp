@@ -174,7 +174,7 @@ void TPreTextWin::minusSigns() {
 }
 
 void TPreTextWin::report(Result code) {
-    if (code != 0) ShowError(this, code);
+    if (!Ok(code)) ShowError(this, code);
 }
 
 bool TPreTextWin::commandEnabled(int id) {

@@ -231,7 +231,7 @@ void TTableWin::chooseFont() {
 }
 
 void TTableWin::report(Result code) {
-    if (code != 0) ShowError(this, code);
+    if (!Ok(code)) ShowError(this, code);
 }
 
 bool TTableWin::commandEnabled(int id) {

@@ -102,7 +102,7 @@ void TTextWin::closeEvent(QCloseEvent* e) {
                        kMsgYesNoCancel)) {
     case kMbYes: {
         const Result code = save();
-        if (code == 0) {
+        if (Ok(code)) {
             e->accept();
         } else {
             if (code != Result::kCancelled) report(code);

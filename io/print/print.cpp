@@ -96,7 +96,7 @@ void PrintText(QWidget* owner, const QString& jobName, const QString& text, cons
                                     PrintFont(screenFont, owner->logicalDpiY()), format);
     if (code == kPrintRefused)
         AskMessage(owner, OxText(kStrHmm), OxText(kStrCannotPrint), kMsgOk);
-    else if (code != 0)
+    else if (!Ok(code))
         ShowError(owner, code);
 }
 
