@@ -16,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cassert>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -102,12 +103,15 @@ struct Ours {
     ~Ours() {
         for (auto& v : vals) BigFree(&v);
     }
+    // Records stay where they are: a run makes at most kMaxValues.
+    static constexpr size_t kMaxValues = 16;
     BigInt* New() {
+        vals.reserve(kMaxValues);
+        assert(vals.size() < kMaxValues);
         vals.push_back(BigInt{});
         return &vals.back();
     }
     BigInt* Parse(const std::string& s) {
-        vals.reserve(16);
         BigInt* v = New();
         std::string copy = s;
         // The inputs are digits made here: only memory can fail, and a
@@ -116,7 +120,6 @@ struct Ours {
         return v;
     }
     BigInt* Int(int32_t n) {
-        vals.reserve(16);
         BigInt* v = New();
         (void)BigFromInt(v, n);  // as in Parse
         return v;
@@ -219,6 +222,34 @@ Workload TwoInputs(const char* name, const char* what, double target,
             }};
 }
 
+// A workload on small whole inputs that each side makes inside its
+// computation (a few limbs, nothing to time): ours computes into v, GMP into v.
+Workload SmallInputs(const char* name, const char* what, double target,
+                     std::function<Result(Ours*, BigInt*)> ours, std::function<void(mpz_t)> gmp) {
+    return {name, what, target,
+            [=] {
+                Report r;
+                Ours o;
+                auto t0 = Clock::now();
+                BigInt* v = o.New();
+                TIMED(r, compute, r.code = ours(&o, v));
+                r.hash = Ours::Print(v);
+                r.total = Seconds(t0, Clock::now());
+                return r;
+            },
+            [=] {
+                Report r;
+                mpz_t v;
+                mpz_init(v);
+                auto t0 = Clock::now();
+                TIMED(r, compute, gmp(v));
+                r.hash = PrintMpz(v);
+                r.total = Seconds(t0, Clock::now());
+                mpz_clear(v);
+                return r;
+            }};
+}
+
 std::vector<Workload> Workloads() {
     std::vector<Workload> w;
     const int32_t mulDigits = Scaled(1000000);
@@ -249,53 +280,15 @@ std::vector<Workload> Workloads() {
                      return r;
                  }});
     const int32_t powE = Scaled(2000000);
-    w.push_back({"pow", "3^2000000", 0.7,
-                 [=] {
-                     Report r;
-                     Ours o;
-                     auto t0 = Clock::now();
-                     BigInt* b = o.Int(3);
-                     BigInt* p = o.New();
-                     TIMED(r, compute, r.code = BigPowInt(&o.ctx, b, powE, p));
-                     r.hash = Ours::Print(p);
-                     r.total = Seconds(t0, Clock::now());
-                     return r;
-                 },
-                 [=] {
-                     Report r;
-                     mpz_t p;
-                     mpz_init(p);
-                     auto t0 = Clock::now();
-                     TIMED(r, compute, mpz_ui_pow_ui(p, 3, powE));
-                     r.hash = PrintMpz(p);
-                     r.total = Seconds(t0, Clock::now());
-                     mpz_clear(p);
-                     return r;
-                 }});
+    w.push_back(SmallInputs(
+        "pow", "3^2000000", 0.7,
+        [=](Ours* o, BigInt* v) { return BigPowInt(&o->ctx, o->Int(3), powE, v); },
+        [=](mpz_t v) { mpz_ui_pow_ui(v, 3, powE); }));
     const int32_t factN = Scaled(200000);
-    w.push_back({"fact", "200000!", 1.0,
-                 [=] {
-                     Report r;
-                     Ours o;
-                     auto t0 = Clock::now();
-                     BigInt* n = o.Int(factN);
-                     BigInt* p = o.New();
-                     TIMED(r, compute, r.code = BigFact(&o.ctx, p, n));
-                     r.hash = Ours::Print(p);
-                     r.total = Seconds(t0, Clock::now());
-                     return r;
-                 },
-                 [=] {
-                     Report r;
-                     mpz_t p;
-                     mpz_init(p);
-                     auto t0 = Clock::now();
-                     TIMED(r, compute, mpz_fac_ui(p, factN));
-                     r.hash = PrintMpz(p);
-                     r.total = Seconds(t0, Clock::now());
-                     mpz_clear(p);
-                     return r;
-                 }});
+    w.push_back(SmallInputs(
+        "fact", "200000!", 1.0,
+        [=](Ours* o, BigInt* v) { return BigFact(&o->ctx, v, o->Int(factN)); },
+        [=](mpz_t v) { mpz_fac_ui(v, factN); }));
     const int32_t divX = Scaled(2000000), divD = Scaled(1000000);
     w.push_back({"divmod", "2M-digit / 1M-digit, quotient and remainder", 0.8,
                  [=] {
@@ -356,30 +349,10 @@ std::vector<Workload> Workloads() {
     w.push_back(root("sqrt", "square root of 2M digits", 0.8, sqrtDigits, BigSqrt, 2));
     w.push_back(root("cbrt", "cube root of 2M digits", 8.0, sqrtDigits, BigCbrt, 3));
     const int32_t binN = Scaled(1000000);
-    w.push_back({"binomial", "binomial(1000000, 500000)", 5.0,
-                 [=] {
-                     Report r;
-                     Ours o;
-                     auto t0 = Clock::now();
-                     BigInt* n = o.Int(binN);
-                     BigInt* k = o.Int(binN / 2);
-                     BigInt* c = o.New();
-                     TIMED(r, compute, r.code = BigBinomial(&o.ctx, c, n, k));
-                     r.hash = Ours::Print(c);
-                     r.total = Seconds(t0, Clock::now());
-                     return r;
-                 },
-                 [=] {
-                     Report r;
-                     mpz_t c;
-                     mpz_init(c);
-                     auto t0 = Clock::now();
-                     TIMED(r, compute, mpz_bin_uiui(c, binN, binN / 2));
-                     r.hash = PrintMpz(c);
-                     r.total = Seconds(t0, Clock::now());
-                     mpz_clear(c);
-                     return r;
-                 }});
+    w.push_back(SmallInputs(
+        "binomial", "binomial(1000000, 500000)", 5.0,
+        [=](Ours* o, BigInt* v) { return BigBinomial(&o->ctx, v, o->Int(binN), o->Int(binN / 2)); },
+        [=](mpz_t v) { mpz_bin_uiui(v, binN, binN / 2); }));
     // Two 200000-digit numbers sharing a factor of 1000 digits.
     const int32_t gcdDigits = Scaled(200000);
     auto gcdInputs = [=](std::string* x, std::string* y) {
