@@ -64,6 +64,28 @@ Result LimbsFromWords(std::vector<Word>& w, BigInt* v) {
     return BigFromLimbs(v, out.get(), top, 0);
 }
 
+// The ring of the window power (modpow_window.h) over vectors of a kernel's
+// Size() words; the kernel multiplies and squares word arrays in place,
+// answering false when stopped.
+template <class Kernel>
+class VectorRing {
+public:
+    explicit VectorRing(Kernel* k) : k_(k) {}
+    using Value = std::vector<Word>;
+    Value Zero() const { return Value(k_->Size(), 0); }
+    bool Copy(const Value& a, Value* r) const {
+        *r = a;
+        return true;
+    }
+    bool Mul(const Value& a, const Value& b, Value* r) {
+        return k_->Mul(a.data(), b.data(), r->data());
+    }
+    bool Sqr(const Value& a, Value* r) { return k_->Sqr(a.data(), r->data()); }
+
+private:
+    Kernel* k_;
+};
+
 // Arithmetic modulo an odd m of n words, R = 2^(64 n).
 class Montgomery {
 public:
@@ -75,18 +97,6 @@ public:
         t2_.assign(2 * n_, 0);
     }
     size_t Size() const { return n_; }
-
-    // The ring of the window power (modpow_window.h).
-    using Value = std::vector<Word>;
-    Value Zero() const { return Value(n_, 0); }
-    bool Copy(const Value& a, Value* r) const {
-        *r = a;
-        return true;
-    }
-    bool Mul(const Value& a, const Value& b, Value* r) {
-        return Mul(a.data(), b.data(), r->data());
-    }
-    bool Sqr(const Value& a, Value* r) { return Sqr(a.data(), r->data()); }
 
     // r := a b / R mod m for a, b < m; r may be a or b. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
@@ -238,17 +248,7 @@ public:
     size_t Size() const { return n_; }
     void Reduce(Word* x) const { x[n_ - 1] &= topMask_; }
 
-    // The ring of the window power (modpow_window.h).
-    using Value = std::vector<Word>;
-    Value Zero() const { return Value(n_, 0); }
-    bool Copy(const Value& a, Value* r) const {
-        *r = a;
-        return true;
-    }
-    bool Mul(const Value& a, const Value& b, Value* r) {
-        return Mul(a.data(), b.data(), r->data());
-    }
-    bool Sqr(const Value& a, Value* r) { return Mul(a.data(), a.data(), r->data()); }
+    bool Sqr(const Word* a, Word* r) { return Mul(a, a, r); }
     // r := a b mod 2^bits; r may be a or b. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
         std::fill(t_.begin(), t_.end(), 0);
@@ -324,6 +324,7 @@ Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* expo
     one[0] = 1;
     {
         Montgomery mg(odd, &clk);
+        VectorRing<Montgomery> mgRing(&mg);
         std::vector<Word> r2, form(n, 0), block(n);
         if (!mg.SquareOfR(&r2)) return Result::kStopped;
         // b's Montgomery form from its blocks of n words, top block first:
@@ -338,18 +339,20 @@ Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* expo
             }
             mg.AddTo(form.data(), block.data());
         }
-        if (!SlidingWindowPower(mg, form, bits, &x) || !mg.Mul(x.data(), one.data(), x.data())) {
+        if (!SlidingWindowPower(mgRing, form, bits, &x) ||
+            !mg.Mul(x.data(), one.data(), x.data())) {
             return Result::kStopped;
         }
     }
     if (shift == 0) return LimbsFromWords(x, result);
     PowerOfTwo two(shift, &clk);
+    VectorRing<PowerOfTwo> twoRing(&two);
     const size_t w = two.Size();
     std::vector<Word> b2(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(std::min(w, b.size())));
     b2.resize(w, 0);
     two.Reduce(b2.data());
     std::vector<Word> x2(w), inverse(w, 0), oddW(w, 0), diff(w, 0), step(w), t(w);
-    if (!SlidingWindowPower(two, b2, bits, &x2)) return Result::kStopped;
+    if (!SlidingWindowPower(twoRing, b2, bits, &x2)) return Result::kStopped;
     // inverse := 1 / odd mod 2^shift by Newton's iteration, bits doubling.
     for (size_t i = 0; i < w && i < odd.size(); ++i) oddW[i] = odd[i];
     two.Reduce(oddW.data());
