@@ -100,17 +100,22 @@ Result PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uin
     return code;
 }
 
-}  // namespace
-
-Result RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+// The product of p^exponent(p) over the primes p <= n.
+template <class Exponent>
+Result ProductOverPrimes(CalcContext* ctx, int32_t n, Exponent exponent, BigInt* result) {
     PollClock clk(ctx);
     std::vector<uint32_t> primes;
     if (!Primes(clk, n, &primes)) return Result::kStopped;
-    std::vector<int32_t> exponent(primes.size());
-    for (size_t i = 0; i < primes.size(); ++i) {
-        exponent[i] = Legendre(n, primes[i]) - Legendre(c, primes[i]);
-    }
-    return PrimePowerProduct(ctx, clk, primes, exponent, result);
+    std::vector<int32_t> e(primes.size());
+    for (size_t i = 0; i < primes.size(); ++i) e[i] = exponent(primes[i]);
+    return PrimePowerProduct(ctx, clk, primes, e, result);
+}
+
+}  // namespace
+
+Result RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result) {
+    return ProductOverPrimes(
+        ctx, n, [=](uint32_t p) { return Legendre(n, p) - Legendre(c, p); }, result);
 }
 
 // The exponent of p in C(n, k) is the number of carries when k and n - k are
@@ -118,12 +123,7 @@ Result RangeProductPrimes(CalcContext* ctx, int32_t c, int32_t n, BigInt* result
 // mostly one list product of the primes that divide it, with no factorial
 // of the full size and no division.
 Result BinomialPrimes(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {
-    PollClock clk(ctx);
-    std::vector<uint32_t> primes;
-    if (!Primes(clk, n, &primes)) return Result::kStopped;
-    std::vector<int32_t> exponent(primes.size());
-    for (size_t i = 0; i < primes.size(); ++i) {
-        exponent[i] = Legendre(n, primes[i]) - Legendre(k, primes[i]) - Legendre(n - k, primes[i]);
-    }
-    return PrimePowerProduct(ctx, clk, primes, exponent, result);
+    return ProductOverPrimes(
+        ctx, n, [=](uint32_t p) { return Legendre(n, p) - Legendre(k, p) - Legendre(n - k, p); },
+        result);
 }
