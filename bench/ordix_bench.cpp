@@ -23,6 +23,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -185,39 +186,49 @@ Report GmpFibonacci(int32_t n) {
     return r;
 }
 
-// One operation on two decimal inputs made by inputs(), ours beside GMP's.
-Workload TwoInputs(const char* name, const char* what, double target,
-                   std::function<void(std::string*, std::string*)> inputs,
-                   Result (*ours)(CalcContext*, BigInt*, BigInt*, BigInt*),
-                   int (*gmp)(mpz_t, const mpz_t, const mpz_t)) {
+// One computation on decimal inputs made by inputs(), ours beside GMP's: the
+// total times parsing, the computation and printing every result (hashed in
+// order); the computation is also timed alone.
+using Texts = std::vector<std::string>;
+using OursOp = std::function<Result(CalcContext*, BigInt* const* in, BigInt* const* out)>;
+using GmpOp = std::function<int(mpz_ptr const* out, mpz_srcptr const* in)>;
+
+Workload Decimal(const char* name, const char* what, double target, std::function<Texts()> inputs,
+                 size_t outputs, OursOp ours, GmpOp gmp) {
     return {name, what, target,
             [=] {
-                std::string xs, ys;
-                inputs(&xs, &ys);
+                const Texts texts = inputs();
                 Report r;
                 Ours o;
                 auto t0 = Clock::now();
-                BigInt* x = o.Parse(xs);
-                BigInt* y = o.Parse(ys);
-                BigInt* v = o.New();
-                TIMED(r, compute, r.code = ours(&o.ctx, x, y, v));
-                r.hash = Ours::Print(v);
+                std::vector<BigInt*> in, out;
+                for (const std::string& t : texts) in.push_back(o.Parse(t));
+                for (size_t i = 0; i < outputs; ++i) out.push_back(o.New());
+                TIMED(r, compute, r.code = ours(&o.ctx, in.data(), out.data()));
+                r.hash = 1469598103934665603ull;
+                for (BigInt* v : out) r.hash = Ours::Print(v, r.hash);
                 r.total = Seconds(t0, Clock::now());
                 return r;
             },
             [=] {
-                std::string xs, ys;
-                inputs(&xs, &ys);
+                const Texts texts = inputs();
                 Report r;
-                mpz_t x, y, v;
-                mpz_inits(x, y, v, nullptr);
+                const size_t count = texts.size() + outputs;
+                std::unique_ptr<mpz_t[]> values(new mpz_t[count]);
+                for (size_t i = 0; i < count; ++i) mpz_init(values[i]);
+                std::vector<mpz_ptr> out;
+                std::vector<mpz_srcptr> in;
+                for (size_t i = 0; i < outputs; ++i) out.push_back(values[i]);
                 auto t0 = Clock::now();
-                mpz_set_str(x, xs.c_str(), 10);
-                mpz_set_str(y, ys.c_str(), 10);
-                TIMED(r, compute, r.code = gmp(v, x, y));
-                r.hash = PrintMpz(v);
+                for (size_t i = 0; i < texts.size(); ++i) {
+                    mpz_set_str(values[outputs + i], texts[i].c_str(), 10);
+                    in.push_back(values[outputs + i]);
+                }
+                TIMED(r, compute, r.code = gmp(out.data(), in.data()));
+                r.hash = 1469598103934665603ull;
+                for (mpz_ptr v : out) r.hash = PrintMpz(v, r.hash);
                 r.total = Seconds(t0, Clock::now());
-                mpz_clears(x, y, v, nullptr);
+                for (size_t i = 0; i < count; ++i) mpz_clear(values[i]);
                 return r;
             }};
 }
@@ -253,32 +264,19 @@ Workload SmallInputs(const char* name, const char* what, double target,
 std::vector<Workload> Workloads() {
     std::vector<Workload> w;
     const int32_t mulDigits = Scaled(1000000);
-    w.push_back({"mul", "1M-digit product", 0.35,
-                 [=] {
-                     Report r;
-                     Ours o;
-                     auto t0 = Clock::now();
-                     BigInt* a = o.Parse(Digits(mulDigits, 1));
-                     BigInt* b = o.Parse(Digits(mulDigits, 2));
-                     BigInt* p = o.New();
-                     TIMED(r, compute, r.code = BigMul(&o.ctx, p, a, b));
-                     r.hash = Ours::Print(p);
-                     r.total = Seconds(t0, Clock::now());
-                     return r;
-                 },
-                 [=] {
-                     Report r;
-                     mpz_t a, b, p;
-                     mpz_inits(a, b, p, nullptr);
-                     auto t0 = Clock::now();
-                     mpz_set_str(a, Digits(mulDigits, 1).c_str(), 10);
-                     mpz_set_str(b, Digits(mulDigits, 2).c_str(), 10);
-                     TIMED(r, compute, mpz_mul(p, a, b));
-                     r.hash = PrintMpz(p);
-                     r.total = Seconds(t0, Clock::now());
-                     mpz_clears(a, b, p, nullptr);
-                     return r;
-                 }});
+    w.push_back(Decimal(
+        "mul", "1M-digit product", 0.35,
+        [=] {
+            return Texts{Digits(mulDigits, 1), Digits(mulDigits, 2)};
+        },
+        1,
+        [](CalcContext* c, BigInt* const* in, BigInt* const* out) {
+            return BigMul(c, out[0], in[0], in[1]);
+        },
+        [](mpz_ptr const* out, mpz_srcptr const* in) {
+            mpz_mul(out[0], in[0], in[1]);
+            return 0;
+        }));
     const int32_t powE = Scaled(2000000);
     w.push_back(SmallInputs(
         "pow", "3^2000000", 0.7,
@@ -290,61 +288,31 @@ std::vector<Workload> Workloads() {
         [=](Ours* o, BigInt* v) { return BigFact(&o->ctx, v, o->Int(factN)); },
         [=](mpz_t v) { mpz_fac_ui(v, factN); }));
     const int32_t divX = Scaled(2000000), divD = Scaled(1000000);
-    w.push_back({"divmod", "2M-digit / 1M-digit, quotient and remainder", 0.8,
-                 [=] {
-                     Report r;
-                     Ours o;
-                     auto t0 = Clock::now();
-                     BigInt* x = o.Parse(Digits(divX, 3));
-                     BigInt* d = o.Parse(Digits(divD, 4));
-                     BigInt* q = o.New();
-                     BigInt* m = o.New();
-                     TIMED(r, compute, r.code = BigDivMod(&o.ctx, x, d, q, m));
-                     r.hash = Ours::Print(m, Ours::Print(q));
-                     r.total = Seconds(t0, Clock::now());
-                     return r;
-                 },
-                 [=] {
-                     Report r;
-                     mpz_t x, d, q, m;
-                     mpz_inits(x, d, q, m, nullptr);
-                     auto t0 = Clock::now();
-                     mpz_set_str(x, Digits(divX, 3).c_str(), 10);
-                     mpz_set_str(d, Digits(divD, 4).c_str(), 10);
-                     TIMED(r, compute, mpz_tdiv_qr(q, m, x, d));
-                     r.hash = PrintMpz(m, PrintMpz(q));
-                     r.total = Seconds(t0, Clock::now());
-                     mpz_clears(x, d, q, m, nullptr);
-                     return r;
-                 }});
+    w.push_back(Decimal(
+        "divmod", "2M-digit / 1M-digit, quotient and remainder", 0.8,
+        [=] {
+            return Texts{Digits(divX, 3), Digits(divD, 4)};
+        },
+        2,
+        [](CalcContext* c, BigInt* const* in, BigInt* const* out) {
+            return BigDivMod(c, in[0], in[1], out[0], out[1]);
+        },
+        [](mpz_ptr const* out, mpz_srcptr const* in) {
+            mpz_tdiv_qr(out[0], out[1], in[0], in[1]);
+            return 0;
+        }));
     const int32_t sqrtDigits = Scaled(2000000);
     // A root of a number of the given digits, ours beside GMP's.
     auto root = [=](const char* name, const char* what, double target, int32_t digits,
                     Result (*ours)(CalcContext*, const BigInt*, BigInt*), unsigned long degree) {
-        return Workload{name, what, target,
-                        [=] {
-                            Report r;
-                            Ours o;
-                            auto t0 = Clock::now();
-                            BigInt* x = o.Parse(Digits(digits, 5));
-                            BigInt* s = o.New();
-                            TIMED(r, compute, r.code = ours(&o.ctx, x, s));
-                            r.hash = Ours::Print(s);
-                            r.total = Seconds(t0, Clock::now());
-                            return r;
-                        },
-                        [=] {
-                            Report r;
-                            mpz_t x, s;
-                            mpz_inits(x, s, nullptr);
-                            auto t0 = Clock::now();
-                            mpz_set_str(x, Digits(digits, 5).c_str(), 10);
-                            TIMED(r, compute, r.code = mpz_root(s, x, degree) ? 0 : 1);
-                            r.hash = PrintMpz(s);
-                            r.total = Seconds(t0, Clock::now());
-                            mpz_clears(x, s, nullptr);
-                            return r;
-                        }};
+        return Decimal(
+            name, what, target, [=] { return Texts{Digits(digits, 5)}; }, 1,
+            [=](CalcContext* c, BigInt* const* in, BigInt* const* out) {
+                return ours(c, in[0], out[0]);
+            },
+            [=](mpz_ptr const* out, mpz_srcptr const* in) {
+                return mpz_root(out[0], in[0], degree) ? 0 : 1;
+            });
     };
     w.push_back(root("sqrt", "square root of 2M digits", 0.8, sqrtDigits, BigSqrt, 2));
     w.push_back(root("cbrt", "cube root of 2M digits", 8.0, sqrtDigits, BigCbrt, 3));
@@ -355,7 +323,7 @@ std::vector<Workload> Workloads() {
         [=](mpz_t v) { mpz_bin_uiui(v, binN, binN / 2); }));
     // Two 200000-digit numbers sharing a factor of 1000 digits.
     const int32_t gcdDigits = Scaled(200000);
-    auto gcdInputs = [=](std::string* x, std::string* y) {
+    auto gcdInputs = [=] {
         mpz_t g, a, b;
         mpz_inits(g, a, b, nullptr);
         const int32_t gd = std::max(1, gcdDigits / 200);
@@ -364,66 +332,57 @@ std::vector<Workload> Workloads() {
         mpz_set_str(b, Digits(gcdDigits - gd, 8).c_str(), 10);
         mpz_mul(a, a, g);
         mpz_mul(b, b, g);
-        *x = MpzText(a);
-        *y = MpzText(b);
+        Texts texts{MpzText(a), MpzText(b)};
         mpz_clears(g, a, b, nullptr);
+        return texts;
     };
-    w.push_back(TwoInputs(
-        "gcd", "gcd of two 200000-digit numbers", 8.0, gcdInputs,
-        [](CalcContext* c, BigInt* x, BigInt* y, BigInt* r) { return BigGcd(c, x, y, r); },
-        [](mpz_t r, const mpz_t x, const mpz_t y) {
-            mpz_gcd(r, x, y);
+    w.push_back(Decimal(
+        "gcd", "gcd of two 200000-digit numbers", 8.0, gcdInputs, 1,
+        [](CalcContext* c, BigInt* const* in, BigInt* const* out) {
+            return BigGcd(c, in[0], in[1], out[0]);
+        },
+        [](mpz_ptr const* out, mpz_srcptr const* in) {
+            mpz_gcd(out[0], in[0], in[1]);
             return 0;
         }));
     // An inverse modulo an odd 200000-digit number: a's common factors
     // with the modulus divided out of it, so that the inverse exists.
     const int32_t invDigits = Scaled(200000);
-    auto modinvInputs = [=](std::string* x, std::string* y) {
+    auto modinvInputs = [=] {
         mpz_t a, m, g;
         mpz_inits(a, m, g, nullptr);
         mpz_set_str(m, Digits(invDigits, 12).c_str(), 10);
         mpz_setbit(m, 0);
         mpz_set_str(a, Digits(invDigits, 13).c_str(), 10);
         for (mpz_gcd(g, a, m); mpz_cmp_ui(g, 1) != 0; mpz_gcd(g, a, m)) mpz_divexact(a, a, g);
-        *x = MpzText(a);
-        *y = MpzText(m);
+        Texts texts{MpzText(a), MpzText(m)};
         mpz_clears(a, m, g, nullptr);
+        return texts;
     };
-    w.push_back(TwoInputs(
-        "modinv", "inverse modulo a 200000-digit number", 8.0, modinvInputs,
-        [](CalcContext* c, BigInt* x, BigInt* m, BigInt* r) { return ModInverse(c, x, m, r); },
-        [](mpz_t r, const mpz_t x, const mpz_t m) { return mpz_invert(r, x, m) ? 0 : 1; }));
+    w.push_back(Decimal(
+        "modinv", "inverse modulo a 200000-digit number", 8.0, modinvInputs, 1,
+        [](CalcContext* c, BigInt* const* in, BigInt* const* out) {
+            return ModInverse(c, in[0], in[1], out[0]);
+        },
+        [](mpz_ptr const* out, mpz_srcptr const* in) {
+            return mpz_invert(out[0], in[0], in[1]) ? 0 : 1;
+        }));
     // 3^(10^1000) modulo a number of the given digits.
     const std::string expText = "1" + std::string(Scaled(1000), '0');
     auto powmod = [=](const char* name, const char* what, double target, int32_t modDigits) {
-        return Workload{name, what, target,
-                        [=] {
-                            Report r;
-                            Ours o;
-                            auto t0 = Clock::now();
-                            BigInt* b = o.Int(3);
-                            BigInt* e = o.Parse(expText);
-                            BigInt* m = o.Parse(Digits(modDigits, 9));
-                            BigInt* p = o.New();
-                            TIMED(r, compute, r.code = ModPow(&o.ctx, b, e, p, m));
-                            r.hash = Ours::Print(p);
-                            r.total = Seconds(t0, Clock::now());
-                            return r;
-                        },
-                        [=] {
-                            Report r;
-                            mpz_t b, e, m, p;
-                            mpz_inits(b, e, m, p, nullptr);
-                            auto t0 = Clock::now();
-                            mpz_set_ui(b, 3);
-                            mpz_set_str(e, expText.c_str(), 10);
-                            mpz_set_str(m, Digits(modDigits, 9).c_str(), 10);
-                            TIMED(r, compute, mpz_powm(p, b, e, m));
-                            r.hash = PrintMpz(p);
-                            r.total = Seconds(t0, Clock::now());
-                            mpz_clears(b, e, m, p, nullptr);
-                            return r;
-                        }};
+        return Decimal(
+            name, what, target,
+            [=] {
+                return Texts{"3", expText, Digits(modDigits, 9)};
+            },
+            1,
+            [](CalcContext* c, BigInt* const* in, BigInt* const* out) {
+                return ModPow(c, in[0], in[1], out[0], in[2]);
+            },
+            [](mpz_ptr const* out, mpz_srcptr const* in) {
+                mpz_powm(out[0], in[0], in[1], in[2]);
+                return 0;
+            });
     };
     w.push_back(
         powmod("powmod", "3^(10^1000) mod a 1000-digit number (ModPow)", 4.0, Scaled(1000)));
