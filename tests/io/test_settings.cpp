@@ -6,16 +6,6 @@
 #include "io/settings.h"
 #include "io_test_util.h"
 
-namespace {
-
-// Points ORDIX_INI_DIR somewhere for one test.
-struct IniDirOverride {
-    explicit IniDirOverride(const std::string& dir) { setenv("ORDIX_INI_DIR", dir.c_str(), 1); }
-    ~IniDirOverride() { unsetenv("ORDIX_INI_DIR"); }
-};
-
-}  // namespace
-
 TEST(Settings, RecordIsNineteenBytesInOrder) {
     const FrameSettings s{1, -2, 640, 480, 1, 1, 0};
     const std::string bytes = EncodeSettings(s);
@@ -28,8 +18,8 @@ TEST(Settings, RecordIsNineteenBytesInOrder) {
 }
 
 TEST(Settings, FileRoundTripMissingAndShortFiles) {
-    ScratchDir dir("settings");
-    IniDirOverride env(dir.path() + "/sub");  // created by the first write
+    ScratchDir dir;
+    setenv("ORDIX_INI_DIR", dir.file("sub").c_str(), 1);  // created by the first write
     FrameSettings s;
     EXPECT_EQ(ReadSettings("/nonexistent", &s), Result::kCannotOpenFile);  // defaults stay
     EXPECT_EQ(EncodeSettings(s), EncodeSettings(FrameSettings()));
@@ -40,7 +30,7 @@ TEST(Settings, FileRoundTripMissingAndShortFiles) {
     ASSERT_EQ(ReadSettings("/elsewhere", &back), 0);
     EXPECT_EQ(EncodeSettings(back), EncodeSettings(s));
 
-    ASSERT_TRUE(WriteWholeFile(SettingsPath(dir.path() + "/sub"), std::string(18, '\x7f')));
+    ASSERT_TRUE(WriteWholeFile(SettingsPath(dir.file("sub")), std::string(18, '\x7f')));
     FrameSettings kept;
     EXPECT_EQ(ReadSettings("", &kept), Result::kCannotOpenFile);
     EXPECT_EQ(kept.width, 0);
@@ -49,6 +39,7 @@ TEST(Settings, FileRoundTripMissingAndShortFiles) {
     EXPECT_EQ(SettingsFolder("/home/u/.config/Ordix"), "/home/u/.config/Ordix");
     EXPECT_EQ(SettingsPath("/a/"), "/a/ox.ini");
     EXPECT_EQ(SettingsPath("/a"), "/a/ox.ini");
+    unsetenv("ORDIX_INI_DIR");
 }
 
 TEST(Settings, PlacementMustBeSaneAndOnScreen) {
