@@ -53,7 +53,7 @@ TEST(Variables, CalculateStoresOrLeavesTheOldValue) {
     EXPECT_EQ(f.Vars("AB"), "7/2 14/2");
     EXPECT_EQ(rec.variables, (std::vector<int>{1, 2}));
     f.model.RemoveObserver(&rec);
-    for (const char* bad : {"1/0", "2+", "Q"}) EXPECT_NE(f.Let('A', bad), 0) << bad;
+    for (const char* bad : {"1/0", "2+"}) EXPECT_NE(f.Let('A', bad), 0) << bad;
     EXPECT_EQ(f.Let('A', "Q"), Result::kCouldNotFind);
     EXPECT_EQ(f.Var('A'), "7/2");
     EXPECT_EQ(f.model.CurrentTree(), nullptr);
@@ -132,29 +132,20 @@ TEST(Recursion, EnteringListingAndDeletingRows) {
     EXPECT_FALSE(f.model.HasSteps());
 }
 
-// Euclid's steps give 21 only when both right sides read the values from
-// before the step (stored one by one they end at 462).
+// A negative fraction halts by its sign, which the denominator may hold. A
+// halted run succeeds but neither steps nor becomes the default count.
 TEST(Recursion, ConditionsHaltBeforeTheStep) {
     Model f;
-    f.Lets({{'A', "1071"}, {'B', "462"}});
-    f.Steps({"b=a[mod]b", "a=b"});
-    ASSERT_EQ(f.model.EnterCondition("b"), 0);
-    EXPECT_EQ(f.model.RunSteps(1000), Result::kHalted);
-    EXPECT_EQ(f.Vars("AB"), "21 0");
-    // A halted run succeeds but neither steps nor becomes the default count.
-    EXPECT_EQ(f.model.ManySteps(50), 0);
-    EXPECT_EQ(f.Vars("AB"), "21 0");
-    EXPECT_EQ(f.model.StepCountDefault(), kDefaultStepCount);
-    EXPECT_EQ(f.model.ManySteps(0), Result::kPositiveValue);
-    EXPECT_EQ(f.model.ManySteps(std::string("x")), Result::kPositiveValue);
-    EXPECT_EQ(f.model.ManySteps(std::string("-3")), Result::kPositiveValue);
-    // A negative fraction halts by its sign, which the denominator may hold.
-    f.model.ClearRecursion();
-    ASSERT_EQ(f.Let('A', "5"), 0);
+    f.Lets({{'A', "5"}});
     f.Steps({"a=a-3"});
     ASSERT_EQ(f.model.EnterCondition("(1/2)/(a-3)"), 0);
     EXPECT_EQ(f.model.RunSteps(10), Result::kHalted);
+    EXPECT_EQ(f.model.ManySteps(50), 0);
     EXPECT_EQ(f.Var('A'), "2");
+    EXPECT_EQ(f.model.StepCountDefault(), kDefaultStepCount);
+    EXPECT_EQ(f.model.ManySteps(0), Result::kPositiveValue);
+    for (const char* bad : {"x", "-3"})
+        EXPECT_EQ(f.model.ManySteps(std::string(bad)), Result::kPositiveValue) << bad;
     // Empty lists run empty steps.
     f.model.ClearRecursion();
     EXPECT_EQ(f.model.ManySteps(7), 0);
@@ -295,18 +286,13 @@ TEST(Hailstone, SeedOneAndRefusals) {
 
 TEST(Helpers, ConversionDigitTableAndDecimalReading) {
     QuitAtPoll ctx;
-    // clang-format off
-    const struct { int from, to; const char* in; Result code; const char* out; } conversions[] = {
-        {2, 10, "100001", Result::kOk, "33"}, {16, 10, "ff", Result::kOk, "255"},
-        {10, 10, "0", Result::kOk, ""},       {2, 10, "102", Result::kCannotUnderstand, ""},
-        {1, 10, "0", Result::kCannotUnderstand, ""},
-    };
-    // clang-format on
-    for (const auto& c : conversions) {
-        std::string out = "junk";
-        EXPECT_EQ(ConvertDigits(&ctx, c.from, c.to, c.in, &out), c.code) << c.in;
-        EXPECT_EQ(out, c.out) << c.in;
-    }
+    // The digits themselves are the arithmetic's; here only what the wrapper
+    // adds: the base check and no digits shown after a failure.
+    std::string out = "junk";
+    EXPECT_EQ(ConvertDigits(&ctx, 16, 10, "ff", &out), Result::kOk);
+    EXPECT_EQ(out, "255");
+    EXPECT_EQ(ConvertDigits(&ctx, 1, 10, "0", &out), Result::kCannotUnderstand);
+    EXPECT_EQ(out, "");
     // Counts wider than one digit are right-aligned to the total's width (a
     // table of one-digit counts shows in the command line's script).
     Num twelve(std::string(12, '7'));
