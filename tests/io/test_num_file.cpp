@@ -11,19 +11,12 @@
 
 namespace {
 
-NumLimbs Limbs(std::initializer_list<Limb> l, bool negative = false) {
-    NumLimbs v;
-    v.limbs = l;
-    v.negative = negative;
-    return v;
-}
-
 NumFile Sample() {
     NumFile f;
     f.label = 3;
-    f.numerator = Limbs({5678, 1234}, true);  // -12345678
+    f.numerator = {{5678, 1234}, true};  // -12345678
     f.hasDenominator = true;
-    f.denominator = Limbs({7});
+    f.denominator = {{7}};
     f.notebook = "hi";
     f.font.height = -16;
     f.font.weight = 700;
@@ -64,7 +57,7 @@ TEST(NumFileLayout, FractionIsWrittenFieldByField) {
               FromHex("99ffffff 01000000 01 2e16d204 00000000 00 0700 0300 686900" + kSampleFont));
     // A denominator of one is not written; an empty notebook is one zero byte.
     NumFile f = Sample();
-    f.denominator = Limbs({1});
+    f.denominator = {{1}};
     f.notebook.clear();
     EXPECT_EQ(EncodeNumFile(f), FromHex("67000000 01000000 01 2e16d204 0100 00" + kSampleFont));
 }
@@ -72,10 +65,10 @@ TEST(NumFileLayout, FractionIsWrittenFieldByField) {
 TEST(NumFileRoundTrip, ValuesNotebookAndFontComeBack) {
     NumFile zero;
     zero.label = 26;
-    zero.numerator = Limbs({0});
+    zero.numerator = {{0}};
     NumFile big = Sample();
     big.numerator.limbs.assign(5000, 9999);  // 20000 nines
-    big.denominator = Limbs({0, 0, 1});      // 10^8
+    big.denominator = {{0, 0, 1}};           // 10^8
     big.notebook = std::string(1000, 'x') + "\n2^100";
     NumFile longNote = Sample();
     longNote.notebook = std::string(64001, 'n');  // cut to what the length field holds

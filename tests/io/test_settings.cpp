@@ -43,18 +43,15 @@ TEST(Settings, FileRoundTripMissingAndShortFiles) {
 }
 
 TEST(Settings, PlacementMustBeSaneAndOnScreen) {
-    struct Case {
-        int left, top, width, height;
-        bool fits;
+    // clang-format off
+    const struct { int left, top, width, height; bool fits; } cases[] = {
+        {0, 0, 120, 72, true},     {-1, 0, 200, 200, false},  {0, -1, 200, 200, false},
+        {0, 0, 119, 200, false},   {0, 0, 200, 71, false},    {824, 0, 200, 200, true},
+        {825, 0, 200, 200, false}, {0, 568, 200, 200, true},  {0, 569, 200, 200, false},
+        {2147483000, 0, 2000, 100, false},
     };
-    const Case cases[] = {
-        {0, 0, 120, 72, true},     {-1, 0, 200, 200, false},
-        {0, -1, 200, 200, false},  {0, 0, 119, 200, false},
-        {0, 0, 200, 71, false},    {824, 0, 200, 200, true},
-        {825, 0, 200, 200, false}, {0, 568, 200, 200, true},
-        {0, 569, 200, 200, false}, {2147483000, 0, 2000, 100, false},
-    };
-    for (const Case& c : cases) {
+    // clang-format on
+    for (const auto& c : cases) {
         const FrameSettings s{c.left, c.top, c.width, c.height};
         EXPECT_EQ(PlacementFits(s, 1024, 768), c.fits)
             << c.left << "," << c.top << " " << c.width << "x" << c.height;
