@@ -5,7 +5,6 @@
 #include <random>
 #include <string>
 
-#include "io/byte_io.h"
 #include "io/num_file.h"
 #include "io_test_util.h"
 
