@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "calc/compiler.h"
 #include "calc/evaluator.h"
@@ -31,14 +32,10 @@ std::string EvaluateTwice(CalcContext* ctx, const std::string& formula) {
     return answers[0];
 }
 
-struct Case {
-    std::string formula;
-    std::string expected;
-};
-
-void Check(CalcContext* ctx, std::initializer_list<Case> cases) {
-    for (const Case& c : cases)
-        EXPECT_EQ(EvaluateTwice(ctx, c.formula), c.expected) << "formula " << c.formula;
+// Pairs of formula and expected answer.
+void Check(CalcContext* ctx, std::initializer_list<std::pair<std::string, std::string>> cases) {
+    for (const auto& [formula, expected] : cases)
+        EXPECT_EQ(EvaluateTwice(ctx, formula), expected) << "formula " << formula;
 }
 
 }  // namespace
