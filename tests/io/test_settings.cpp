@@ -9,7 +9,6 @@
 TEST(Settings, RecordIsNineteenBytesInOrder) {
     const FrameSettings s{1, -2, 640, 480, 1, 1, 0};
     const std::string bytes = EncodeSettings(s);
-    ASSERT_EQ(bytes.size(), size_t(kSettingsBytes));
     EXPECT_EQ(bytes,
               std::string("\x01\0\0\0\xfe\xff\xff\xff\x80\x02\0\0\xe0\x01\0\0\x01\x01\x00", 19));
     FrameSettings back;
