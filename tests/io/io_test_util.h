@@ -7,21 +7,16 @@
 #include <unistd.h>
 
 // A fresh folder under the system's temporary folder, removed at the end.
-class ScratchDir {
-public:
-    explicit ScratchDir(const char* tag) {
-        path_ = std::filesystem::temp_directory_path() /
-                ("ordix_" + std::string(tag) + "_" + std::to_string(::getpid()));
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
+struct ScratchDir {
+    std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("ordix_io_" + std::to_string(::getpid()));
+    ScratchDir() {
+        std::filesystem::remove_all(path);
+        std::filesystem::create_directories(path);
     }
     ~ScratchDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
+        std::error_code ec;  // a folder left behind fails no test
+        std::filesystem::remove_all(path, ec);
     }
-    std::string file(const char* name) const { return (path_ / name).string(); }
-    std::string path() const { return path_.string(); }
-
-private:
-    std::filesystem::path path_;
+    std::string file(const char* name) const { return (path / name).string(); }
 };

@@ -2,51 +2,45 @@
 
 #include <string>
 #include <tuple>
-#include <vector>
 
 #include "io/page_layout.h"
 
 namespace {
 
-using Pages = std::vector<std::vector<std::u16string>>;
-
-// The pages of text as the lines they print.
-Pages Layout(std::u16string_view text, int linesPerPage) {
-    Pages out;
+// The lines each page prints, a page in brackets, its lines split by '|'.
+std::string Layout(std::u16string_view text, int linesPerPage) {
+    std::string out;
     for (const TextPage& page : BreakIntoPages(text, linesPerPage)) {
-        out.emplace_back();
-        for (const TextLine& line : page)
-            out.back().emplace_back(text.substr(line.start, line.length));
+        out += '[';
+        for (const TextLine& line : page) {
+            if (&line != &page.front()) out += '|';
+            for (char16_t c : text.substr(line.start, line.length)) out += char(c);
+        }
+        out += ']';
     }
     return out;
 }
 
-TEST(PageBreaking, EveryKindOfLineEndEndsOneLine) {
-    // CR LF is one line end, not two; lone CR and lone LF end a line each.
-    EXPECT_EQ(Layout(u"ab\r\ncd\ref\ngh", 10), (Pages{{u"ab", u"cd", u"ef", u"gh"}}));
-    // A blank line between two line ends survives; a final line end adds nothing.
-    EXPECT_EQ(Layout(u"a\r\n\r\nb\r\n", 10), (Pages{{u"a", u"", u"b"}}));
-    // LF CR is two line ends (the CR does not reach back).
-    EXPECT_EQ(Layout(u"a\n\rb", 10), (Pages{{u"a", u"", u"b"}}));
-}
-
-TEST(PageBreaking, FullPagesContinueWhereThePreviousStopped) {
-    EXPECT_EQ(Layout(u"1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n", 3),
-              (Pages{{u"1", u"2", u"3"}, {u"4", u"5", u"6"}, {u"7"}}));
-    EXPECT_EQ(Layout(u"1\r\n2\r\n3\r\n", 3), (Pages{{u"1", u"2", u"3"}}));
-    EXPECT_TRUE(Layout(u"", 5).empty());
-    // A page size below one still moves on.
-    EXPECT_EQ(Layout(u"1\n2", 0), (Pages{{u"1"}, {u"2"}}));
-}
-
-TEST(PageBreaking, FormFeedStartsANewPageThere) {
-    EXPECT_EQ(Layout(u"a\r\nb\fc\r\nd", 10), (Pages{{u"a", u"b"}, {u"c", u"d"}}));
-    // The line before a form feed is drawn even when empty; a final form
-    // feed makes no blank page.
-    EXPECT_EQ(Layout(u"a\r\n\fb\f", 10), (Pages{{u"a", u""}, {u"b"}}));
-    EXPECT_EQ(Layout(u"\f\fx", 10), (Pages{{u""}, {u""}, {u"x"}}));
-    // A form feed right after a full page gives a page of one empty line.
-    EXPECT_EQ(Layout(u"1\r\n2\r\n\f3", 2), (Pages{{u"1", u"2"}, {u""}, {u"3"}}));
+TEST(PageBreaking, LineEndsFullPagesAndFormFeeds) {
+    // clang-format off
+    const struct { std::u16string_view text; int linesPerPage; const char* pages; } cases[] = {
+        // CR LF is one line end; lone CR and lone LF end a line each, and LF
+        // CR is two (the CR does not reach back). A final line end adds nothing.
+        {u"ab\r\ncd\ref\ngh", 10, "[ab|cd|ef|gh]"}, {u"a\r\n\r\nb\r\n", 10, "[a||b]"},
+        {u"a\n\rb", 10, "[a||b]"},
+        // Full pages continue where the previous stopped; a page size below
+        // one still moves on.
+        {u"1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n", 3, "[1|2|3][4|5|6][7]"},
+        {u"1\r\n2\r\n3\r\n", 3, "[1|2|3]"},      {u"", 5, ""},      {u"1\n2", 0, "[1][2]"},
+        // A form feed starts a new page there; the line before it is drawn
+        // even when empty, a final form feed makes no blank page, and one
+        // right after a full page gives a page of one empty line.
+        {u"a\r\nb\fc\r\nd", 10, "[a|b][c|d]"},    {u"a\r\n\fb\f", 10, "[a|][b]"},
+        {u"\f\fx", 10, "[][][x]"},               {u"1\r\n2\r\n\f3", 2, "[1|2][][3]"},
+    };
+    // clang-format on
+    for (const auto& c : cases)
+        EXPECT_EQ(Layout(c.text, c.linesPerPage), c.pages) << c.pages << " " << c.linesPerPage;
 }
 
 TEST(PageGeometry, UsableHeightAndLinesPerPage) {
