@@ -301,7 +301,7 @@ void TCalcFrame::RecursionChanged() {
 
 void TCalcFrame::StepDone(const std::vector<int>& targets) { tables_->stepDone(*model_, targets); }
 
-void TCalcFrame::RunFinished(int) { tables_->runFinished(); }
+void TCalcFrame::RunFinished(Result) { tables_->runFinished(); }
 
 int TCalcFrame::firstLabelInUse() const {
     for (int label = 1; label <= kLabelCount; ++label)

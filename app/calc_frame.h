@@ -89,7 +89,7 @@ public:
     void ModulusChanged(bool atStart) override;
     void RecursionChanged() override;
     void StepDone(const std::vector<int>& targets) override;
-    void RunFinished(int code) override;
+    void RunFinished(Result code) override;
 
 protected:
     void closeEvent(QCloseEvent* e) override;

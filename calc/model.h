@@ -49,7 +49,7 @@ public:
     // a row here).
     virtual void StepDone(const std::vector<int>& targets) { (void)targets; }
     // The run is over with this code (the title returns to "Ordix").
-    virtual void RunFinished(int code) { (void)code; }
+    virtual void RunFinished(Result code) { (void)code; }
 };
 
 struct RecursionStep {

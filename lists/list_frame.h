@@ -32,8 +32,7 @@ struct ListOutput {
     std::function<void(const std::string&)> status;
 };
 
-// Takes the code as a number: the front ends keep the codes they pass on as ints.
-inline bool ListOutputShown(int code) {
+inline bool ListOutputShown(Result code) {
     return code == Result::kOk || code == Result::kStopped || code == Result::kNoMoreRoom;
 }
 

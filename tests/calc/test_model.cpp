@@ -37,7 +37,7 @@ struct Recorder : CalcObserver {
     void StepDone(const std::vector<int>&) override {
         if (++steps == stopAfter) model->StopRun();
     }
-    void RunFinished(int code) override { finished = code; }
+    void RunFinished(Result code) override { finished = code; }
 };
 
 }  // namespace
