@@ -50,18 +50,6 @@ TEST(AddSub, LaterArithmeticTakesTheTopLimbOf10000AtItsValue) {
               "10000 464 2 100000001");
 }
 
-TEST(LimbPrimitives, CarriesAndBorrowsRunAcrossWholeArrays) {
-    Limb a[] = {0, 0, 0, 1}, b[4] = {9999, 9999, 0, 0};
-    const Limb one[] = {1};
-    EXPECT_EQ(LimbsSub(a, one, 3, 0), 2);
-    EXPECT_EQ(Limbs(a, a + 3), (Limbs{9999, 9999, 9999}));
-    EXPECT_EQ(LimbsCompare(one, a, 0, 2), 1);  // the sign of b - a
-    EXPECT_EQ(LimbsMulSmall(b, 9999, 1), 2);
-    EXPECT_EQ(Limbs(b, b + 3), (Limbs{1, 9999, 9998}));
-    EXPECT_EQ(LimbsAddSmall(a, 1, 2), 3);
-    EXPECT_EQ(Limbs(a, a + 4), (Limbs{0, 0, 0, 1}));
-}
-
 // The limb rule of the sum one limb at a time: every carry added into the next
 // limb, followed upward only below a's top.
 Limbs PlainSum(const Limbs& a, const Limbs& b) {
