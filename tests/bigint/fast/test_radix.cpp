@@ -150,22 +150,6 @@ TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
     mpz_clear(z);
 }
 
-TEST(FastRadixBinary, LongDecimalThroughBase16AndBack) {
-    std::string dec(120000, '0');
-    for (auto& c : dec) c = static_cast<char>('0' + Rng()() % 10);
-    dec[0] = '9';
-    mpz_t z;
-    mpz_init_set_str(z, dec.c_str(), 10);
-    CalcContext ctx;
-    std::string hex = dec;
-    ASSERT_EQ(ConvertBase(&ctx, 10, 16, &hex), Result::kOk);
-    EXPECT_EQ(hex, GmpDigits(z, 16));
-    std::string back = hex;
-    ASSERT_EQ(ConvertBase(&ctx, 16, 10, &back), Result::kOk);
-    EXPECT_EQ(back, dec);
-    mpz_clear(z);
-}
-
 TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
     Num v, longer;
     RandomBig(&v.v, 3000, false);
