@@ -38,25 +38,20 @@ void CheckGcd(const std::vector<Limb>& a, const std::vector<Limb>& b, bool withE
 }
 
 // ModInverse against mpz_invert, with 0 where there is no inverse.
-void CheckInverse(const BigInt* a, const BigInt* m) {
+void CheckInverse(const std::vector<Limb>& av, const std::vector<Limb>& mv) {
     CalcContext ctx;
-    Num r;
-    ASSERT_EQ(ModInverse(&ctx, a, m, &r.v), Result::kOk)
-        << a->top + 1 << " mod " << m->top + 1 << " limbs";
+    Num a, m, r;
+    SetLimbs(&a.v, av, false);
+    SetLimbs(&m.v, mv, false);
+    ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, &r.v), Result::kOk)
+        << av.size() << " mod " << mv.size() << " limbs";
     mpz_t za, zm, zr;
     mpz_inits(za, zm, zr, nullptr);
-    ToMpz(za, a);
-    ToMpz(zm, m);
+    ToMpz(za, &a.v);
+    ToMpz(zm, &m.v);
     if (!mpz_invert(zr, za, zm)) mpz_set_ui(zr, 0);
-    EXPECT_EQ(ToDecimal(&r.v), MpzDecimal(zr)) << a->top + 1 << " mod " << m->top + 1 << " limbs";
+    EXPECT_EQ(ToDecimal(&r.v), MpzDecimal(zr)) << av.size() << " mod " << mv.size() << " limbs";
     mpz_clears(za, zm, zr, nullptr);
-}
-
-void CheckInverse(const std::vector<Limb>& a, const std::vector<Limb>& m) {
-    Num x, y;
-    SetLimbs(&x.v, a, false);
-    SetLimbs(&y.v, m, false);
-    CheckInverse(&x.v, &y.v);
 }
 
 // A modulus of n limbs and a number of k limbs below it, of random shapes;
