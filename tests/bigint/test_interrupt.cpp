@@ -1,7 +1,5 @@
-// Stopping long operations through the context's polls. The long cases are
-// large enough that a faster algorithm, polling per amount of work instead of
-// per row, still polls several times; the composite cases stay small enough
-// for the row-polling kernels.
+// Stopping the row-polling kernels and the composite operations through the
+// context's polls; the fast paths' stops are in fast/test_stops.cpp.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -36,24 +34,8 @@ TEST(Interruption, SchoolbookProductPollsOncePerRowOfB) {
     EXPECT_EQ(untouched.polls(), 0);
     OtherKeyThenAction keyIgnored(1 << 30);
     EXPECT_EQ(BigMul(&keyIgnored, r.Out(), &x.v, &x.v), Result::kOk);
-}
-
-TEST(Interruption, LongRunsStopAtTheFirstQ) {
-    Num x(Digits(400000, '9')), y(Digits(400000, '8')), d(Digits(400, '3')), n("100000"),
-        k("50000"), q, r;
-    QuitAtPoll product(2), division(2), factorial(2), binomial(2);
-    EXPECT_EQ(BigMul(&product, &r.v, &x.v, &y.v), Result::kStopped);
-    EXPECT_EQ(Text(r), "1");
-    EXPECT_EQ(BigDivMod(&division, &x.v, &d.v, &q.v, r.Out()), Result::kStopped);
-    EXPECT_EQ(Text(q) + " " + Text(r), "0 0");
-    EXPECT_EQ(BigFact(&factorial, r.Out(), &n.v), Result::kStopped);
-    EXPECT_EQ(Text(r), "1");
-    EXPECT_EQ(BigBinomial(&binomial, r.Out(), &n.v, &k.v), Result::kStopped);
-    for (const QuitAtPoll* c : {&product, &division, &factorial, &binomial}) {
-        EXPECT_EQ(c->polls(), 2);
-    }
-    OtherKeyThenAction moved(1);
-    EXPECT_EQ(BigMul(&moved, r.Out(), &x.v, &y.v), Result::kStopped);
+    OtherKeyThenAction moved(1);  // a pending window action stops like Q
+    EXPECT_EQ(BigMul(&moved, r.Out(), &x.v, &x.v), Result::kStopped);
 }
 
 TEST(Interruption, InverseOfAMultipleRunsUntilStopped) {

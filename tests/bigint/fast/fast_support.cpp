@@ -62,35 +62,29 @@ void RandomBig(BigInt* v, int32_t n, bool allowNegative) {
     SetLimbs(v, Operand(n, Shape::Random), allowNegative && Uniform(0, 1) == 1);
 }
 
-std::vector<Limb> Normalised(const Limb* p, int32_t n) {
+namespace {
+// Columns of any width carried into limbs, leading zeros stripped.
+template <class T>
+std::vector<Limb> Carried(const T* p, size_t n) {
     std::vector<Limb> r;
     int64_t carry = 0;
-    for (int32_t i = 0; i < n || carry != 0; ++i) {
-        int64_t v = carry + (i < n ? p[i] : 0);
+    for (size_t i = 0; i < n || carry != 0; ++i) {
+        const int64_t v = carry + (i < n ? int64_t(p[i]) : 0);
         r.push_back(static_cast<Limb>(v % kLimbBase));
         carry = v / kLimbBase;
     }
     while (r.size() > 1 && r.back() == 0) r.pop_back();
     return r;
 }
+}  // namespace
+
+std::vector<Limb> Normalised(const Limb* p, int32_t n) { return Carried(p, size_t(n)); }
 
 std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b) {
     std::vector<int64_t> col(a.size() + b.size() + 1, 0);
     for (size_t i = 0; i < a.size(); ++i)
         for (size_t j = 0; j < b.size(); ++j) col[i + j] += int64_t(a[i]) * b[j];
-    std::vector<Limb> r;
-    int64_t carry = 0;
-    for (int64_t c : col) {
-        int64_t v = c + carry;
-        r.push_back(static_cast<Limb>(v % kLimbBase));
-        carry = v / kLimbBase;
-    }
-    while (carry != 0) {
-        r.push_back(static_cast<Limb>(carry % kLimbBase));
-        carry /= kLimbBase;
-    }
-    while (r.size() > 1 && r.back() == 0) r.pop_back();
-    return r;
+    return Carried(col.data(), col.size());
 }
 
 std::string ToDecimal(const BigInt* v) {

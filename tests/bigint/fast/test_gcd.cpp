@@ -1,12 +1,11 @@
 // Lehmer's gcd, the half-gcd and the inverse by the extended gcd against
 // Euclid by long division and GMP: random pairs of every shape around the
 // thresholds, large common factors, pairs built from chosen quotient
-// sequences (all ones; one huge quotient anywhere), Lehmer's step under a
-// floor, the inverse's kept answers, and stops at any poll.
+// sequences (all ones; one huge quotient anywhere), the inverse's kept
+// answers.
 #include <gtest/gtest.h>
 
 #include "bigint/dispatch.h"
-#include "bigint/gcd_lehmer.h"
 #include "fast_support.h"
 
 using namespace fasttest;
@@ -39,25 +38,20 @@ void CheckGcd(const std::vector<Limb>& a, const std::vector<Limb>& b, bool withE
 }
 
 // ModInverse against mpz_invert, with 0 where there is no inverse.
-void CheckInverse(const BigInt* a, const BigInt* m) {
+void CheckInverse(const std::vector<Limb>& av, const std::vector<Limb>& mv) {
     CalcContext ctx;
-    Num r;
-    ASSERT_EQ(ModInverse(&ctx, a, m, &r.v), Result::kOk)
-        << a->top + 1 << " mod " << m->top + 1 << " limbs";
+    Num a, m, r;
+    SetLimbs(&a.v, av, false);
+    SetLimbs(&m.v, mv, false);
+    ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, &r.v), Result::kOk)
+        << av.size() << " mod " << mv.size() << " limbs";
     mpz_t za, zm, zr;
     mpz_inits(za, zm, zr, nullptr);
-    ToMpz(za, a);
-    ToMpz(zm, m);
+    ToMpz(za, &a.v);
+    ToMpz(zm, &m.v);
     if (!mpz_invert(zr, za, zm)) mpz_set_ui(zr, 0);
-    EXPECT_EQ(ToDecimal(&r.v), MpzDecimal(zr)) << a->top + 1 << " mod " << m->top + 1 << " limbs";
+    EXPECT_EQ(ToDecimal(&r.v), MpzDecimal(zr)) << av.size() << " mod " << mv.size() << " limbs";
     mpz_clears(za, zm, zr, nullptr);
-}
-
-void CheckInverse(const std::vector<Limb>& a, const std::vector<Limb>& m) {
-    Num x, y;
-    SetLimbs(&x.v, a, false);
-    SetLimbs(&y.v, m, false);
-    CheckInverse(&x.v, &y.v);
 }
 
 // A modulus of n limbs and a number of k limbs below it, of random shapes;
@@ -110,45 +104,6 @@ TEST(FastGcd, SizesAroundTheThresholdsAgreeWithGmp) {
     }
 }
 
-TEST(FastGcd, LehmerStepsKeepEveryRemainderAboveTheFloor) {
-    // Applied to the whole numbers, the cofactors give Euclid's own
-    // remainders, the smaller no less than 10000^floor.
-    mpz_t x0, y0, x, y, u, v, q;
-    mpz_inits(x0, y0, x, y, u, v, q, nullptr);
-    int taken = 0;
-    for (int trial = 0; trial < 4000; ++trial) {
-        const int32_t lx = 2 + int32_t(Rng()() % 12), ly = lx - int32_t(Rng()() % 2);
-        Num xb, yb;
-        SetLimbs(&xb.v, Operand(lx, Shape::Random), false);
-        SetLimbs(&yb.v, Operand(ly, trial % 3 != 0 ? Shape::Random : Shape::Nines), false);
-        if (BigCompareMag(&xb.v, &yb.v) > 0) std::swap(xb.v, yb.v);
-        const int32_t floorLimbs = int32_t(Rng()() % (lx + 1));
-        const LehmerCofactors c =
-            LehmerLeading(xb->limbs, xb->top + 1, yb->limbs, yb->top + 1, floorLimbs);
-        if (c.steps == 0) continue;
-        ++taken;
-        ToMpz(x0, &xb.v);
-        ToMpz(y0, &yb.v);
-        mpz_set(x, x0);
-        mpz_set(y, y0);
-        for (int32_t k = 0; k < c.steps; ++k) {
-            mpz_fdiv_r(q, x, y);
-            mpz_swap(x, y);
-            mpz_swap(y, q);
-        }
-        for (auto [rem, f, g] : {std::tuple{x, c.A, c.B}, {y, c.C, c.D}}) {
-            mpz_mul_si(u, x0, f);
-            mpz_mul_si(v, y0, g);
-            mpz_add(u, u, v);
-            ASSERT_EQ(mpz_cmp(u, rem), 0) << "trial " << trial;
-        }
-        mpz_ui_pow_ui(q, 10000, floorLimbs);
-        ASSERT_GE(mpz_cmp(y, q), 0) << "trial " << trial << ", floor " << floorLimbs;
-    }
-    EXPECT_GT(taken, 1000);
-    mpz_clears(x0, y0, x, y, u, v, q, nullptr);
-}
-
 TEST(FastModInverse, RandomPairsAroundTheThresholdsMatchGmp) {
     {
         ThresholdScope scope(FastThresholds::Lowered());
@@ -166,15 +121,7 @@ TEST(FastModInverse, RandomPairsAroundTheThresholdsMatchGmp) {
         ThresholdScope inner(lowered);
         for (int32_t n : {2 * leaf - 1, 2 * leaf, 4 * leaf + 1, 300}) CheckRandomInverse(n, n - 1);
     }
-    // The shipped thresholds; a modulus of one limb is left out: a multiple
-    // of it would never end.
     const FastThresholds t;
-    for (int32_t n : {std::max(2, t.modInverse - 1), t.modInverse, t.modInverse + 1,
-                      t.modInverseHalf - 1, t.modInverseHalf, t.modInverseHalf + 1,
-                      2 * t.modInverseHalf + 3, t.gcdHalfLeaf, 2 * t.gcdHalfLeaf + 1}) {
-        CheckRandomInverse(n, n);
-        CheckRandomInverse(n, n - 1);
-    }
     // A short a: the first steps are divisions.
     CheckRandomInverse(3 * t.modInverseHalf, 5);
     CheckRandomInverse(3 * t.modInverseHalf, t.modInverseHalf + 2);

@@ -69,29 +69,6 @@ TEST_P(FastModPowKernels, ModuliOfEverySizeAndParityMatchGmp) {
     }
 }
 
-// Moduli of all-one words and bases just below them: every carry of the
-// squaring and of its reduction runs to the top.
-TEST(FastModPow, AllOnesModuliCarryThroughEveryWord) {
-    CalcContext ctx;
-    mpz_t z;
-    mpz_init(z);
-    for (unsigned words : {1u, 2u, 3u, 7u, 20u}) {
-        for (unsigned below : {1u, 2u}) {
-            Num m, base, e, r;
-            mpz_ui_pow_ui(z, 2, 64 * words);
-            mpz_sub_ui(z, z, 1);
-            FromDecimal(&m.v, MpzDecimal(z));
-            mpz_sub_ui(z, z, below);
-            FromDecimal(&base.v, MpzDecimal(z));
-            RandomBig(&e.v, 40, false);
-            ASSERT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &m.v), Result::kOk);
-            EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &m.v))
-                << words << " words, m - " << below;
-        }
-    }
-    mpz_clear(z);
-}
-
 // Edge moduli and bases against GMP.
 TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
     CalcContext ctx;

@@ -63,25 +63,6 @@ TEST(FastRoots, CubeRootsAgreeWithDigitByDigitRootsSignKept) {
     }
 }
 
-TEST(FastRoots, LargeRootsMatchGmp) {
-    mpz_t x, s;
-    mpz_inits(x, s, nullptr);
-    CalcContext ctx;
-    for (int32_t n : {3001, 12000}) {
-        Num a, r2, r3;
-        RandomBig(&a.v, n, false);
-        ToMpz(x, &a.v);
-        EXPECT_EQ(SqrtDispatch(&ctx, &a.v, &r2.v),
-                  mpz_perfect_square_p(x) ? Result::kOk : kRootInexact);
-        mpz_sqrt(s, x);
-        EXPECT_EQ(ToDecimal(&r2.v), MpzDecimal(s));
-        EXPECT_EQ(CbrtDispatch(&ctx, &a.v, &r3.v), kRootInexact);
-        mpz_root(s, x, 3);
-        EXPECT_EQ(ToDecimal(&r3.v), MpzDecimal(s));
-    }
-    mpz_clears(x, s, nullptr);
-}
-
 TEST(FastProducts, RangeProductsByTreeAndByPrimesAgreeWithTheRunningProduct) {
     ThresholdScope scope(FastThresholds::Lowered());
     CalcContext ctx;
