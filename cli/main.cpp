@@ -16,7 +16,6 @@
 #include "cli/interpreter.h"
 #include "cli/signal_context.h"
 #include "resources/result.h"
-#include "resources/strings.h"
 
 namespace {
 

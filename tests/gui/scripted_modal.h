@@ -15,7 +15,6 @@
 
 #include "dialogs/modal.h"
 #include "resources/result.h"
-#include "resources/strings.h"
 
 struct ModalCall {
     QString what;     // "message", "error", "input", "input2", "open", "save", "font", "dialog"

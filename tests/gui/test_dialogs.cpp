@@ -24,7 +24,6 @@
 #include "dialogs/lunch_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/msg_dlg.h"
-#include "resources/strings.h"
 #include "scripted_modal.h"
 #include "windows/font_map.h"
 #include "windows/font_table.h"
