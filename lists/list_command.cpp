@@ -44,6 +44,13 @@ const OneNumberList kOneNumberLists[] = {
     {"tri60", ListKind::tri60, WithChoice<ListAngleTriangles, false>},
     {"tri120", ListKind::tri120, WithChoice<ListAngleTriangles, true>},
     {"cyclotomic", ListKind::cyclotomic, ListCyclotomic},
+    {"soddy", ListKind::soddyCircles, ListSoddyCircles},
+    {"soddy3", ListKind::soddySpheres, ListSoddySpheres},
+    {"soddyline", ListKind::soddyLine, ListSoddyLine},
+    {"soddyplane", ListKind::soddyPlane, ListSoddyPlane},
+    {"tetra", ListKind::tetrahedra, ListRationalTetrahedra},
+    {"cyclic", ListKind::cyclicQuads, ListCyclicQuadrilaterals},
+    {"bicentric", ListKind::bicentricQuads, ListBicentricQuadrilaterals},
 };
 
 Result RunTriangles(CalcContext* ctx, const Args& args, ListOutput* out) {
@@ -98,6 +105,30 @@ Result RunPolygons(CalcContext* ctx, const Args& args, ListOutput* out) {
     return ListPolygons(ctx, n, m, rounds, &rng, out);
 }
 
+// cubes MAX [dups]
+Result RunCubes(CalcContext* ctx, const Args& args, ListOutput* out) {
+    if (args.size() < 2) return Result::kCannotUnderstand;
+    uint32_t max = 0;
+    if (Result code = ReadListValue(ListKind::latticeCubes, args[1], &max)) return code;
+    bool duplicates = false;
+    if (!ReadFlags(args, 2, {{"dups", &duplicates}})) return Result::kCannotUnderstand;
+    return ListLatticeCubes(ctx, max, duplicates, out);
+}
+
+// curvatures [A B C D] MAX
+Result RunCurvatures(CalcContext* ctx, const Args& args, ListOutput* out) {
+    if (args.size() != 2 && args.size() != 6) return Result::kCannotUnderstand;
+    DescartesQuadruple start{{-1, 2, 2, 3}};
+    if (args.size() == 6) {
+        const std::string quad = args[1] + ' ' + args[2] + ' ' + args[3] + ' ' + args[4];
+        if (Result code = ReadDescartesQuadruple(quad, start.k)) return code;
+    }
+    uint32_t max = 0;
+    if (!ParseListUnsigned(args.back(), &max)) return Result::kOutOfBounds;
+    if (Result code = CheckCurvatureBound(max)) return code;
+    return ListCurvatures(ctx, start, max, out);
+}
+
 }  // namespace
 
 Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
@@ -121,5 +152,7 @@ Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
         return RunTriangles(ctx, args, out);
     if (name == "quads") return RunQuads(ctx, args, out);
     if (name == "polygons") return RunPolygons(ctx, args, out);
+    if (name == "cubes") return RunCubes(ctx, args, out);
+    if (name == "curvatures") return RunCurvatures(ctx, args, out);
     return Result::kCouldNotFind;
 }

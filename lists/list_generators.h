@@ -60,3 +60,45 @@ Result ListCyclotomic(CalcContext* ctx, uint32_t n, ListOutput* out);
 constexpr uint32_t kPolygonRoundCap = 2147483647u;
 Result ListPolygons(CalcContext* ctx, uint32_t squaredLength, uint32_t sides, uint32_t maxRounds,
                     ListRandom* rng, ListOutput* out);
+
+// Cubes with integer vertices: three pairwise orthogonal integer edge
+// vectors u, v, w of one length n, 1 <= n <= maxLength, right-handed
+// (det = +n^3). One row per cube up to the 48 symmetries of the lattice, or,
+// with duplicates, one per set of edge directions {±u, ±v, ±w}.
+Result ListLatticeCubes(CalcContext* ctx, uint32_t maxLength, bool duplicates, ListOutput* out);
+
+// Root quadruples of the integral circle packings: (a+b+c+d)^2 =
+// 2(a^2+b^2+c^2+d^2), gcd 1, a < 0 < b <= c <= d, a + b + c >= d, |a| up to
+// the bound.
+Result ListSoddyCircles(CalcContext* ctx, uint32_t maxCurvature, ListOutput* out);
+// Root quintuples of the integral sphere packings: (sum k)^2 = 3 sum k^2,
+// gcd 1, a < 0 < b <= c <= d <= e, a + b + c + d >= 2e, |a| up to the bound.
+Result ListSoddySpheres(CalcContext* ctx, uint32_t maxCurvature, ListOutput* out);
+// Three mutually tangent circles on one line: b <= c < d, sqrt d = sqrt b +
+// sqrt c, gcd 1, d up to the bound.
+Result ListSoddyLine(CalcContext* ctx, uint32_t maxCurvature, ListOutput* out);
+// Four mutually tangent spheres on one plane: b <= c <= d <= e,
+// (b+c+d+e)^2 = 3(b^2+c^2+d^2+e^2), gcd 1, e up to the bound.
+Result ListSoddyPlane(CalcContext* ctx, uint32_t maxCurvature, ListOutput* out);
+
+// The curvatures 1..maxCurvature of the circle packing that a Descartes
+// quadruple generates, ascending, each with the number of circles that have
+// it. kInconsistent for a quadruple that is not a Descartes one.
+struct DescartesQuadruple {
+    int64_t k[4];
+};
+Result ListCurvatures(CalcContext* ctx, const DescartesQuadruple& start, uint32_t maxCurvature,
+                      ListOutput* out);
+
+// Primitive non-degenerate tetrahedra with integer edges up to the bound and
+// rational volume, one per tetrahedron up to its 24 symmetries.
+Result ListRationalTetrahedra(CalcContext* ctx, uint32_t maxEdge, ListOutput* out);
+
+// Quadrilaterals inscribed in a circle with integer sides and integer area
+// (Brahmagupta), perimeter up to the bound, each cyclic order of sides once up
+// to rotation and reflection.
+Result ListCyclicQuadrilaterals(CalcContext* ctx, uint32_t maxPerimeter, ListOutput* out);
+// Quadrilaterals both inscribed in a circle and circumscribed about one
+// (a + c = b + d), integer sides and integer area sqrt(abcd), perimeter up to
+// the bound, counted as the inscribed ones.
+Result ListBicentricQuadrilaterals(CalcContext* ctx, uint32_t maxPerimeter, ListOutput* out);

@@ -39,6 +39,29 @@ const KindData& DataOf(ListKind kind) {
         {{625, kStrInput, kStrTopGenerator, " [ < 461 ]", 30}, {2, 460, Result::kNothingToShow}},
         {{611, kStrInput, kStrTargetNumber, " < 4294967296", 20}, {0, kAll, Result::kOutOfBounds}},
         {{637, kStrCyclotomic, kStrIndex, " [ < 65536 ]", 50}, {1, 65535, Result::kOutOfBounds}},
+        // The lattice cubes are asked for in the quadruples dialog: only the range counts.
+        {{630, kStrLatticeCubes, kStrLength, " [ < 65536 ]", 30}, {1, 65535, Result::kOutOfBounds}},
+
+        {{631, kStrSoddyCircles, kStrLargestNegCurvature, " [ < 65536 ]", 30},
+         {1, 65535, Result::kOutOfBounds}},
+
+        {{632, kStrSoddySpheres, kStrLargestNegCurvature, " [ < 65536 ]", 30},
+         {1, 65535, Result::kOutOfBounds}},
+
+        {{633, kStrCirclesOnLine, kStrLargestCurvature, " [ < 65536 ]", 30},
+         {1, 65535, Result::kOutOfBounds}},
+
+        {{634, kStrSpheresOnPlane, kStrLargestCurvature, " [ < 65536 ]", 30},
+         {1, 65535, Result::kOutOfBounds}},
+
+        {{636, kStrRationalTetrahedra, kStrLargestEdge, " [ < 1000 ]", 30},
+         {1, 999, Result::kOutOfBounds}},
+
+        {{639, kStrInscribedQuads, kStrLargestPerimeter, " [ < 65536 ]", 30},
+         {4, 65535, Result::kOutOfBounds}},
+
+        {{642, kStrCircumscribedQuads, kStrLargestPerimeter, " [ < 65536 ]", 30},
+         {4, 65535, Result::kOutOfBounds}},
     };
     return table[static_cast<int>(kind)];
 }
@@ -67,6 +90,21 @@ std::string ListDialogDefault(ListKind kind, ListRandom* rng) {
     case ListKind::commonEntry: return std::to_string(rng->Next() % 65536);
     case ListKind::twoSquares: return "32045";
     case ListKind::cyclotomic: return std::to_string(kCyclotomicFirstIndex);
+    case ListKind::latticeCubes: return "100";
+
+    case ListKind::soddyCircles: return "100";
+
+    case ListKind::soddySpheres: return "100";
+
+    case ListKind::soddyLine: return "1000";
+
+    case ListKind::soddyPlane: return "1000";
+
+    case ListKind::tetrahedra: return "50";
+
+    case ListKind::cyclicQuads: return "100";
+
+    case ListKind::bicentricQuads: return "1000";
     }
     return std::string();
 }
@@ -141,4 +179,37 @@ std::string PolygonSidesPrompt() {
 Result CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
     if (squaredLength < 5 || sides < 6 || sides > 12 || sides % 2 != 0) return Result::kOutOfBounds;
     return Result::kOk;
+}
+
+std::string CurvatureQuadruplePrompt() { return OxString(kStrDescartesQuadruple); }
+std::string CurvatureBoundPrompt() {
+    return std::string(OxString(kStrLargestCurvature)) + " [ < 1000001 ]";
+}
+
+Result ReadDescartesQuadruple(const std::string& text, int64_t k[4]) {
+    size_t i = 0;
+    const size_t n = text.size();
+    auto blank = [&](size_t at) {
+        return std::isspace(static_cast<unsigned char>(text[at])) || text[at] == ',';
+    };
+    for (int j = 0; j < 4; ++j) {
+        while (i < n && blank(i)) ++i;
+        const bool negative = i < n && text[i] == '-';
+        if (negative || (i < n && text[i] == '+')) ++i;
+        const size_t first = i;
+        int64_t v = 0;
+        while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) {
+            v = v * 10 + (text[i] - '0');
+            if (v > kCurvatureInputMax) return Result::kOutOfBounds;
+            ++i;
+        }
+        if (i == first || (i < n && !blank(i))) return Result::kOutOfBounds;
+        k[j] = negative ? -v : v;
+    }
+    while (i < n && blank(i)) ++i;
+    return i == n ? Result::kOk : Result::kOutOfBounds;
+}
+
+Result CheckCurvatureBound(uint32_t bound) {
+    return bound >= 1 && bound <= kCurvatureBoundMax ? Result::kOk : Result::kOutOfBounds;
 }

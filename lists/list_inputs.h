@@ -22,6 +22,14 @@ enum class ListKind {
     tri120,
     twoSquares,
     cyclotomic,
+    latticeCubes,  // the bound of the cube state of the quadruples dialog
+    soddyCircles,
+    soddySpheres,
+    soddyLine,
+    soddyPlane,
+    tetrahedra,
+    cyclicQuads,
+    bicentricQuads,
 };
 
 struct ListDialog {
@@ -55,6 +63,21 @@ uint32_t ReadListUnsignedLoose(const std::string& text);
 Result CheckListValue(ListKind kind, uint32_t value);
 // Parse and check: kOutOfBounds for text that is not a number, then CheckListValue.
 Result ReadListValue(ListKind kind, const std::string& text, uint32_t* value);
+
+// The curvature list's two-input dialog: the quadruple typed as four signed
+// integers separated by blanks or commas, and the largest curvature listed.
+std::string CurvatureQuadruplePrompt();  // "Descartes quadruple"
+std::string CurvatureBoundPrompt();      // "largest curvature" and its bound
+constexpr const char* kCurvatureQuadruplePreset = "-1 2 2 3";
+constexpr const char* kCurvatureBoundPreset = "1000";
+constexpr int kCurvatureInputChars = 60;
+constexpr int64_t kCurvatureInputMax = 2147483647;  // |k| of a quadruple typed
+constexpr uint32_t kCurvatureBoundMax = 1000000;
+// kOutOfBounds for text that is not four integers within ±kCurvatureInputMax.
+// Whether they form a Descartes quadruple is the generator's check.
+Result ReadDescartesQuadruple(const std::string& text, int64_t k[4]);
+// kOutOfBounds unless 1 <= bound <= kCurvatureBoundMax.
+Result CheckCurvatureBound(uint32_t bound);
 
 // The two-bound dialogs of the triangle lists and the quadruples, with the
 // presets of the triangle dialogs (the perpendicular-median dialog presets 54).

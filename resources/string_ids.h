@@ -156,3 +156,29 @@ constexpr int kStrExponent = 267;            // "expo", a column header
 constexpr int kStrCoefficient = 268;         // "coef", a column header
 constexpr int kStrIndex = 271;               // "index"
 constexpr int kStrPolygons = 272;            // "polygons"
+
+// The lists added by this program: nouns (also the dialogs' captions) and prompts.
+constexpr int kStrLatticeCubes = 940;         // "lattice cubes"
+constexpr int kStrSoddyCircles = 941;         // "Soddy circles"
+constexpr int kStrSoddySpheres = 942;         // "Soddy spheres"
+constexpr int kStrCirclesOnLine = 943;        // "circles on a line"
+constexpr int kStrSpheresOnPlane = 944;       // "spheres on a plane"
+constexpr int kStrCurvatures = 945;           // "curvatures"
+constexpr int kStrRationalTetrahedra = 946;   // "rational tetrahedra"
+constexpr int kStrInscribedQuads = 947;       // "inscribed quadrilaterals"
+constexpr int kStrCircumscribedQuads = 948;   // "circumscribed quadrilaterals"
+constexpr int kStrLargestNegCurvature = 949;  // "largest |curvature| of the outer one"
+constexpr int kStrLargestCurvature = 950;     // "largest curvature"
+constexpr int kStrLargestEdge = 951;          // "largest edge"
+constexpr int kStrLargestPerimeter = 952;     // "largest perimeter"
+constexpr int kStrDescartesQuadruple = 953;   // "Descartes quadruple"
+// Lattice cubes: 955-959.
+
+// Soddy circles and spheres, on a line and a plane: 960-969.
+
+// Curvatures: 970-974.
+
+// Rational tetrahedra: 975-979.
+
+// Inscribed and circumscribed quadrilaterals: 980-989.
+
