@@ -60,6 +60,15 @@ const MenuList kMenuLists[] = {
          return ListTwoSquares(ReadListUnsignedLoose(t), o);
      }},
     {kCmdCyclotomic, ListKind::cyclotomic, ListTarget::list, ListCyclotomic, nullptr},
+    {kCmdSoddyCircles, ListKind::soddyCircles, ListTarget::list, ListSoddyCircles, nullptr},
+    {kCmdSoddySpheres, ListKind::soddySpheres, ListTarget::list, ListSoddySpheres, nullptr},
+    {kCmdSoddyLine, ListKind::soddyLine, ListTarget::list, ListSoddyLine, nullptr},
+    {kCmdSoddyPlane, ListKind::soddyPlane, ListTarget::list, ListSoddyPlane, nullptr},
+    {kCmdTetrahedra, ListKind::tetrahedra, ListTarget::list, ListRationalTetrahedra, nullptr},
+    {kCmdInscribedQuads, ListKind::cyclicQuads, ListTarget::list, ListCyclicQuadrilaterals,
+     nullptr},
+    {kCmdCircumscribedQuads, ListKind::bicentricQuads, ListTarget::list,
+     ListBicentricQuadrilaterals, nullptr},
 };
 
 const MenuList* FindMenuList(int id) {
@@ -82,7 +91,7 @@ ListCommands::~ListCommands() {
 }
 
 bool ListCommands::Handles(int id) {
-    return FindMenuList(id) != nullptr || id == kCmdPolygons ||
+    return FindMenuList(id) != nullptr || id == kCmdPolygons || id == kCmdCurvatures ||
            (id >= kCmdQuadruples && id <= kCmdLatticeCubes);
 }
 
@@ -91,6 +100,8 @@ void ListCommands::command(int id) {
         askOneInput(id);
     else if (id == kCmdPolygons)
         askPolygons();
+    else if (id == kCmdCurvatures)
+        askCurvatures();
     else
         showDialog(id);
 }
@@ -146,6 +157,31 @@ void ListCommands::askPolygons() {
         [n, m](CalcContext* c, ListOutput* o) {
             return ListPolygons(c, n, m, kPolygonRoundCap, &SharedListRandom(), o);
         },
+        main, nullptr);
+}
+
+void ListCommands::askCurvatures() {
+    QWidget* main = host_->MainWindow();
+    QString quadruple = QString::fromLatin1(kCurvatureQuadruplePreset);
+    QString bound = QString::fromLatin1(kCurvatureBoundPreset);
+    if (!TheModal().twoInput(
+            main, OxText(kStrCurvatures), QString::fromStdString(CurvatureQuadruplePrompt()),
+            QString::fromStdString(CurvatureBoundPrompt()), &quadruple, kCurvatureInputChars,
+            &bound, kCurvatureInputChars, QString(), QString()))
+        return;
+    DescartesQuadruple start{};
+    uint32_t max = 0;
+    Result code = ReadDescartesQuadruple(quadruple.toStdString(), start.k);
+    if (Ok(code))
+        code = ParseListUnsigned(bound.toStdString(), &max) ? CheckCurvatureBound(max)
+                                                            : Result::kOutOfBounds;
+    if (!Ok(code)) {
+        ShowError(main, code);
+        return;
+    }
+    (void)run(
+        ListTarget::list,  // run reports its errors, a quadruple that is not one among them
+        [start, max](CalcContext* c, ListOutput* o) { return ListCurvatures(c, start, max, o); },
         main, nullptr);
 }
 

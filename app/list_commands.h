@@ -40,8 +40,16 @@ enum ListsCommand {
     kCmdRationalMedians = 628,
     kCmdPerpendicularMedians = 629,
     kCmdLatticeCubes = 630,
+    kCmdSoddyCircles = 631,
+    kCmdSoddySpheres = 632,
+    kCmdSoddyLine = 633,
+    kCmdSoddyPlane = 634,
+    kCmdCurvatures = 635,
+    kCmdTetrahedra = 636,
     kCmdCyclotomic = 637,
     kCmdDivisors = 638,
+    kCmdInscribedQuads = 639,
+    kCmdCircumscribedQuads = 642,
 };
 
 // Where a list's text goes.
@@ -81,6 +89,7 @@ private:
     void show(ListTarget target, const ListOutput& out);
     void askOneInput(int id);
     void askPolygons();
+    void askCurvatures();
     void showDialog(int id);
 
     GuiHost* host_;

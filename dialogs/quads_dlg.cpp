@@ -94,9 +94,23 @@ void TQuadDlg::showChoice() {
 
 Result TQuadDlg::list() {
     if (busy()) return Result::kOk;
+    QString summary;
     if (cubes()) {
-        ShowError(host_->MainWindow(), Result::kKitchenClosed);
-        return Result::kKitchenClosed;
+        uint32_t length = 0;
+        const Result refused =
+            ReadListValue(ListKind::latticeCubes, max_->text().toStdString(), &length);
+        if (!Ok(refused)) {
+            ShowError(host_->MainWindow(), refused);
+            return refused;
+        }
+        const bool duplicates = duplicates_->isChecked();
+        const Result code = runList(
+            [length, duplicates](CalcContext* ctx, ListOutput* out) {
+                return ListLatticeCubes(ctx, length, duplicates, out);
+            },
+            &summary);
+        setWindowTitle(OxText(kStrQuadruples));
+        return code;
     }
     QuadOptions o;
     const Result refused = readBounds(&o.minLength, &o.maxLength, CheckQuadBounds);
@@ -105,7 +119,6 @@ Result TQuadDlg::list() {
     o.ascending = ascending_->isChecked();
     o.zeros = zeros_->isChecked();
     o.kind = static_cast<QuadKind>(choice() - 251);
-    QString summary;
     const Result code = runList(
         [o](CalcContext* ctx, ListOutput* out) { return ListQuadruples(ctx, o, out); }, &summary);
     setWindowTitle(OxText(kStrQuadruples));

@@ -8,8 +8,8 @@
 //
 // The fourth radio switches the dialog to the lattice cubes: the min edit,
 // its labels and "allow zeros" hide, "allow duplicates" shows and the max
-// edit is labelled "length". The program has no lattice-cube list: "list"
-// then answers "kitchen closed today".
+// edit is labelled "length"; "list" then lists the lattice cubes with edges
+// up to that length.
 #pragma once
 
 #include "dialogs/list_dlg.h"
@@ -32,9 +32,9 @@ public:
     void choose(int radioId);
     bool cubes() const { return choice() == 254; }
 
-    // "list": kOk or the run's code; kInconsistent (max below min),
-    // kOutOfBounds (a bound below 3 or above 65535) and kKitchenClosed
-    // (lattice cubes) are reported by the main window and nothing runs.
+    // "list": kOk or the run's code; kInconsistent (max below min) and
+    // kOutOfBounds (a bound below 3 or above 65535, a cube length outside
+    // 1..65535) are reported by the main window and nothing runs.
     Result list() override;
 
 private:

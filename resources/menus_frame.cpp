@@ -9,10 +9,6 @@ constexpr MenuEntry Item(int id, const char* text, const char* keys = nullptr,
                          unsigned char flags = 0) {
     return {kMenuItem, id, text, keys, flags};
 }
-// The list generators the program does not have: offered, always greyed.
-constexpr MenuEntry Closed(int id, const char* text) {
-    return {kMenuItem, id, text, nullptr, kMenuGreyed};
-}
 
 const MenuEntry kOxEntries[] = {
     Popup("&File"),
@@ -71,15 +67,15 @@ const MenuEntry kOxEntries[] = {
     Item(637, "C&yclotomic polynomials ..."),
     Sep(),
     Popup("S&oddy"),
-    Closed(631, "&Circles ..."),
-    Closed(632, "&Spheres ..."),
-    Closed(633, "Circles on a &line ..."),
-    Closed(634, "Spheres on a &plane ..."),
-    Closed(635, "C&urvatures ..."),
+    Item(631, "&Circles ..."),
+    Item(632, "&Spheres ..."),
+    Item(633, "Circles on a &line ..."),
+    Item(634, "Spheres on a &plane ..."),
+    Item(635, "C&urvatures ..."),
     End(),
-    Closed(636, "Rational &tetrahedra ..."),
-    Closed(639, "&Inscribed quadrilaterals ..."),
-    Closed(642, "Circu&mscribed quadrilaterals ..."),
+    Item(636, "Rational &tetrahedra ..."),
+    Item(639, "&Inscribed quadrilaterals ..."),
+    Item(642, "Circu&mscribed quadrilaterals ..."),
     Sep(),
     Item(kCmdListsHelp, "&Help"),
     End(),
