@@ -13,7 +13,9 @@
 //   generators N · common N · tri60 N · tri120 N · squares N · cyclotomic N ·
 //   heron MIN MAX [right] [isosceles] · ratmed MIN MAX [right] [isosceles] [two] ·
 //   perpmed MIN MAX · quads MIN MAX [primitive] [ascending] [distinct|repeats] [zeros] ·
-//   polygons N M ROUNDS [SEED]
+//   polygons N M ROUNDS [SEED] · cubes MAX [dups] · soddy MAX · soddy3 MAX ·
+//   soddyline MAX · soddyplane MAX · curvatures [A B C D] MAX · tetra MAX ·
+//   cyclic MAX · bicentric MAX
 // Answers kOk, or the list's code (kOutOfBounds, kNothingToShow, kStopped, ...;
 // kCannotUnderstand for arguments the command does not understand,
 // kCouldNotFind for an unknown list) with out left as the run left it. A row
