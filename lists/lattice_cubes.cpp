@@ -79,7 +79,7 @@ Triple OrderedCube(const Vec& u, const Vec& v, const Vec& w, int64_t n) {
     for (int i = 0; i < 6; ++i)
         for (int j = 0; j < 6; ++j) {
             if (i / 2 == j / 2) continue;
-            Vec c;
+            Vec c{};
             // Always integral: a × b is ±n times the third direction.
             (void)CrossOverN(dirs[i], dirs[j], n, &c);
             const Triple t = {dirs[i][0], dirs[i][1], dirs[i][2], dirs[j][0], dirs[j][1],
@@ -165,7 +165,7 @@ Result ListLatticeCubes(CalcContext* ctx, uint32_t maxLength, bool duplicates, L
         for (size_t i = 0; i < sorted.size() && !stopped; ++i) {
             const Vec& u = sorted[i];
             for (const Vec& v : all) {
-                Vec w;
+                Vec w{};
                 if (Dot(u, v) == 0 && CrossOverN(u, v, n, &w)) classes.insert(ClassOf(u, v, w, n));
             }
             stopped = ListStopRequested(ctx);
