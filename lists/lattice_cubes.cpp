@@ -31,8 +31,8 @@ int64_t Dot(const Vec& a, const Vec& b) {
     return int64_t{a[0]} * b[0] + int64_t{a[1]} * b[1] + int64_t{a[2]} * b[2];
 }
 
-// (a × b) / n into *c; false when the quotient is not integral. The
-// components of a × b stay below 2n^2 < 2^33 in size.
+// (a × b) / n into *c; false when the quotient is not integral. With
+// |a| = |b| = n the components of a × b stay within n^2 < 2^32 in size.
 bool CrossOverN(const Vec& a, const Vec& b, int64_t n, Vec* c) {
     const int64_t p[3] = {int64_t{a[1]} * b[2] - int64_t{a[2]} * b[1],
                           int64_t{a[2]} * b[0] - int64_t{a[0]} * b[2],
@@ -146,7 +146,7 @@ Result ListLatticeCubes(CalcContext* ctx, uint32_t maxLength, bool duplicates, L
     if (Result code = CheckListValue(ListKind::latticeCubes, maxLength)) return code;
     ListStatus(out, OxString(kStrPressQToQuit));
 
-    // Coordinates and n take at most the digits of the bound, and a sign.
+    // n takes the digits of the bound and a blank; a coordinate also a sign.
     const int wn = DecDigits(maxLength) + 1, wc = DecDigits(maxLength) + 2;
     out->text = PadLeft(wn, "n") + " |" + PadLeft(3 * wc, "u") + " |" + PadLeft(3 * wc, "v") +
                 " |" + PadLeft(3 * wc, "w") + "\r\n";
