@@ -173,6 +173,7 @@ constexpr int kStrLargestEdge = 951;          // "largest edge"
 constexpr int kStrLargestPerimeter = 952;     // "largest perimeter"
 constexpr int kStrDescartesQuadruple = 953;   // "Descartes quadruple"
 // Lattice cubes: 955-959.
+constexpr int kStrDuplicates = 955;           // "duplicates", in the caption
 
 // Soddy circles and spheres, on a line and a plane: 960-969.
 
