@@ -179,6 +179,8 @@ constexpr int kStrDescartesQuadruple = 953;   // "Descartes quadruple"
 // Curvatures: 970-974.
 
 // Rational tetrahedra: 975-979.
+constexpr int kStrVolume = 975;  // "volume"
+constexpr int kStrEdge = 976;    // "edge"
 
 // Inscribed and circumscribed quadrilaterals: 980-989.
 
