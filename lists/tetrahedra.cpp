@@ -46,11 +46,10 @@ bool ProperTriangle(uint32_t x, uint32_t y, uint32_t z) {
     return x < y + z && y < x + z && z < x + y;
 }
 
-// For a proper triangle: whether its area is an integer (16 K^2 by Heron).
+// For a proper triangle: whether its area K is an integer. Heron gives
+// 16 K^2 as an integer; with integer sides a rational K is already whole.
 bool IntegerArea(uint64_t x, uint64_t y, uint64_t z) {
-    const uint64_t p = (x + y + z) * (y + z - x) * (x + z - y) * (x + y - z);
-    const uint64_t root = SquareRootIfSquare(p);
-    return root != 0 && root % 4 == 0;
+    return SquareRootIfSquare((x + y + z) * (y + z - x) * (x + z - y) * (x + y - z)) != 0;
 }
 
 // 144 V^2 = -a^2 F^2 + lin F + constant as a polynomial in F = CD^2: the inner
