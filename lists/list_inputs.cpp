@@ -100,7 +100,7 @@ std::string ListDialogDefault(ListKind kind, ListRandom* rng) {
 
     case ListKind::soddyPlane: return "1000";
 
-    case ListKind::tetrahedra: return "50";
+    case ListKind::tetrahedra: return "40";
 
     case ListKind::cyclicQuads: return "100";
 

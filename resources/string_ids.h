@@ -180,6 +180,8 @@ constexpr int kStrDuplicates = 955;           // "duplicates", in the caption
 // Curvatures: 970-974.
 
 // Rational tetrahedra: 975-979.
+constexpr int kStrVolume = 975;  // "volume"
+constexpr int kStrEdge = 976;    // "edge"
 
 // Inscribed and circumscribed quadrilaterals: 980-989.
 
