@@ -181,4 +181,5 @@ constexpr int kStrDescartesQuadruple = 953;   // "Descartes quadruple"
 // Rational tetrahedra: 975-979.
 
 // Inscribed and circumscribed quadrilaterals: 980-989.
+constexpr int kStrInradius = 980;  // "inradius"
 
