@@ -6,13 +6,12 @@
 #include "lists/list_inputs.h"
 #include "lists/quadrilaterals.h"
 #include "resources/string_ids.h"
-#include "resources/strings.h"
 
 namespace {
 
 // Both diagonals of the inscribed quadrilateral with sides t in order, when
 // both are integers: p^2 = (ac+bd)(ad+bc)/(ab+cd), q^2 = (ac+bd)(ab+cd)/(ad+bc).
-// Sides below 2^15 keep each product below 2^62.
+// Sides below 500 keep the products far inside 64 bits.
 bool IntegralDiagonals(const QuadSides& t, uint64_t* p, uint64_t* q) {
     const uint64_t a = t[0], b = t[1], c = t[2], d = t[3];
     const uint64_t e = a * c + b * d, f = a * d + b * c, g = a * b + c * d;

@@ -1,10 +1,8 @@
 #include "lists/quadrilaterals.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "lists/int_math.h"
-#include "lists/list_inputs.h"
 #include "lists/triangles.h"
 #include "resources/string_ids.h"
 #include "resources/strings.h"

@@ -17,11 +17,12 @@ using QuadSides = std::array<uint32_t, 4>;  // in cyclic order
 // lexicographically: the one form each quadrilateral is listed in.
 QuadSides CanonicalQuad(const QuadSides& t);
 
-// The exact root of a square below 2^62, or false.
+// The exact root of a square, or false.
 bool ExactSqrt(uint64_t v, uint64_t* root);
 
 // Column widths from the largest perimeter: a side (or a diagonal) is below
 // half of it, the area at most a sixteenth of its square (the square's).
+// The side width includes the blank before the number.
 struct QuadWidths {
     int perimeter, side, area;
 };
