@@ -57,11 +57,12 @@ const KindData& DataOf(ListKind kind) {
         {{636, kStrRationalTetrahedra, kStrLargestEdge, " [ < 1000 ]", 30},
          {1, 999, Result::kOutOfBounds}},
 
-        {{639, kStrInscribedQuads, kStrLargestPerimeter, " [ < 65536 ]", 30},
-         {4, 65535, Result::kOutOfBounds}},
+        // The quadrilateral lists fill the text near perimeter 215 and 560.
+        {{639, kStrInscribedQuads, kStrLargestPerimeter, " [ < 1000 ]", 30},
+         {4, 999, Result::kOutOfBounds}},
 
-        {{642, kStrCircumscribedQuads, kStrLargestPerimeter, " [ < 65536 ]", 30},
-         {4, 65535, Result::kOutOfBounds}},
+        {{642, kStrCircumscribedQuads, kStrLargestPerimeter, " [ < 1000 ]", 30},
+         {4, 999, Result::kOutOfBounds}},
     };
     return table[static_cast<int>(kind)];
 }
@@ -104,7 +105,7 @@ std::string ListDialogDefault(ListKind kind, ListRandom* rng) {
 
     case ListKind::cyclicQuads: return "100";
 
-    case ListKind::bicentricQuads: return "1000";
+    case ListKind::bicentricQuads: return "300";
     }
     return std::string();
 }

@@ -184,4 +184,5 @@ constexpr int kStrVolume = 975;  // "volume"
 constexpr int kStrEdge = 976;    // "edge"
 
 // Inscribed and circumscribed quadrilaterals: 980-989.
+constexpr int kStrInradius = 980;  // "inradius"
 
