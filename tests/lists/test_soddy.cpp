@@ -2,6 +2,7 @@
 // circles on a line and spheres on a plane.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <numeric>
 
 #include "list_support.h"
@@ -21,8 +22,8 @@ std::vector<Numbers> Marked(const std::string& text, size_t n) {
 
 }  // namespace
 
-// Every 4-tuple and 5-tuple in a box well beyond the largest entry the
-// generators allow for (x^2 + x + 1), in display order.
+// All tuples in a box well beyond the largest entry the generators allow for
+// (x^2 + x + 1), in display order.
 TEST(SoddyRoots, AgreeWithBruteForce) {
     std::vector<Numbers> circles;
     for (long x = 1; x <= 9; ++x)
@@ -40,23 +41,29 @@ TEST(SoddyRoots, AgreeWithBruteForce) {
     EXPECT_EQ(out.caption, "Soddy circles [|a| < 10] : " + std::to_string(circles.size()));
     EXPECT_EQ(Rows(out.text)[2], " -1  2  2  3*");
 
+    // Every b <= c <= d in the box, e from (S +- sqrt(3(S^2 - 2Q))) / 2. Up to
+    // |a| = 14: the search's candidates with d < c first come at |a| = 13.
     std::vector<Numbers> spheres;
-    for (long x = 1; x <= 5; ++x)
-        for (long b = 1; b <= 70; ++b)
-            for (long c = b; c <= 70; ++c)
-                for (long d = c; d <= 70; ++d)
-                    for (long e = d; e <= 70; ++e) {
-                        const long s = -x + b + c + d + e;
-                        if (s * s != 3 * (x * x + b * b + c * c + d * d + e * e) ||
-                            -x + b + c + d < 2 * e)
-                            continue;
-                        if (Gcd(Gcd(x, b), Gcd(Gcd(c, d), e)) == 1)
+    for (long x = 1; x <= 14; ++x)
+        for (long b = 1; b <= 250; ++b)
+            for (long c = b; c <= 250; ++c)
+                for (long d = c; d <= 250; ++d) {
+                    const long s = -x + b + c + d, q = x * x + b * b + c * c + d * d;
+                    const long disc = 3 * (s * s - 2 * q);
+                    if (disc < 0) continue;
+                    const long r = std::lround(std::sqrt(disc));
+                    if (r * r != disc || (s + r) % 2 != 0) continue;
+                    const long roots[] = {(s - r) / 2, (s + r) / 2};
+                    for (int k = 0; k < (r == 0 ? 1 : 2); ++k) {
+                        const long e = roots[k];
+                        if (e >= d && s >= 2 * e && Gcd(Gcd(x, b), Gcd(Gcd(c, d), e)) == 1)
                             spheres.push_back({-x, b, c, d, e});
                     }
-    ASSERT_EQ(ListSoddySpheres(nullptr, 5, &out), Result::kOk);
+                }
+    ASSERT_EQ(ListSoddySpheres(nullptr, 14, &out), Result::kOk);
     EXPECT_EQ(Leading(out.text, 5), spheres);
     EXPECT_EQ(spheres.front(), (Numbers{-1, 2, 2, 3, 3}));
-    EXPECT_EQ(out.caption, "Soddy spheres [|a| < 6] : " + std::to_string(spheres.size()));
+    EXPECT_EQ(out.caption, "Soddy spheres [|a| < 15] : " + std::to_string(spheres.size()));
 }
 
 // The root quadruples of the first integral circle packings as published.
