@@ -177,6 +177,8 @@ constexpr int kStrDescartesQuadruple = 953;   // "Descartes quadruple"
 // Soddy circles and spheres, on a line and a plane: 960-969.
 
 // Curvatures: 970-974.
+constexpr int kStrCurvatureColumn = 970;  // "curvature"
+constexpr int kStrCirclesColumn = 971;    // "circles"
 
 // Rational tetrahedra: 975-979.
 
