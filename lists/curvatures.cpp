@@ -90,6 +90,31 @@ bool CountBand(CalcContext* ctx, const int64_t root[4], int64_t lo, int64_t hi, 
     return true;
 }
 
+// Writes the rows of the curvatures 1..to and answers the last curvature
+// listed in full. With poll, it polls after every row and a row that does not
+// fit is offered again after the poll; without, a refused row ends the rows.
+uint32_t WriteRows(CalcContext* ctx, const uint32_t* count, uint32_t to, int w1, int w2, bool poll,
+                   ListOutput* out, uint32_t* written, bool* stopped) {
+    uint32_t last = to;
+    while (last > 0 && count[last] == 0) --last;
+    for (uint32_t c = 1; c <= last; ++c) {
+        if (count[c] == 0) continue;
+        std::string row;
+        Concat8(&row, PadLeft(w1, Dec(c)), PadLeft(w2, Dec(count[c])), "\r\n");
+        for (;;) {
+            const bool appended = AppendListLine(out, row);
+            if (appended) ++*written;
+            if (appended && c == last) return to;
+            if ((!appended && (out->endWhenFull || !poll)) || (poll && ListStopRequested(ctx))) {
+                *stopped = true;
+                return appended ? c : c - 1;
+            }
+            if (appended) break;
+        }
+    }
+    return to;
+}
+
 }  // namespace
 
 Result ListCurvatures(CalcContext* ctx, const DescartesQuadruple& start, uint32_t maxCurvature,
@@ -138,24 +163,11 @@ Result ListCurvatures(CalcContext* ctx, const DescartesQuadruple& start, uint32_
     HyphenRule(&out->text, w1 + w2, true);
     out->text += "\r\n";
 
+    // After a stop in the walk the rows up to the last bound completed are
+    // written without asking again; they always fit (see kCurvatureBoundMax).
     uint32_t written = 0;
-    uint32_t listedTo = reached;
-    for (uint32_t c = 1; c <= reached && !stopped; ++c) {
-        if (count[c] == 0) continue;
-        std::string row;
-        Concat8(&row, PadLeft(w1, Dec(c)), PadLeft(w2, Dec(count[c])), "\r\n");
-        // A row that does not fit is offered again after the poll.
-        for (;;) {
-            const bool appended = AppendListLine(out, row);
-            if (appended) ++written;
-            if (ListStopRequested(ctx) || (!appended && out->endWhenFull)) {
-                stopped = true;
-                listedTo = appended ? c : c - 1;
-                break;
-            }
-            if (appended) break;
-        }
-    }
+    const uint32_t listedTo =
+        WriteRows(ctx, count.get(), reached, w1, w2, !stopped, out, &written, &stopped);
 
     out->caption = std::string(OxString(kStrCurvatures)) + " [";
     for (int i = 0; i < 4; ++i) Concat8(&out->caption, i ? " " : "", Dec(start.k[i]));
