@@ -23,7 +23,7 @@
 
 namespace {
 
-// Walk nodes between two polls: a few hundred microseconds of walking.
+// Walk nodes between two polls: well under a millisecond of walking.
 constexpr uint32_t kNodesPerPoll = 4096;
 // The walk runs by rising bounds, each four times the previous (the circles
 // up to a bound grow like its 1.3057th power, so the repeats cost about a
