@@ -184,7 +184,8 @@ Result CheckPolygonInputs(uint32_t squaredLength, uint32_t sides) {
 
 std::string CurvatureQuadruplePrompt() { return OxString(kStrDescartesQuadruple); }
 std::string CurvatureBoundPrompt() {
-    return std::string(OxString(kStrLargestCurvature)) + " [ < 1000001 ]";
+    return std::string(OxString(kStrLargestCurvature)) + " [ < " +
+           std::to_string(kCurvatureBoundMax + 1) + " ]";
 }
 
 Result ReadDescartesQuadruple(const std::string& text, int64_t k[4]) {

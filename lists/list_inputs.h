@@ -72,7 +72,10 @@ constexpr const char* kCurvatureQuadruplePreset = "-1 2 2 3";
 constexpr const char* kCurvatureBoundPreset = "1000";
 constexpr int kCurvatureInputChars = 60;
 constexpr int64_t kCurvatureInputMax = 2147483647;  // |k| of a quadruple typed
-constexpr uint32_t kCurvatureBoundMax = 1000000;
+// An integral packing's curvatures fall in at most 8 residue classes mod 24,
+// so up to this bound a complete list has at most 33342 rows of 20
+// characters and always fits the list window.
+constexpr uint32_t kCurvatureBoundMax = 100000;
 // kOutOfBounds for text that is not four integers within ±kCurvatureInputMax.
 // Whether they form a Descartes quadruple is the generator's check.
 Result ReadDescartesQuadruple(const std::string& text, int64_t k[4]);

@@ -178,6 +178,8 @@ constexpr int kStrDuplicates = 955;           // "duplicates", in the caption
 // Soddy circles and spheres, on a line and a plane: 960-969.
 
 // Curvatures: 970-974.
+constexpr int kStrCurvatureColumn = 970;  // "curvature"
+constexpr int kStrCirclesColumn = 971;    // "circles"
 
 // Rational tetrahedra: 975-979.
 constexpr int kStrVolume = 975;  // "volume"
