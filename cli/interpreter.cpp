@@ -242,6 +242,7 @@ Result Interpreter::List(const std::string& args) {
     std::vector<std::string> words = Words(args);
     if (words.empty()) return Result::kCannotUnderstand;
     ListOutput output;
+    output.endWhenFull = true;  // no one will press Q for a row that does not fit
     Result code = RunListCommand(model_.Context(), words, &output);
     if (Ok(code) || !output.caption.empty() || !output.text.empty()) {
         writer_.Line(output.caption);

@@ -131,15 +131,6 @@ bool VectorsOfLength(CalcContext* ctx, uint32_t n, std::vector<Vec>* sorted,
     return true;
 }
 
-// Appends a row; a row that does not fit is offered again after each poll
-// until the user stops the run (or at once ends it with endWhenFull).
-// False when the run ends.
-bool OfferRow(CalcContext* ctx, ListOutput* out, const std::string& row) {
-    while (!AppendListLine(out, row))
-        if (out->endWhenFull || ListStopRequested(ctx)) return false;
-    return true;
-}
-
 }  // namespace
 
 Result ListLatticeCubes(CalcContext* ctx, uint32_t maxLength, bool duplicates, ListOutput* out) {
@@ -185,7 +176,7 @@ Result ListLatticeCubes(CalcContext* ctx, uint32_t maxLength, bool duplicates, L
                 row += PadLeft(wc, Dec(int64_t{t[static_cast<size_t>(k)]}));
             }
             row += "\r\n";
-            if (!OfferRow(ctx, out, row)) {
+            if (!OfferListRow(ctx, out, row)) {
                 stopped = true;
                 break;
             }

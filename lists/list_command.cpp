@@ -133,7 +133,6 @@ Result RunCurvatures(CalcContext* ctx, const Args& args, ListOutput* out) {
 
 Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
     if (args.empty()) return Result::kCannotUnderstand;
-    out->endWhenFull = true;
     const std::string& name = args[0];
     for (const OneNumberList& list : kOneNumberLists) {
         if (name != list.name) continue;

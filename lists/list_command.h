@@ -18,7 +18,8 @@
 //   cyclic MAX · bicentric MAX
 // Answers kOk, or the list's code (kOutOfBounds, kNothingToShow, kStopped, ...;
 // kCannotUnderstand for arguments the command does not understand,
-// kCouldNotFind for an unknown list) with out left as the run left it. A row
-// that does not fit ends a run here instead of waiting for a Q that no one
-// will type.
+// kCouldNotFind for an unknown list) with out left as the run left it. A
+// front end without a user at the keyboard sets out->endWhenFull first, so
+// that a row that does not fit ends the run instead of waiting for a Q that
+// no one will type.
 Result RunListCommand(CalcContext* ctx, const std::vector<std::string>& args, ListOutput* out);

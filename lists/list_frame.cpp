@@ -8,6 +8,12 @@ bool AppendListLine(ListOutput* out, std::string_view row) {
     return true;
 }
 
+bool OfferListRow(CalcContext* ctx, ListOutput* out, std::string_view row) {
+    while (!AppendListLine(out, row))
+        if (out->endWhenFull || ctx == nullptr || ctx->ShouldStop()) return false;
+    return true;
+}
+
 std::string PadLeft(int width, std::string_view text, char fill) {
     if (width <= 0) return std::string();
     size_t w = static_cast<size_t>(width);

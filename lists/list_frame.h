@@ -40,6 +40,12 @@ inline bool ListOutputShown(Result code) {
 // 1,000,000-character ceiling; otherwise changes nothing and answers false.
 [[nodiscard]] bool AppendListLine(ListOutput* out, std::string_view row);
 
+// Appends a row like AppendListLine. A row the ceiling refuses is offered
+// again after each poll until the user stops the run; the run ends at once
+// instead when out->endWhenFull is set or there is no context that could stop
+// it. False when the row was not written: the run is over, as stopped.
+[[nodiscard]] bool OfferListRow(CalcContext* ctx, ListOutput* out, std::string_view row);
+
 // Pads text on the left with fill up to width, or cuts it to its first width
 // characters when it is longer.
 std::string PadLeft(int width, std::string_view text, char fill = ' ');

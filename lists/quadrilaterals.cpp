@@ -18,14 +18,6 @@ constexpr uint64_t SquaresMod64() {
 }
 constexpr uint64_t kSquaresMod64 = SquaresMod64();
 
-// A row that does not fit is offered again after a poll until the user
-// stops the run; without a context nobody can, so the run ends there too.
-bool EmitRow(CalcContext* ctx, ListOutput* out, const std::string& row) {
-    while (!AppendListLine(out, row))
-        if (ctx == nullptr || out->endWhenFull || ListStopRequested(ctx)) return false;
-    return true;
-}
-
 }  // namespace
 
 QuadSides CanonicalQuad(const QuadSides& t) {
@@ -79,7 +71,7 @@ Result WalkQuadPerimeters(CalcContext* ctx, uint32_t maxPerimeter, int nounId,
         }
         for (size_t i = 0; i < cells.size(); ++i) {
             const std::string perimeter = i == 0 ? Dec(p) : std::string();
-            if (!EmitRow(ctx, out, PadLeft(w.perimeter, perimeter) + cells[i] + "\r\n")) {
+            if (!OfferListRow(ctx, out, PadLeft(w.perimeter, perimeter) + cells[i] + "\r\n")) {
                 stopped = true;
                 upper = i == 0 ? p : p + 1;
                 break;

@@ -53,16 +53,12 @@ class SoddyRun {
 public:
     SoddyRun(CalcContext* ctx, ListOutput* out) : ctx_(ctx), out_(out) {}
 
-    // Appends a row. A row the ceiling refuses is offered again after each
-    // poll until the user stops the run; at once the run ends when
-    // out->endWhenFull is set, when there is no context that could stop it,
-    // or when the run is already stopped. False when the row was not written.
+    // Appends a row (OfferListRow; once stopped, only a row that fits);
+    // false when it was not written and the run is over.
     bool Row(const std::string& row) {
-        while (!AppendListLine(out_, row)) {
-            if (stopped_ || out_->endWhenFull || ctx_ == nullptr || ListStopRequested(ctx_)) {
-                stopped_ = true;
-                return false;
-            }
+        if (stopped_ ? !AppendListLine(out_, row) : !OfferListRow(ctx_, out_, row)) {
+            stopped_ = true;
+            return false;
         }
         ++count_;
         return true;

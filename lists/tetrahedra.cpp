@@ -188,9 +188,7 @@ Result ListRationalTetrahedra(CalcContext* ctx, uint32_t maxEdge, ListOutput* ou
                                     !RationalTetraVolume(t, &v))
                                     continue;
                                 const std::string row = TetraRow(t, v, w, volumeWidth);
-                                // A row that does not fit is offered again after a poll.
-                                while (!stopped && !AppendListLine(out, row))
-                                    stopped = ListStopRequested(ctx) || out->endWhenFull;
+                                stopped = !OfferListRow(ctx, out, row);
                                 if (!stopped) ++count;
                             }
                             if (low <= high) work += high - low;
