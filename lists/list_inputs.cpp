@@ -41,26 +41,19 @@ const KindData& DataOf(ListKind kind) {
         {{637, kStrCyclotomic, kStrIndex, " [ < 65536 ]", 50}, {1, 65535, Result::kOutOfBounds}},
         // The lattice cubes are asked for in the quadruples dialog: only the range counts.
         {{630, kStrLatticeCubes, kStrLength, " [ < 65536 ]", 30}, {1, 65535, Result::kOutOfBounds}},
-
         {{631, kStrSoddyCircles, kStrLargestNegCurvature, " [ < 65536 ]", 30},
          {1, 65535, Result::kOutOfBounds}},
-
         {{632, kStrSoddySpheres, kStrLargestNegCurvature, " [ < 65536 ]", 30},
          {1, 65535, Result::kOutOfBounds}},
-
         {{633, kStrCirclesOnLine, kStrLargestCurvature, " [ < 65536 ]", 30},
          {4, 65535, Result::kNothingToShow}},
-
         {{634, kStrSpheresOnPlane, kStrLargestCurvature, " [ < 65536 ]", 30},
          {3, 65535, Result::kNothingToShow}},
-
         {{636, kStrRationalTetrahedra, kStrLargestEdge, " [ < 1000 ]", 30},
          {1, 999, Result::kOutOfBounds}},
-
         // The quadrilateral lists fill the text near perimeter 215 and 560.
         {{639, kStrInscribedQuads, kStrLargestPerimeter, " [ < 1000 ]", 30},
          {4, 999, Result::kOutOfBounds}},
-
         {{642, kStrCircumscribedQuads, kStrLargestPerimeter, " [ < 1000 ]", 30},
          {4, 999, Result::kOutOfBounds}},
     };
@@ -92,19 +85,12 @@ std::string ListDialogDefault(ListKind kind, ListRandom* rng) {
     case ListKind::twoSquares: return "32045";
     case ListKind::cyclotomic: return std::to_string(kCyclotomicFirstIndex);
     case ListKind::latticeCubes: return "100";
-
     case ListKind::soddyCircles: return "100";
-
     case ListKind::soddySpheres: return "100";
-
     case ListKind::soddyLine: return "1000";
-
     case ListKind::soddyPlane: return "1000";
-
     case ListKind::tetrahedra: return "40";
-
     case ListKind::cyclicQuads: return "100";
-
     case ListKind::bicentricQuads: return "300";
     }
     return std::string();

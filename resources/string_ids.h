@@ -172,19 +172,10 @@ constexpr int kStrLargestCurvature = 950;     // "largest curvature"
 constexpr int kStrLargestEdge = 951;          // "largest edge"
 constexpr int kStrLargestPerimeter = 952;     // "largest perimeter"
 constexpr int kStrDescartesQuadruple = 953;   // "Descartes quadruple"
-// Lattice cubes: 955-959.
-constexpr int kStrDuplicates = 955;           // "duplicates", in the caption
-
-// Soddy circles and spheres, on a line and a plane: 960-969.
-
-// Curvatures: 970-974.
+// Column headers and caption words of those lists.
+constexpr int kStrDuplicates = 955;       // "duplicates", in the caption
 constexpr int kStrCurvatureColumn = 970;  // "curvature"
 constexpr int kStrCirclesColumn = 971;    // "circles"
-
-// Rational tetrahedra: 975-979.
-constexpr int kStrVolume = 975;  // "volume"
-constexpr int kStrEdge = 976;    // "edge"
-
-// Inscribed and circumscribed quadrilaterals: 980-989.
-constexpr int kStrInradius = 980;  // "inradius"
-
+constexpr int kStrVolume = 975;           // "volume"
+constexpr int kStrEdge = 976;             // "edge"
+constexpr int kStrInradius = 980;         // "inradius"
