@@ -96,6 +96,7 @@ Result BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt
     for (const QuotientLink* q = chain.head; q; q = q->next) {
         ZeroLimbs(product.get(), tx + q->top + 2);
         int32_t tp = MulLimbs(ctx, x.get(), tx, q->limbs, q->top, product.get());
+        if (tp == kMulNoMemory) return Result::kNoMemory;
         if (tp < 0) return Result::kStopped;
         tp = LimbsAdd(product.get(), y.get(), sum.get(), tp, ty);
         tp = LimbsNormalizeTop(sum.get(), tp);
