@@ -213,7 +213,8 @@ Result ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigI
         code = BigCopy(&b.v, base);
     }
     e.v.negative = 0;
-    const bool twoOrMore = e.v.top > 0 || e.v.limbs[0] >= 2;
+    // (e is released when its copy was refused)
+    const bool twoOrMore = Ok(code) && (e.v.top > 0 || e.v.limbs[0] >= 2);
     if (Ok(code) && twoOrMore && !BigIsZeroMagnitude(m)) {
         BigTemp fast;
         code = m->top < gFastThresholds.powMontgomery
