@@ -236,6 +236,24 @@ TEST(AllocationFailures, EveryAllocationOfEveryOperationMayBeRefused) {
          [&](CalcContext* c, BigInt* n, BigInt* d) {
              return FracDiv(c, n, d, &big.v, &x.v, &y.v, &big2.v);
          }},
+        {"remainder",
+         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMod(c, &neg.v, &x.v, r); }},
+        {"modular sum",
+         [&](CalcContext* c, BigInt* r, BigInt*) { return ModAdd(c, r, &big.v, &neg.v, &y.v); }},
+        {"modular difference",
+         [&](CalcContext* c, BigInt* r, BigInt*) { return ModSub(c, r, &neg.v, &big.v, &y.v); }},
+        {"product by an int",
+         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMulSmallInt(c, r, &big.v, -7777); }},
+        {"hailstone step, in a copy",
+         [&](CalcContext* c, BigInt* r, BigInt*) {
+             const Result code = BigCopy(r, &neg.v);
+             return Ok(code) ? BigHail(c, r) : code;
+         }},
+        {"increment, in a copy",
+         [&](CalcContext*, BigInt* r, BigInt*) {
+             const Result code = BigCopy(r, &one9.v);
+             return Ok(code) ? BigIncrement(r) : code;
+         }},
         {"text in", [&](CalcContext*, BigInt* r, BigInt*) { return BigFromText(text, r); },
          [&] { std::memcpy(text, textIn.c_str(), textIn.size() + 1); }},
         {"base 16 to 10",
