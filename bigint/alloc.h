@@ -4,13 +4,24 @@
 // FreeLimbs (BigFree uses it too), so any kernel may build a result array and
 // hand it to a record. Allocation never throws: a null answer is reported by
 // the caller as code 3.
+//
+// Every allocation of this folder goes through operator new: arrays by
+// new (std::nothrow) (limbs here, words in binary_words.cpp, scratch in
+// mul_kernels.h, the transform's roots), standard containers by the throwing
+// form, whose std::bad_alloc the kernel's entry turns into code 3
+// (CatchNoMemory). No exception leaves the folder. So the allocation-failure
+// test can refuse any one allocation, and count the live ones, by replacing
+// the global operator new in its own program: the arithmetic pays nothing
+// for the seam.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 #include <new>
+#include <stdexcept>
 
 #include "bigint/record.h"
+#include "resources/result.h"
 
 inline Limb* AllocLimbs(int64_t count) {
     if (count < 1 || count > INT32_MAX) return nullptr;
@@ -65,3 +76,18 @@ public:
 private:
     Limb* p_ = nullptr;
 };
+
+// body() for a kernel built on standard containers: a container that cannot
+// grow (std::bad_alloc, or a size beyond its limit) answers code 3. The
+// kernel keeps its records in scoped holders (BigTemp, LimbBuffer), so the
+// unwinding releases them and the operands are untouched.
+template <class Body>
+Result CatchNoMemory(Body&& body) noexcept {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    } catch (const std::length_error&) {
+        return Result::kNoMemory;
+    }
+}

@@ -5,6 +5,8 @@
 // of c[2i+1] folded straight into the next carry: every sum stays below 2^58.
 // Operands too long for one transform are halved until they fit. Shifted
 // sums place one number at any bit of another.
+//
+// Allocation: words and scratch from nothrow new; a refused array answers code 3.
 #include "bigint/binary_words.h"
 
 #include <algorithm>

@@ -1,5 +1,8 @@
 // Algorithm choice for the heavy operations: the reference kernel below its
 // threshold, the fast kernel of fast_paths.h above.
+//
+// Allocation: no containers here; the divisor cache holds records, and the
+// text of the base conversion is the kernels' (each answers code 3 itself).
 #include "bigint/dispatch.h"
 
 #include <cstring>
@@ -34,6 +37,11 @@ struct DivisorCache {
     BigInt d = {};
     NewtonDivisor divisor;
     ~DivisorCache() { BigFree(&d); }
+    void Release() {
+        BigFree(&d);
+        BigFree(&divisor.R);
+        divisor.d = nullptr;
+    }
 
     // The prepared divisor for dm in *out. kOk, kNoMemory, kStopped (the cache is then empty).
     Result For(CalcContext* ctx, const BigInt* dm, const NewtonDivisor** out) {
@@ -41,21 +49,19 @@ struct DivisorCache {
         if (d.limbs && d.top == dm->top &&
             std::memcmp(d.limbs, dm->limbs, sizeof(Limb) * size_t(d.top + 1)) == 0)
             return Result::kOk;
-        BigFree(&d);
-        BigFree(&divisor.R);
-        divisor.d = nullptr;
+        Release();
         Result code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
         if (Ok(code)) code = NewtonDivisorPrepare(ctx, &d, &divisor);
-        if (!Ok(code)) {
-            BigFree(&d);
-            BigFree(&divisor.R);
-            divisor.d = nullptr;
-        }
+        if (!Ok(code)) Release();
         return code;
     }
 };
 
+DivisorCache gDivisorCache;
+
 }  // namespace
+
+void ReleaseDivisorCache() { gDivisorCache.Release(); }
 
 Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* q, BigInt* r) {
     const int32_t limit = gFastThresholds.divNewton;
@@ -67,7 +73,6 @@ Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt
     if (Ok(code)) code = MakeMagnitude(d, &dm);
     // A quotient as long as the divisor (a product reduced by a modulus)
     // goes through the cached reciprocal; others get one sized to them.
-    static DivisorCache cache;
     const int32_t quotientLimbs = x->top - d->top + 1;
     if (Ok(code) && small) {
         // 10^8 written as two limbs (a top limb of 10000) is three limbs long.
@@ -75,7 +80,7 @@ Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt
                                   : DivModSchool(ctx, x, d, q, r);
     } else if (Ok(code) && quotientLimbs + 2 >= m) {
         const NewtonDivisor* known = nullptr;
-        code = cache.For(ctx, dm.get(), &known);
+        code = gDivisorCache.For(ctx, dm.get(), &known);
         if (Ok(code)) code = DivModWithDivisor(ctx, xm.get(), known, q, r);
     } else if (Ok(code)) {
         code = DivModNewton(ctx, xm.get(), dm.get(), q, r);

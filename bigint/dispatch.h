@@ -18,3 +18,7 @@ Result ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, Bi
 Result RadixToBigDispatch(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
                           BigInt* value);
 Result BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::string* text);
+
+// Releases the reciprocal the division keeps for its last long divisor (the
+// allocation test, which counts live blocks, starts each run without it).
+void ReleaseDivisorCache();

@@ -7,6 +7,9 @@
 // tells how many units to correct. Longer quotients are formed m limbs at a
 // time, the reciprocal computed once. A quotient costs about four products
 // of its size.
+//
+// Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer); a refused
+// array answers code 3.
 #include <cassert>
 
 #include "bigint/dispatch.h"

@@ -3,6 +3,8 @@
 // rest stays below the divisor, so rest·10^8 + pair < 10^16 fits a machine
 // word and each step is one machine division. Long division instead
 // estimates each quotient limb from below and subtracts until it fits.
+//
+// Allocation: the quotient array from alloc.h; a refused one answers code 3.
 #include "bigint/fast_paths.h"
 #include "bigint/poll_clock.h"
 

@@ -23,6 +23,8 @@
 // below gcdHalfLeaf going by leaf rounds that gather their steps in a small
 // matrix first. Lehmer's steps keep the remainder non-zero (floor
 // 10000^0), so the step to y = 0 is always a division.
+//
+// Allocation: work arrays and records from alloc.h; a refused one answers code 3.
 #include <cstdlib>
 #include <utility>
 

@@ -28,6 +28,9 @@
 // the whole pair, each round removing about a quarter of the limbs; when
 // Hgcd cannot move (a huge quotient) one division step is taken. Below
 // gcdHalf limbs Lehmer's method takes over.
+//
+// Allocation: matrix entries and work arrays from alloc.h; a refused one answers
+// code 3.
 #include <algorithm>
 #include <cassert>
 #include <climits>

@@ -8,6 +8,8 @@
 // seven to nine digits, where long division removes one quotient limb per
 // pass. When the leading limbs cannot decide a quotient (a far longer than
 // b, or a single huge quotient) one full division step is taken instead.
+//
+// Allocation: work arrays from alloc.h (LimbBuffer); a refused one answers code 3.
 #include "bigint/gcd_lehmer.h"
 
 #include <algorithm>

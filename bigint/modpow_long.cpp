@@ -4,6 +4,9 @@
 // the sliding window of the word kernel. A square or a product then costs
 // about three products of the modulus's length: the product itself, and
 // the quotient estimate and its multiple of the modulus.
+//
+// Allocation: residues live in std::vector; ModPowLong runs under
+// CatchNoMemory, so a vector that cannot grow answers code 3.
 #include "bigint/fast_paths.h"
 #include "bigint/modpow_window.h"
 
@@ -44,10 +47,8 @@ private:
     Result code_ = Result::kOk;
 };
 
-}  // namespace
-
-Result ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
-                  BigInt* result) {
+Result ModPowLongBody(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+                      BigInt* result) {
     const BigInt mm = BigMagnitudeView(m);
     BigTemp reduced, canonical;
     std::vector<bool> bits;
@@ -63,4 +64,11 @@ Result ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, 
     std::vector<Limb> x, bv(b.limbs, b.limbs + b.top + 1);
     if (!SlidingWindowPower(ring, bv, bits, &x)) return ring.code();
     return BigFromLimbs(result, x.data(), LimbsTrimTop(x.data(), int32_t(x.size()) - 1), 0);
+}
+
+}  // namespace
+
+Result ModPowLong(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+                  BigInt* result) {
+    return CatchNoMemory([&] { return ModPowLongBody(ctx, base, exponent, m, result); });
 }

@@ -8,6 +8,10 @@
 // base 2^64: an even modulus 2^s · o is served by the power modulo o and the
 // power modulo 2^s (truncated products), joined by the Chinese remainder
 // theorem.
+//
+// Allocation: the words live in std::vector; both entries (ExponentBits,
+// ModPowMontgomery) run their bodies under CatchNoMemory, so a vector that
+// cannot grow answers code 3, the records being scoped.
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -272,10 +276,8 @@ private:
     std::vector<Word> t_;
 };
 
-}  // namespace
-
 // The bits of |e|, least significant first, no zero bits above the top.
-Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
+Result ExponentBitsBody(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
     bits->clear();
     if (e->top < 1000) {
         const std::vector<Word> w = WordsFromLimbs(e, WordsFor(e));
@@ -296,8 +298,8 @@ Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) 
     return Result::kOk;
 }
 
-Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent,
-                        const BigInt* m, BigInt* result) {
+Result ModPowWords(CalcContext* ctx, const BigInt* base, const BigInt* exponent, const BigInt* m,
+                   BigInt* result) {
     PollClock clk(ctx);
     const BigInt mm = BigMagnitudeView(m);
     BigTemp reduced;
@@ -393,4 +395,15 @@ Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* expo
         carry = Word(s >> 64);
     }
     return LimbsFromWords(sum, result);
+}
+
+}  // namespace
+
+Result ExponentBits(CalcContext* ctx, const BigInt* e, std::vector<bool>* bits) {
+    return CatchNoMemory([&] { return ExponentBitsBody(ctx, e, bits); });
+}
+
+Result ModPowMontgomery(CalcContext* ctx, const BigInt* base, const BigInt* exponent,
+                        const BigInt* m, BigInt* result) {
+    return CatchNoMemory([&] { return ModPowWords(ctx, base, exponent, m, result); });
 }

@@ -96,6 +96,7 @@ Result BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt
     for (const QuotientLink* q = chain.head; q; q = q->next) {
         ZeroLimbs(product.get(), tx + q->top + 2);
         int32_t tp = MulLimbs(ctx, x.get(), tx, q->limbs, q->top, product.get());
+        if (tp == kMulNoMemory) return Result::kNoMemory;
         if (tp < 0) return Result::kStopped;
         tp = LimbsAdd(product.get(), y.get(), sum.get(), tp, ty);
         tp = LimbsNormalizeTop(sum.get(), tp);
@@ -212,7 +213,8 @@ Result ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigI
         code = BigCopy(&b.v, base);
     }
     e.v.negative = 0;
-    const bool twoOrMore = e.v.top > 0 || e.v.limbs[0] >= 2;
+    // (e is released when its copy was refused)
+    const bool twoOrMore = Ok(code) && (e.v.top > 0 || e.v.limbs[0] >= 2);
     if (Ok(code) && twoOrMore && !BigIsZeroMagnitude(m)) {
         BigTemp fast;
         code = m->top < gFastThresholds.powMontgomery

@@ -41,7 +41,8 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
 }
 
 // The rows, and so the polls, run over y's limbs. A stop and a failed result
-// allocation both answer -1 and leave the result 1.
+// allocation both answer -1 and leave the result 1; a product whose work
+// arrays are refused answers 3, the result also 1.
 Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y) {
     if (BigIsZero(x) || BigIsZero(y)) return BigFromInt(result, 0);
     const uint8_t negative = x->negative != y->negative;
@@ -51,6 +52,10 @@ Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y
         return Result::kNoMemory;
     }
     const int32_t top = MulLimbs(ctx, x->limbs, x->top, y->limbs, y->top, product.get());
+    if (top == kMulNoMemory) {
+        BigSetFailed(result);
+        return Result::kNoMemory;
+    }
     if (top < 0 || BigFromLimbs(result, product.get(), top, negative) != 0) {
         BigSetFailed(result);
         return Result::kStopped;

@@ -4,6 +4,9 @@
 // end, so the inner loop is a plain multiply-add the compiler can vectorise
 // (LimbsMul reduces every step because its rows must fit 32 bits). Limbs up
 // to 20000 give products below 4e8: no accumulator can overflow.
+//
+// Allocation: column sums in nothrow scratch (Scratch); a refused one answers code 3,
+// on which MulLimbs may fall back to the row-by-row product (mul_dispatch.cpp).
 #include <cassert>
 
 #include "bigint/mul_kernels.h"

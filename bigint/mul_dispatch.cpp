@@ -9,7 +9,12 @@
 //                                transform-sized halves
 // Squares have their own ladder. MulLimbs keeps LimbsMul (with its row polls)
 // below the Karatsuba threshold, and falls back to it when scratch memory
-// runs out, since LimbsMul needs none.
+// runs out, since LimbsMul needs none, but only for products of at most
+// kFallbackWork limb products (la·lb), a fraction of a second: beyond that
+// the schoolbook product would run for minutes (hours for millions of limbs),
+// and the product answers low memory at once.
+//
+// Allocation: scratch from nothrow new (mul_kernels.h); no containers.
 #include "bigint/mul_dispatch.h"
 
 #include <algorithm>
@@ -20,6 +25,10 @@
 FastThresholds gFastThresholds;
 
 namespace {
+
+// Limb products of the longest schoolbook product run when the fast kernels'
+// scratch is refused: 8192 limbs by 8192, well under a second.
+constexpr int64_t kFallbackWork = int64_t(1) << 26;
 
 // a·b for la >= 2·lb: pieces of a of lb limbs (the last may be shorter),
 // each a balanced product, added into place.
@@ -72,6 +81,7 @@ int32_t MulLimbs(CalcContext* ctx, const Limb* a, int32_t ta, const Limb* b, int
     const Result rc = square ? SqrRec(clk, a, la, p) : MulRec(clk, a, la, b, lb, p);
     if (rc == Result::kStopped) return -1;
     if (rc == Result::kNoMemory) {
+        if (int64_t(la) * lb > kFallbackWork) return kMulNoMemory;
         std::fill(p, p + la + lb, Limb(0));
         return LimbsMul(ctx, a, b, p, ta, tb);
     }

@@ -6,6 +6,9 @@
 // z0 and z2 go straight into their places in p; the middle term is formed in
 // scratch and added at offset h. The half sums may have a top limb of 1 or 2,
 // which every kernel accepts.
+//
+// Allocation: scratch from nothrow new (Scratch); a refused one answers code 3,
+// on which MulLimbs may fall back to the schoolbook product (mul_dispatch.cpp).
 #include <algorithm>
 #include <cassert>
 

@@ -14,17 +14,19 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <new>
 
 #include "bigint/poll_clock.h"
 #include "bigint/record.h"
 #include "resources/result.h"
 
-// An owned scratch array of n elements from malloc; null when it failed.
+// An owned scratch array of n plain elements (left undefined) from nothrow
+// new, as every allocation of the folder (alloc.h); null when it failed.
 template <typename T>
 class Scratch {
 public:
-    explicit Scratch(int64_t n) : p_(static_cast<T*>(std::malloc(sizeof(T) * (n > 0 ? n : 1)))) {}
-    ~Scratch() { std::free(p_); }
+    explicit Scratch(int64_t n) : p_(new (std::nothrow) T[size_t(n > 0 ? n : 1)]) {}
+    ~Scratch() { delete[] p_; }
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
     T* get() const { return p_; }

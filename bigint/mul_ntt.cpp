@@ -15,10 +15,15 @@
 // Long transforms run the second prime on a helper thread. Only the calling
 // thread polls; when it is told to stop it cancels the helper and waits for
 // it, which takes at most one stage of the helper's transform.
+//
+// Allocation: the buffers and root tables come from nothrow new (code 3 when
+// refused); a helper thread that cannot be started, for want of memory or
+// of a thread, leaves both primes to the calling thread.
 #include <algorithm>
 #include <atomic>
 #include <cassert>
 #include <chrono>
+#include <new>
 #include <system_error>
 #include <thread>
 
@@ -82,7 +87,7 @@ constexpr int32_t kKeptRoots = 1 << 20;
 class RootTable {
 public:
     RootTable() = default;
-    ~RootTable() { std::free(owned_); }
+    ~RootTable() { delete[] owned_; }
     RootTable(const RootTable&) = delete;
     RootTable& operator=(const RootTable&) = delete;
 
@@ -94,14 +99,14 @@ public:
             roots_ = kept[index];
             return Result::kOk;
         }
-        uint32_t* t = static_cast<uint32_t*>(std::malloc(sizeof(uint32_t) * size_t(n)));
+        uint32_t* t = new (std::nothrow) uint32_t[size_t(n)];
         if (!t) return Result::kNoMemory;
         if (FillRoots(clk, pr, Mont(pr.p), n, t) != 0) {
-            std::free(t);
+            delete[] t;
             return Result::kStopped;
         }
         if (n <= kKeptRoots) {
-            std::free(kept[index]);
+            delete[] kept[index];
             kept[index] = t;
             keptSize[index] = n;
         } else {
@@ -235,6 +240,8 @@ Result Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Fin
             });
         } catch (const std::system_error&) {
             // No thread to be had: both primes run here.
+        } catch (const std::bad_alloc&) {
+            // No memory for the thread's state: the same.
         }
     }
     rc = Convolve(clk, kP1, roots1.get(), a, la, b, lb, r1, fb, n);

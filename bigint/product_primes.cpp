@@ -8,6 +8,10 @@
 // large work is a few squarings of the growing result instead of products
 // at every level of a tree over all the factors, and the A_b are products
 // of primes only (about n / ln n factors, not n − c).
+//
+// Allocation: the primes, exponents and chosen factors live in std::vector;
+// both entries run under CatchNoMemory, so a vector that cannot grow answers
+// code 3, the records being scoped.
 #include <vector>
 
 #include "bigint/fast_paths.h"
@@ -76,8 +80,8 @@ Result PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uin
     for (const int32_t e : exponent) maxExponent = e > maxExponent ? e : maxExponent;
     int top = 0;
     while ((maxExponent >> (top + 1)) != 0) ++top;
-    BigInt acc = {};
-    Result code = BigFromInt(&acc, 1);
+    BigTemp acc;
+    Result code = BigFromInt(&acc.v, 1);
     std::vector<uint32_t> chosen;
     for (int b = top; Ok(code) && b >= 0; --b) {
         chosen.clear();
@@ -85,30 +89,29 @@ Result PrimePowerProduct(CalcContext* ctx, PollClock& clk, const std::vector<uin
             if ((exponent[i] >> b) & 1) chosen.push_back(primes[i]);
         }
         BigTemp sq, part, next;
-        code = FastMul(ctx, &sq.v, &acc, &acc);
+        code = FastMul(ctx, &sq.v, &acc.v, &acc.v);
         if (Ok(code) && !chosen.empty()) {
             code = ListProduct(ctx, clk, chosen, 0, chosen.size(), &part.v);
             if (Ok(code)) code = FastMul(ctx, &next.v, &sq.v, &part.v);
             if (Ok(code)) BigReplace(&sq.v, &next.v);
         }
-        if (Ok(code)) BigReplace(&acc, &sq.v);
+        if (Ok(code)) BigReplace(&acc.v, &sq.v);
     }
-    if (Ok(code))
-        BigMove(result, &acc);
-    else
-        BigFree(&acc);
+    if (Ok(code)) BigMove(result, &acc.v);
     return code;
 }
 
 // The product of p^exponent(p) over the primes p <= n.
 template <class Exponent>
 Result ProductOverPrimes(CalcContext* ctx, int32_t n, Exponent exponent, BigInt* result) {
-    PollClock clk(ctx);
-    std::vector<uint32_t> primes;
-    if (!Primes(clk, n, &primes)) return Result::kStopped;
-    std::vector<int32_t> e(primes.size());
-    for (size_t i = 0; i < primes.size(); ++i) e[i] = exponent(primes[i]);
-    return PrimePowerProduct(ctx, clk, primes, e, result);
+    return CatchNoMemory([&] {
+        PollClock clk(ctx);
+        std::vector<uint32_t> primes;
+        if (!Primes(clk, n, &primes)) return Result::kStopped;
+        std::vector<int32_t> e(primes.size());
+        for (size_t i = 0; i < primes.size(); ++i) e[i] = exponent(primes[i]);
+        return PrimePowerProduct(ctx, clk, primes, e, result);
+    });
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 // a factor plus the carry stays below 2^40); the leaves are then joined in
 // pairs by MulLimbs, so the large products are of equal sizes, where the
 // fast multiplications pay.
+//
+// Allocation: leaf arrays and records from alloc.h; a refused one answers code 3.
 #include "bigint/fast_paths.h"
 #include "bigint/mul_dispatch.h"
 #include "bigint/poll_clock.h"

@@ -1,4 +1,9 @@
 // Base conversion between bases 2 and 16 for numbers of any size.
+//
+// Allocation: records through alloc.h; the digits of BigToRadixSchool grow
+// in a std::string under CatchNoMemory (code 3). ConvertBase works in the
+// caller's text without growing it, and the kernels it calls answer for
+// their own allocations.
 #include <algorithm>
 #include <cctype>
 
@@ -41,25 +46,27 @@ Result RadixToBigSchool(CalcContext* ctx, const unsigned char* digits, int32_t c
 // Repeated division by the base, one digit per division, most significant
 // digit last found.
 Result BigToRadixSchool(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
-    static const char kDigits[] = "0123456789ABCDEF";
-    BigTemp rest, b;
-    Result code = BigCopy(&rest.v, value);
-    if (Ok(code)) code = BigFromInt(&b.v, base);
-    std::string out;
-    while (Ok(code) && !BigIsZero(&rest.v)) {
-        BigTemp q, r;
-        code = BigDivMod(ctx, &rest.v, &b.v, &q.v, &r.v);
-        int32_t d = 0;
-        if (Ok(code)) {
-            BigToInt(&r.v, &d);
-            out.push_back(kDigits[d]);
-            BigReplace(&rest.v, &q.v);
+    return CatchNoMemory([&] {
+        static const char kDigits[] = "0123456789ABCDEF";
+        BigTemp rest, b;
+        Result code = BigCopy(&rest.v, value);
+        if (Ok(code)) code = BigFromInt(&b.v, base);
+        std::string out;
+        while (Ok(code) && !BigIsZero(&rest.v)) {
+            BigTemp q, r;
+            code = BigDivMod(ctx, &rest.v, &b.v, &q.v, &r.v);
+            int32_t d = 0;
+            if (Ok(code)) {
+                BigToInt(&r.v, &d);
+                out.push_back(kDigits[d]);
+                BigReplace(&rest.v, &q.v);
+            }
         }
-    }
-    if (!Ok(code)) return code;
-    std::reverse(out.begin(), out.end());
-    text->swap(out);
-    return Result::kOk;
+        if (!Ok(code)) return code;
+        std::reverse(out.begin(), out.end());
+        text->swap(out);
+        return Result::kOk;
+    });
 }
 
 // Rewrites text in fromBase as text in toBase (bases 2..16). The text is

@@ -18,6 +18,9 @@
 //
 // Binary to digits: k = log2(base) bits per digit from the least significant
 // end (base 8 takes bits across word boundaries), linear.
+//
+// Allocation: words from nothrow new (binary_words.h); the one container,
+// the digit text, is sized once under a catch that answers code 3.
 #include <algorithm>
 #include <new>
 #include <stdexcept>

@@ -8,6 +8,11 @@
 // low half to L·2^i digits. Both cost O(M(n) log n) instead of the n² of one
 // digit at a time. Leaves work on limb arrays with one short multiplication
 // or division per group of digits that fits 32 bits.
+//
+// Allocation: digits and the powers' list live in standard containers; both
+// entries run under CatchNoMemory, so a container that cannot grow answers
+// code 3. Every power is in the list before it is made, so the list's
+// destructor releases what an unwinding leaves.
 #include <cstdio>
 #include <vector>
 
@@ -118,9 +123,9 @@ struct Powers {
         p.push_back(BigInt{});
         Result code = LeafToBig(one.data(), leaf + 1, base, &p.back());
         for (int64_t digits = leaf; Ok(code) && digits * 2 < count; digits *= 2) {
-            BigInt next = {};
-            code = FastMul(ctx, &next, &p.back(), &p.back());
-            p.push_back(next);
+            p.push_back(BigInt{});
+            const BigInt& last = p[p.size() - 2];
+            code = FastMul(ctx, &p.back(), &last, &last);
         }
         return code;
     }
@@ -154,10 +159,8 @@ Result ToText(CalcContext* ctx, const Powers& pw, const BigInt* v, int i, int ba
     return code;
 }
 
-}  // namespace
-
-Result RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
-                       BigInt* value) {
+Result ToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                  BigInt* value) {
     while (count > 0 && digits[0] == 0) {
         ++digits;
         --count;
@@ -182,7 +185,7 @@ Result RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t co
     return !Ok(code) ? code : ToBig(ctx, pw, digits, count, base, value);
 }
 
-Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+Result ToTextSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
     std::string out;
     if (BigIsZero(value)) {
         text->clear();
@@ -214,4 +217,15 @@ Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::str
     if (Ok(code)) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
     if (Ok(code)) text->swap(out);
     return code;
+}
+
+}  // namespace
+
+Result RadixToBigSplit(CalcContext* ctx, const unsigned char* digits, int32_t count, int base,
+                       BigInt* value) {
+    return CatchNoMemory([&] { return ToBigSplit(ctx, digits, count, base, value); });
+}
+
+Result BigToRadixSplit(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+    return CatchNoMemory([&] { return ToTextSplit(ctx, value, base, text); });
 }

@@ -11,6 +11,9 @@
 // gives the upper bound (y' + 1)·B^t; one Newton step y ← (2y + x / y²) / 3
 // brings it within a few units above the root, and steps of one with the
 // cube kept by differences end on the floor of the root.
+//
+// Allocation: none of its own; its records come from the operations it
+// calls, which answer code 3 for a refused array.
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
