@@ -10,6 +10,7 @@
 #include "calc/decimal_read.h"
 #include "calc/digit_freq.h"
 #include "cli/signal_context.h"
+#include "io/safe_file.h"
 #include "lists/list_command.h"
 #include "resources/result.h"
 
@@ -229,13 +230,11 @@ Result Interpreter::Write(const std::string& args) {
     if (label == 0) return Result::kCannotUnderstand;
     const NumberValue* v = model_.Variable(label);
     if (!v) return Result::kCouldNotFind;
-    std::FILE* f = std::fopen(words[1].c_str(), "wb");
-    if (!f) return Result::kCannotSaveFile;
-    ValueWriter::Digits(f, &v->numerator, &v->denominator);
-    std::fputc('\n', f);
-    bool failed = std::ferror(f) != 0;
-    if (std::fclose(f) != 0) failed = true;
-    return failed ? Result::kCannotSaveFile : Result::kOk;
+    SafeFile file;
+    if (!file.Open(words[1])) return Result::kCannotSaveFile;
+    ValueWriter::Digits(file.file(), &v->numerator, &v->denominator);
+    std::fputc('\n', file.file());
+    return file.Commit() ? Result::kOk : Result::kCannotSaveFile;
 }
 
 Result Interpreter::List(const std::string& args) {

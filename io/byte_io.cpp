@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "io/safe_file.h"
+
 bool ReadWholeFile(const std::string& path, std::string* out) {
     out->clear();
     FILE* f = std::fopen(path.c_str(), "rb");
@@ -15,9 +17,9 @@ bool ReadWholeFile(const std::string& path, std::string* out) {
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& data) {
-    FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) return false;
-    const bool written = std::fwrite(data.data(), 1, data.size(), f) == data.size();
-    const bool closed = std::fclose(f) == 0;
-    return written && closed;
+    SafeFile file;
+    if (!file.Open(path)) return false;
+    // A short write sets the stream's error, which Commit answers.
+    (void)std::fwrite(data.data(), 1, data.size(), file.file());
+    return file.Commit();
 }
