@@ -86,8 +86,7 @@ Result Interpreter::Run(const std::string& line) {
     if (word == "modulus") return Modulus(args);
     if (word == "recur") return Recur(args);
     if (word == "cond") return model_.EnterCondition(args);
-    if (word == "step") return args.empty() ? model_.OneStep() : Result::kCannotUnderstand;
-    if (word == "steps") return model_.ManySteps(args);
+    if (word == "step" || word == "steps") return Step(word == "steps", args);
     if (word == "hail") return Hail(args);
     if (word == "convert") return Convert(args);
     if (word == "batch") return Batch(args);
@@ -147,6 +146,14 @@ Result Interpreter::Recur(const std::string& args) {
     }
     if (args.empty()) return Result::kCannotUnderstand;
     return model_.EnterStep(args);
+}
+
+Result Interpreter::Step(bool many, const std::string& args) {
+    if (!many && !args.empty()) return Result::kCannotUnderstand;
+    // Without steps a run would only count: the desktop program offers
+    // neither command then.
+    if (!model_.HasSteps()) return Result::kNothingToDo;
+    return many ? model_.ManySteps(args) : model_.OneStep();
 }
 
 Result Interpreter::Hail(const std::string& args) {
