@@ -215,16 +215,8 @@ Result Interpreter::Read(const std::string& args) {
     if (words.size() != 2) return Result::kCannotUnderstand;
     int label = ParseLabel(words[0]);
     if (label == 0) return Result::kCannotUnderstand;
-    std::FILE* f = std::fopen(words[1].c_str(), "rb");
-    if (!f) return Result::kCannotOpenFile;
-    std::string text;
-    char chunk[1 << 16];
-    for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, f)) > 0;) text.append(chunk, n);
-    bool failed = std::ferror(f) != 0;
-    std::fclose(f);
-    if (failed) return Result::kCannotOpenFile;
     NumberValue value;
-    Result code = ReadDecimal(text, &value.numerator);
+    Result code = ReadDecimalFile(words[1], &value.numerator, model_.Context());
     if (Ok(code)) code = BigFromInt(&value.denominator, 1);
     if (Ok(code)) code = model_.StoreValue(label, words[1], &value.numerator, &value.denominator);
     return code;

@@ -1,6 +1,7 @@
 #include "io/byte_io.h"
 
 #include <cstdio>
+#include <new>
 
 #include "io/safe_file.h"
 
@@ -10,9 +11,15 @@ bool ReadWholeFile(const std::string& path, std::string* out) {
     if (!f) return false;
     char buf[65536];
     std::size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out->append(buf, n);
-    const bool ok = !std::ferror(f);
+    bool ok = true;
+    try {
+        while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out->append(buf, n);
+        ok = !std::ferror(f);
+    } catch (const std::bad_alloc&) {
+        ok = false;  // a file larger than the memory left (or endless: /dev/zero)
+    }
     std::fclose(f);
+    if (!ok) *out = std::string();
     return ok;
 }
 

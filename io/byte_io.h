@@ -65,7 +65,8 @@ private:
     bool ok_ = true;
 };
 
-// A whole file's bytes; false when it cannot be opened or read.
+// A whole file's bytes; false when it cannot be opened or read, or does
+// not fit in the memory left.
 [[nodiscard]] bool ReadWholeFile(const std::string& path, std::string* out);
 // Replaces the file with data, whole or not at all (io/safe_file.h); false
 // when it cannot be written completely, the old file left as it was.
