@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -130,6 +131,9 @@ int main(int argc, char** argv) {
         std::setvbuf(stdout, outputBuffer, _IOFBF, sizeof outputBuffer);
     }
     SignalContext::Install();
+    // A file-size limit (ulimit -f) then fails the write, which is reported
+    // and leaves no temporary file, instead of ending the program.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
     SignalContext context;
     Interpreter interpreter(&context, stdout, wrap);
     Session session(&interpreter);
