@@ -23,8 +23,12 @@
 #include "bigint/record.h"
 #include "resources/result.h"
 
+// The largest array AllocLimbs hands out. Tests lower it to make one
+// allocation fail; the program never changes it.
+inline int64_t gMaxLimbAlloc = INT32_MAX;
+
 inline Limb* AllocLimbs(int64_t count) {
-    if (count < 1 || count > INT32_MAX) return nullptr;
+    if (count < 1 || count > gMaxLimbAlloc) return nullptr;
     return new (std::nothrow) Limb[static_cast<size_t>(count)];
 }
 

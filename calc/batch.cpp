@@ -31,9 +31,11 @@ std::vector<std::string> SplitList(const std::string& list) {
 
 // A or B during a batch: either an existing variable whose numerator is kept
 // and given back, or a temporary one (value 1) that is removed afterwards.
+// A copy that failed holds 1 and is never given back.
 struct BatchVariable {
     bool temporary = false;
-    BigInt kept = {};
+    bool kept = false;
+    BigInt copy = {};
 };
 
 }  // namespace
@@ -55,7 +57,8 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
     for (int i = 0; i < 2; ++i) {
         std::unique_ptr<NumberValue>& slot = slots_[i];
         if (slot) {
-            if (BigCopy(&vars[i].kept, &slot->numerator) != 0) code = Result::kNoMemory;
+            vars[i].kept = BigCopy(&vars[i].copy, &slot->numerator) == 0;
+            if (!vars[i].kept) code = Result::kNoMemory;
         } else {
             vars[i].temporary = true;
             slot = std::make_unique<NumberValue>();
@@ -107,9 +110,13 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
     for (int i = 0; i < 2; ++i) {
         if (vars[i].temporary) {
             slots_[i].reset();
-        } else {
+        } else if (vars[i].kept) {
             BigFree(&slots_[i]->numerator);
-            slots_[i]->numerator = vars[i].kept;
+            slots_[i]->numerator = vars[i].copy;
+        } else {
+            // No pair ran (the first failure ends the loops), so the slot
+            // still holds the user's value.
+            BigFree(&vars[i].copy);
         }
     }
     tree_.reset();

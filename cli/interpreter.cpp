@@ -10,6 +10,7 @@
 #include "calc/decimal_read.h"
 #include "calc/digit_freq.h"
 #include "cli/signal_context.h"
+#include "io/safe_file.h"
 #include "lists/list_command.h"
 #include "resources/result.h"
 
@@ -85,8 +86,7 @@ Result Interpreter::Run(const std::string& line) {
     if (word == "modulus") return Modulus(args);
     if (word == "recur") return Recur(args);
     if (word == "cond") return model_.EnterCondition(args);
-    if (word == "step") return args.empty() ? model_.OneStep() : Result::kCannotUnderstand;
-    if (word == "steps") return model_.ManySteps(args);
+    if (word == "step" || word == "steps") return Step(word == "steps", args);
     if (word == "hail") return Hail(args);
     if (word == "convert") return Convert(args);
     if (word == "batch") return Batch(args);
@@ -148,6 +148,14 @@ Result Interpreter::Recur(const std::string& args) {
     return model_.EnterStep(args);
 }
 
+Result Interpreter::Step(bool many, const std::string& args) {
+    if (!many && !args.empty()) return Result::kCannotUnderstand;
+    // Without steps a run would only count: the desktop program offers
+    // neither command then.
+    if (!model_.HasSteps()) return Result::kNothingToDo;
+    return many ? model_.ManySteps(args) : model_.OneStep();
+}
+
 Result Interpreter::Hail(const std::string& args) {
     std::vector<std::string> words = Words(args);
     if (words.size() != 2) return Result::kCannotUnderstand;
@@ -207,16 +215,8 @@ Result Interpreter::Read(const std::string& args) {
     if (words.size() != 2) return Result::kCannotUnderstand;
     int label = ParseLabel(words[0]);
     if (label == 0) return Result::kCannotUnderstand;
-    std::FILE* f = std::fopen(words[1].c_str(), "rb");
-    if (!f) return Result::kCannotOpenFile;
-    std::string text;
-    char chunk[1 << 16];
-    for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, f)) > 0;) text.append(chunk, n);
-    bool failed = std::ferror(f) != 0;
-    std::fclose(f);
-    if (failed) return Result::kCannotOpenFile;
     NumberValue value;
-    Result code = ReadDecimal(text, &value.numerator);
+    Result code = ReadDecimalFile(words[1], &value.numerator, model_.Context());
     if (Ok(code)) code = BigFromInt(&value.denominator, 1);
     if (Ok(code)) code = model_.StoreValue(label, words[1], &value.numerator, &value.denominator);
     return code;
@@ -229,13 +229,11 @@ Result Interpreter::Write(const std::string& args) {
     if (label == 0) return Result::kCannotUnderstand;
     const NumberValue* v = model_.Variable(label);
     if (!v) return Result::kCouldNotFind;
-    std::FILE* f = std::fopen(words[1].c_str(), "wb");
-    if (!f) return Result::kCannotSaveFile;
-    ValueWriter::Digits(f, &v->numerator, &v->denominator);
-    std::fputc('\n', f);
-    bool failed = std::ferror(f) != 0;
-    if (std::fclose(f) != 0) failed = true;
-    return failed ? Result::kCannotSaveFile : Result::kOk;
+    SafeFile file;
+    if (!file.Open(words[1])) return Result::kCannotSaveFile;
+    ValueWriter::Digits(file.file(), &v->numerator, &v->denominator);
+    std::fputc('\n', file.file());
+    return file.Commit() ? Result::kOk : Result::kCannotSaveFile;
 }
 
 Result Interpreter::List(const std::string& args) {

@@ -23,6 +23,7 @@ private:
     Result Formula(const std::string& text);
     Result Modulus(const std::string& args);
     Result Recur(const std::string& args);
+    Result Step(bool many, const std::string& args);
     Result Hail(const std::string& args);
     Result Convert(const std::string& args);
     Result Batch(const std::string& args);

@@ -4,9 +4,11 @@
 // (with a prompt on a terminal). A failing statement is reported on standard
 // error and the run goes on. Exit status: 0 when every statement succeeded,
 // 1 otherwise, 2 for a usage error.
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -66,6 +68,12 @@ public:
             RunLine(std::string(buffer, static_cast<size_t>(n)), ++number);
             if (interactive) std::fflush(stdout);
         }
+        // A script that cannot be read to its end did not run.
+        if (std::ferror(f) && !interactive) {
+            ok_ = false;
+            std::fflush(stdout);
+            std::fprintf(stderr, "ordix-cli: line %ld: %s\n", number + 1, std::strerror(errno));
+        }
         std::free(buffer);
         if (interactive) std::fputc('\n', stdout);
     }
@@ -110,7 +118,10 @@ int main(int argc, char** argv) {
     }
     std::FILE* file = nullptr;
     if (fileName) {
-        file = std::fopen(fileName, "r");
+        // A folder opens for reading on POSIX; only its first read fails.
+        struct stat info = {};
+        const bool folder = stat(fileName, &info) == 0 && S_ISDIR(info.st_mode);
+        if (!folder) file = std::fopen(fileName, "r");
         if (!file) return UsageError(std::string("cannot open file ") + fileName);
     }
 
@@ -120,6 +131,9 @@ int main(int argc, char** argv) {
         std::setvbuf(stdout, outputBuffer, _IOFBF, sizeof outputBuffer);
     }
     SignalContext::Install();
+    // A file-size limit (ulimit -f) then fails the write, which is reported
+    // and leaves no temporary file, instead of ending the program.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
     SignalContext context;
     Interpreter interpreter(&context, stdout, wrap);
     Session session(&interpreter);

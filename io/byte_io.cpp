@@ -1,6 +1,9 @@
 #include "io/byte_io.h"
 
 #include <cstdio>
+#include <new>
+
+#include "io/safe_file.h"
 
 bool ReadWholeFile(const std::string& path, std::string* out) {
     out->clear();
@@ -8,16 +11,22 @@ bool ReadWholeFile(const std::string& path, std::string* out) {
     if (!f) return false;
     char buf[65536];
     std::size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out->append(buf, n);
-    const bool ok = !std::ferror(f);
+    bool ok = true;
+    try {
+        while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out->append(buf, n);
+        ok = !std::ferror(f);
+    } catch (const std::bad_alloc&) {
+        ok = false;  // a file larger than the memory left (or endless: /dev/zero)
+    }
     std::fclose(f);
+    if (!ok) *out = std::string();
     return ok;
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& data) {
-    FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) return false;
-    const bool written = std::fwrite(data.data(), 1, data.size(), f) == data.size();
-    const bool closed = std::fclose(f) == 0;
-    return written && closed;
+    SafeFile file;
+    if (!file.Open(path)) return false;
+    // A short write sets the stream's error, which Commit answers.
+    (void)std::fwrite(data.data(), 1, data.size(), file.file());
+    return file.Commit();
 }

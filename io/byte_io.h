@@ -65,7 +65,9 @@ private:
     bool ok_ = true;
 };
 
-// A whole file's bytes; false when it cannot be opened or read.
+// A whole file's bytes; false when it cannot be opened or read, or does
+// not fit in the memory left.
 [[nodiscard]] bool ReadWholeFile(const std::string& path, std::string* out);
-// Replaces the file with data; false when it cannot be written completely.
+// Replaces the file with data, whole or not at all (io/safe_file.h); false
+// when it cannot be written completely, the old file left as it was.
 [[nodiscard]] bool WriteWholeFile(const std::string& path, const std::string& data);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "io/byte_io.h"
 
@@ -131,11 +132,23 @@ Result DecodeNumFile(const char* data, std::size_t size, NumFile* out) {
 Result ReadNumFile(const std::string& path, NumFile* out) {
     std::string bytes;
     if (!ReadWholeFile(path, &bytes)) return Result::kCannotOpenFile;
-    return DecodeNumFile(bytes.data(), bytes.size(), out);
+    // The limbs take as much memory again as their bytes in the file.
+    try {
+        return DecodeNumFile(bytes.data(), bytes.size(), out);
+    } catch (const std::bad_alloc&) {
+        *out = NumFile();
+        return Result::kNoMemory;
+    }
 }
 
 Result WriteNumFile(const std::string& path, const NumFile& file) {
-    return WriteWholeFile(path, EncodeNumFile(file)) ? Result::kOk : Result::kCannotSaveFile;
+    std::string bytes;
+    try {
+        bytes = EncodeNumFile(file);
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
+    return WriteWholeFile(path, bytes) ? Result::kOk : Result::kCannotSaveFile;
 }
 
 int LabelForOpenedFile(int fileLabel, const bool inUse[26]) {

@@ -57,7 +57,9 @@ std::string EncodeNumFile(const NumFile& file);
 // zero byte.
 Result DecodeNumFile(const char* data, std::size_t size, NumFile* out);
 
-// Whole files: kOk, kCannotOpenFile (cannot open or decode), kCannotSaveFile.
+// Whole files: kOk, kCannotOpenFile (cannot open or decode), kCannotSaveFile
+// (the old file left as it was), kNoMemory (the value does not fit in the
+// memory left).
 Result ReadNumFile(const std::string& path, NumFile* out);
 Result WriteNumFile(const std::string& path, const NumFile& file);
 

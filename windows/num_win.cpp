@@ -15,6 +15,7 @@
 #include "calc/digit_freq.h"
 #include "dialogs/modal.h"
 #include "dialogs/ui_text.h"
+#include "io/byte_io.h"
 #include "io/num_file.h"
 #include "resources/limits.h"
 #include "resources/menus_frame.h"
@@ -171,9 +172,7 @@ void TNumWin::saveAsText() {
         TheModal().saveFileName(this, QString(), FileFilter(OxString(kStrTextFiles)), "txt", start);
     if (path.isEmpty()) return;
     const std::string text = DigitLines(shownPart(), perLine, "\r\n");
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        f.write(text.data(), static_cast<qint64>(text.size())) != static_cast<qint64>(text.size()))
+    if (!WriteWholeFile(QFile::encodeName(path).toStdString(), text))
         report(Result::kCannotSaveFile);
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bigint/alloc.h"
 #include "calc/conversion.h"
 #include "calc/decimal_read.h"
 #include "calc/digit_freq.h"
@@ -255,6 +256,20 @@ TEST(Batch, CodesAndSilentlyDroppedRows) {
     EXPECT_EQ(out.text.find("B=10"), std::string::npos);
     EXPECT_EQ(out.text.find("B=1\r\n1000"), 5u);
     EXPECT_EQ(out.text.find("B=2"), std::string::npos);
+}
+
+// A copy of A that cannot be made (arrays above 10 limbs refused; A has 26)
+// must not come back as the failed copy's 1.
+TEST(Batch, FailedCopyLeavesTheVariable) {
+    Model f;
+    f.Lets({{'A', "10^100"}, {'B', "7"}});
+    const std::string before = f.Vars("AB");
+    BatchResult out;
+    gMaxLimbAlloc = 10;
+    const Result code = f.model.Batch("A+B", "1,2", "3", &out);
+    gMaxLimbAlloc = INT32_MAX;
+    EXPECT_EQ(code, Result::kNoMemory);
+    EXPECT_EQ(f.Vars("AB"), before);
 }
 
 // The run from 27 shows in the command line's script.

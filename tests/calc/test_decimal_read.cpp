@@ -1,0 +1,98 @@
+// Reading numbers from files and texts in pieces: the same value as the text
+// read whole, and a clear code (never a crash, never unbounded memory) for
+// what holds no number or too much.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "calc/decimal_read.h"
+#include "support/test_support.h"
+
+namespace {
+
+struct Scratch {
+    std::filesystem::path dir =
+        std::filesystem::temp_directory_path() / ("ordix_read_" + std::to_string(getpid()));
+    Scratch() { std::filesystem::create_directories(dir); }
+    ~Scratch() {
+        std::error_code ec;
+        std::filesystem::remove_all(dir, ec);
+    }
+    std::string File(const char* name, const std::string& text) const {
+        const std::string path = (dir / name).string();
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+};
+
+}  // namespace
+
+// The leading minus signs are those at the very start of the whole text,
+// wherever the pieces are cut.
+TEST(DecimalRead, PiecesReadAsTheWholeText) {
+    for (const std::string text : {"--12", "-x-5", "-1-2,3", "7 - 8"}) {
+        Num whole;
+        ASSERT_EQ(ReadDecimal(text, &whole.v), Result::kOk);
+        for (size_t cut = 0; cut <= text.size(); ++cut) {
+            DecimalReader reader;
+            ASSERT_EQ(reader.Add(text.data(), cut), Result::kOk);
+            ASSERT_EQ(reader.Add(text.data() + cut, text.size() - cut), Result::kOk);
+            Num v;
+            ASSERT_EQ(reader.Finish(&v.v), Result::kOk);
+            EXPECT_EQ(Text(v), Text(whole)) << text << " cut at " << cut;
+        }
+    }
+}
+
+TEST(DecimalRead, FilesThatHoldNoNumberOrTooMuch) {
+    Scratch s;
+    Num v;
+    const std::string digits(200000, '9');  // more than one piece
+    ASSERT_EQ(ReadDecimalFile(s.File("n.txt", "-" + digits + "\n"), v.Out()), Result::kOk);
+    EXPECT_EQ(Text(v), "-" + digits);
+
+    EXPECT_EQ(ReadDecimalFile(s.dir.string(), v.Out()), Result::kCannotOpenFile);
+    EXPECT_EQ(ReadDecimalFile((s.dir / "none").string(), v.Out()), Result::kCannotOpenFile);
+    EXPECT_EQ(ReadDecimalFile(s.File("empty", ""), v.Out()), Result::kCouldNotFind);
+    // Past the ceiling: a sparse file is refused before it is read, a file
+    // of digits and an endless device once the ceiling is reached.
+    const std::string sparse = s.File("sparse", "");
+    ASSERT_EQ(truncate(sparse.c_str(), int64_t{1} << 40), 0);
+    EXPECT_EQ(ReadDecimalFile(sparse, v.Out()), Result::kNoMemory);
+    EXPECT_EQ(ReadDecimalFile(s.File("d.txt", digits), v.Out(), nullptr, 1000), Result::kNoMemory);
+    EXPECT_EQ(ReadDecimalFile("/dev/zero", v.Out(), nullptr, 1 << 20), Result::kNoMemory);
+    // An endless read ends at the first poll that answers Q.
+    QuitAtPoll quit(1);
+    EXPECT_EQ(ReadDecimalFile("/dev/zero", v.Out(), &quit), Result::kStopped);
+    EXPECT_EQ(quit.polls(), 1);
+}
+
+// Memory running out while the digits are gathered is code 3, not an abort:
+// a child limited to 32 MiB more address space reads 128 MiB of digits.
+TEST(DecimalRead, MemoryRunningOutIsACode) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer's allocator aborts instead of throwing";
+#endif
+    const std::string digits(size_t{128} << 20, '5');
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        long pages = 0;
+        std::FILE* statm = std::fopen("/proc/self/statm", "r");
+        if (!statm || std::fscanf(statm, "%ld", &pages) != 1) _exit(100);
+        const rlim_t used = static_cast<rlim_t>(pages) * static_cast<rlim_t>(getpagesize());
+        const rlimit limit = {used + (32u << 20), used + (32u << 20)};
+        setrlimit(RLIMIT_AS, &limit);
+        BigInt v = {};
+        _exit(ReadDecimal(digits, &v));
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), Result::kNoMemory);
+}

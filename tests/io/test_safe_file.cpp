@@ -1,0 +1,53 @@
+// Saving whole or not at all: a write that fails part way leaves the old
+// file and no temporary file.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "io/byte_io.h"
+#include "io_test_util.h"
+
+namespace {
+
+std::vector<std::string> Names(const ScratchDir& dir) {
+    std::vector<std::string> names;
+    for (const auto& e : std::filesystem::directory_iterator(dir.path))
+        names.push_back(e.path().filename().string());
+    return names;
+}
+
+}  // namespace
+
+TEST(SafeFile, FailedWriteKeepsTheOldFile) {
+    ScratchDir dir;
+    const std::string path = dir.file("v.num");
+    ASSERT_TRUE(WriteWholeFile(path, "old"));
+    ASSERT_TRUE(WriteWholeFile(path, "older"));  // replaced whole
+    std::string bytes;
+    ASSERT_TRUE(ReadWholeFile(path, &bytes));
+    EXPECT_EQ(bytes, "older");
+
+    // A full disk, as a child limited to 1000-byte files sees it.
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {1000, 1000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        _exit(WriteWholeFile(path, std::string(100000, '7')) ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 1);  // the write reports its failure
+    ASSERT_TRUE(ReadWholeFile(path, &bytes));
+    EXPECT_EQ(bytes, "older");
+    EXPECT_EQ(Names(dir), std::vector<std::string>{"v.num"});
+
+    EXPECT_FALSE(WriteWholeFile(dir.file("no/such/v.num"), "x"));
+    EXPECT_EQ(Names(dir), std::vector<std::string>{"v.num"});
+}
