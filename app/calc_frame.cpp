@@ -376,8 +376,9 @@ Result TCalcFrame::pasteNumber(const QString& text) {
     const int label = model_->FirstFreeLabel();
     if (label == 0) return Result::kNoMoreRoom;
     BigInt value = {}, one = {};
-    // A sign may follow spaces.
-    Result code = ReadDecimal(text.trimmed().toStdString(), &value);
+    // A sign may follow spaces. A long text is read watched, so Q stops it.
+    const std::string digits = text.trimmed().toStdString();
+    Result code = RunWatched([&] { return ReadDecimal(digits, &value, &ctx_); });
     if (Ok(code)) code = BigFromInt(&one, 1);
     if (Ok(code)) code = model_->StoreValue(label, OxString(kStrLatexSaved), &value, &one);
     BigFree(&value);

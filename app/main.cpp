@@ -1,6 +1,11 @@
+#include <csignal>
+
 #include "app/calc_app.h"
 
 int main(int argc, char** argv) {
+    // A save that passes a file-size limit then fails with "cannot save file"
+    // and leaves the old file, instead of ending the program.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
     TCalc calc(argc, argv);
     return calc.run();
 }

@@ -268,6 +268,17 @@ private slots:
         QCOMPARE(Text(f, kB), std::string("5"));
     }
 
+    // Reading a long pasted number polls too: Q stops it and no label is taken.
+    void qStopsALongPaste() {
+        ScriptedModal modal;
+        TCalcFrame f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        PostQ(&f);
+        QCOMPARE(f.pasteNumber(QString(20'000'000, QLatin1Char('7'))), -1);
+        QCOMPARE(f.model().FirstFreeLabel(), 1);
+    }
+
     // A shown table of B collects B after every step of a Fibonacci
     // recursion; a hidden table and a label without a table collect nothing.
     void tableLogsAFibonacciRecursion() {
