@@ -120,8 +120,8 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 // on, because a limb of 10000 inside the number would print as five digits.
 // LimbsAddCarry writes limbs 0..max(ta, tb) and answers the carry out of the
 // last, which LimbsAdd stores as limb max + 1.
-// A top limb of 10000 taking part in the sum adds by remainder: a limb sum of
-// 20000 or more keeps a single carry, as it always has.
+// A top limb of 10000 taking part in the sum can make a limb sum of 20000 or
+// more: the carry is then 2, so the value stays right.
 int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
     assert(d != b);
     const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
@@ -137,11 +137,11 @@ int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb)
     for (int32_t i = words; i <= tb; ++i) {
         const int32_t s = b[i] + (i <= ta ? a[i] : 0) + carry;
         d[i] = static_cast<Limb>(s % kLimbBase);
-        carry = s > kLimbBase - 1 ? 1 : 0;
+        carry = s / kLimbBase;
     }
     int32_t i = tb + 1;
     for (; carry != 0 && i < ta; ++i) {
-        const int32_t s = a[i] + 1;
+        const int32_t s = a[i] + carry;
         carry = s >= kLimbBase ? 1 : 0;
         d[i] = static_cast<Limb>(carry ? s - kLimbBase : s);
     }

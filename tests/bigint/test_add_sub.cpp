@@ -46,6 +46,15 @@ TEST(AddSub, LaterArithmeticTakesTheTopLimbOf10000AtItsValue) {
     ASSERT_EQ(BigIncrement(&u.v), Result::kOk);
     EXPECT_EQ(Text(root) + " " + Text(cube) + " " + Text(m) + " " + Text(u),
               "10000 464 2 100000001");
+    // Added again, that limb with a carry and a 9999 makes 20000: two carries.
+    Num v("9999"), w, sum;
+    ASSERT_EQ(BigAdd(&w.v, &x.v, &v.v), Result::kOk);
+    ASSERT_EQ(BigAdd(&sum.v, &w.v, &x.v), Result::kOk);
+    EXPECT_EQ(Text(sum), "200009997");
+    // The same two carries below the first operand's top.
+    Num longer("5999999999999"), twice;
+    ASSERT_EQ(BigAdd(&twice.v, &longer.v, &w.v), Result::kOk);
+    EXPECT_EQ(Text(twice), "6000100009997");
 }
 
 }  // namespace
