@@ -50,6 +50,8 @@ Result SqrKaratsuba(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 // Requires la + lb <= NttMaxLength().
 Result MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
 Result SqrNtt(PollClock& clk, const Limb* a, int32_t la, Limb* p);
+// la + lb of the longest transform product: gFastThresholds.nttMaxLength,
+// never more than the primes allow (2^25 + 1).
 int32_t NttMaxLength();
 // The linear convolution c[k] = Σ a[i]·b[k − i], k = 0 … la + lb − 2, of
 // 16-bit words (b null: a with itself, lb = la), exact: a coefficient is

@@ -346,7 +346,9 @@ Result RunLimbs(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_
 
 }  // namespace
 
-int32_t NttMaxLength() { return (int32_t(1) << kMaxLog) + 1; }
+int32_t NttMaxLength() {
+    return std::min(gFastThresholds.nttMaxLength, (int32_t(1) << kMaxLog) + 1);
+}
 
 Result MulNtt(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     return RunLimbs(clk, a, la, b, lb, p);

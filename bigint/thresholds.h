@@ -36,6 +36,10 @@ struct FastThresholds {
     // 16-bit halves together: their transform of 64·2^i points is unpadded.
     int32_t radixBinaryLeaf = 45;
     int32_t binaryNtt = 400;  // 32-bit words of the shorter factor for the transform product
+    // Limbs of a product (la + lb) that one transform takes: the primes have
+    // roots of unity for up to 2^25 points. Longer products are cut into
+    // pieces of at most this length; clamped to 2^25 + 1 where it is read.
+    int32_t nttMaxLength = (1 << 25) + 1;
     int32_t nttParallel =
         1 << 15;  // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;  // limb products (or transform butterflies) between polls

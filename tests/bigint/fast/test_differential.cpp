@@ -179,3 +179,54 @@ TEST_F(Differential, BaseConversion) {
 }
 
 }  // namespace
+
+// The random sizes above stay below the half-gcd and the long modular power;
+// a few operands at the shipped thresholds reach them.
+TEST_F(Differential, LongOperandsAtShippedThresholds) {
+    const FastThresholds t;
+    ThresholdScope scope(t);
+    const auto make = [](Num* v, int32_t limbs, Shape shape) {
+        SetLimbs(v->Out(), Operand(limbs, shape), false);
+    };
+    for (const int32_t n : {t.gcdHalf - 1, t.gcdHalf, t.gcdHalf + 1, t.gcdHalf + 300}) {
+        Num x, y, g, r;
+        make(&x, n + Below(300), Shape::Random);
+        make(&y, n, n % 2 ? Shape::RunsOfZeroAndNine : Shape::Random);
+        if (n > t.gcdHalf + 1) {  // a common factor of many limbs
+            make(&g, 400, Shape::Random);
+            ASSERT_EQ(BigMul(&ctx, r.Out(), &x.v, &g.v), Result::kOk);
+            std::swap(r.v, x.v);
+            ASSERT_EQ(BigMul(&ctx, r.Out(), &y.v, &g.v), Result::kOk);
+            std::swap(r.v, y.v);
+        }
+        Z zx(x), zy(y), e;
+        ASSERT_EQ(BigGcd(&ctx, &x.v, &y.v, r.Out()), Result::kOk);
+        mpz_gcd(e.z, zx.z, zy.z);
+        EXPECT_SAME(r, e, "gcd at " << n << " limbs");
+    }
+    // Moduli of powMontgomery limbs still run on words; one more goes long.
+    const int32_t w = t.powMontgomery;
+    for (const int32_t n : {w - 1, w, w + 1, w + 2}) {
+        for (const bool odd : {true, false}) {
+            Num m, a, ex, r;
+            make(&m, n, Shape::Random);
+            m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] / 2 * 2 + (odd ? 1 : 0));
+            make(&a, n + Below(3) - 1, odd ? Shape::Random : Shape::Nines);
+            make(&ex, 20, Shape::Random);
+            Z zm(m), za(a), ze(ex), e;
+            ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, r.Out()), Result::kOk);
+            if (!mpz_invert(e.z, za.z, zm.z)) mpz_set_ui(e.z, 0);
+            EXPECT_SAME(r, e, "inverse modulo " << n << " limbs");
+            const bool invertible = mpz_sgn(e.z) != 0;
+            ASSERT_EQ(ModPow(&ctx, &a.v, &ex.v, r.Out(), &m.v), Result::kOk);
+            mpz_powm(e.z, za.z, ze.z, zm.z);
+            EXPECT_SAME(r, e, "power modulo " << n << " limbs");
+            if (!invertible) continue;
+            ex.v.negative = 1;
+            mpz_neg(ze.z, ze.z);
+            ASSERT_EQ(ModPow(&ctx, &a.v, &ex.v, r.Out(), &m.v), Result::kOk);
+            mpz_powm(e.z, za.z, ze.z, zm.z);
+            EXPECT_SAME(r, e, "negative power modulo " << n << " limbs");
+        }
+    }
+}
