@@ -1,8 +1,6 @@
 // Fractions against GMP's rationals: unreduced results by cross-multiplication,
 // the whole-number and reduced ones exactly. Denominators are never -1, which
-// counts as whole with its sign ignored, and no operand has a top limb of
-// 10000: a sum where such a limb meets 9999 and a carry keeps a single carry
-// (limbs.cpp).
+// counts as whole with its sign ignored.
 #include <gtest/gtest.h>
 
 #include "fast_support.h"
