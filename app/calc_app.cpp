@@ -22,5 +22,6 @@ int TCalc::run() {
         frame_->showMaximized();
     else
         frame_->show();
+    frame_->openFiles(QApplication::arguments().mid(1));
     return app_.exec();
 }

@@ -372,6 +372,13 @@ Result TCalcFrame::openNumberFile(const QString& path) {
     return Result::kOk;
 }
 
+void TCalcFrame::openFiles(const QStringList& paths) {
+    for (const QString& path : paths) {
+        const Result code = openNumberFile(path);
+        if (!Ok(code)) ShowError(this, code);
+    }
+}
+
 Result TCalcFrame::pasteNumber(const QString& text) {
     const int label = model_->FirstFreeLabel();
     if (label == 0) return Result::kNoMoreRoom;

@@ -14,6 +14,7 @@
 #include <QList>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -71,6 +72,9 @@ public:
     // Reads a number file into the label it names, or the first free one.
     // kOk, kNoMoreRoom (no label free), kCannotOpenFile, or the store's code.
     Result openNumberFile(const QString& path);
+    // The files named when the program starts (a file manager opening .num
+    // files with it): each opens as File|Open would, a refusal shown.
+    void openFiles(const QStringList& paths);
     // Clipboard text as an integer into the first free label.
     Result pasteNumber(const QString& text);
 

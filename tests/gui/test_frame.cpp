@@ -209,6 +209,10 @@ private slots:
         modal.answerFile(dir_.filePath("absent.num"));
         g.command(kCmdOpen);
         QCOMPARE(modal.lastError(), 11);
+        // Files named at start-up open the same way, each refusal shown.
+        g.openFiles({dir_.filePath("absent.num"), path});
+        QCOMPARE(modal.count("error"), 2);
+        QCOMPARE(Text(g, kB), std::string("-7"));
     }
 
     void settingsAreWrittenAtCloseAndReadAtStart() {
