@@ -10,6 +10,8 @@ QIcon ProgramIcon() {
 
 TCalc::TCalc(int& argc, char** argv) : app_(argc, argv) {
     QApplication::setApplicationName(QStringLiteral("ordix"));
+    // Wayland desktops match the windows to the installed desktop entry by this.
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.ordix.Ordix"));
     QApplication::setWindowIcon(ProgramIcon());
     frame_ = std::make_unique<TCalcFrame>();
     frame_->readSettings();

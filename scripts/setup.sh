@@ -9,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
   xvfb xauth x11-utils xdotool poppler-utils fonts-dejavu-core
   clang-format clang-tidy git
+  dpkg-dev desktop-file-utils appstream lintian shared-mime-info
 )
 
 missing=()
