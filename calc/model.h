@@ -180,8 +180,8 @@ private:
     void NotifyVariable(int label);
     void NotifyModulus(bool atStart);
     void NotifyRecursion();
-    Result RunOneStep();
-    Result PrepareTargets(std::vector<int>* targets);
+    Result RunOneStep(std::vector<BigInt>* values);
+    Result PrepareTargets(std::vector<int>* targets, std::vector<int>* created);
 
     CalcContext* ctx_;
     std::vector<CalcObserver*> observers_;
