@@ -152,8 +152,14 @@ void TNumWin::digitFrequencies() {
         report(Result::kNoMemory);
         return;
     }
-    const std::string table = WithBreaks(DigitFrequencyText(&copy).c_str(), "\n");
+    std::string frequencies;
+    const Result code = DigitFrequencyText(&copy, &frequencies);
     BigFree(&copy);
+    if (!Ok(code)) {
+        report(code);
+        return;
+    }
+    const std::string table = WithBreaks(frequencies.c_str(), "\n");
     if (!notebook_->text().isEmpty()) notebook_->appendText("\n\n");
     notebook_->appendText(QString::fromLatin1(table.c_str()));
     notebook_->show();
