@@ -6,6 +6,11 @@
 // as they were, and leak no block once the model is gone; the run refused
 // nothing must match an unrefused run.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
 
 #include <functional>
 #include <memory>
@@ -186,6 +191,56 @@ TEST(AllocationFailures, EveryFormulaAndCommandMayBeRefused) {
             EXPECT_GT(runs, 1) << row.name << ": allocates nothing";
         }
     }
+}
+
+// Requests far beyond the memory left: a child with 160 MiB more address
+// space than it holds answers 3 for each, promptly, and never aborts. A holds
+// 10^8 nines, read from text (the limbs are decimal: one linear pass).
+TEST(AllocationFailures, HugeRequestsUnderAMemoryLimit) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer's allocator aborts instead of throwing";
+#endif
+    const char* const formulas[] = {"10^(10^8-1)", "99999999!", "A*A", "A*(A-1)"};
+    int fds[2];
+    ASSERT_EQ(pipe(fds), 0);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        close(fds[0]);
+        ModelFixture f;
+        {
+            std::string nines(100000000, '9');
+            BigInt a = {}, one = {};
+            if (BigFromText(nines.data(), &a) != 0 || BigFromInt(&one, 1) != 0 ||
+                f.model.StoreValue(1, "", &a, &one) != 0)
+                _exit(100);
+            BigFree(&a);
+            BigFree(&one);
+        }
+        long pages = 0;
+        std::FILE* statm = std::fopen("/proc/self/statm", "r");
+        if (!statm || std::fscanf(statm, "%ld", &pages) != 1) _exit(101);
+        const rlim_t used = static_cast<rlim_t>(pages) * static_cast<rlim_t>(getpagesize());
+        const rlimit limit = {used + (160u << 20), used + (160u << 20)};
+        setrlimit(RLIMIT_AS, &limit);
+        char codes[64] = {};
+        int length = 0;
+        for (const char* formula : formulas)
+            length += std::snprintf(codes + length, sizeof codes - static_cast<size_t>(length),
+                                    "%d ", f.model.Calculate(2, formula));
+        _exit(write(fds[1], codes, static_cast<size_t>(length)) == length ? 0 : 102);
+    }
+    close(fds[1]);
+    char codes[64] = {};
+    const ssize_t n = read(fds[0], codes, sizeof codes - 1);
+    close(fds[0]);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_GT(n, 0);
+    EXPECT_EQ(std::string(codes), "3 3 3 3 ") << "codes of " << formulas[0] << ", " << formulas[1]
+                                              << ", " << formulas[2] << ", " << formulas[3];
 }
 
 }  // namespace
