@@ -186,9 +186,10 @@ Result TNumWin::saveNumber(const QString& path) {
     NumFile file;
     // The modulus has no label of its own: its file opens in the first free one.
     file.label = label_ > 0 ? label_ : 0;
-    file.numerator = LimbsOf(num_);
+    Result code = LimbsOf(num_, &file.numerator);
     file.hasDenominator = !(BigIsOne(den_) && !den_->negative);
-    if (file.hasDenominator) file.denominator = LimbsOf(den_);
+    if (Ok(code) && file.hasDenominator) code = LimbsOf(den_, &file.denominator);
+    if (!Ok(code)) return code;
     file.notebook = notebook_->text().left(kNumFileNotebookChars).toStdString();
     file.hasFont = true;
     file.font = font_;
