@@ -209,7 +209,8 @@ TEST(AllocationFailures, HugeRequestsUnderAMemoryLimit) {
         close(fds[0]);
         ModelFixture f;
         {
-            std::string nines(100000000, '9');
+            std::string nines;
+            nines.resize(100000000, '9');
             BigInt a = {}, one = {};
             if (BigFromText(nines.data(), &a) != 0 || BigFromInt(&one, 1) != 0 ||
                 f.model.StoreValue(1, "", &a, &one) != 0)
