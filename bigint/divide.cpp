@@ -123,10 +123,10 @@ Result BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
         BigFree(&r);
     }
     // Zeros for the parts not made (a failure, or nothing to divide). Should
-    // one limb not be had, the part stays released, which reads as zero, and
-    // the code decided above is the one reported.
-    if (!q.limbs) (void)BigFromInt(&q, 0);
-    if (!r.limbs) (void)BigFromInt(&r, 0);
+    // one limb not be had, the part stays released and a success becomes
+    // code 3: a caller would go on reading the released part's limbs.
+    if (!q.limbs && BigFromInt(&q, 0) != 0 && Ok(code)) code = Result::kNoMemory;
+    if (!r.limbs && BigFromInt(&r, 0) != 0 && Ok(code)) code = Result::kNoMemory;
     BigMove(quotient, &q);
     BigMove(remainder, &r);
     return code;

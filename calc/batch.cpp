@@ -1,5 +1,6 @@
 // Batch calculation: one formula in A and B over every pair of values from
 // two comma-separated lists, written row by row to a text.
+#include <new>
 #include <vector>
 
 #include "calc/decimal_read.h"
@@ -43,16 +44,36 @@ struct BatchVariable {
 Result CalcModel::Batch(const std::string& formula, const std::string& list1,
                         const std::string& list2, BatchResult* out) {
     out->shown = false;
-    std::string first = WithoutSpaces(list1);
-    std::string second = WithoutSpaces(list2);
-    if (first.empty() || second.empty()) return Result::kInconsistent;
-    Result code = Compile(formula);
-    if (!Ok(code)) return code;
-    if (first.back() != ',') first += ',';
-    if (second.back() != ',') second += ',';
+    out->text.clear();
+    // Everything that can fail for want of memory before a variable is
+    // touched: the lists, the page, the title, the temporaries' records.
+    std::vector<std::string> firstItems, secondItems;
+    std::vector<char> page;
+    std::string title;
+    std::unique_ptr<NumberValue> temporaries[2];
+    try {
+        std::string first = WithoutSpaces(list1);
+        std::string second = WithoutSpaces(list2);
+        if (first.empty() || second.empty()) return Result::kInconsistent;
+        Result code = Compile(formula);
+        if (!Ok(code)) return code;
+        if (first.back() != ',') first += ',';
+        if (second.back() != ',') second += ',';
+        firstItems = SplitList(first);
+        secondItems = SplitList(second);
+        // A page of kTextBufferChars characters, two more per line break.
+        page.resize(kTextBufferChars + 2 * (kTextBufferChars / kBatchLineLength + 2) + 1);
+        title = std::string(OxString(kStrBatch)) + " [" + formula + "]";
+        for (int i = 0; i < 2; ++i)
+            if (!slots_[i]) temporaries[i] = std::make_unique<NumberValue>();
+    } catch (const std::bad_alloc&) {
+        tree_.reset();
+        return Result::kNoMemory;
+    }
 
     // The variables are changed and given back without notifying anyone: to
     // the rest of the program they never changed.
+    Result code = Result::kOk;
     BatchVariable vars[2];
     for (int i = 0; i < 2; ++i) {
         std::unique_ptr<NumberValue>& slot = slots_[i];
@@ -61,19 +82,15 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
             if (!vars[i].kept) code = Result::kNoMemory;
         } else {
             vars[i].temporary = true;
-            slot = std::make_unique<NumberValue>();
-            // (void): one-limb values whose failure has never been reported
-            // here; every pair replaces the numerator before it is read.
-            (void)BigFromInt(&slot->numerator, 1);
-            (void)BigFromInt(&slot->denominator, 1);
+            slot = std::move(temporaries[i]);
+            // Every pair replaces the numerator before it is read.
+            if (BigFromInt(&slot->numerator, 1) != 0 || BigFromInt(&slot->denominator, 1) != 0)
+                code = Result::kNoMemory;
         }
     }
 
-    out->text.clear();
-    // A page of kTextBufferChars characters, two more per line break.
-    std::vector<char> page(kTextBufferChars + 2 * (kTextBufferChars / kBatchLineLength + 2) + 1);
-    for (const std::string& a : SplitList(first)) {
-        for (const std::string& b : SplitList(second)) {
+    for (const std::string& a : firstItems) {
+        for (const std::string& b : secondItems) {
             if (code == Result::kNoMemory) break;
             BigInt va = {}, vb = {};
             code = ReadDecimal(a, &va);
@@ -96,15 +113,17 @@ Result CalcModel::Batch(const std::string& formula, const std::string& list1,
                     digits + static_cast<int64_t>(out->text.size()) < kTextBufferChars) {
                     BigToText(&root->numerator, page.data(), kTextBufferChars, kBatchLineLength, -1,
                               0, 0);
-                    out->text += "A=" + a + ", B=" + b + "\r\n";
-                    out->text += page.data();
-                    out->text += "\r\n\r\n";
+                    try {
+                        out->text += "A=" + a + ", B=" + b + "\r\n" + page.data() + "\r\n\r\n";
+                    } catch (const std::bad_alloc&) {
+                        code = Result::kNoMemory;
+                    }
                 }
             }
             ReleaseValues(root);
         }
     }
-    out->title = std::string(OxString(kStrBatch)) + " [" + formula + "]";
+    out->title.swap(title);
     out->shown = true;
 
     for (int i = 0; i < 2; ++i) {

@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -429,9 +430,11 @@ int LookUpFunction(const std::string& name) {
     return 0;
 }
 
-Result CompileFormula(const std::string& formula, TreePtr* root) {
-    root->reset();
-    if (formula.empty()) return Result::kNothingToDo;
+namespace {
+
+// The passes keep their work in standard containers; one that cannot grow
+// throws, and the unwinding releases the tokens and the partial tree.
+Result CompileText(const std::string& formula, TreePtr* root) {
     // The working buffer of a formula holds kMaxFormulaChars; a longer text
     // is refused rather than cut.
     if (formula.size() > static_cast<size_t>(kMaxFormulaChars)) return Result::kCannotUnderstand;
@@ -454,4 +457,16 @@ Result CompileFormula(const std::string& formula, TreePtr* root) {
     if (Ok(code)) code = RewriteUnaryMinus(tree.get());
     if (Ok(code)) *root = std::move(tree);
     return code;
+}
+
+}  // namespace
+
+Result CompileFormula(const std::string& formula, TreePtr* root) {
+    root->reset();
+    if (formula.empty()) return Result::kNothingToDo;
+    try {
+        return CompileText(formula, root);
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
 }

@@ -10,15 +10,17 @@ Result CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
     // 0 stays 0 and negative seeds fall into cycles: neither reaches 1.
     if (BigIsZero(&seed->numerator) || seed->numerator.negative) return Result::kPositiveValue;
 
-    BigInt x = {}, one = {};
-    if (BigCopy(&x, &seed->numerator) != 0 || BigFromInt(&one, 1) != 0) {
+    // The largest term is kept here and stored at the end (also after a stop,
+    // to show the run so far); memory running out leaves the label as it was.
+    BigInt x = {}, maximum = {}, one = {};
+    if (BigCopy(&x, &seed->numerator) != 0 || BigCopy(&maximum, &x) != 0 ||
+        BigFromInt(&one, 1) != 0) {
         BigFree(&x);
+        BigFree(&maximum);
         BigFree(&one);
         return Result::kNoMemory;
     }
-    Result code = StoreValue(maxLabel, "", &x, &one);
-    BigFree(&one);
-    NumberValue* maximum = Slot(maxLabel);
+    Result code = Result::kOk;
     int steps = 0, stepsToMaximum = 0;
     while (Ok(code) && !BigIsOne(&x)) {
         // Not in the step itself: a seed of millions of digits takes long.
@@ -30,21 +32,26 @@ Result CalcModel::Hailstone(int seedLabel, int maxLabel, HailResult* out) {
         const Result step = BigHail(ctx_, &x);
         if (IsError(step)) {
             code = step;
-        } else if (step == kHailOddStep && BigCompareMag(&maximum->numerator, &x) == 1) {
+        } else if (step == kHailOddStep && BigCompareMag(&maximum, &x) == 1) {
             // Only odd steps can raise the maximum.
             BigInt copy = {};
             if (BigCopy(&copy, &x) != 0) {
                 BigFree(&copy);
                 code = Result::kNoMemory;
             } else {
-                BigFree(&maximum->numerator);
-                maximum->numerator = copy;
+                BigFree(&maximum);
+                maximum = copy;
                 stepsToMaximum = steps;
             }
         }
     }
     BigFree(&x);
-    NotifyVariable(maxLabel);
+    if (Ok(code) || code == Result::kStopped) {
+        const Result stored = StoreValue(maxLabel, "", &maximum, &one);
+        if (!Ok(stored)) code = stored;
+    }
+    BigFree(&maximum);
+    BigFree(&one);
     if (Ok(code)) {
         out->steps = steps;
         out->stepsToMaximum = stepsToMaximum;

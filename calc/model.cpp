@@ -1,6 +1,7 @@
 #include "calc/model.h"
 
 #include <algorithm>
+#include <new>
 #include <random>
 
 #include "calc/compiler.h"
@@ -61,20 +62,29 @@ int CalcModel::FirstFreeLabel() const {
 Result CalcModel::StoreValue(int label, const std::string& inscription, const BigInt* numerator,
                              const BigInt* denominator) {
     if (label < 1 || label > kLabelCount) return Result::kOutOfBounds;
-    // Copies first, so that a failure leaves the old value in place.
+    // Everything that can fail comes first, so that a failure leaves the old
+    // value in place.
+    std::string text;
+    std::unique_ptr<NumberValue>& slot = slots_[label - 1];
+    const bool made = !slot;
+    try {
+        text = inscription;
+        if (!slot) slot = std::make_unique<NumberValue>();
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
     BigInt num = {}, den = {};
     if (BigCopy(&num, numerator) != 0 || BigCopy(&den, denominator) != 0) {
         BigFree(&num);
         BigFree(&den);
+        if (made) slot.reset();
         return Result::kNoMemory;
     }
-    std::unique_ptr<NumberValue>& slot = slots_[label - 1];
-    if (!slot) slot = std::make_unique<NumberValue>();
     BigFree(&slot->numerator);
     BigFree(&slot->denominator);
     slot->numerator = num;
     slot->denominator = den;
-    slot->inscription = inscription;
+    slot->inscription.swap(text);
     NotifyVariable(label);
     return Result::kOk;
 }
@@ -136,7 +146,13 @@ Result CalcModel::ModulusCommand(const std::string& formula) {
     if (!Ok(code)) return code;
     // A modulus below 1 would make every reduction meaningless (x mod 0 is 0).
     if (BigIsZero(&value.numerator) || value.numerator.negative) return Result::kPositiveValue;
+    std::string text;
+    try {
+        text = formula;
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
     code = SetModulus(&value.numerator);
-    if (Ok(code)) modulusFormula_ = formula;
+    if (Ok(code)) modulusFormula_.swap(text);
     return code;
 }

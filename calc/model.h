@@ -148,7 +148,9 @@ public:
     int StepCountDefault() const { return stepCountDefault_; }
     // Runs n steps: conditions first, then every right side, then the
     // stores. kOk, kHalted (a condition stopped being positive: a normal end
-    // that is not reported), kStopped, or an error code.
+    // that is not reported), kStopped, or an error code. A step is done whole
+    // or not at all; when memory ends the run before its first step, targets
+    // it gave a 0 lose it again.
     Result RunSteps(int n);
     // One step; kHalted counts as success and answers kOk.
     Result OneStep();
@@ -172,7 +174,8 @@ public:
     // The hailstone sequence from the seed under seedLabel, with the largest
     // term stored under maxLabel. kCouldNotFind (empty seed), kInconsistent
     // (same label), kOutOfBounds (maxLabel), kPositiveValue (a seed of 0 or
-    // below, which never reaches 1), kStopped, kNoMemory.
+    // below, which never reaches 1), kStopped (the largest term so far is
+    // stored), kNoMemory (maxLabel is left as it was).
     Result Hailstone(int seedLabel, int maxLabel, HailResult* out);
 
 private:
@@ -180,8 +183,8 @@ private:
     void NotifyVariable(int label);
     void NotifyModulus(bool atStart);
     void NotifyRecursion();
-    Result RunOneStep();
-    Result PrepareTargets(std::vector<int>* targets);
+    Result RunOneStep(std::vector<BigInt>* values);
+    Result PrepareTargets(std::vector<int>* targets, std::vector<int>* created);
 
     CalcContext* ctx_;
     std::vector<CalcObserver*> observers_;

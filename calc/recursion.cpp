@@ -5,6 +5,7 @@
 #include <cctype>
 #include <climits>
 #include <cstdlib>
+#include <new>
 
 #include "calc/codes.h"
 #include "calc/compiler.h"
@@ -31,25 +32,34 @@ bool IsNotPositive(const ExprNode* node) {
 }  // namespace
 
 Result CalcModel::EnterStep(const std::string& text) {
-    std::string work = WorkingText(text);
-    if (work.size() < 2 || work[0] < 'A' || work[0] > 'Z' || work[1] != '=')
-        return Result::kCannotUnderstand;
-    RecursionStep step;
-    Result code = CompileFormula(work.substr(2), &step.tree);
-    if (!Ok(code)) return code;
-    step.text = text;
-    step.label = work[0] - 'A' + 1;
-    steps_.insert(steps_.begin(), std::move(step));
+    try {
+        std::string work = WorkingText(text);
+        if (work.size() < 2 || work[0] < 'A' || work[0] > 'Z' || work[1] != '=')
+            return Result::kCannotUnderstand;
+        RecursionStep step;
+        Result code = CompileFormula(work.substr(2), &step.tree);
+        if (!Ok(code)) return code;
+        step.text = text;
+        step.label = work[0] - 'A' + 1;
+        // A step moves without allocating, so a failed insert leaves the list.
+        steps_.insert(steps_.begin(), std::move(step));
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
     NotifyRecursion();
     return Result::kOk;
 }
 
 Result CalcModel::EnterCondition(const std::string& text) {
-    RecursionCondition condition;
-    Result code = CompileFormula(WorkingText(text), &condition.tree);
-    if (!Ok(code)) return code;
-    condition.text = text;
-    conditions_.insert(conditions_.begin(), std::move(condition));
+    try {
+        RecursionCondition condition;
+        Result code = CompileFormula(WorkingText(text), &condition.tree);
+        if (!Ok(code)) return code;
+        condition.text = text;
+        conditions_.insert(conditions_.begin(), std::move(condition));
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
     NotifyRecursion();
     return Result::kOk;
 }
@@ -83,19 +93,21 @@ std::vector<std::string> CalcModel::RecursionRows() const {
     return rows;
 }
 
-// Every target without a value gets 0 (denominator 1); the targets in list
-// order, each once.
-Result CalcModel::PrepareTargets(std::vector<int>* targets) {
+// Every target without a value gets 0 (denominator 1), and is listed in
+// *created; the targets in list order, each once. Both lists have room for
+// every step.
+Result CalcModel::PrepareTargets(std::vector<int>* targets, std::vector<int>* created) {
     BigInt zero = {}, one = {};
-    // (void): one-limb constants whose failure has never been reported here;
-    // the run keeps that, and the stores below still answer their own codes.
-    (void)BigFromInt(&zero, 0);
-    (void)BigFromInt(&one, 1);
+    // A released record must never reach the stores: BigCopy reads its limbs.
     Result code = Result::kOk;
+    if (BigFromInt(&zero, 0) != 0 || BigFromInt(&one, 1) != 0) code = Result::kNoMemory;
     for (const RecursionStep& s : steps_) {
         if (std::find(targets->begin(), targets->end(), s.label) != targets->end()) continue;
         targets->push_back(s.label);
-        if (Ok(code) && !HasVariable(s.label) && !Ok(StoreValue(s.label, "", &zero, &one)))
+        if (!Ok(code) || HasVariable(s.label)) continue;
+        if (Ok(StoreValue(s.label, "", &zero, &one)))
+            created->push_back(s.label);
+        else
             code = Result::kNoMemory;
     }
     BigFree(&zero);
@@ -105,8 +117,10 @@ Result CalcModel::PrepareTargets(std::vector<int>* targets) {
 
 // One step: conditions in list order (the first that fails or is not
 // positive ends the run), then every right side, and only then the stores,
-// so that all right sides read the values from before the step.
-Result CalcModel::RunOneStep() {
+// so that all right sides read the values from before the step. Every new
+// numerator is ready before the first store: a step is done whole or not at
+// all. values has a record for every step.
+Result CalcModel::RunOneStep(std::vector<BigInt>* values) {
     Result code = Result::kOk;
     for (RecursionCondition& c : conditions_) {
         code = Evaluate(ctx_, *this, c.tree.get());
@@ -118,39 +132,55 @@ Result CalcModel::RunOneStep() {
         code = Evaluate(ctx_, *this, s.tree.get());
         if (!Ok(code)) break;
     }
-    for (RecursionStep& s : steps_) {
+    // A computed result is handed over (the tree releases its values right
+    // after); a constant right side keeps its compiled value.
+    for (size_t i = 0; Ok(code) && i < steps_.size(); ++i) {
+        ExprNode* tree = steps_[i].tree.get();
+        BigInt& value = (*values)[i];
+        if (tree->kind != kCodeOperand) {
+            value = tree->numerator;
+            tree->numerator = BigInt{};
+        } else if (BigCopy(&value, &tree->numerator) != 0) {
+            code = Result::kNoMemory;
+        }
+    }
+    for (size_t i = 0; i < steps_.size(); ++i) {
+        BigInt& value = (*values)[i];
         if (Ok(code)) {
             // Only the numerator is replaced; the target keeps its denominator.
-            // A computed result is handed over (the tree releases its values
-            // right after); a constant right side keeps its compiled value.
-            NumberValue* target = Slot(s.label);
-            BigInt value = {};
-            if (s.tree->kind != kCodeOperand) {
-                value = s.tree->numerator;
-                s.tree->numerator = BigInt{};
-            } else if (BigCopy(&value, &s.tree->numerator) != 0) {
-                BigFree(&value);
-                code = Result::kNoMemory;
-            }
-            if (Ok(code)) {
-                BigFree(&target->numerator);
-                target->numerator = value;
-            }
+            NumberValue* target = Slot(steps_[i].label);
+            BigFree(&target->numerator);
+            target->numerator = value;
+        } else {
+            BigFree(&value);
         }
-        ReleaseValues(s.tree.get());
+        value = BigInt{};
+        ReleaseValues(steps_[i].tree.get());
     }
     return code;
 }
 
 Result CalcModel::RunSteps(int n) {
     stopRequested_ = false;
-    std::vector<int> targets;
-    Result code = PrepareTargets(&targets);
-    if (!Ok(code)) return code;
-    for (CalcObserver* o : observers_) o->RunStarted(targets);
-    while (n > 0 && Ok(code)) {
-        code = RunOneStep();
+    std::vector<int> targets, created;
+    std::vector<BigInt> values;
+    try {
+        targets.reserve(steps_.size());
+        created.reserve(steps_.size());
+        values.resize(steps_.size());
+    } catch (const std::bad_alloc&) {
+        return Result::kNoMemory;
+    }
+    Result code = PrepareTargets(&targets, &created);
+    const bool started = Ok(code);
+    bool stepped = false;
+    if (started) {
+        for (CalcObserver* o : observers_) o->RunStarted(targets);
+    }
+    while (started && n > 0 && Ok(code)) {
+        code = RunOneStep(&values);
         if (Ok(code)) {
+            stepped = true;
             for (int label : targets) NotifyVariable(label);
             for (CalcObserver* o : observers_) o->StepDone(targets);
         }
@@ -160,7 +190,17 @@ Result CalcModel::RunSteps(int n) {
         if (Ok(code) && stopRequested_) code = Result::kStopped;
         --n;
     }
-    for (CalcObserver* o : observers_) o->RunFinished(code);
+    // A run that memory ends before its first step leaves the labels as they
+    // were: the zeros it gave new targets go again.
+    if (code == Result::kNoMemory && !stepped) {
+        for (int label : created) {
+            slots_[label - 1].reset();
+            NotifyVariable(label);
+        }
+    }
+    if (started) {
+        for (CalcObserver* o : observers_) o->RunFinished(code);
+    }
     return code;
 }
 

@@ -204,10 +204,12 @@ Result Interpreter::Freq(const std::string& args) {
     const NumberValue* v = model_.Variable(label);
     if (!v) return Result::kCouldNotFind;
     BigInt copy = {};
-    const bool copied = BigCopy(&copy, &v->numerator) == 0;
-    if (copied) writer_.Text(DigitFrequencyText(&copy));
+    std::string table;
+    Result code = BigCopy(&copy, &v->numerator) == 0 ? Result::kOk : Result::kNoMemory;
+    if (Ok(code)) code = DigitFrequencyText(&copy, &table);
     BigFree(&copy);
-    return copied ? Result::kOk : Result::kNoMemory;
+    if (Ok(code)) writer_.Text(table);
+    return code;
 }
 
 Result Interpreter::Read(const std::string& args) {

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,32 @@ int UsageError(const std::string& message) {
     return 2;
 }
 
+// The longest script line read: far above any formula, conversion input or
+// batch list, yet an endless line (a device, a runaway file) cannot take the
+// memory. A longer line is reported and ends the script: where its end lies
+// is only known by reading it all.
+constexpr size_t kMaxScriptLineChars = 1000000;
+
+enum class LineRead { kLine, kEnd, kTooLong, kNoMemory };
+
+// The next line of f, its '\n' kept. kEnd when nothing more could be read
+// (the end, or an error with errno set).
+LineRead ReadLine(std::FILE* f, std::string* line) {
+    line->clear();
+    try {
+        for (;;) {
+            errno = 0;
+            const int c = std::getc(f);
+            if (c == EOF) return line->empty() || std::ferror(f) ? LineRead::kEnd : LineRead::kLine;
+            if (line->size() == kMaxScriptLineChars) return LineRead::kTooLong;
+            line->push_back(static_cast<char>(c));
+            if (c == '\n') return LineRead::kLine;
+        }
+    } catch (const std::bad_alloc&) {
+        return LineRead::kNoMemory;
+    }
+}
+
 // Runs lines and reports failures; answers whether all succeeded.
 class Session {
 public:
@@ -35,27 +62,37 @@ public:
 
     void RunLine(const std::string& line, long number) {
         SignalContext::Clear();
-        const Result code = interpreter_->Run(line);
+        Result code;
+        // The model and the arithmetic answer codes; what the interpreter
+        // builds around them (words, texts) may still find no memory.
+        try {
+            code = interpreter_->Run(line);
+        } catch (const std::bad_alloc&) {
+            code = Result::kNoMemory;
+        }
         if (Ok(code)) return;
-        ok_ = false;
-        std::fflush(stdout);
-        std::fprintf(stderr, "ordix-cli: line %ld: %s (code %d)\n", number, ResultMessage(code),
-                     ToInt(code));
+        Report(number,
+               std::string(ResultMessage(code)) + " (code " + std::to_string(ToInt(code)) + ")");
     }
 
     // Lines of f until its end; a prompt before each when interactive.
     void RunStream(std::FILE* f, bool interactive) {
-        char* buffer = nullptr;
-        size_t capacity = 0;
+        std::string line;
         long number = 0;
         for (;;) {
             if (interactive) {
                 std::fputs("ordix> ", stdout);
                 std::fflush(stdout);
             }
-            errno = 0;
-            ssize_t n = getline(&buffer, &capacity, f);
-            if (n < 0) {
+            const LineRead read = ReadLine(f, &line);
+            if (read == LineRead::kTooLong || read == LineRead::kNoMemory) {
+                Report(number + 1, read == LineRead::kTooLong
+                                       ? "line longer than " + std::to_string(kMaxScriptLineChars) +
+                                             " characters"
+                                       : ResultMessage(Result::kNoMemory));
+                break;
+            }
+            if (read == LineRead::kEnd) {
                 // Ctrl+C at the prompt drops the line being typed.
                 if (errno == EINTR && interactive) {
                     std::clearerr(f);
@@ -63,24 +100,25 @@ public:
                     std::fputc('\n', stdout);
                     continue;
                 }
+                // A script that cannot be read to its end did not run.
+                if (std::ferror(f) && !interactive) Report(number + 1, std::strerror(errno));
                 break;
             }
-            RunLine(std::string(buffer, static_cast<size_t>(n)), ++number);
+            RunLine(line, ++number);
             if (interactive) std::fflush(stdout);
         }
-        // A script that cannot be read to its end did not run.
-        if (std::ferror(f) && !interactive) {
-            ok_ = false;
-            std::fflush(stdout);
-            std::fprintf(stderr, "ordix-cli: line %ld: %s\n", number + 1, std::strerror(errno));
-        }
-        std::free(buffer);
         if (interactive) std::fputc('\n', stdout);
     }
 
     bool ok() const { return ok_; }
 
 private:
+    void Report(long number, const std::string& message) {
+        ok_ = false;
+        std::fflush(stdout);
+        std::fprintf(stderr, "ordix-cli: line %ld: %s\n", number, message.c_str());
+    }
+
     Interpreter* interpreter_;
     bool ok_ = true;
 };

@@ -1,26 +1,40 @@
 #include "io/byte_io.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <new>
 
 #include "io/safe_file.h"
 
-bool ReadWholeFile(const std::string& path, std::string* out) {
+Result ReadWholeFile(const std::string& path, std::string* out, std::uint64_t maxBytes) {
     out->clear();
     FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) return false;
+    if (!f) return Result::kCannotOpenFile;
+    struct stat info = {};
+    const bool regular = fstat(fileno(f), &info) == 0 && S_ISREG(info.st_mode);
+    if (regular && static_cast<std::uint64_t>(info.st_size) > maxBytes) {
+        std::fclose(f);
+        return Result::kNoMoreRoom;
+    }
     char buf[65536];
-    std::size_t n;
-    bool ok = true;
+    Result code = Result::kOk;
     try {
-        while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) out->append(buf, n);
-        ok = !std::ferror(f);
+        if (regular) out->reserve(static_cast<std::size_t>(info.st_size));
+        std::size_t n;
+        while (Ok(code) && (n = std::fread(buf, 1, sizeof buf, f)) > 0) {
+            if (n > maxBytes - out->size())
+                code = Result::kNoMoreRoom;  // a file still growing, or endless (/dev/zero)
+            else
+                out->append(buf, n);
+        }
+        if (Ok(code) && std::ferror(f)) code = Result::kCannotOpenFile;
     } catch (const std::bad_alloc&) {
-        ok = false;  // a file larger than the memory left (or endless: /dev/zero)
+        code = Result::kNoMemory;
     }
     std::fclose(f);
-    if (!ok) *out = std::string();
-    return ok;
+    if (!Ok(code)) *out = std::string();
+    return code;
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& data) {

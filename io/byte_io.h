@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string>
 
+#include "resources/result.h"
+
 class ByteWriter {
 public:
     void i32(int32_t v) { u32(static_cast<uint32_t>(v)); }
@@ -65,9 +67,12 @@ private:
     bool ok_ = true;
 };
 
-// A whole file's bytes; false when it cannot be opened or read, or does
-// not fit in the memory left.
-[[nodiscard]] bool ReadWholeFile(const std::string& path, std::string* out);
+// A whole file's bytes, at most maxBytes of them (each caller names the
+// largest file it can use: an endless device or a runaway file must not take
+// the memory). kOk; kCannotOpenFile (cannot be opened or read); kNoMoreRoom
+// (longer than maxBytes: a regular file is refused before it is read);
+// kNoMemory (does not fit in the memory left). *out is empty after a failure.
+Result ReadWholeFile(const std::string& path, std::string* out, std::uint64_t maxBytes);
 // Replaces the file with data, whole or not at all (io/safe_file.h); false
 // when it cannot be written completely, the old file left as it was.
 [[nodiscard]] bool WriteWholeFile(const std::string& path, const std::string& data);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "io/byte_io.h"
 
@@ -67,15 +68,21 @@ void GetFont(ByteReader* r, LogFont* f) {
 
 }  // namespace
 
-NumLimbs LimbsOf(const BigInt* v) {
-    NumLimbs out;
-    if (!v->limbs || v->top < 0) {
-        out.limbs.assign(1, 0);
-        return out;
+Result LimbsOf(const BigInt* v, NumLimbs* out) {
+    NumLimbs limbs;
+    try {
+        if (!v->limbs || v->top < 0) {
+            limbs.limbs.assign(1, 0);
+        } else {
+            limbs.limbs.assign(v->limbs, v->limbs + v->top + 1);
+            limbs.negative = v->negative != 0;
+        }
+    } catch (const std::bad_alloc&) {
+        *out = NumLimbs();
+        return Result::kNoMemory;
     }
-    out.limbs.assign(v->limbs, v->limbs + v->top + 1);
-    out.negative = v->negative != 0;
-    return out;
+    *out = std::move(limbs);
+    return Result::kOk;
 }
 
 std::string EncodeNumFile(const NumFile& file) {
@@ -129,9 +136,11 @@ Result DecodeNumFile(const char* data, std::size_t size, NumFile* out) {
     return Result::kOk;
 }
 
-Result ReadNumFile(const std::string& path, NumFile* out) {
+Result ReadNumFile(const std::string& path, NumFile* out, std::uint64_t maxBytes) {
     std::string bytes;
-    if (!ReadWholeFile(path, &bytes)) return Result::kCannotOpenFile;
+    const Result read = ReadWholeFile(path, &bytes, maxBytes);
+    if (read == Result::kNoMemory) return read;
+    if (!Ok(read)) return Result::kCannotOpenFile;
     // The limbs take as much memory again as their bytes in the file.
     try {
         return DecodeNumFile(bytes.data(), bytes.size(), out);

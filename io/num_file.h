@@ -16,6 +16,7 @@
 // depends on nothing but the record layout of bigint/record.h.
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -26,6 +27,13 @@
 
 // Notebook characters a file can carry: the stored length + 1 is 16-bit.
 constexpr int kNumFileNotebookChars = 32766;
+
+// The largest number file a value can need: the header, a numerator and a
+// denominator of INT32_MAX limbs each (top, sign, two bytes a limb), the
+// longest notebook with its length and zero byte, the font and its word.
+// A longer file is no number file.
+constexpr std::uint64_t kMaxNumFileBytes =
+    4 + 2 * (4 + 1 + 2 * std::uint64_t{INT32_MAX}) + 2 + (kNumFileNotebookChars + 1) + 64;
 
 struct NumLimbs {
     std::vector<Limb> limbs;  // least significant first, top limb non-zero unless 0
@@ -44,8 +52,9 @@ struct NumFile {
     uint32_t fontExtra = 0;
 };
 
-// The limbs of a value record (a released record reads as zero).
-NumLimbs LimbsOf(const BigInt* v);
+// The limbs of a value record (a released record reads as zero): kOk, or
+// kNoMemory with *out empty.
+Result LimbsOf(const BigInt* v, NumLimbs* out);
 
 // The bytes of a number file. A denominator is written only when
 // hasDenominator is set and it is not 1; a longer notebook is cut.
@@ -57,10 +66,12 @@ std::string EncodeNumFile(const NumFile& file);
 // zero byte.
 Result DecodeNumFile(const char* data, std::size_t size, NumFile* out);
 
-// Whole files: kOk, kCannotOpenFile (cannot open or decode), kCannotSaveFile
+// Whole files: kOk, kCannotOpenFile (cannot open or decode, or longer than
+// maxBytes, kMaxNumFileBytes unless told), kCannotSaveFile
 // (the old file left as it was), kNoMemory (the value does not fit in the
 // memory left).
-Result ReadNumFile(const std::string& path, NumFile* out);
+Result ReadNumFile(const std::string& path, NumFile* out,
+                   std::uint64_t maxBytes = kMaxNumFileBytes);
 Result WriteNumFile(const std::string& path, const NumFile& file);
 
 // The label an opened file goes to: its own when that is 1..26 and free,

@@ -43,7 +43,8 @@ std::string SettingsPath(const std::string& folder) {
 
 Result ReadSettings(const std::string& folder, FrameSettings* s) {
     std::string bytes;
-    if (!ReadWholeFile(SettingsPath(SettingsFolder(folder)), &bytes))
+    // ox.ini holds kSettingsBytes; anything far longer is not ours.
+    if (!Ok(ReadWholeFile(SettingsPath(SettingsFolder(folder)), &bytes, 1 << 16)))
         return Result::kCannotOpenFile;
     return DecodeSettings(bytes.data(), bytes.size(), s) ? Result::kOk : Result::kCannotOpenFile;
 }

@@ -152,8 +152,14 @@ void TNumWin::digitFrequencies() {
         report(Result::kNoMemory);
         return;
     }
-    const std::string table = WithBreaks(DigitFrequencyText(&copy).c_str(), "\n");
+    std::string frequencies;
+    const Result code = DigitFrequencyText(&copy, &frequencies);
     BigFree(&copy);
+    if (!Ok(code)) {
+        report(code);
+        return;
+    }
+    const std::string table = WithBreaks(frequencies.c_str(), "\n");
     if (!notebook_->text().isEmpty()) notebook_->appendText("\n\n");
     notebook_->appendText(QString::fromLatin1(table.c_str()));
     notebook_->show();
@@ -180,9 +186,10 @@ Result TNumWin::saveNumber(const QString& path) {
     NumFile file;
     // The modulus has no label of its own: its file opens in the first free one.
     file.label = label_ > 0 ? label_ : 0;
-    file.numerator = LimbsOf(num_);
+    Result code = LimbsOf(num_, &file.numerator);
     file.hasDenominator = !(BigIsOne(den_) && !den_->negative);
-    if (file.hasDenominator) file.denominator = LimbsOf(den_);
+    if (Ok(code) && file.hasDenominator) code = LimbsOf(den_, &file.denominator);
+    if (!Ok(code)) return code;
     file.notebook = notebook_->text().left(kNumFileNotebookChars).toStdString();
     file.hasFont = true;
     file.font = font_;

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QStringDecoder>
 
+#include <cstdint>
 #include <string>
 
 #include "dialogs/modal.h"
@@ -15,6 +16,11 @@
 #include "windows/text_search.h"
 
 namespace {
+
+// The longest text file opened: a list window's kListChars characters, each
+// at most four bytes of UTF-8, which is the most this program writes (the
+// window then shows the first kTextBufferChars).
+constexpr std::uint64_t kMaxTextFileBytes = 4 * std::uint64_t{kListChars};
 
 std::string LocalPath(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
@@ -43,7 +49,8 @@ TTextWin::TTextWin(QWidget* parent, const QString& title, const QString& fileNam
 
 Result TTextWin::openFile(const QString& path) {
     std::string bytes;
-    if (!ReadWholeFile(LocalPath(path), &bytes)) return Result::kCannotOpenFile;
+    const Result read = ReadWholeFile(LocalPath(path), &bytes, kMaxTextFileBytes);
+    if (!Ok(read)) return read;
     // A file saved here ends with a zero byte: it is no part of the text.
     const std::size_t end = bytes.find('\0');
     if (end != std::string::npos) bytes.resize(end);

@@ -1,14 +1,11 @@
 // Every allocating operation, with each of its allocations refused in turn.
 //
-// This program replaces the global operator new, through which every
-// allocation of the arithmetic goes (bigint/alloc.h): while armed it counts
-// allocations and refuses number k (nothrow new answers null, the throwing
-// form throws), and it always counts the live blocks. For each operation of
-// the table and k = 1, 2, … until a run is refused nothing, a refused run
-// must answer code 3 (or -1, the code of a product whose result array was
-// refused, which the operations built on products pass on), leave its
-// operands as they were (or, where a fallback took over, give the value of an
-// unrefused run), and leave as many live blocks as before once its
+// The program's operator new (tests/support/alloc_refusal.h) refuses
+// allocation k and counts the live blocks. For each operation of the table
+// and k = 1, 2, … until a run is refused nothing, a refused run must answer
+// code 3 (never -1, which the caller would take for the user's stop), leave
+// its operands as they were (or, where a fallback took over, give the value
+// of an unrefused run), and leave as many live blocks as before once its
 // result is released; the run refused nothing must give the value of an
 // unrefused run.
 #include <gtest/gtest.h>
@@ -23,49 +20,8 @@
 
 #include "bigint/dispatch.h"
 #include "bigint/thresholds.h"
+#include "support/alloc_refusal.h"
 #include "support/test_support.h"
-
-namespace {
-
-std::atomic<bool> gArmed{false};
-std::atomic<long> gCount{0};    // allocations since armed
-std::atomic<long> gRefuse{0};   // the allocation to refuse
-std::atomic<long> gRefused{0};  // refusals since armed
-std::atomic<long> gLive{0};     // blocks allocated and not yet freed
-
-void* Allocate(size_t n, bool nothrow) {
-    if (gArmed.load(std::memory_order_relaxed) && ++gCount == gRefuse.load()) {
-        ++gRefused;
-        if (nothrow) return nullptr;
-        throw std::bad_alloc();
-    }
-    void* p = std::malloc(n ? n : 1);
-    if (!p) {
-        if (nothrow) return nullptr;
-        throw std::bad_alloc();
-    }
-    ++gLive;
-    return p;
-}
-
-void Free(void* p) {
-    if (!p) return;
-    --gLive;
-    std::free(p);
-}
-
-}  // namespace
-
-void* operator new(size_t n) { return Allocate(n, false); }
-void* operator new[](size_t n) { return Allocate(n, false); }
-void* operator new(size_t n, const std::nothrow_t&) noexcept { return Allocate(n, true); }
-void* operator new[](size_t n, const std::nothrow_t&) noexcept { return Allocate(n, true); }
-void operator delete(void* p) noexcept { Free(p); }
-void operator delete[](void* p) noexcept { Free(p); }
-void operator delete(void* p, size_t) noexcept { Free(p); }
-void operator delete[](void* p, size_t) noexcept { Free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { Free(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { Free(p); }
 
 namespace {
 
@@ -101,22 +57,19 @@ Outcome Sweep(const Row& row, const std::vector<const Num*>& operands, const std
         if (row.prepare) row.prepare();
         BigInt r1 = {}, r2 = {};
         ReleaseDivisorCache();
-        const long live = gLive;
-        gCount = 0;
-        gRefused = 0;
-        gRefuse = refuse;
-        gArmed = true;
+        const long live = gAllocLive;
+        ArmAllocations(refuse);
         *code = row.op(&ctx, &r1, &r2);
-        gArmed = false;
-        *count = gCount;
-        const long afterOp = gLive;
+        gAllocArmed = false;
+        *count = gAllocCount;
+        const long afterOp = gAllocLive;
         *value = Text(&r1) + " " + Text(&r2) + " " + conv;  // its own blocks stay
-        const long withText = gLive;
+        const long withText = gAllocLive;
         BigFree(&r1);
         BigFree(&r2);
         ReleaseDivisorCache();
-        *leaked = afterOp - live - (withText - gLive);
-        return gRefused > 0;
+        *leaked = afterOp - live - (withText - gAllocLive);
+        return gAllocRefused > 0;
     };
     std::string expected;
     Result expectedCode, code;
@@ -136,8 +89,7 @@ Outcome Sweep(const Row& row, const std::vector<const Num*>& operands, const std
                 fault = "the run refused nothing answers " + std::to_string(code) + " " + v;
             else
                 break;
-        } else if (code != Result::kNoMemory && code != Result::kStopped &&
-                   (code != expectedCode || v != expected)) {
+        } else if (code != Result::kNoMemory && (code != expectedCode || v != expected)) {
             // (the value of an unrefused run: a fallback needing no memory took over)
             fault = "answers " + std::to_string(code);
         } else if (leaked != 0) {

@@ -4,9 +4,13 @@
 #include <cstdlib>
 #include <random>
 #include <string>
+#include <vector>
 
+#include "io/byte_io.h"
 #include "io/num_file.h"
 #include "io_test_util.h"
+#include "support/alloc_refusal.h"
+#include "support/test_support.h"
 
 namespace {
 
@@ -92,6 +96,41 @@ TEST(NumFileRoundTrip, WholeFilesAndTheirFailures) {
     EXPECT_EQ(ReadNumFile(dir.file("missing.num"), &out), Result::kCannotOpenFile);
     EXPECT_EQ(ReadNumFile(dir.path.string(), &out), Result::kCannotOpenFile);  // a folder
     EXPECT_EQ(WriteNumFile(dir.file("no/such/folder.num"), Sample()), Result::kCannotSaveFile);
+}
+
+// A file longer than any number file is refused: a regular one before it is
+// read, an endless device once the ceiling is passed. The ceiling itself is
+// allowed: the sample's own size reads, one byte less does not.
+TEST(NumFileRoundTrip, FilesPastTheCeiling) {
+    ScratchDir dir;
+    const std::string path = dir.file("n.num");
+    ASSERT_EQ(WriteNumFile(path, Sample()), 0);
+    const std::uint64_t size = std::filesystem::file_size(path);
+    NumFile out;
+    EXPECT_EQ(ReadNumFile(path, &out, size), Result::kOk);
+    EXPECT_EQ(ReadNumFile(path, &out, size - 1), Result::kCannotOpenFile);
+    const std::string sparse = dir.file("sparse.num");
+    ASSERT_EQ(WriteNumFile(sparse, Sample()), 0);
+    std::filesystem::resize_file(sparse, kMaxNumFileBytes + 1);
+    EXPECT_EQ(ReadNumFile(sparse, &out), Result::kCannotOpenFile);
+    EXPECT_EQ(ReadNumFile("/dev/zero", &out, 1 << 20), Result::kCannotOpenFile);
+    std::string bytes = "junk";
+    EXPECT_EQ(ReadWholeFile("/dev/zero", &bytes, 1 << 20), Result::kNoMoreRoom);
+    EXPECT_EQ(bytes, "");
+}
+
+// The limbs of a value for saving answer 3 when their array is refused.
+TEST(NumFileRoundTrip, LimbsOfAValueShortOfMemory) {
+    Num v("-123456789");
+    NumLimbs limbs;
+    ASSERT_EQ(LimbsOf(&v.v, &limbs), Result::kOk);
+    EXPECT_EQ(limbs.limbs, (std::vector<Limb>{6789, 2345, 1}));
+    EXPECT_TRUE(limbs.negative);
+    ArmAllocations(1);
+    const Result code = LimbsOf(&v.v, &limbs);
+    gAllocArmed = false;
+    EXPECT_EQ(code, Result::kNoMemory);
+    EXPECT_TRUE(limbs.limbs.empty());
 }
 
 // Files written by hand, in hex: header, then per value its top, sign byte

@@ -28,7 +28,7 @@ TEST(SafeFile, FailedWriteKeepsTheOldFile) {
     ASSERT_TRUE(WriteWholeFile(path, "old"));
     ASSERT_TRUE(WriteWholeFile(path, "older"));  // replaced whole
     std::string bytes;
-    ASSERT_TRUE(ReadWholeFile(path, &bytes));
+    ASSERT_EQ(ReadWholeFile(path, &bytes, 100), Result::kOk);
     EXPECT_EQ(bytes, "older");
 
     // A full disk, as a child limited to 1000-byte files sees it.
@@ -44,7 +44,7 @@ TEST(SafeFile, FailedWriteKeepsTheOldFile) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 1);  // the write reports its failure
-    ASSERT_TRUE(ReadWholeFile(path, &bytes));
+    ASSERT_EQ(ReadWholeFile(path, &bytes, 100), Result::kOk);
     EXPECT_EQ(bytes, "older");
     EXPECT_EQ(Names(dir), std::vector<std::string>{"v.num"});
 
