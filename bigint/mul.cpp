@@ -40,8 +40,9 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
     return p[k] >= 1 ? k : k - 1;
 }
 
-// The rows, and so the polls, run over y's limbs. A stop answers -1, a
-// refused work or result array 3; either leaves the result 1.
+// The rows, and so the polls, run over y's limbs. A stop and a failed result
+// allocation both answer -1 and leave the result 1; a product whose work
+// arrays are refused answers 3, the result also 1.
 Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y) {
     if (BigIsZero(x) || BigIsZero(y)) return BigFromInt(result, 0);
     const uint8_t negative = x->negative != y->negative;
@@ -55,13 +56,9 @@ Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y
         BigSetFailed(result);
         return Result::kNoMemory;
     }
-    if (top < 0) {
+    if (top < 0 || BigFromLimbs(result, product.get(), top, negative) != 0) {
         BigSetFailed(result);
         return Result::kStopped;
-    }
-    if (BigFromLimbs(result, product.get(), top, negative) != 0) {
-        BigSetFailed(result);
-        return Result::kNoMemory;
     }
     return Result::kOk;
 }
