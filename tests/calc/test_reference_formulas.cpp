@@ -142,44 +142,42 @@ struct Reference {
     static bool FoldsToLeaf(const Node& n) {
         return n.op == kLit || (n.op == kNeg && FoldsToLeaf(*n.a));
     }
+    Val Apply(const Node& n, const Val& x, const Val& y) const {
+        const Z& p = x.num;
+        const Z& r = y.num;
+        Val v;
+        switch (n.op) {
+        case kPow: return Whole(y) ? Power(x, r) : Val{6};
+        case kNeg: return FoldsToLeaf(*n.a) ? Val{0, -p, x.den} : Arith(kMul, {0, -1}, x);
+        case kAbs: return Val{0, abs(p), x.den};
+        case kInt: return Val{0, p / x.den};  // truncated
+        case kQuo: v = Arith(kDiv, x, y); return Val{v.code, v.num / v.den};
+        default:
+            if (n.op <= kDiv) return Arith(n.op, x, y);
+        }
+        if (!Whole(x) || (n.b && !Whole(y))) return Val{6};
+        switch (n.op) {  // the stored ones are reduced modulo M in modulus mode
+        case kHail: return Val{0, p % 2 == 0 ? Z(p / 2) : p < 0 ? Z(3 * p - 1) : Z(3 * p + 1)};
+        case kSqrt:
+            if (p < 0) return Val{14};
+            [[fallthrough]];
+        case kCurt: mpz_root(v.num.get_mpz_t(), p.get_mpz_t(), n.op == kSqrt ? 2 : 3); return v;
+        case kFact: v.code = Perm(p, p, &v.num); break;
+        case kPerm: v.code = Perm(p, r, &v.num); break;
+        case kBinom: v.code = Binom(p, r, &v.num); break;
+        case kMod: v.code = ModOf(p, r, &v.num); break;
+        case kGcd: v = Val{p == 0 && r == 0 ? 6 : 0, Gcd(p, r)}; break;
+        default: v = p == 0 || r == 0 ? Val{104} : Val{0, abs(Z(p * r)) / Gcd(p, r)};  // lcm
+        }
+        if (modMode) v.num = Red(v.num);
+        return v;
+    }
     Val Eval(const Node& n) const {
         if (n.op == kLit) return Val{0, n.lit, 1};
         if (n.op == kVar) return vars[n.lit];
-        Val x = n.a ? Eval(*n.a) : Val{}, y = n.b ? Eval(*n.b) : Val{}, v;
+        Val x = n.a ? Eval(*n.a) : Val{}, y = n.b ? Eval(*n.b) : Val{};
         if (x.code != 0 || y.code != 0) return x.code != 0 ? x : y;  // left first
-        const Z& p = x.num;
-        const Z& r = y.num;
-        const bool whole = Whole(x) && (!n.b || Whole(y));
-        if (n.op <= kDiv)
-            v = Arith(n.op, x, y);
-        else if (n.op == kPow)
-            v = Whole(y) ? Power(x, r) : Val{6};
-        else if (n.op == kNeg)
-            v = FoldsToLeaf(*n.a) ? Val{0, -p, x.den} : Arith(kMul, {0, -1}, x);
-        else if (n.op == kAbs)
-            v = Val{0, abs(p), x.den};
-        else if (n.op == kInt)
-            v.num = p / x.den;  // truncated
-        else if (n.op == kQuo)
-            v = Arith(kDiv, x, y), v.num /= v.den, v.den = 1;
-        else if (!whole)
-            v.code = 6;
-        else if (n.op == kHail)
-            v.num = p % 2 == 0 ? Z(p / 2) : p < 0 ? Z(3 * p - 1) : Z(3 * p + 1);
-        else if (n.op == kSqrt && p < 0)
-            v.code = 14;
-        else if (n.op == kSqrt || n.op == kCurt)
-            mpz_root(v.num.get_mpz_t(), p.get_mpz_t(), n.op == kSqrt ? 2 : 3);
-        else {  // stored: reduced modulo M in modulus mode
-            if (n.op == kFact) v.code = Perm(p, p, &v.num);
-            if (n.op == kPerm) v.code = Perm(p, r, &v.num);
-            if (n.op == kBinom) v.code = Binom(p, r, &v.num);
-            if (n.op == kMod) v.code = ModOf(p, r, &v.num);
-            if (n.op == kGcd) v.code = p == 0 && r == 0 ? 6 : 0, v.num = Gcd(p, r);
-            if (n.op == kLcm && (p == 0 || r == 0)) v.code = 104;
-            if (n.op == kLcm && v.code == 0) v.num = abs(Z(p * r)) / Gcd(p, r);
-            if (modMode) v.num = Red(v.num);
-        }
+        Val v = Apply(n, x, y);
         if (mpz_sizeinbase(v.num.get_mpz_t(), 2) + mpz_sizeinbase(v.den.get_mpz_t(), 2) > 4000)
             v.code = kSkip;
         return v;
@@ -200,10 +198,8 @@ struct Generator {
         n->form = Pick(4);
         if (depth == 0 || Pick(5) == 0) {
             n->op = Pick(3) == 0 ? kVar : kLit;
-            if (n->op == kVar)
-                n->lit = Pick(40) == 0 ? 26 : 1 + Pick(7);  // Z is empty
-            else
-                n->lit = Pick(8) == 0 ? Pick(100000) : Pick(13);
+            n->lit = n->op == kVar ? (Pick(40) == 0 ? 26 : 1 + Pick(7))  // Z is empty
+                                   : (Pick(8) == 0 ? Pick(100000) : Pick(13));
             return n;
         }
         static const Op kWeighted[] = {kAdd, kAdd, kSub, kSub,  kMul,  kMul,  kDiv,   kDiv,  kDiv,
@@ -213,10 +209,7 @@ struct Generator {
         while (modMode && n->op == kQuo);  // whether [QUO] divides modularly is not settled
         n->a = Make(depth - 1);
         const bool prefix = n->op == kNeg || n->op == kFact || n->op >= kHail || n->op == kAbs;
-        if (n->op == kPow)
-            n->b = Make(Pick(3) == 0 ? 1 : 0);  // small exponents
-        else if (!prefix)
-            n->b = Make(depth - 1);
+        if (n->op == kPow || !prefix) n->b = Make(n->op == kPow ? Pick(3) == 0 : depth - 1);
         return n;
     }
 
@@ -254,15 +247,12 @@ struct Generator {
     }
     std::string Bare(const Node& n) {
         const int level = LevelOf(n);
-        switch (n.op) {
-        case kLit: return std::to_string(n.lit);
-        case kVar: return std::string(1, static_cast<char>((Pick(2) ? 'A' : 'a') + n.lit - 1));
-        case kNeg: return "-" + Print(*n.a, kPower);
-        case kFact:
-            if (n.form == 0 && (n.a->op == kLit || n.a->op == kVar)) return Bare(*n.a) + "!";
-            if (n.form == 1) return "(" + Print(*n.a, kList) + ")!";
-            break;
-        case kMul: {
+        if (n.op == kLit) return std::to_string(n.lit);
+        if (n.op == kVar)
+            return std::string(1, static_cast<char>((Pick(2) ? 'A' : 'a') + n.lit - 1));
+        if (n.op == kNeg) return "-" + Print(*n.a, kPower);
+        if (n.op == kPow) return Print(*n.a, kAtom) + "^" + Print(*n.b, kPower);
+        if (n.op == kMul) {
             std::string l = Print(*n.a, kProduct), r = Print(*n.b, kPower);
             // "2A", "A(3)", "(2)3": the compiler inserts the '*'
             const bool digits = isdigit(l.back()) && isdigit(r.front());
@@ -270,20 +260,14 @@ struct Generator {
                 (isalnum(l.back()) || l.back() == ')') && r.front() != '-' && r.front() != '[';
             return l + (n.form == 0 && tight && !digits ? "" : "*") + r;
         }
-        case kPow: return Print(*n.a, kAtom) + "^" + Print(*n.b, kPower);
-        case kAdd:
-        case kSub:
-        case kDiv: return Print(*n.a, level) + "+-*/"[n.op - kAdd] + Print(*n.b, level + 1);
-        case kGcd:
-        case kLcm:
-            if (n.form != 0) return Name(n.op) + "(" + Args(n) + ")";
-            [[fallthrough]];
-        case kBinom:
-        case kPerm:
-        case kMod:
-        case kQuo: return Print(*n.a, level) + Name(n.op) + Print(*n.b, level + 1);
-        default: break;
+        if (level < kPower) {
+            const std::string op = n.op <= kDiv ? std::string(1, "+-*/"[n.op - kAdd]) : Name(n.op);
+            return Print(*n.a, level) + op + Print(*n.b, level + 1);
         }
+        if (n.op == kGcd || n.op == kLcm) return Name(n.op) + "(" + Args(n) + ")";
+        if (n.op == kFact && n.form == 0 && (n.a->op == kLit || n.a->op == kVar))
+            return Bare(*n.a) + "!";
+        if (n.op == kFact && n.form == 1) return "(" + Print(*n.a, kList) + ")!";
         return Name(n.op) + "(" + Print(*n.a, kList) + ")";
     }
     // Spaces anywhere: the compiler removes them first.
