@@ -58,11 +58,7 @@ struct Reference {
         *r = x >= 0 ? (y == 0 ? Z(0) : Z(x % y)) : Z(abs(y) - abs(Z(x % y)));
         return 0;
     }
-    Z Red(const Z& x) const {
-        Z r;
-        (void)ModOf(x, m, &r);  // m > 0
-        return r;
-    }
+    Z Red(Z x) const { return ModOf(x, m, &x), x; }  // M > 0: never 104
     // The program loops (or answers 1 by accident) for a multiple of M from M
     // on; those formulas are dropped.
     int Inverse(Z a, Z* v) const {
@@ -73,8 +69,7 @@ struct Reference {
         return 0;
     }
     static Z Gcd(const Z& x, const Z& y) {
-        if (x == 0 || abs(x) == abs(y)) return y;
-        return y == 0 ? x : gcd(x, y);
+        return x == 0 || abs(x) == abs(y) ? y : y == 0 ? x : gcd(x, y);
     }
     static int Perm(const Z& n, const Z& r, Z* out) {
         if (r < 1 || n < r || abs(n) >= 100000000 || abs(r) >= 100000000) return 17;
@@ -222,17 +217,15 @@ struct Generator {
     }
     // A bracket name: any alias, letters in either case.
     std::string Name(Op op) {
-        static const char* const kNames[] = {
-            "FACT", "ABS", "BINOM|BIN|C|COMB", "P|PERM", "MOD", "QUO", "GCD", "LCM",
-            "HAIL", "INT", "SQR|SQRT",         "CURT"};
-        std::string all = kNames[op - kFact], s;
-        for (int k = Pick(4); k >= 0 && !all.empty(); --k) {
-            const size_t bar = all.find('|');
-            s = all.substr(0, bar);
-            all = bar == std::string::npos ? "" : all.substr(bar + 1);
-        }
-        for (char& c : s)
-            if (Pick(2)) c = static_cast<char>(tolower(c));
+        // clang-format off
+        static const char* const kNames[][4] = {{"FACT"}, {"ABS"}, {"BINOM", "BIN", "C", "COMB"},
+            {"P", "PERM"}, {"MOD"}, {"QUO"}, {"GCD"}, {"LCM"}, {"HAIL"}, {"INT"}, {"SQR", "SQRT"},
+            {"CURT"}};
+        // clang-format on
+        int k = Pick(4);
+        while (!kNames[op - kFact][k]) --k;
+        std::string s = kNames[op - kFact][k];
+        for (char& c : s) c = static_cast<char>(Pick(2) ? tolower(c) : c);
         return "[" + s + "]";
     }
     // The arguments of a list function; a left operand of the same list
