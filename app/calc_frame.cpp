@@ -117,6 +117,9 @@ TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
     runStatus_ = new QLabel(client);
     runStatus_->setObjectName(QStringLiteral("runStatus"));
     runStatus_->setTextFormat(Qt::PlainText);
+    // A longer text must not widen the frame: a resize while a run lasts
+    // would stop it. What does not fit is cut at the right.
+    runStatus_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* column = new QVBoxLayout(client);
     column->addStretch(1);
     column->addWidget(runStatus_);

@@ -10,6 +10,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -571,6 +572,13 @@ private slots:
         TCalcFrame f;
         f.show();
         QVERIFY(QTest::qWaitForWindowExposed(&f));
+        auto minWidth = [&] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+            const int width = f.layout()->minimumSize().width();
+            QTest::qWait(20);  // a resize it causes must not reach the next run
+            return width;
+        };
+        const int narrowest = minWidth();
         QString during;
         auto stopLater = [&] {
             QTimer::singleShot(300, &f, [&] {
@@ -584,6 +592,8 @@ private slots:
         const QRegularExpression last("^last run: Pythagorean triples: All, \\d+\\.\\d\\d s$");
         QVERIFY2(last.match(f.runStatusText()).hasMatch(), qPrintable(f.runStatusText()));
 
+        // The text never widens the frame: a resize during a run would stop it.
+        QCOMPARE(minWidth(), narrowest);
         f.setRunStatusDelay(0);
         stopLater();
         Choose(f, modal, kCmdAllTriples, "95150");
