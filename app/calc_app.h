@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPalette>
 
 #include <memory>
 
@@ -12,6 +13,11 @@ class TCalcFrame;
 
 // CALCICON, the icon every window of the program shows.
 QIcon ProgramIcon();
+
+// The dark palette the program takes when ORDIX_DARK is set (to anything but
+// "" or "0"), with the Fusion style, which draws every palette role.
+QPalette DarkPalette();
+bool DarkRequested();
 
 class TCalc {
 public:

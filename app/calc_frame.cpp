@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -12,6 +13,7 @@
 #include <QRandomGenerator>
 #include <QScreen>
 #include <QStandardPaths>
+#include <QVBoxLayout>
 
 #include <vector>
 
@@ -24,6 +26,7 @@
 #include "dialogs/calc_dlg.h"
 #include "dialogs/conv_dlg.h"
 #include "dialogs/hail_dlg.h"
+#include "dialogs/list_dlg.h"
 #include "dialogs/modal.h"
 #include "dialogs/modulus.h"
 #include "dialogs/recur_dlg.h"
@@ -46,14 +49,47 @@ constexpr int kFrameWidth = 640;
 constexpr int kFrameHeight = 120;
 constexpr int kNumWinBaseWidth = 720;
 constexpr int kNumWinFont = 2;  // the font table's Courier New 10
+// A few changes a second are enough for a count of seconds.
+constexpr qint64 kRunStatusStepMs = 250;
 
-// White, or the grey of the desktop's windows, behind a number's digits.
+// White with black digits, or the desktop's window colour with its text
+// colour (light on dark under a dark palette), behind a number's digits.
 void SetBackground(TNumWin* w, bool white) {
     QPlainTextEdit* e = w->editor();
     QPalette p = e->palette();
-    p.setColor(QPalette::Base,
-               white ? QColor(Qt::white) : QApplication::palette().color(QPalette::Window));
+    const QPalette& app = QApplication::palette();
+    p.setColor(QPalette::Base, white ? QColor(Qt::white) : app.color(QPalette::Window));
+    p.setColor(QPalette::Text, white ? QColor(Qt::black) : app.color(QPalette::Text));
     e->setPalette(p);
+}
+
+// A menu item's text as a name: "&Many steps ..." gives "Many steps".
+QString PlainMenuText(QString text) {
+    text = text.section(QLatin1Char('\t'), 0, 0);
+    text.replace(QLatin1String("&&"), QString(QChar(0x1)));
+    text.remove(QLatin1Char('&'));
+    text.replace(QChar(0x1), QLatin1Char('&'));
+    text = text.trimmed();
+    while (text.endsWith(QLatin1Char('.')) || text.endsWith(QChar(0x2026))) text.chop(1);
+    return text.trimmed();
+}
+
+// A command's name for the status line: its item's text, after the title of
+// the submenu holding it ("Primes: List").
+QString CommandName(const QAction* item) {
+    QString name = PlainMenuText(item->text());
+    for (QObject* o : item->associatedObjects()) {
+        const auto* menu = qobject_cast<QMenu*>(o);
+        if (!menu) continue;
+        for (QObject* up : menu->menuAction()->associatedObjects())
+            if (qobject_cast<QMenu*>(up))
+                return PlainMenuText(menu->title()) + QStringLiteral(": ") + name;
+    }
+    return name;
+}
+
+QString Seconds(qint64 ms, int decimals) {
+    return QString::number(static_cast<double>(ms) / 1000.0, 'f', decimals) + QStringLiteral(" s");
 }
 
 std::string ConfigFolder() {
@@ -76,9 +112,19 @@ TCalcFrame::TCalcFrame() : TKelWin(nullptr) {
     setObjectName(QStringLiteral("TCalcFrame"));
     lastFont_ = FontTableEntry(kNumWinFont, logicalDpiY());
     installMenu(kOxMenu);
-    auto* blank = new QWidget(this);
-    blank->setAutoFillBackground(true);
-    setCentralWidget(blank);
+    auto* client = new QWidget(this);
+    client->setAutoFillBackground(true);
+    runStatus_ = new QLabel(client);
+    runStatus_->setObjectName(QStringLiteral("runStatus"));
+    runStatus_->setTextFormat(Qt::PlainText);
+    // A longer text must not widen the frame: a resize while a run lasts
+    // would stop it. What does not fit is cut at the right.
+    runStatus_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* column = new QVBoxLayout(client);
+    column->addStretch(1);
+    column->addWidget(runStatus_);
+    setCentralWidget(client);
+    ctx_.setFetchHook([this] { showRunProgress(); });
     resize(kFrameWidth, kFrameHeight);
 
     model_ = std::make_unique<CalcModel>(&ctx_);
@@ -271,14 +317,48 @@ Result TCalcFrame::RunCalculate(int label, const QString& formula) {
 Result TCalcFrame::RunWatched(const std::function<Result()>& work) {
     if (busy_ || ctx_.running()) return Result::kStopped;
     busy_ = true;
+    runName_ = runName();
+    runShownMs_ = -1;
+    runClock_.start();
     Result code;
     {
         PollScope scope(&ctx_, this);
         code = work();
     }
+    const qint64 ms = runClock_.elapsed();
+    runClock_.invalidate();
     busy_ = false;
+    const QString time = Seconds(ms, ms < 10000 ? 2 : 1);
+    runStatus_->setText(runName_.isEmpty()
+                            ? QStringLiteral("last run: %1").arg(time)
+                            : QStringLiteral("last run: %1, %2").arg(runName_, time));
     return code;
 }
+
+// The menu command under way, else the dialog whose run this is: a busy
+// calculation dialog by its idle caption, a busy list dialog by its caption
+// (changed only once its generator starts).
+QString TCalcFrame::runName() const {
+    if (!commandName_.isEmpty()) return commandName_;
+    for (const TBusyDlg* d : findChildren<TBusyDlg*>())
+        if (d->busy()) return d->idleTitle();
+    for (const TListDlg* d : findChildren<TListDlg*>())
+        if (d->busy()) return d->windowTitle();
+    return QString();
+}
+
+void TCalcFrame::showRunProgress() {
+    if (!runClock_.isValid()) return;
+    const qint64 ms = runClock_.elapsed();
+    if (ms < runStatusDelayMs_) return;
+    if (runShownMs_ >= 0 && ms - runShownMs_ < kRunStatusStepMs) return;
+    runShownMs_ = ms;
+    const QString time = QString::number(ms / 1000) + QStringLiteral(" s");
+    runStatus_->setText(runName_.isEmpty() ? QStringLiteral("running: %1").arg(time)
+                                           : QStringLiteral("running: %1, %2").arg(runName_, time));
+}
+
+QString TCalcFrame::runStatusText() const { return runStatus_->text(); }
 
 void TCalcFrame::ShowBatchOutput(const QString& title, const QString& text) {
     tables_->showBatch(title, text);
@@ -414,8 +494,9 @@ void TCalcFrame::modulusCommand() {
 void TCalcFrame::applyBackgrounds() {
     QWidget* c = centralWidget();
     QPalette p = c->palette();
-    p.setColor(QPalette::Window,
-               white_ ? QColor(Qt::white) : QApplication::palette().color(QPalette::Window));
+    const QPalette& app = QApplication::palette();
+    p.setColor(QPalette::Window, white_ ? QColor(Qt::white) : app.color(QPalette::Window));
+    p.setColor(QPalette::WindowText, white_ ? QColor(Qt::black) : app.color(QPalette::WindowText));
     c->setPalette(p);
     for (TNumWin* w : numWins_)
         if (w) SetBackground(w, white_);
@@ -441,6 +522,15 @@ bool TCalcFrame::commandChecked(int id) { return id == kCmdWhiteBackgrounds && w
 
 void TCalcFrame::command(int id) {
     if (busy_ || ctx_.running()) return;
+    // A run the command starts is named after its menu item.
+    const QString outer = commandName_;
+    const QAction* item = FindMenuAction(this, id);
+    commandName_ = item ? CommandName(item) : QString();
+    dispatch(id);
+    commandName_ = outer;
+}
+
+void TCalcFrame::dispatch(int id) {
     if (id >= kCmdViewLabel && id < kCmdViewLabel + kLabelCount) {
         ShowLabel(id - kCmdViewLabel + 1);
         return;

@@ -11,6 +11,7 @@
 // context holds back user input and the frame refuses further commands.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QPointer>
 #include <QString>
@@ -31,6 +32,7 @@
 class LabelTables;
 class ListCommands;
 class QAction;
+class QLabel;
 class QMenu;
 class TBatcDlg;
 class TCalcDlg;
@@ -59,6 +61,12 @@ public:
     TConvDlg* conversionDialog() const { return convDlg_; }
     bool busy() const { return busy_; }
     const FrameSettings& settings() const { return settings_; }
+
+    // The line at the foot of the client area: what is running and for how
+    // long, once a run has lasted the delay (1 s; tests lower it), then the
+    // time of the last run. Captions are left alone.
+    QString runStatusText() const;
+    void setRunStatusDelay(int ms) { runStatusDelayMs_ = ms; }
 
     // The settings record: read and placed at start, written at close.
     void readSettings();
@@ -108,6 +116,9 @@ private:
     int firstLabelInUse() const;  // 0 when every label is free
     void tableCommand();
     void showDialog(int id);
+    void dispatch(int id);
+    QString runName() const;
+    void showRunProgress();
 
     QtPollContext ctx_;
     std::unique_ptr<CalcModel> model_;
@@ -125,6 +136,12 @@ private:
     uint32_t lastFontExtra_ = 0;
     QString pendingName_;  // the name of the window a store is about to make
     FrameSettings settings_;
+    QLabel* runStatus_ = nullptr;
+    QString commandName_;  // the menu command under way, for the run status
+    QString runName_;
+    QElapsedTimer runClock_;
+    qint64 runShownMs_ = -1;  // when the status line last changed during a run
+    int runStatusDelayMs_ = 1000;
     bool modeSeen_ = false;  // the modulus mode as last told
     bool white_ = true;
     bool busy_ = false;

@@ -33,6 +33,7 @@ void QtPollContext::fetchEvents() {
     if (sinceFetch_.isValid() && sinceFetch_.elapsed() < kPollIntervalMs) return;
     QCoreApplication::processEvents(QEventLoop::AllEvents);
     sinceFetch_.restart();
+    if (fetchHook_) fetchHook_();
 }
 
 int QtPollContext::PollQuitKey() {

@@ -19,6 +19,8 @@
 #include <QPointer>
 
 #include <deque>
+#include <functional>
+#include <utility>
 
 #include "bigint/context.h"
 
@@ -42,6 +44,11 @@ public:
     int PollQuitKey() override;
     bool PollInterrupt() override;
 
+    // Called after each fetch of events while a run lasts (so at most every
+    // kPollIntervalMs), for a display of the run's progress; it must not
+    // start a computation.
+    void setFetchHook(std::function<void()> hook) { fetchHook_ = std::move(hook); }
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -54,6 +61,7 @@ private:
     QElapsedTimer sinceFetch_;
     std::deque<int> keys_;
     bool interrupt_ = false;
+    std::function<void()> fetchHook_;
 };
 
 // Runs a computation under the context: begin() ... end(), exception-free.

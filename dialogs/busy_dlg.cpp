@@ -43,6 +43,8 @@ void TBusyDlg::setBusy(bool busy) {
     setWindowTitle(OxText(busy ? kStrPressQToQuit : titleId_));
 }
 
+QString TBusyDlg::idleTitle() const { return OxText(titleId_); }
+
 void TBusyDlg::reject() {
     if (!busy_) TGenDlg::reject();
 }

@@ -17,6 +17,9 @@ class TBusyDlg : public TGenDlg {
     Q_OBJECT
 public:
     bool busy() const { return busy_; }
+    // The caption the dialog has when idle (while busy it reads
+    // "press Q to quit"): the name of what it runs.
+    QString idleTitle() const;
 
 public slots:
     void reject() override;  // refused while busy

@@ -10,15 +10,18 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
+#include <cstdlib>
 #include <string>
 
 #include "app/calc_app.h"
@@ -557,6 +560,77 @@ private slots:
         d->maxEdit()->setText("0");
         QCOMPARE(d->list(), 17);
         QCOMPARE(modal.lastError(), 17);
+    }
+
+    // The status line stays quiet for a run shorter than its delay, counts
+    // the seconds of a longer one under the name of the menu item that
+    // started it, and keeps the last run's time; a run from a dialog goes by
+    // the dialog's own caption, not "press Q to quit". The caption of the
+    // frame is left alone throughout.
+    void statusLineNamesAndTimesARun() {
+        ScriptedModal modal;
+        TCalcFrame f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        auto minWidth = [&] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+            const int width = f.layout()->minimumSize().width();
+            QTest::qWait(20);  // a resize it causes must not reach the next run
+            return width;
+        };
+        const int narrowest = minWidth();
+        QString during;
+        auto stopLater = [&] {
+            QTimer::singleShot(300, &f, [&] {
+                during = f.runStatusText();
+                PostQ(&f);
+            });
+        };
+        stopLater();
+        Choose(f, modal, kCmdAllTriples, "95150");
+        QCOMPARE(during, QString());  // under the one-second delay
+        const QRegularExpression last("^last run: Pythagorean triples: All, \\d+\\.\\d\\d s$");
+        QVERIFY2(last.match(f.runStatusText()).hasMatch(), qPrintable(f.runStatusText()));
+
+        // The text never widens the frame: a resize during a run would stop it.
+        QCOMPARE(minWidth(), narrowest);
+        f.setRunStatusDelay(0);
+        stopLater();
+        Choose(f, modal, kCmdAllTriples, "95150");
+        QVERIFY2(QRegularExpression("^running: Pythagorean triples: All, \\d+ s$")
+                     .match(during)
+                     .hasMatch(),
+                 qPrintable(during));
+        QVERIFY(last.match(f.runStatusText()).hasMatch());
+        QCOMPARE(f.windowTitle(), QString("Ordix"));
+
+        QCOMPARE(Calculate(f, "2^100", kA), 0);
+        QVERIFY2(f.runStatusText().startsWith("last run: calculation, "),
+                 qPrintable(f.runStatusText()));
+    }
+
+    // Under a dark palette the digits and the status line stay readable:
+    // black on white while "White backgrounds" is on, the palette's own
+    // light text on its window colour when it is off.
+    void darkPaletteKeepsTextReadable() {
+        const QPalette saved = QApplication::palette();
+        QApplication::setPalette(DarkPalette());
+        ScriptedModal modal;
+        TCalcFrame f;
+        QCOMPARE(Calculate(f, "1", kA), 0);
+        auto contrast = [](const QPalette& p, QPalette::ColorRole fg, QPalette::ColorRole bg) {
+            return std::abs(p.color(fg).lightness() - p.color(bg).lightness());
+        };
+        const QWidget* status = f.findChild<QWidget*>("runStatus");
+        QVERIFY(status);
+        for (int pass = 0; pass < 2; ++pass) {
+            const QPalette digits = f.numWin(kA)->editor()->palette();
+            QVERIFY(contrast(digits, QPalette::Text, QPalette::Base) > 150);
+            QVERIFY(contrast(status->palette(), QPalette::WindowText, QPalette::Window) > 150);
+            f.command(kCmdWhiteBackgrounds);
+        }
+        QCOMPARE(f.numWin(kA)->editor()->palette().color(QPalette::Base), QColor(Qt::white));
+        QApplication::setPalette(saved);
     }
 
     // Every command of the menu is offered.
