@@ -9,6 +9,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
   xvfb xauth x11-utils xdotool poppler-utils fonts-dejavu-core
   clang-format clang-tidy git
+  # clang and its runtime libraries (libFuzzer, the sanitizers): scripts/fuzz.sh
+  clang libclang-rt-14-dev
 )
 
 missing=()

@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Builds Ordix and runs every test through ctest, twice: a release build of
-# everything, then the Qt-free core, ordix-cli and their tests again under
+# Builds Ordix and runs every test through ctest, in passes: a release build
+# of everything; the Qt-free core, ordix-cli and their tests again under
 # AddressSanitizer and UndefinedBehaviorSanitizer with assertions on (preset
-# sanitize-core, folder build-sanitize-core). The first failing pass stops the
-# script; the last line is the summary of the last ctest run.
+# sanitize-core, folder build-sanitize-core); when clang is there, a short
+# smoke run of the fuzzing harnesses (scripts/fuzz.sh --smoke, build-fuzz).
+# The first failing pass stops the script; the output ends with the summary
+# of the last ctest run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -20,3 +22,9 @@ ctest --test-dir "$build" --output-on-failure -j "$jobs"
 cmake --preset sanitize-core
 cmake --build --preset sanitize-core -j "$jobs"
 ctest --preset sanitize-core -j "$jobs"
+
+# The fuzzing harnesses (fuzz/, clang only): a fixed number of runs of each
+# over its corpus and the crashes kept as regressions, through ctest.
+if command -v clang++ >/dev/null; then
+  scripts/fuzz.sh --smoke
+fi
