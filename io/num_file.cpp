@@ -125,7 +125,11 @@ Result DecodeNumFile(const char* data, std::size_t size, NumFile* out) {
         const char* text = r.bytes(static_cast<std::size_t>(length));
         if (!text) return Result::kCannotOpenFile;
         const void* zero = std::memchr(text, 0, static_cast<std::size_t>(length));
-        out->notebook.assign(text, zero ? static_cast<const char*>(zero) - text : length);
+        const std::ptrdiff_t n = zero ? static_cast<const char*>(zero) - text : length;
+        // A full field without its zero byte holds one character more than a
+        // file can carry, and saving would cut it.
+        out->notebook.assign(
+            text, static_cast<std::size_t>(std::min<std::ptrdiff_t>(n, kNumFileNotebookChars)));
     }
     if (out->version >= 1) {
         GetFont(&r, &out->font);

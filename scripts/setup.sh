@@ -9,7 +9,10 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
   xvfb xauth x11-utils xdotool poppler-utils fonts-dejavu-core
   clang-format clang-tidy git
+  # the package test's tools: tests/package
   dpkg-dev desktop-file-utils appstream lintian shared-mime-info
+  # clang and its runtime libraries (libFuzzer, the sanitizers): scripts/fuzz.sh
+  clang libclang-rt-14-dev
 )
 
 missing=()
