@@ -4,8 +4,6 @@
 #define ORDIX_VERSION "unknown"
 #endif
 
-const char kUsageText[] = "usage: ordix-cli [--wrap N] [-e LINE]... [FILE]\n";
-
 const char kStatementHelp[] =
     "Statements (one a line; words in any case; # starts a comment):\n"
     "  FORMULA                  print its value            2^100\n"
@@ -46,8 +44,8 @@ const char kExitHelp[] =
 
 const char kVersionText[] = "ordix-cli " ORDIX_VERSION "\n";
 
-void PrintFullHelp(std::FILE* out) {
-    std::fputs(kUsageText, out);
+void PrintFullHelp(std::FILE* out, const char* usage) {
+    std::fputs(usage, out);
     std::fputs(
         "Runs the -e lines, then FILE; with neither, standard input.\n"
         "  --wrap N   break printed values into lines of N characters\n"

@@ -3,7 +3,6 @@
 
 #include <cstdio>
 
-extern const char kUsageText[];
 // One line per statement with an example; what the help statement prints.
 extern const char kStatementHelp[];
 // The formula language: operators, precedence and the bracket functions.
@@ -12,5 +11,6 @@ extern const char kFormulaHelp[];
 extern const char kExitHelp[];
 extern const char kVersionText[];
 
-// Usage, statements, formula language and exit statuses, as --help shows them.
-void PrintFullHelp(std::FILE* out);
+// usage, the options, statements, formula language and exit statuses, as
+// --help shows them.
+void PrintFullHelp(std::FILE* out, const char* usage);

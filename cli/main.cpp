@@ -26,8 +26,10 @@
 
 namespace {
 
+const char kUsage[] = "usage: ordix-cli [--wrap N] [-e LINE]... [FILE]\n";
+
 int UsageError(const std::string& message) {
-    std::fprintf(stderr, "ordix-cli: %s\n%s", message.c_str(), kUsageText);
+    std::fprintf(stderr, "ordix-cli: %s\n%s", message.c_str(), kUsage);
     return 2;
 }
 
@@ -189,7 +191,7 @@ int main(int argc, char** argv) {
                 return UsageError("--wrap needs a positive number");
             wrap = static_cast<int>(n);
         } else if (arg == "-h" || arg == "--help") {
-            PrintFullHelp(stdout);
+            PrintFullHelp(stdout, kUsage);
             return 0;
         } else if (arg == "--version") {
             std::fputs(kVersionText, stdout);
