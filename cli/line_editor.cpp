@@ -182,6 +182,9 @@ LineEditor::~LineEditor() = default;
 
 LineEditor::Read LineEditor::ReadLine(const char* prompt, std::string* line) {
     gInterruptedRead = false;
+    // A Ctrl+C that stopped the last statement is spent: one at the prompt
+    // drops the line instead of counting as the second that ends the program.
+    SignalContext::Clear();
     char* text = readline(prompt);
     if (!text) {
         if (!gInterruptedRead) return Read::kEnd;

@@ -10,6 +10,7 @@
 #include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -97,11 +98,16 @@ int main(int argc, char** argv) {
     std::string shown;
     const auto deadline = Clock::now() + std::chrono::seconds(20);
     bool open = Collect(fd, &shown, 100, "ordix> ", deadline);
-    // The prompt is drawn before the editor takes the terminal over; keys
-    // typed in between would be echoed twice.
-    if (open) open = Collect(fd, &shown, 300, "", deadline);
     for (const std::string& chunk : Chunks(argv[1])) {
         if (!open) break;
+        // Keys typed while the terminal is still in line mode (before the
+        // editor takes it over, or while a statement runs) would be echoed
+        // by the terminal as well; a key for a running statement (Ctrl+C)
+        // goes after a while anyway.
+        const auto editing = Clock::now() + std::chrono::seconds(2);
+        termios mode = {};
+        while (tcgetattr(fd, &mode) == 0 && (mode.c_lflag & ICANON) && Clock::now() < editing)
+            usleep(10000);
         if (!chunk.empty() && write(fd, chunk.data(), chunk.size()) < 0) break;
         open = Collect(fd, &shown, 400, "", deadline);
     }
