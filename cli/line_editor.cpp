@@ -21,7 +21,8 @@ namespace {
 const char* const kStatementWords[] = {"modulus", "recur",   "cond",  "step", "steps",
                                        "hail",    "convert", "batch", "freq", "read",
                                        "write",   "list",    "help"};
-// The bracket names the compiler knows, upper case as it matches them.
+// The bracket names the compiler knows (calc/compiler.cpp), upper case as it
+// matches them; and the list names of lists/list_command.cpp.
 const char* const kFunctionWords[] = {"ABS",  "BIN",  "BINOM", "C",   "COMB", "CURT",
                                       "FACT", "GCD",  "HAIL",  "INT", "LCM",  "MOD",
                                       "P",    "PERM", "QUO",   "SQR", "SQRT"};
@@ -101,7 +102,8 @@ std::vector<std::string> LineEditor::Completions(const std::string& line, size_t
         return out;
     }
     if (text.size() <= 1 && first != "list" && first != "convert") {
-        // Labels that hold a value; a statement word comes first on its own.
+        // Labels that hold a value, wherever a formula or a label may stand;
+        // first on the line (X = ...) they take no space after them.
         for (int label = 1; label <= 26; ++label) {
             const char name = static_cast<char>('A' + label - 1);
             if (hasValue(label) && StartsWithNoCase(std::string(1, name), text))

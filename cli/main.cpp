@@ -144,26 +144,27 @@ private:
     // N counted in characters. A long line is shown as a window around at.
     static void ShowPlace(const std::string& line, size_t at) {
         constexpr size_t kWindow = 100;
-        std::string shown = line;
-        while (!shown.empty() && (shown.back() == '\n' || shown.back() == '\r')) shown.pop_back();
-        if (at >= shown.size()) return;
+        // UTF-8 continuation bytes share the column of the byte before.
+        auto continues = [&line](size_t i) {
+            return (static_cast<unsigned char>(line[i]) & 0xC0) == 0x80;
+        };
+        size_t end = line.size();
+        while (end > 0 && (line[end - 1] == '\n' || line[end - 1] == '\r')) --end;
+        if (at >= end) return;
         long column = 0;
         for (size_t i = 0; i <= at; ++i)
-            if ((static_cast<unsigned char>(shown[i]) & 0xC0) != 0x80) ++column;
+            if (!continues(i)) ++column;
         size_t from = at > kWindow / 2 ? at - kWindow / 2 : 0;
-        while (from > 0 && (static_cast<unsigned char>(shown[from]) & 0xC0) == 0x80) --from;
-        size_t to = std::min(shown.size(), from + kWindow);
-        while (to < shown.size() && (static_cast<unsigned char>(shown[to]) & 0xC0) == 0x80) ++to;
-        std::string head = from > 0 ? "..." : "";
-        std::string pad(head.size(), ' ');
+        while (from > 0 && continues(from)) --from;
+        size_t to = std::min(end, from + kWindow);
+        while (to < end && continues(to)) ++to;
+        const char* head = from > 0 ? "..." : "";
+        std::string pad(std::strlen(head), ' ');
         // Tabs are kept so that the caret lines up however they are shown.
-        for (size_t i = from; i < at; ++i) {
-            const unsigned char c = static_cast<unsigned char>(shown[i]);
-            if ((c & 0xC0) != 0x80) pad.push_back(c == '\t' ? '\t' : ' ');
-        }
-        std::fprintf(stderr, "  %s%s%s\n  %s^ column %ld\n", head.c_str(),
-                     shown.substr(from, to - from).c_str(), to < shown.size() ? "..." : "",
-                     pad.c_str(), column);
+        for (size_t i = from; i < at; ++i)
+            if (!continues(i)) pad.push_back(line[i] == '\t' ? '\t' : ' ');
+        std::fprintf(stderr, "  %s%.*s%s\n  %s^ column %ld\n", head, static_cast<int>(to - from),
+                     line.c_str() + from, to < end ? "..." : "", pad.c_str(), column);
     }
 
     Interpreter* interpreter_;
