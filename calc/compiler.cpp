@@ -31,6 +31,7 @@ static_assert(sizeof(kFunctionNames) / sizeof(kFunctionNames[0]) == 17, "17 func
 struct Token {
     int kind = 0;
     int count = 0;  // commas folded into a list function
+    int at = -1;    // index in the formula's text, for reports; inserted tokens borrow one
     BigInt numerator = {};
     ExprNode* node = nullptr;
 };
@@ -54,9 +55,10 @@ public:
     int Kind(int i) const { return items[static_cast<size_t>(i)].kind; }
     int Size() const { return static_cast<int>(items.size()); }
     Token& At(int i) { return items[static_cast<size_t>(i)]; }
-    void Insert(int i, int kind) {
+    void Insert(int i, int kind, int at) {
         Token t;
         t.kind = kind;
+        t.at = at;
         items.insert(items.begin() + i, t);
     }
     void Erase(int i) {
@@ -93,22 +95,24 @@ bool IsValidInput(int c) {
 
 // Spaces are removed and letters upper-cased. A byte above 127 typed by the
 // user could collide with a function code, so it becomes '?', which the scan
-// refuses.
-void PrepareText(std::string* text) {
+// refuses. at[i] is where text[i] stood in the formula.
+void PrepareText(std::string* text, std::vector<int>* at) {
     std::string out;
     out.reserve(text->size());
-    for (char ch : *text) {
-        unsigned char c = static_cast<unsigned char>(ch);
+    at->clear();
+    for (size_t i = 0; i < text->size(); ++i) {
+        unsigned char c = static_cast<unsigned char>((*text)[i]);
         if (c == ' ') continue;
         if (c > 127) c = '?';
         out.push_back(static_cast<char>(std::toupper(c)));
+        at->push_back(static_cast<int>(i));
     }
     text->swap(out);
 }
 
 // "[NAME]" -> the name's code byte, from the first '[' on, until a '['
 // without ']' or an unknown name; that '[' stays and the scan refuses it.
-void ReplaceBracketNames(std::string* text) {
+void ReplaceBracketNames(std::string* text, std::vector<int>* at) {
     for (;;) {
         size_t open = text->find('[');
         if (open == std::string::npos) return;
@@ -118,6 +122,8 @@ void ReplaceBracketNames(std::string* text) {
         if (code == 0) return;
         (*text)[open] = static_cast<char>(code);
         text->erase(open + 1, close - open);
+        at->erase(at->begin() + static_cast<long>(open) + 1,
+                  at->begin() + static_cast<long>(close) + 1);
     }
 }
 
@@ -134,24 +140,37 @@ void MarkUnaryMinus(std::string* text) {
 }
 
 // One token per character; the first invalid character gives kCannotUnderstand.
-Result ScanTokens(const std::string& text, Tokens* tokens) {
+// *failedAt: where the failing token stood in the formula (every pass below).
+Result ScanTokens(const std::string& text, const std::vector<int>& at, Tokens* tokens,
+                  int* failedAt) {
     tokens->items.reserve(2 * text.size());
-    for (char ch : text) {
-        int c = static_cast<unsigned char>(ch);
-        if (!IsValidInput(c)) return Result::kCannotUnderstand;
-        tokens->Insert(tokens->Size(), c);
+    for (size_t i = 0; i < text.size(); ++i) {
+        int c = static_cast<unsigned char>(text[i]);
+        if (!IsValidInput(c)) {
+            *failedAt = at[i];
+            return Result::kCannotUnderstand;
+        }
+        tokens->Insert(tokens->Size(), c, at[i]);
     }
     return Result::kOk;
 }
 
-// depth never below 0 and 0 at the end, else kUnbalanced.
-Result CheckParentheses(const Tokens& tokens) {
-    int depth = 0;
-    for (int i = 0; i < tokens.Size(); ++i) {
-        if (tokens.Kind(i) == kCodeOpen) ++depth;
-        if (tokens.Kind(i) == kCodeClose && --depth < 0) return Result::kUnbalanced;
+// depth never below 0 and 0 at the end, else kUnbalanced (at the surplus ')',
+// or at the last '(' left open).
+Result CheckParentheses(Tokens* tokens, int* failedAt) {
+    std::vector<int> open;
+    for (int i = 0; i < tokens->Size(); ++i) {
+        if (tokens->Kind(i) == kCodeOpen) open.push_back(tokens->At(i).at);
+        if (tokens->Kind(i) != kCodeClose) continue;
+        if (open.empty()) {
+            *failedAt = tokens->At(i).at;
+            return Result::kUnbalanced;
+        }
+        open.pop_back();
     }
-    return depth == 0 ? Result::kOk : Result::kUnbalanced;
+    if (open.empty()) return Result::kOk;
+    *failedAt = open.back();
+    return Result::kUnbalanced;
 }
 
 // number ::= digit{1..255}: each run of digits becomes one operand; the
@@ -178,10 +197,14 @@ Result FormNumbers(Tokens* tokens) {
 }
 
 // x! -> [FACT](x) and (...)! -> [FACT](...); a '!' first gives kCannotUnderstand.
-Result RewriteFactorials(Tokens* tokens) {
+Result RewriteFactorials(Tokens* tokens, int* failedAt) {
     for (int i = 0; i < tokens->Size(); ++i) {
         if (tokens->Kind(i) != kCodeFactorialMark) continue;
-        if (i == 0) return Result::kCannotUnderstand;
+        const int at = tokens->At(i).at;
+        if (i == 0) {
+            *failedAt = at;
+            return Result::kCannotUnderstand;
+        }
         tokens->Erase(i);
         if (tokens->Kind(i - 1) == kCodeClose) {
             int depth = 0, j = i - 1;
@@ -189,11 +212,11 @@ Result RewriteFactorials(Tokens* tokens) {
                 if (tokens->Kind(j) == kCodeClose) ++depth;
                 if (tokens->Kind(j) == kCodeOpen && --depth == 0) break;
             }
-            tokens->Insert(j, kCodeFact);
+            tokens->Insert(j, kCodeFact, at);
         } else {
-            tokens->Insert(i, kCodeClose);
-            tokens->Insert(i - 1, kCodeOpen);
-            tokens->Insert(i - 1, kCodeFact);
+            tokens->Insert(i, kCodeClose, at);
+            tokens->Insert(i - 1, kCodeOpen, at);
+            tokens->Insert(i - 1, kCodeFact, at);
         }
     }
     return Result::kOk;
@@ -203,7 +226,7 @@ Result RewriteFactorials(Tokens* tokens) {
 // function before its enclosing '('; a comma anywhere else gives
 // kCannotUnderstand. A list function without commas stays as an ordinary
 // infix operator.
-Result FoldLists(Tokens* tokens) {
+Result FoldLists(Tokens* tokens, int* failedAt) {
     for (int i = 0; i < tokens->Size(); ++i) {
         if (tokens->Kind(i) != kCodeComma) continue;
         int depth = 0, j = i - 1;
@@ -211,7 +234,10 @@ Result FoldLists(Tokens* tokens) {
             if (tokens->Kind(j) == kCodeClose) ++depth;
             if (tokens->Kind(j) == kCodeOpen && depth-- == 0) break;
         }
-        if (j <= 0 || !IsListFunction(tokens->Kind(j - 1))) return Result::kCannotUnderstand;
+        if (j <= 0 || !IsListFunction(tokens->Kind(j - 1))) {
+            *failedAt = tokens->At(i).at;
+            return Result::kCannotUnderstand;
+        }
         tokens->At(i).kind = tokens->Kind(j - 1);
         tokens->At(j - 1).count += 1;
     }
@@ -248,7 +274,7 @@ bool FitsSyntax(int kind, int before, int after) {
 // or a prefix function gets a '*' in between (2A, AB, 2(3), (2)(3), A2). Then
 // every token must fit the syntax rule, else kInconsistent; no tokens at all
 // gives kNothingToDo.
-Result InsertProductsAndCheckSyntax(Tokens* tokens) {
+Result InsertProductsAndCheckSyntax(Tokens* tokens, int* failedAt) {
     if (tokens->Size() == 0) return Result::kNothingToDo;
     for (int i = 0; i < tokens->Size(); ++i) {
         int kind = tokens->Kind(i);
@@ -257,11 +283,14 @@ Result InsertProductsAndCheckSyntax(Tokens* tokens) {
             int next = tokens->Kind(i + 1);
             if (next == kCodeOperand || next == kCodeOpen || IsLetterCode(next) ||
                 IsPrefixFunction(next))
-                tokens->Insert(i + 1, kCodeTimes);
+                tokens->Insert(i + 1, kCodeTimes, tokens->At(i + 1).at);
         }
         int before = i == 0 ? kCodeAt : tokens->Kind(i - 1);
         int after = i + 1 == tokens->Size() ? kCodeAt : tokens->Kind(i + 1);
-        if (!FitsSyntax(kind, before, after)) return Result::kInconsistent;
+        if (!FitsSyntax(kind, before, after)) {
+            *failedAt = tokens->At(i).at;
+            return Result::kInconsistent;
+        }
     }
     return Result::kOk;
 }
@@ -434,24 +463,25 @@ namespace {
 
 // The passes keep their work in standard containers; one that cannot grow
 // throws, and the unwinding releases the tokens and the partial tree.
-Result CompileText(const std::string& formula, TreePtr* root) {
+Result CompileText(const std::string& formula, TreePtr* root, int* failedAt) {
     // The working buffer of a formula holds kMaxFormulaChars; a longer text
     // is refused rather than cut.
     if (formula.size() > static_cast<size_t>(kMaxFormulaChars)) return Result::kCannotUnderstand;
     std::string text = formula;
-    PrepareText(&text);
+    std::vector<int> at;
+    PrepareText(&text, &at);
     // Deliberately unchecked: a bracket left behind is refused by the scan.
-    ReplaceBracketNames(&text);
+    ReplaceBracketNames(&text, &at);
     MarkUnaryMinus(&text);
     if (text.empty()) return Result::kNothingToDo;
 
     Tokens tokens;
-    Result code = ScanTokens(text, &tokens);
-    if (Ok(code)) code = CheckParentheses(tokens);
+    Result code = ScanTokens(text, at, &tokens, failedAt);
+    if (Ok(code)) code = CheckParentheses(&tokens, failedAt);
     if (Ok(code)) code = FormNumbers(&tokens);
-    if (Ok(code)) code = RewriteFactorials(&tokens);
-    if (Ok(code)) code = FoldLists(&tokens);
-    if (Ok(code)) code = InsertProductsAndCheckSyntax(&tokens);
+    if (Ok(code)) code = RewriteFactorials(&tokens, failedAt);
+    if (Ok(code)) code = FoldLists(&tokens, failedAt);
+    if (Ok(code)) code = InsertProductsAndCheckSyntax(&tokens, failedAt);
     TreePtr tree;
     if (Ok(code)) code = BuildTree(&tokens, &tree);
     if (Ok(code)) code = RewriteUnaryMinus(tree.get());
@@ -461,11 +491,14 @@ Result CompileText(const std::string& formula, TreePtr* root) {
 
 }  // namespace
 
-Result CompileFormula(const std::string& formula, TreePtr* root) {
+Result CompileFormula(const std::string& formula, TreePtr* root, int* failedAt) {
     root->reset();
+    int unused = -1;
+    if (!failedAt) failedAt = &unused;
+    *failedAt = -1;
     if (formula.empty()) return Result::kNothingToDo;
     try {
-        return CompileText(formula, root);
+        return CompileText(formula, root, failedAt);
     } catch (const std::bad_alloc&) {
         return Result::kNoMemory;
     }

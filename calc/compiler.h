@@ -20,5 +20,7 @@
 [[nodiscard]] int LookUpFunction(const std::string& name);
 
 // Compiles formula; on success *root holds the new tree, on failure it is
-// empty and the code says why.
-Result CompileFormula(const std::string& formula, TreePtr* root);
+// empty and the code says why. When failedAt is given it receives the index
+// in formula of the character the failure was found at, or -1 where there is
+// none (an empty or too long formula, memory).
+Result CompileFormula(const std::string& formula, TreePtr* root, int* failedAt = nullptr);

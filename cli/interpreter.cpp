@@ -6,15 +6,25 @@
 #include <sstream>
 #include <vector>
 
+#include "calc/compiler.h"
 #include "calc/conversion.h"
 #include "calc/decimal_read.h"
 #include "calc/digit_freq.h"
+#include "cli/help_text.h"
 #include "cli/signal_context.h"
 #include "io/safe_file.h"
 #include "lists/list_command.h"
 #include "resources/result.h"
 
 namespace {
+
+constexpr char kBlanks[] = " \t\r\n";
+
+// Where Trim(s.substr(from)) starts in s.
+size_t TrimmedStart(const std::string& s, size_t from) {
+    size_t b = s.find_first_not_of(kBlanks, from);
+    return b == std::string::npos ? s.size() : b;
+}
 
 std::string Trim(const std::string& s) {
     size_t b = s.find_first_not_of(" \t\r\n");
@@ -76,16 +86,42 @@ void Interpreter::StepDone(const std::vector<int>&) {
     if (SignalContext::Interrupted()) model_.StopRun();
 }
 
+Result Interpreter::Placed(Result code, const std::string& formula, size_t start) {
+    if (Ok(code)) return code;
+    // The model keeps no place; compiling the text again is cheap and finds
+    // the same failure, unless the failure came after the compile.
+    TreePtr tree;
+    int at = -1;
+    if (CompileFormula(formula, &tree, &at) == code && at >= 0)
+        errorIndex_ = static_cast<int>(start) + at;
+    return code;
+}
+
 Result Interpreter::Run(const std::string& line) {
+    errorIndex_ = -1;
+    const size_t textStart = TrimmedStart(line, 0);
     std::string text = Trim(line);
     if (text.empty() || text[0] == '#') return Result::kOk;
     size_t space = text.find_first_of(" \t");
     std::string word = Lower(text.substr(0, space));
     std::string args = space == std::string::npos ? "" : Trim(text.substr(space));
 
-    if (word == "modulus") return Modulus(args);
-    if (word == "recur") return Recur(args);
-    if (word == "cond") return model_.EnterCondition(args);
+    const size_t argsStart =
+        space == std::string::npos ? line.size() : TrimmedStart(line, textStart + space);
+
+    if (word == "help" && args.empty()) {
+        writer_.Text(kStatementHelp);
+        return Result::kOk;
+    }
+    if (word == "modulus") return Placed(Modulus(args), args, argsStart);
+    if (word == "recur") {
+        // Only a step "X=FORMULA" holds a formula to point into.
+        const size_t eq = args.find('=');
+        if (eq == std::string::npos || ParseLabel(Trim(args.substr(0, eq))) == 0)
+            return Recur(args);
+        return Placed(Recur(args), args.substr(eq + 1), argsStart + eq + 1);
+    }
+    if (word == "cond") return Placed(model_.EnterCondition(args), args, argsStart);
     if (word == "step" || word == "steps") return Step(word == "steps", args);
     if (word == "hail") return Hail(args);
     if (word == "convert") return Convert(args);
@@ -100,9 +136,11 @@ Result Interpreter::Run(const std::string& line) {
     if (eq != std::string::npos) {
         int label = ParseLabel(Trim(text.substr(0, eq)));
         if (label == 0) return Result::kCannotUnderstand;
-        return model_.Calculate(label, Trim(text.substr(eq + 1)));
+        std::string formula = Trim(text.substr(eq + 1));
+        return Placed(model_.Calculate(label, formula), formula,
+                      TrimmedStart(line, textStart + eq + 1));
     }
-    return Formula(text);
+    return Placed(Formula(text), text, textStart);
 }
 
 Result Interpreter::Formula(const std::string& text) {

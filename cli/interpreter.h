@@ -18,8 +18,17 @@ public:
     // else the code of the failure (kCannotUnderstand for a statement that
     // cannot be understood).
     Result Run(const std::string& line);
+    // After a failed Run: the byte index in its line of the character where
+    // the formula compiler stopped, or -1 when the failure has no place.
+    int ErrorIndex() const { return errorIndex_; }
+    // Whether label 1..26 holds a value.
+    bool HasValue(int label) const { return model_.Variable(label) != nullptr; }
 
 private:
+    // The code of a formula-carrying statement; on a compile failure it
+    // records where, the formula having started at index start of the line.
+    Result Placed(Result code, const std::string& formula, size_t start);
+
     Result Formula(const std::string& text);
     Result Modulus(const std::string& args);
     Result Recur(const std::string& args);
@@ -36,4 +45,5 @@ private:
 
     CalcModel model_;
     ValueWriter writer_;
+    int errorIndex_ = -1;
 };

@@ -1,12 +1,14 @@
 // ordix-cli [--wrap N] [-e LINE]... [FILE]
 //
 // Runs the -e lines in order, then FILE's lines; with neither, standard input
-// (with a prompt on a terminal). A failing statement is reported on standard
-// error and the run goes on. Exit status: 0 when every statement succeeded,
-// 1 otherwise, 2 for a usage error.
+// (with a prompt on a terminal, and line editing where built with libedit).
+// A failing statement is reported on standard error and the run goes on.
+// Exit status: 0 when every statement succeeded, 1 otherwise, 2 for a usage
+// error.
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -16,7 +18,9 @@
 #include <string>
 #include <vector>
 
+#include "cli/help_text.h"
 #include "cli/interpreter.h"
+#include "cli/line_editor.h"
 #include "cli/signal_context.h"
 #include "resources/result.h"
 
@@ -73,6 +77,22 @@ public:
         if (Ok(code)) return;
         Report(number,
                std::string(ResultMessage(code)) + " (code " + std::to_string(ToInt(code)) + ")");
+        const int at = interpreter_->ErrorIndex();
+        if (at >= 0) ShowPlace(line, static_cast<size_t>(at));
+    }
+
+    // Lines typed at a terminal with line editing, until the end (Ctrl+D).
+    void RunEditor(LineEditor* editor) {
+        std::string line;
+        long number = 0;
+        for (;;) {
+            const LineEditor::Read read = editor->ReadLine("ordix> ", &line);
+            if (read == LineEditor::Read::kEnd) break;
+            if (read == LineEditor::Read::kInterrupted) continue;
+            RunLine(line, ++number);
+            std::fflush(stdout);
+        }
+        std::fputc('\n', stdout);
     }
 
     // Lines of f until its end; a prompt before each when interactive.
@@ -119,6 +139,34 @@ private:
         std::fprintf(stderr, "ordix-cli: line %ld: %s\n", number, message.c_str());
     }
 
+    // The line and a caret under the byte at, on the lines after the report
+    // (whose form scripts may parse): "  <line>" then "  <spaces>^ column N",
+    // N counted in characters. A long line is shown as a window around at.
+    static void ShowPlace(const std::string& line, size_t at) {
+        constexpr size_t kWindow = 100;
+        // UTF-8 continuation bytes share the column of the byte before.
+        auto continues = [&line](size_t i) {
+            return (static_cast<unsigned char>(line[i]) & 0xC0) == 0x80;
+        };
+        size_t end = line.size();
+        while (end > 0 && (line[end - 1] == '\n' || line[end - 1] == '\r')) --end;
+        if (at >= end) return;
+        long column = 0;
+        for (size_t i = 0; i <= at; ++i)
+            if (!continues(i)) ++column;
+        size_t from = at > kWindow / 2 ? at - kWindow / 2 : 0;
+        while (from > 0 && continues(from)) --from;
+        size_t to = std::min(end, from + kWindow);
+        while (to < end && continues(to)) ++to;
+        const char* head = from > 0 ? "..." : "";
+        std::string pad(std::strlen(head), ' ');
+        // Tabs are kept so that the caret lines up however they are shown.
+        for (size_t i = from; i < at; ++i)
+            if (!continues(i)) pad.push_back(line[i] == '\t' ? '\t' : ' ');
+        std::fprintf(stderr, "  %s%.*s%s\n  %s^ column %ld\n", head, static_cast<int>(to - from),
+                     line.c_str() + from, to < end ? "..." : "", pad.c_str(), column);
+    }
+
     Interpreter* interpreter_;
     bool ok_ = true;
 };
@@ -144,7 +192,10 @@ int main(int argc, char** argv) {
                 return UsageError("--wrap needs a positive number");
             wrap = static_cast<int>(n);
         } else if (arg == "-h" || arg == "--help") {
-            std::fputs(kUsage, stdout);
+            PrintFullHelp(stdout, kUsage);
+            return 0;
+        } else if (arg == "--version") {
+            std::fputs(kVersionText, stdout);
             return 0;
         } else if (arg.size() > 1 && arg[0] == '-') {
             return UsageError("unknown option " + arg);
@@ -180,7 +231,13 @@ int main(int argc, char** argv) {
         session.RunStream(file, false);
         std::fclose(file);
     } else if (lines.empty()) {
-        session.RunStream(stdin, interactive);
+        // The editor draws on standard output: both ends must be the terminal.
+        if (interactive && isatty(STDOUT_FILENO) && LineEditor::Available()) {
+            LineEditor editor([&interpreter](int label) { return interpreter.HasValue(label); });
+            session.RunEditor(&editor);
+        } else {
+            session.RunStream(stdin, interactive);
+        }
     }
     std::fflush(stdout);
     return session.ok() ? 0 : 1;
