@@ -8,9 +8,8 @@
 #ifdef _WIN32
 #include <io.h>
 #include <process.h>
+#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
-
-#include <cwchar>
 #else
 #include <unistd.h>
 #endif
@@ -18,20 +17,8 @@
 namespace {
 
 #ifdef _WIN32
-// Names are UTF-8; one that is not is taken in the ANSI code page, as the
-// narrow C library calls take it.
-std::wstring Wide(const std::string& s) {
-    for (const UINT page : {UINT(CP_UTF8), UINT(CP_ACP)}) {
-        const DWORD flags = page == CP_UTF8 ? MB_ERR_INVALID_CHARS : 0;
-        const int n = MultiByteToWideChar(page, flags, s.data(), int(s.size()), nullptr, 0);
-        if (n <= 0 && !s.empty()) continue;
-        std::wstring w(size_t(n), L'\0');
-        MultiByteToWideChar(page, flags, s.data(), int(s.size()), w.data(), n);
-        return w;
-    }
-    return std::wstring();
-}
-
+// Names are in the ANSI code page, as every narrow call of the C library
+// (the fopen that reads the file back) and QFile::encodeName take them.
 struct FileInfo {
     bool exists = false;
     bool regular = false;
@@ -40,15 +27,15 @@ struct FileInfo {
 FileInfo Inspect(const std::string& path) {
     struct _stat64 st = {};
     FileInfo info;
-    info.exists = _wstat64(Wide(path).c_str(), &st) == 0;
+    info.exists = _stat64(path.c_str(), &st) == 0;
     info.regular = info.exists && (st.st_mode & _S_IFMT) == _S_IFREG;
     return info;
 }
 int CreateNew(const std::string& path) {
-    return _wopen(Wide(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
-                  _S_IREAD | _S_IWRITE);
+    return _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
+                 _S_IREAD | _S_IWRITE);
 }
-std::FILE* OpenInPlace(const std::string& path) { return _wfopen(Wide(path).c_str(), L"wb"); }
+std::FILE* OpenInPlace(const std::string& path) { return std::fopen(path.c_str(), "wb"); }
 int ProcessId() { return _getpid(); }
 // Windows keeps its own permissions (access lists), which the new file
 // inherits from the folder.
@@ -57,10 +44,10 @@ bool Sync(std::FILE* f) { return _commit(_fileno(f)) == 0; }
 // std::rename does not replace an existing file on Windows; MoveFileEx does,
 // and on one volume the replacement is a single step as on POSIX.
 bool Replace(const std::string& from, const std::string& to) {
-    return MoveFileExW(Wide(from).c_str(), Wide(to).c_str(),
+    return MoveFileExA(from.c_str(), to.c_str(),
                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
-void Remove(const std::string& path) { (void)_wremove(Wide(path).c_str()); }
+void Remove(const std::string& path) { (void)std::remove(path.c_str()); }
 #else
 struct FileInfo {
     bool exists = false;
