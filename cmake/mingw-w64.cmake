@@ -26,7 +26,9 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 # into unaligned moves, which cost nothing on processors with AVX.
 set(CMAKE_CXX_FLAGS_INIT "-Wa,-muse-unaligned-vector-move")
 
-# Tests and scripts run the programs through Wine when it is there.
+# Tests and scripts run the programs through Wine when it is there. The build
+# lists each test program's cases by running it: without Wine, configure with
+# -DBUILD_TESTING=OFF.
 # Debian's wine64 package puts its loader in /usr/lib/wine only.
 find_program(ORDIX_WINE NAMES wine64 wine PATHS /usr/lib/wine)
 if(ORDIX_WINE)
