@@ -14,6 +14,10 @@
 // whole-register operations with one twiddle each.
 #include "bigint/ntt_kernels.h"
 
+// Only GCC builds these kernels (on Linux and with MinGW-w64 on Windows): they
+// rest on its per-function target pragma and __builtin_cpu_supports. Clang,
+// MSVC and clang-cl take the portable kernels, which give the same results;
+// MSVC would need the file compiled with /arch:AVX2 and a __cpuid check.
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
 
 #pragma GCC push_options

@@ -77,10 +77,20 @@ Result ReadDecimalFile(const std::string& path, BigInt* v, CalcContext* ctx, int
         return errno == EINTR && ctx && ctx->ShouldStop() ? Result::kStopped
                                                           : Result::kCannotOpenFile;
     Result code = Result::kOk;
+#ifdef _WIN32
+    // The plain stat of Windows holds a 32-bit size.
+    struct _stat64 info = {};
+    const bool known = _fstat64(_fileno(f), &info) == 0;
+    const bool folder = (info.st_mode & _S_IFMT) == _S_IFDIR;
+    const bool regular = (info.st_mode & _S_IFMT) == _S_IFREG;
+#else
     struct stat info = {};
-    if (fstat(fileno(f), &info) != 0 || S_ISDIR(info.st_mode)) {
+    const bool known = fstat(fileno(f), &info) == 0;
+    const bool folder = S_ISDIR(info.st_mode), regular = S_ISREG(info.st_mode);
+#endif
+    if (!known || folder) {
         code = Result::kCannotOpenFile;
-    } else if (S_ISREG(info.st_mode) && info.st_size > maxChars) {
+    } else if (regular && info.st_size > maxChars) {
         code = Result::kNoMemory;  // known before a byte is read
     }
     DecimalReader reader(ctx, maxChars);

@@ -28,6 +28,31 @@ namespace {
 
 const char kUsage[] = "usage: ordix-cli [--wrap N] [-e LINE]... [FILE]\n";
 
+#ifdef _WIN32
+// Windows' C library has no getline: the same contract, the line with its
+// newline in a buffer that grows by realloc, -1 at the end or on an error.
+ssize_t getline(char** buffer, size_t* capacity, std::FILE* f) {
+    size_t n = 0;
+    for (int c; (c = std::fgetc(f)) != EOF;) {
+        if (n + 2 > *capacity) {
+            const size_t grown = *capacity ? 2 * *capacity : 128;
+            char* p = static_cast<char*>(std::realloc(*buffer, grown));
+            if (!p) {
+                errno = ENOMEM;
+                return -1;
+            }
+            *buffer = p;
+            *capacity = grown;
+        }
+        (*buffer)[n++] = static_cast<char>(c);
+        if (c == '\n') break;
+    }
+    if (n == 0) return -1;
+    (*buffer)[n] = '\0';
+    return static_cast<ssize_t>(n);
+}
+#endif
+
 int UsageError(const std::string& message) {
     std::fprintf(stderr, "ordix-cli: %s\n%s", message.c_str(), kUsage);
     return 2;
@@ -222,7 +247,9 @@ int main(int argc, char** argv) {
     SignalContext::Install();
     // A file-size limit (ulimit -f) then fails the write, which is reported
     // and leaves no temporary file, instead of ending the program.
+#ifdef SIGXFSZ  // POSIX only
     (void)std::signal(SIGXFSZ, SIG_IGN);
+#endif
     SignalContext context;
     Interpreter interpreter(&context, stdout, wrap);
     Session session(&interpreter);

@@ -17,5 +17,7 @@ function(ordix_layer name folder)
   target_link_libraries(ordix_${name} PUBLIC ${arg_DEPENDS})
   # Limbs are 16 bits and counts 32: a narrowing the code does not spell out
   # is a warning in the core (the GUI's Qt sizes would drown it).
-  target_compile_options(ordix_${name} PRIVATE -Wconversion)
+  if(NOT MSVC)
+    target_compile_options(ordix_${name} PRIVATE -Wconversion)
+  endif()
 endfunction()

@@ -2,8 +2,9 @@
 //
 // The bytes go to a temporary file beside the target (the same folder, so the
 // same file system), are flushed to the disk, and only then does a rename put
-// the file in the target's place; on POSIX the rename replaces the old file
-// in one step. A failure at any point (a full disk, a write error) removes the
+// the file in the target's place, replacing the old file in one step (rename
+// on POSIX; MoveFileEx on Windows, whose std::rename refuses an existing
+// target). A failure at any point (a full disk, a write error) removes the
 // temporary file and leaves the old file as it was. A target that exists and
 // is no regular file (a device, a pipe) cannot be replaced and is written in
 // place.

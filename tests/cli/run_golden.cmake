@@ -18,7 +18,8 @@ endif()
 
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
-execute_process(COMMAND ${CLI} ${args} ${SCRIPT}
+# EMULATOR runs a cross-built program (wine for a Windows one).
+execute_process(COMMAND ${EMULATOR} ${CLI} ${args} ${SCRIPT}
   WORKING_DIRECTORY ${WORK}
   OUTPUT_FILE ${WORK}/actual.out
   ERROR_VARIABLE errors
@@ -29,6 +30,12 @@ if(NOT EXISTS ${expected_file})
 endif()
 file(READ ${expected_file} expected)
 file(READ ${WORK}/actual.out actual)
+if(CLI MATCHES "\\.exe$")
+  # Text written on Windows ends its lines with CR LF.
+  string(REPLACE "\r\n" "\n" actual "${actual}")
+  string(REPLACE "\r\n" "\n" errors "${errors}")
+  file(WRITE ${WORK}/actual.out "${actual}")
+endif()
 if(NOT actual STREQUAL expected)
   execute_process(COMMAND diff -u ${expected_file} ${WORK}/actual.out OUTPUT_VARIABLE difference)
   message(FATAL_ERROR "${name}: output differs from ${name}.expected\n${difference}\nstandard error:\n${errors}")

@@ -6,6 +6,14 @@
 
 #include <unistd.h>
 
+#ifdef _WIN32
+#include <cstdlib>
+// Windows' C library sets variables with _putenv_s, where an empty value
+// removes the variable: as the program reads it, the same as an empty one.
+inline int setenv(const char* name, const char* value, int) { return _putenv_s(name, value); }
+inline int unsetenv(const char* name) { return _putenv_s(name, ""); }
+#endif
+
 // A fresh folder under the system's temporary folder, removed at the end.
 struct ScratchDir {
     std::filesystem::path path =
