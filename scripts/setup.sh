@@ -9,6 +9,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libgmp-dev
   xvfb xauth x11-utils xdotool poppler-utils fonts-dejavu-core
   clang-format clang-tidy git
+  # ordix-cli's line editing
+  libedit-dev
   # the package test's tools: tests/package
   dpkg-dev desktop-file-utils appstream lintian shared-mime-info
   # clang and its runtime libraries (libFuzzer, the sanitizers): scripts/fuzz.sh

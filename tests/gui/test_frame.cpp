@@ -493,7 +493,7 @@ private slots:
             f.command(kCmdPrimes);  // refused while the list runs
             PostQ(&f);
         });
-        Choose(f, modal, kCmdAllTriples, "95150");
+        Choose(f, modal, kCmdPrimitiveTriples, "197890");  // runs until Q
         QCOMPARE(during, QString("press Q to quit"));
         QCOMPARE(f.windowTitle(), QString("Ordix"));
         QCOMPARE(modal.calls.size(), 1);  // the bound asked, nothing refused
@@ -587,17 +587,18 @@ private slots:
             });
         };
         stopLater();
-        Choose(f, modal, kCmdAllTriples, "95150");
-        QCOMPARE(during, QString());  // under the one-second delay
-        const QRegularExpression last("^last run: Pythagorean triples: All, \\d+\\.\\d\\d s$");
+        Choose(f, modal, kCmdPrimitiveTriples, "197890");  // runs until Q
+        QCOMPARE(during, QString());                       // under the one-second delay
+        const QRegularExpression last(
+            "^last run: Pythagorean triples: Primitive, \\d+\\.\\d\\d s$");
         QVERIFY2(last.match(f.runStatusText()).hasMatch(), qPrintable(f.runStatusText()));
 
         // The text never widens the frame: a resize during a run would stop it.
         QCOMPARE(minWidth(), narrowest);
         f.setRunStatusDelay(0);
         stopLater();
-        Choose(f, modal, kCmdAllTriples, "95150");
-        QVERIFY2(QRegularExpression("^running: Pythagorean triples: All, \\d+ s$")
+        Choose(f, modal, kCmdPrimitiveTriples, "197890");  // runs until Q
+        QVERIFY2(QRegularExpression("^running: Pythagorean triples: Primitive, \\d+ s$")
                      .match(during)
                      .hasMatch(),
                  qPrintable(during));
