@@ -1,14 +1,8 @@
-// Every allocating operation, with each of its allocations refused in turn.
-//
-// The program's operator new (tests/support/alloc_refusal.h) refuses
-// allocation k and counts the live blocks. For each operation of
-// the table and k = 1, 2, … until a run is refused nothing, a refused run
-// must answer code 3 (or -1, the code of a product whose result array was
-// refused, which the operations built on products pass on), leave its
-// operands as they were (or, where a fallback took over, give the value of an
-// unrefused run), and leave as many live blocks as before once its
-// result is released; the run refused nothing must give the value of an
-// unrefused run.
+// Every allocating operation with each of its allocations refused in turn
+// (tests/support/alloc_refusal.h), k = 1, 2, ... until a run is refused
+// nothing: a refused run answers 3 (or -1, a refused product's code, which the
+// operations built on products pass on, or, where a fallback took over, the
+// value of an unrefused run), leaves its operands alone and leaks no block.
 #include <gtest/gtest.h>
 
 #include <atomic>
