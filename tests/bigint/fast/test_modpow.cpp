@@ -12,17 +12,7 @@ namespace {
 // base^e mod m as ModPow answers it for |e| >= 2: the residue of the base's
 // power in 0 … |m| - 1 whatever the signs.
 std::string GmpPower(const BigInt* base, const BigInt* e, const BigInt* m) {
-    mpz_t b, x, n, r;
-    mpz_inits(b, x, n, r, nullptr);
-    ToMpz(b, base);
-    ToMpz(x, e);
-    ToMpz(n, m);
-    mpz_abs(x, x);
-    mpz_abs(n, n);
-    mpz_powm(r, b, x, n);
-    const std::string s = MpzDecimal(r);
-    mpz_clears(b, x, n, r, nullptr);
-    return s;
+    return GmpPowMod(Gmp(base), abs(Gmp(e)), abs(Gmp(m))).get_str();
 }
 
 // The parameter is the modulus size from which the long kernel takes over:
