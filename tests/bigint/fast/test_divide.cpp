@@ -63,8 +63,6 @@ TEST(FastDivide, HardQuotientsAndExactMultiples) {
         std::vector<Limb> d(m, 0);
         d[0] = 1;
         d[m - 1] = 1;
-        std::vector<Limb> small(m, 0);
-        small[m - 1] = 1;
         const std::vector<Limb> q = Operand(m + 4, Shape::Nines);
         const std::vector<Limb> prod = NaiveProduct(q, d);
         CheckAgainstSchool(prod, d, false, false);
