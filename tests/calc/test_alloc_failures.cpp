@@ -122,6 +122,10 @@ std::string Sweep(const Command& command, bool modulusMode, const char* recursio
     }
 }
 
+Command Method(Result (*call)(CalcModel&)) {
+    return [call](ModelFixture& f, std::string*) { return call(f.model); };
+}
+
 Command Calculate(std::string formula) {
     return [formula](ModelFixture& f, std::string*) {
         return f.model.Calculate(ModelFixture::Label('C'), formula);
@@ -149,17 +153,12 @@ TEST(AllocationFailures, EveryFormulaAndCommandMayBeRefused) {
         {"roots", Calculate("[SQRT](C)+[SQR](D)+[CURT](-C)")},
         {"products of constants and a long literal", Calculate("2D(3)(D)" + literal300)},
         {"a letter alone", Calculate("A")},
-        {"compile only",
-         [](ModelFixture& f, std::string*) { return f.model.Compile("A+[GCD](B,C,D)!"); }},
-        {"modulus command",
-         [](ModelFixture& f, std::string*) { return f.model.ModulusCommand("C[MOD]97+2"); }},
-        {"enter a step",
-         [](ModelFixture& f, std::string*) { return f.model.EnterStep("b = b*c+1"); }},
-        {"enter a condition",
-         [](ModelFixture& f, std::string*) { return f.model.EnterCondition("C-D"); }},
-        {"one recursion step", [](ModelFixture& f, std::string*) { return f.model.OneStep(); }},
-        {"a step into an empty label",
-         [](ModelFixture& f, std::string*) { return f.model.OneStep(); }, "Q=D*D"},
+        {"compile only", Method([](CalcModel& m) { return m.Compile("A+[GCD](B,C,D)!"); })},
+        {"modulus command", Method([](CalcModel& m) { return m.ModulusCommand("C[MOD]97+2"); })},
+        {"enter a step", Method([](CalcModel& m) { return m.EnterStep("b = b*c+1"); })},
+        {"enter a condition", Method([](CalcModel& m) { return m.EnterCondition("C-D"); })},
+        {"one recursion step", Method([](CalcModel& m) { return m.OneStep(); })},
+        {"a step into an empty label", Method([](CalcModel& m) { return m.OneStep(); }), "Q=D*D"},
         {"batch",
          [](ModelFixture& f, std::string* out) {
              BatchResult r;

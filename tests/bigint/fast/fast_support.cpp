@@ -80,6 +80,11 @@ std::vector<Limb> Carried(const T* p, size_t n) {
 
 std::vector<Limb> Normalised(const Limb* p, int32_t n) { return Carried(p, size_t(n)); }
 
+std::vector<Limb> MinusOne(std::vector<Limb> v) {
+    for (size_t i = 0; v[i]-- == 0; ++i) v[i] = 9999;
+    return Normalised(v.data(), int32_t(v.size()));
+}
+
 std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b) {
     std::vector<int64_t> col(a.size() + b.size() + 1, 0);
     for (size_t i = 0; i < a.size(); ++i)

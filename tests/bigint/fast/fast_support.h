@@ -38,6 +38,8 @@ void RandomBig(BigInt* v, int32_t n, bool allowNegative = true);
 std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b);
 // Limbs normalised (carry out of the top pushed into new limbs), zeros stripped.
 std::vector<Limb> Normalised(const Limb* p, int32_t n);
+// The value less one (a positive value), normalised.
+std::vector<Limb> MinusOne(std::vector<Limb> v);
 
 // The pair (x, y) whose continued fraction has `count` quotients, times g:
 // (x, y) := (q·x + y, x) from the last quotient back, starting at (g, 0).

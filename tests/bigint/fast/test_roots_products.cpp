@@ -27,14 +27,9 @@ std::vector<std::vector<Limb>> NearPowers(int32_t rootLimbs, int power) {
     std::vector<Limb> s = Operand(rootLimbs, Shape::RunsOfZeroAndNine);
     std::vector<Limb> p = NaiveProduct(s, s);
     if (power == 3) p = NaiveProduct(p, s);
-    std::vector<Limb> below = p, above = p;
-    for (auto& limb : below) {
-        if (limb-- != 0) break;
-        limb = 9999;
-    }
+    std::vector<Limb> above = p;
     above[0] = static_cast<Limb>(above[0] + 1);
-    return {p, Normalised(below.data(), int32_t(below.size())),
-            Normalised(above.data(), int32_t(above.size()))};
+    return {p, MinusOne(p), Normalised(above.data(), int32_t(above.size()))};
 }
 
 }  // namespace
