@@ -154,28 +154,14 @@ TEST_F(Differential, BaseConversion) {
 
 }  // namespace
 
-// The random sizes above stay below the half-gcd and the long modular power;
-// a few operands at the shipped thresholds reach them.
-TEST_F(Differential, LongOperandsAtShippedThresholds) {
+// The random sizes above stay below the long modular power; a few moduli at
+// the shipped threshold reach it (the half-gcd's are in test_gcd.cpp).
+TEST_F(Differential, LongModuliAtTheShippedThreshold) {
     const FastThresholds t;
     ThresholdScope scope(t);
     const auto make = [](Num* v, int32_t limbs, Shape shape) {
         SetLimbs(v->Out(), Operand(limbs, shape), false);
     };
-    for (const int32_t n : {t.gcdHalf - 1, t.gcdHalf, t.gcdHalf + 1, t.gcdHalf + 300}) {
-        Num x, y, g, r;
-        make(&x, n + Below(300), Shape::Random);
-        make(&y, n, n % 2 ? Shape::RunsOfZeroAndNine : Shape::Random);
-        if (n > t.gcdHalf + 1) {  // a common factor of many limbs
-            make(&g, 400, Shape::Random);
-            ASSERT_EQ(BigMul(&ctx, r.Out(), &x.v, &g.v), Result::kOk);
-            std::swap(r.v, x.v);
-            ASSERT_EQ(BigMul(&ctx, r.Out(), &y.v, &g.v), Result::kOk);
-            std::swap(r.v, y.v);
-        }
-        ASSERT_EQ(BigGcd(&ctx, &x.v, &y.v, r.Out()), Result::kOk);
-        EXPECT_SAME(r, gcd(Gmp(&x.v), Gmp(&y.v)), "gcd at " << n << " limbs");
-    }
     // Moduli of powMontgomery limbs still run on words; one more goes long.
     const int32_t w = t.powMontgomery;
     for (const int32_t n : {w - 1, w, w + 1, w + 2}) {
