@@ -1,14 +1,8 @@
-// Every allocating operation, with each of its allocations refused in turn.
-//
-// The program's operator new (tests/support/alloc_refusal.h) refuses
-// allocation k and counts the live blocks. For each operation of
-// the table and k = 1, 2, … until a run is refused nothing, a refused run
-// must answer code 3 (or -1, the code of a product whose result array was
-// refused, which the operations built on products pass on), leave its
-// operands as they were (or, where a fallback took over, give the value of an
-// unrefused run), and leave as many live blocks as before once its
-// result is released; the run refused nothing must give the value of an
-// unrefused run.
+// Every allocating operation with each of its allocations refused in turn
+// (tests/support/alloc_refusal.h), k = 1, 2, ... until a run is refused
+// nothing: a refused run answers 3 (or -1, a refused product's code, which the
+// operations built on products pass on, or, where a fallback took over, the
+// value of an unrefused run), leaves its operands alone and leaks no block.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -37,59 +31,51 @@ std::string Digits(int count, unsigned seed) {
 }
 
 // One operation: two result records (the second for quotients' remainders
-// and denominators), prepare runs unarmed before each run.
+// and denominators); prepare runs unarmed before each run.
 struct Row {
     const char* name;
     std::function<Result(CalcContext*, BigInt*, BigInt*)> op;
     std::function<void()> prepare = nullptr;
 };
 
-struct Outcome {
-    long runs = 0;
-    std::string firstFault;
-};
-
-// conv is the text of the base conversions, compared with the results.
-Outcome Sweep(const Row& row, const std::vector<const Num*>& operands, const std::string& conv) {
+// The first fault of the sweep, or ""; *runs counts the runs. conv is the
+// text of the base conversions, compared with the results.
+std::string Sweep(const Row& row, const std::vector<const Num*>& operands, const std::string& conv,
+                  long* runs) {
     CalcContext ctx;
     std::vector<std::string> before;
     for (const Num* n : operands) before.push_back(Text(*n));
-    auto run = [&](long refuse, std::string* value, Result* code, long* count, long* leaked) {
+    Result code = Result::kOk;
+    long leaked = 0;
+    auto run = [&](long refuse, std::string* value) {
         if (row.prepare) row.prepare();
         BigInt r1 = {}, r2 = {};
         ReleaseDivisorCache();
         const long live = gAllocLive;
         ArmAllocations(refuse);
-        *code = row.op(&ctx, &r1, &r2);
+        code = row.op(&ctx, &r1, &r2);
         gAllocArmed = false;
-        *count = gAllocCount;
         const long afterOp = gAllocLive;
         *value = Text(&r1) + " " + Text(&r2) + " " + conv;  // its own blocks stay
         const long withText = gAllocLive;
         BigFree(&r1);
         BigFree(&r2);
         ReleaseDivisorCache();
-        *leaked = afterOp - live - (withText - gAllocLive);
+        leaked = afterOp - live - (withText - gAllocLive);
         return gAllocRefused > 0;
     };
-    std::string expected;
-    Result expectedCode, code;
-    long total = 0, leaked = 0;
-    run(0, &expected, &expectedCode, &total, &leaked);  // makes the kept root tables
-    run(0, &expected, &expectedCode, &total, &leaked);
-    Outcome out;
-    if (leaked != 0) out.firstFault = "an unrefused run leaks";
-    for (long k = 1; out.firstFault.empty(); ++k) {
-        long count = 0;
-        std::string v;
-        const bool refused = run(k, &v, &code, &count, &leaked);
-        out.runs = k;
+    std::string expected, v;
+    run(0, &expected);  // makes the kept root tables
+    run(0, &expected);
+    const Result expectedCode = code;
+    if (leaked != 0) return "an unrefused run leaks";
+    for (long k = 1;; ++k) {
+        *runs = k;
+        const bool refused = run(k, &v);
         std::string fault;
         if (!refused) {
-            if (v != expected || code != expectedCode)
-                fault = "the run refused nothing answers " + std::to_string(code) + " " + v;
-            else
-                break;
+            if (v == expected && code == expectedCode) return "";
+            fault = "the run refused nothing answers " + std::to_string(code) + " " + v;
         } else if (code != Result::kNoMemory && code != Result::kStopped &&
                    (code != expectedCode || v != expected)) {
             // (the value of an unrefused run: a fallback needing no memory took over)
@@ -97,15 +83,17 @@ Outcome Sweep(const Row& row, const std::vector<const Num*>& operands, const std
         } else if (leaked != 0) {
             fault = "leaks " + std::to_string(leaked) + " blocks";
         }
-        for (size_t i = 0; fault.empty() && i < operands.size(); ++i) {
+        for (size_t i = 0; fault.empty() && i < operands.size(); ++i)
             if (Text(*operands[i]) != before[i]) fault = "changes an operand";
-        }
-        if (!fault.empty())
-            out.firstFault = fault + " when allocation " + std::to_string(k) + " of " +
-                             std::to_string(count) + " is refused";
+        if (!fault.empty()) return fault + " when allocation " + std::to_string(k) + " is refused";
     }
-    return out;
 }
+
+// An operation of the table: results in r (and s), the context c.
+#define OP(...)                                                                                    \
+    [&]([[maybe_unused]] CalcContext* c, [[maybe_unused]] BigInt* r, [[maybe_unused]] BigInt* s) { \
+        return __VA_ARGS__;                                                                        \
+    }
 
 TEST(AllocationFailures, EveryAllocationOfEveryOperationMayBeRefused) {
     // Small operands take every path: thresholds at their minimum, the long
@@ -122,119 +110,72 @@ TEST(AllocationFailures, EveryAllocationOfEveryOperationMayBeRefused) {
     const std::string textIn = Digits(200, 8);
     std::string conv;
     const std::string hexIn = "7FA3" + Digits(150, 9), decIn = Digits(150, 10);
-    auto powLong = [&](CalcContext* c, BigInt* r, const BigInt* m) {
-        gFastThresholds.powMontgomery = 3;
-        const Result code = ModPow(c, &x.v, &n25.v, r, m);
-        gFastThresholds.powMontgomery = 40;
+    auto with = [](int32_t* threshold, int32_t value, auto op) {  // no std::function: it allocates
+        const int32_t kept = *threshold;
+        *threshold = value;
+        const Result code = op();
+        *threshold = kept;
         return code;
     };
     const Row rows[] = {
-        {"copy", [&](CalcContext*, BigInt* r, BigInt*) { return BigCopy(r, &big.v); }, {}},
-        {"add", [&](CalcContext*, BigInt* r, BigInt*) { return BigAdd(r, &big.v, &neg.v); }, {}},
-        {"sub", [&](CalcContext*, BigInt* r, BigInt*) { return BigSub(r, &x.v, &big.v); }, {}},
-        {"mul schoolbook",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMul(c, r, &big.v, &one9.v); }},
-        {"mul Karatsuba",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMul(c, r, &x.v, &y.v); }},
-        {"mul pieces",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMul(c, r, &big.v, &a.v); }},
+        {"copy", OP(BigCopy(r, &big.v))},
+        {"add", OP(BigAdd(r, &big.v, &neg.v))},
+        {"sub", OP(BigSub(r, &x.v, &big.v))},
+        {"mul schoolbook", OP(BigMul(c, r, &big.v, &one9.v))},
+        {"mul Karatsuba", OP(BigMul(c, r, &x.v, &y.v))},
+        {"mul pieces", OP(BigMul(c, r, &big.v, &a.v))},
         {"mul transform, two threads",
-         [&](CalcContext* c, BigInt* r, BigInt*) {
-             gFastThresholds.nttParallel = 64;
-             const Result code = BigMul(c, r, &big.v, &big2.v);
-             gFastThresholds.nttParallel = 1 << 12;
-             return code;
-         }},
-        {"square transform",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMul(c, r, &big.v, &big.v); }},
-        {"divmod small",
-         [&](CalcContext* c, BigInt* q, BigInt* r) { return BigDivMod(c, &big.v, &one9.v, q, r); }},
-        {"divmod cached reciprocal",
-         [&](CalcContext* c, BigInt* q, BigInt* r) { return BigDivMod(c, &big.v, &x.v, q, r); }},
-        {"divmod Newton",
-         [&](CalcContext* c, BigInt* q, BigInt* r) { return BigDivMod(c, &big.v, &big2.v, q, r); }},
-        {"power", [&](CalcContext* c, BigInt* r, BigInt*) { return BigPow(c, r, &x.v, &n25.v); }},
-        {"power by int",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigPowInt(c, &neg.v, 9, r); }},
-        {"fraction power",
-         [&](CalcContext* c, BigInt* n, BigInt* d) { return FracPow(c, n, d, &a.v, &x.v, &e7.v); }},
-        {"square root", [&](CalcContext* c, BigInt* r, BigInt*) { return BigSqrt(c, &big.v, r); }},
-        {"cube root", [&](CalcContext* c, BigInt* r, BigInt*) { return BigCbrt(c, &big.v, r); }},
-        {"gcd", [&](CalcContext* c, BigInt* r, BigInt*) { return BigGcd(c, &big.v, &big2.v, r); }},
-        {"lcm", [&](CalcContext* c, BigInt* r, BigInt*) { return BigLcm(c, &x.v, &y.v, r); }},
-        {"modular inverse",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModInverse(c, &x.v, &longM.v, r); }},
-        {"modular product",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModMul(c, r, &big.v, &big2.v, &x.v); }},
-        {"modular power, odd word modulus",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModPow(c, &big.v, &y.v, r, &x.v); }},
-        {"modular power, even word modulus",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModPow(c, &big.v, &y.v, r, &even.v); }},
-        {"modular power, long exponent",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModPow(c, &x.v, &longE.v, r, &a.v); }},
+         OP(with(&gFastThresholds.nttParallel, 64, [&] { return BigMul(c, r, &big.v, &big2.v); }))},
+        {"square transform", OP(BigMul(c, r, &big.v, &big.v))},
+        {"divmod small", OP(BigDivMod(c, &big.v, &one9.v, r, s))},
+        {"divmod cached reciprocal", OP(BigDivMod(c, &big.v, &x.v, r, s))},
+        {"divmod Newton", OP(BigDivMod(c, &big.v, &big2.v, r, s))},
+        {"power", OP(BigPow(c, r, &x.v, &n25.v))},
+        {"power by int", OP(BigPowInt(c, &neg.v, 9, r))},
+        {"fraction power", OP(FracPow(c, r, s, &a.v, &x.v, &e7.v))},
+        {"square root", OP(BigSqrt(c, &big.v, r))},
+        {"cube root", OP(BigCbrt(c, &big.v, r))},
+        {"gcd", OP(BigGcd(c, &big.v, &big2.v, r))},
+        {"lcm", OP(BigLcm(c, &x.v, &y.v, r))},
+        {"modular inverse", OP(ModInverse(c, &x.v, &longM.v, r))},
+        {"modular product", OP(ModMul(c, r, &big.v, &big2.v, &x.v))},
+        {"modular power, odd word modulus", OP(ModPow(c, &big.v, &y.v, r, &x.v))},
+        {"modular power, even word modulus", OP(ModPow(c, &big.v, &y.v, r, &even.v))},
+        {"modular power, long exponent", OP(ModPow(c, &x.v, &longE.v, r, &a.v))},
         {"modular power, long modulus",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return powLong(c, r, &longM.v); }},
-        {"fraction reduce",
-         [&](CalcContext* c, BigInt* n, BigInt* d) { return FracReduce(c, &big.v, &x.v, n, d); }},
-        {"fraction sum", [&](CalcContext* c, BigInt* n,
-                             BigInt* d) { return FracAdd(c, n, d, &a.v, &x.v, &neg.v, &y.v); }},
-        {"fraction difference",
-         [&](CalcContext* c, BigInt* n, BigInt* d) {
-             return FracSub(c, n, d, &a.v, &x.v, &neg.v, &y.v);
-         }},
-        {"fraction product",
-         [&](CalcContext* c, BigInt* n, BigInt* d) {
-             return FracMul(c, n, d, &big.v, &x.v, &y.v, &big2.v);
-         }},
-        {"fraction quotient",
-         [&](CalcContext* c, BigInt* n, BigInt* d) {
-             return FracDiv(c, n, d, &big.v, &x.v, &y.v, &big2.v);
-         }},
-        {"remainder",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMod(c, &neg.v, &x.v, r); }},
-        {"modular sum",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModAdd(c, r, &big.v, &neg.v, &y.v); }},
-        {"modular difference",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return ModSub(c, r, &neg.v, &big.v, &y.v); }},
-        {"product by an int",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigMulSmallInt(c, r, &big.v, -7777); }},
+         OP(with(&gFastThresholds.powMontgomery, 3,
+                 [&] { return ModPow(c, &x.v, &n25.v, r, &longM.v); }))},
+        {"fraction reduce", OP(FracReduce(c, &big.v, &x.v, r, s))},
+        {"fraction sum", OP(FracAdd(c, r, s, &a.v, &x.v, &neg.v, &y.v))},
+        {"fraction difference", OP(FracSub(c, r, s, &a.v, &x.v, &neg.v, &y.v))},
+        {"fraction product", OP(FracMul(c, r, s, &big.v, &x.v, &y.v, &big2.v))},
+        {"fraction quotient", OP(FracDiv(c, r, s, &big.v, &x.v, &y.v, &big2.v))},
+        {"remainder", OP(BigMod(c, &neg.v, &x.v, r))},
+        {"modular sum", OP(ModAdd(c, r, &big.v, &neg.v, &y.v))},
+        {"modular difference", OP(ModSub(c, r, &neg.v, &big.v, &y.v))},
+        {"product by an int", OP(BigMulSmallInt(c, r, &big.v, -7777))},
+        // A copy fails for memory only.
         {"hailstone step, in a copy",
-         [&](CalcContext* c, BigInt* r, BigInt*) {
-             const Result code = BigCopy(r, &neg.v);
-             return Ok(code) ? BigHail(c, r) : code;
-         }},
-        {"increment, in a copy",
-         [&](CalcContext*, BigInt* r, BigInt*) {
-             const Result code = BigCopy(r, &one9.v);
-             return Ok(code) ? BigIncrement(r) : code;
-         }},
-        {"text in", [&](CalcContext*, BigInt* r, BigInt*) { return BigFromText(text, r); },
+         OP(Ok(BigCopy(r, &neg.v)) ? BigHail(c, r) : Result::kNoMemory)},
+        {"increment, in a copy", OP(Ok(BigCopy(r, &one9.v)) ? BigIncrement(r) : Result::kNoMemory)},
+        {"text in", OP(BigFromText(text, r)),
          [&] { std::memcpy(text, textIn.c_str(), textIn.size() + 1); }},
-        {"base 16 to 10",
-         [&](CalcContext* c, BigInt*, BigInt*) { return ConvertBase(c, 16, 10, &conv); },
-         [&] { conv = hexIn; }},
-        {"base 10 to 7",
-         [&](CalcContext* c, BigInt*, BigInt*) { return ConvertBase(c, 10, 7, &conv); },
-         [&] { conv = decIn; }},
-        {"base 10 to 2",
-         [&](CalcContext* c, BigInt*, BigInt*) { return ConvertBase(c, 10, 2, &conv); },
-         [&] { conv = decIn; }},
-        {"factorial", [&](CalcContext* c, BigInt* r, BigInt*) { return BigFact(c, r, &n300.v); }},
-        {"permutations",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigPerm(c, r, &n300.v, &n25.v); }},
-        {"binomial, primes",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigBinomial(c, r, &n300.v, &k120.v); }},
-        {"binomial, quotient",
-         [&](CalcContext* c, BigInt* r, BigInt*) { return BigBinomial(c, r, &n300.v, &n25.v); }},
+        {"base 16 to 10", OP(ConvertBase(c, 16, 10, &conv)), [&] { conv = hexIn; }},
+        {"base 10 to 7", OP(ConvertBase(c, 10, 7, &conv)), [&] { conv = decIn; }},
+        {"base 10 to 2", OP(ConvertBase(c, 10, 2, &conv)), [&] { conv = decIn; }},
+        {"factorial", OP(BigFact(c, r, &n300.v))},
+        {"permutations", OP(BigPerm(c, r, &n300.v, &n25.v))},
+        {"binomial, primes", OP(BigBinomial(c, r, &n300.v, &k120.v))},
+        {"binomial, quotient", OP(BigBinomial(c, r, &n300.v, &n25.v))},
     };
     const std::vector<const Num*> operands = {&one9, &a,     &neg,   &x,    &y,    &big, &big2,
                                               &even, &longM, &longE, &n300, &k120, &n25, &e7};
     long most = 0;
     for (const Row& row : rows) {
-        const Outcome out = Sweep(row, operands, conv);
-        EXPECT_EQ(out.firstFault, "") << row.name;
-        EXPECT_GT(out.runs, 1) << row.name << ": allocates nothing";
-        most = std::max(most, out.runs);
+        long runs = 0;
+        EXPECT_EQ(Sweep(row, operands, conv, &runs), "") << row.name;
+        EXPECT_GT(runs, 1) << row.name << ": allocates nothing";
+        most = std::max(most, runs);
     }
     gFastThresholds = saved;
     RecordProperty("most allocations of one operation", std::to_string(most));

@@ -1,10 +1,7 @@
 // The formula language and the model's commands with each allocation refused
-// in turn (tests/support/alloc_refusal.h): every formula of the table, with
-// labels set and the modulus mode off and on, and every command, run for
-// k = 1, 2, … until a run is refused nothing. A refused run must answer code
-// 3 (or the outcome of an unrefused run, or that of a stop: see Sweep), leave
-// the labels, the modulus and the recursion as they were, and leak no block once the model is gone; the run refused
-// nothing must match an unrefused run.
+// in turn (tests/support/alloc_refusal.h), with labels set and the modulus
+// mode off and on: a refused run answers 3 (or what Sweep accepts), leaves
+// the labels, the modulus and the recursion alone and leaks no block.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -58,11 +55,6 @@ std::unique_ptr<ModelFixture> Prepared(bool modulusMode, const char* recursion) 
 // A command: its code, with what it shows in *out.
 using Command = std::function<Result(ModelFixture&, std::string* out)>;
 
-struct Outcome {
-    Result code;
-    std::string state, out;
-};
-
 // Not a code: std::bad_alloc escaped from the command.
 constexpr Result kEscaped = static_cast<Result>(999);
 
@@ -70,62 +62,68 @@ constexpr Result kEscaped = static_cast<Result>(999);
 // lastCodeOnly: the command answers only its last item's code (the batch).
 std::string Sweep(const Command& command, bool modulusMode, const char* recursion,
                   bool lastCodeOnly, long* runs) {
-    // The outcome's texts are copied into room reserved before the count, so
-    // that only the command's own blocks are counted.
-    auto run = [&](long refuse, Outcome* o, long* leaked) {
-        o->state.reserve(1 << 16);
-        o->out.reserve(1 << 16);
+    // The code, the state after the run ("changed: " when a refused run
+    // changed it) and what the command shows; copied into room reserved before
+    // the count, so that only the command's own blocks are counted.
+    Result code = Result::kOk;
+    std::string state, out;
+    state.reserve(1 << 16);
+    out.reserve(1 << 16);
+    long leaked = 0;
+    auto run = [&](long refuse) {
         ReleaseDivisorCache();
         const long live = gAllocLive;
         {
             auto f = Prepared(modulusMode, recursion);
             const std::string before = State(*f);
-            std::string out;
+            std::string shown;
             ArmAllocations(refuse);
             try {
-                o->code = command(*f, &out);
+                code = command(*f, &shown);
             } catch (const std::bad_alloc&) {
-                o->code = kEscaped;
+                code = kEscaped;
             }
             gAllocArmed = false;
             const std::string after = State(*f);
-            o->state.assign(gAllocRefused > 0 && after != before ? "changed: " + after : after);
-            o->out.assign(out);
+            state.assign(gAllocRefused > 0 && after != before ? "changed: " + after : after);
+            out.assign(shown);
         }
         ReleaseDivisorCache();
-        *leaked = gAllocLive - live;
+        leaked = gAllocLive - live;
         return gAllocRefused > 0;
     };
-    Outcome expected, o;
-    long leaked = 0;
-    run(0, &expected, &leaked);
+    run(0);
     if (leaked != 0) return "an unrefused run leaks";
+    const Result wantCode = code;
+    const std::string wantState = state, wantOut = out;
     for (long k = 1;; ++k) {
         *runs = k;
-        const bool refused = run(k, &o, &leaked);
+        const bool refused = run(k);
         std::string fault;
         if (!refused) {
-            if (o.code == expected.code && o.state == expected.state && o.out == expected.out)
-                return "";
-            fault = "the run refused nothing answers " + std::to_string(o.code);
-        } else if (o.code == expected.code && o.out == expected.out &&
-                   o.state == "changed: " + expected.state) {
+            if (code == wantCode && state == wantState && out == wantOut) return "";
+            fault = "the run refused nothing answers " + std::to_string(code);
+        } else if (code == wantCode && out == wantOut && state == "changed: " + wantState) {
             // a refusal that nothing needed (a constant made in advance)
-        } else if (o.code == Result::kStopped || (lastCodeOnly && o.code == Result::kOk)) {
+        } else if (code == Result::kStopped || (lastCodeOnly && code == Result::kOk)) {
             // A product whose result array is refused answers -1 (a kept rule
             // of the product), which the commands take for the user's stop,
             // keeping what a stop keeps; the batch forgets it at its next
             // pair. Only leaks are checked then.
             if (leaked != 0) fault = "leaks " + std::to_string(leaked) + " blocks after a stop";
-        } else if (o.code != Result::kNoMemory) {
-            fault = "answers " + std::to_string(o.code);
-        } else if (o.state.rfind("changed", 0) == 0) {
-            fault = o.state;
+        } else if (code != Result::kNoMemory) {
+            fault = "answers " + std::to_string(code);
+        } else if (state.rfind("changed", 0) == 0) {
+            fault = state;
         } else if (leaked != 0) {
             fault = "leaks " + std::to_string(leaked) + " blocks";
         }
         if (!fault.empty()) return fault + " when allocation " + std::to_string(k) + " is refused";
     }
+}
+
+Command Method(Result (*call)(CalcModel&)) {
+    return [call](ModelFixture& f, std::string*) { return call(f.model); };
 }
 
 Command Calculate(std::string formula) {
@@ -155,17 +153,12 @@ TEST(AllocationFailures, EveryFormulaAndCommandMayBeRefused) {
         {"roots", Calculate("[SQRT](C)+[SQR](D)+[CURT](-C)")},
         {"products of constants and a long literal", Calculate("2D(3)(D)" + literal300)},
         {"a letter alone", Calculate("A")},
-        {"compile only",
-         [](ModelFixture& f, std::string*) { return f.model.Compile("A+[GCD](B,C,D)!"); }},
-        {"modulus command",
-         [](ModelFixture& f, std::string*) { return f.model.ModulusCommand("C[MOD]97+2"); }},
-        {"enter a step",
-         [](ModelFixture& f, std::string*) { return f.model.EnterStep("b = b*c+1"); }},
-        {"enter a condition",
-         [](ModelFixture& f, std::string*) { return f.model.EnterCondition("C-D"); }},
-        {"one recursion step", [](ModelFixture& f, std::string*) { return f.model.OneStep(); }},
-        {"a step into an empty label",
-         [](ModelFixture& f, std::string*) { return f.model.OneStep(); }, "Q=D*D"},
+        {"compile only", Method([](CalcModel& m) { return m.Compile("A+[GCD](B,C,D)!"); })},
+        {"modulus command", Method([](CalcModel& m) { return m.ModulusCommand("C[MOD]97+2"); })},
+        {"enter a step", Method([](CalcModel& m) { return m.EnterStep("b = b*c+1"); })},
+        {"enter a condition", Method([](CalcModel& m) { return m.EnterCondition("C-D"); })},
+        {"one recursion step", Method([](CalcModel& m) { return m.OneStep(); })},
+        {"a step into an empty label", Method([](CalcModel& m) { return m.OneStep(); }), "Q=D*D"},
         {"batch",
          [](ModelFixture& f, std::string* out) {
              BatchResult r;

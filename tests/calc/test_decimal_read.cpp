@@ -9,30 +9,10 @@
 #endif
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 
 #include "calc/decimal_read.h"
+#include "support/scratch_dir.h"
 #include "support/test_support.h"
-
-namespace {
-
-struct Scratch {
-    std::filesystem::path dir =
-        std::filesystem::temp_directory_path() / ("ordix_read_" + std::to_string(getpid()));
-    Scratch() { std::filesystem::create_directories(dir); }
-    ~Scratch() {
-        std::error_code ec;
-        std::filesystem::remove_all(dir, ec);
-    }
-    std::string File(const char* name, const std::string& text) const {
-        const std::string path = (dir / name).string();
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
-    }
-};
-
-}  // namespace
 
 // The leading minus signs are those at the very start of the whole text,
 // wherever the pieces are cut.
@@ -52,18 +32,18 @@ TEST(DecimalRead, PiecesReadAsTheWholeText) {
 }
 
 TEST(DecimalRead, FilesThatHoldNoNumberOrTooMuch) {
-    Scratch s;
+    ScratchDir s;
     Num v;
     const std::string digits(200000, '9');  // more than one piece
-    ASSERT_EQ(ReadDecimalFile(s.File("n.txt", "-" + digits + "\n"), v.Out()), Result::kOk);
+    ASSERT_EQ(ReadDecimalFile(s.write("n.txt", "-" + digits + "\n"), v.Out()), Result::kOk);
     EXPECT_EQ(Text(v), "-" + digits);
 
-    EXPECT_EQ(ReadDecimalFile(s.dir.string(), v.Out()), Result::kCannotOpenFile);
-    EXPECT_EQ(ReadDecimalFile((s.dir / "none").string(), v.Out()), Result::kCannotOpenFile);
-    EXPECT_EQ(ReadDecimalFile(s.File("empty", ""), v.Out()), Result::kCouldNotFind);
+    EXPECT_EQ(ReadDecimalFile(s.path.string(), v.Out()), Result::kCannotOpenFile);
+    EXPECT_EQ(ReadDecimalFile((s.path / "none").string(), v.Out()), Result::kCannotOpenFile);
+    EXPECT_EQ(ReadDecimalFile(s.write("empty", ""), v.Out()), Result::kCouldNotFind);
     // Past the ceiling: a sparse file is refused before it is read, a file
     // of digits and an endless device once the ceiling is reached.
-    const std::string sparse = s.File("sparse", "");
+    const std::string sparse = s.write("sparse", "");
 #ifdef _WIN32
     // Past 32 bits, where the plain stat of Windows wraps; NTFS would
     // allocate a whole terabyte.
@@ -75,7 +55,7 @@ TEST(DecimalRead, FilesThatHoldNoNumberOrTooMuch) {
     QuitAtPoll never(1);  // a read would stop at its first poll
     EXPECT_EQ(ReadDecimalFile(sparse, v.Out(), &never, size - 1), Result::kNoMemory);
     EXPECT_EQ(never.polls(), 0);
-    EXPECT_EQ(ReadDecimalFile(s.File("d.txt", digits), v.Out(), nullptr, 1000), Result::kNoMemory);
+    EXPECT_EQ(ReadDecimalFile(s.write("d.txt", digits), v.Out(), nullptr, 1000), Result::kNoMemory);
 #ifndef _WIN32  // Windows has no endless device
     EXPECT_EQ(ReadDecimalFile("/dev/zero", v.Out(), nullptr, 1 << 20), Result::kNoMemory);
     // An endless read ends at the first poll that answers Q.

@@ -104,37 +104,6 @@ TEST(Formula, FractionsStayExactAndUnreduced) {
     // clang-format on
 }
 
-TEST(Formula, WholeOnlyFunctions) {
-    QuitAtPoll ctx;
-    // clang-format off
-    Check(&ctx, {
-        {"[fact](20)", "2432902008176640000"}, {"(7/2)!", "code 6"}, {"[fact](0)", "code 17"},
-        {"10[perm]3", "720"}, {"5[c]6", "0"}, {"(-4)[c]3", "-20"}, {"(1/2)[c]1", "code 6"},
-        {"17[mod]5", "2"}, {"(-15)[mod]5", "5"}, {"7[mod]0", "0"}, {"(-7)[mod]0", "code 104"},
-        {"[gcd](0,0)", "code 6"}, {"[lcm](4,6)", "12"}, {"[lcm](0,5)", "code 104"},
-        {"[gcd](1/2,1)", "code 6"}, {"[hail](6)", "3"}, {"[hail](7)", "22"}, {"[hail](-3)", "-10"},
-        {"[hail](1/3)", "code 6"}, {"[sqrt](99999999)", "9999"}, {"[sqrt](100000000)", "10000"},
-        {"[sqrt](-4)", "code 14"}, {"[sqrt](9/4)", "code 6"}, {"[curt](27)", "3"},
-        {"[curt](26)", "2"}, {"[curt](-27)", "-3"}, {"[abs](-5/3)", "5/3"},
-    });
-    // clang-format on
-}
-
-// Computed results are reduced modulo M; leaves and copies are not, so a
-// minus folded into a leaf stays negative while (-1)*x is reduced.
-TEST(Formula, ModulusModeReducesComputedResults) {
-    QuitAtPoll ctx;
-    ctx.modulusMode = true;
-    ASSERT_EQ(BigFromInt(&ctx.modulus, 7), 0);
-    // clang-format off
-    Check(&ctx, {
-        {"[fact](10)", "0"}, {"5+4", "2"}, {"3-5", "5"}, {"3*5", "1"}, {"2/3", "3"}, {"3^-1", "5"},
-        {"3^100", "4"}, {"2^0", "1"}, {"10[c]3", "1"}, {"[gcd](14,21)", "0"}, {"100", "100"},
-        {"[abs](-100)", "100"}, {"-5", "-5"}, {"-(5)", "-5"}, {"-(2+3)", "2"}, {"-B", "4"},
-    });
-    // clang-format on
-}
-
 TEST(Formula, InterruptionPassesUp) {
     QuitAtPoll ctx(1);
     EXPECT_EQ(EvaluateTwice(&ctx, "(10^400)*(10^400)+1"), "code -1");

@@ -70,7 +70,7 @@ TEST(Variables, CalculateStoresOrLeavesTheOldValue) {
     EXPECT_EQ(f.model.CurrentTree(), nullptr);
 }
 
-TEST(Modulus, StartsBetween4And26WithTheModeOff) {
+TEST(Modulus, StartsBetween4And26WithTheModeOffAndTheCommandSetsIt) {
     for (int i = 0; i < 20; ++i) {
         QuitAtPoll ctx;
         CalcModel model(&ctx);
@@ -81,9 +81,6 @@ TEST(Modulus, StartsBetween4And26WithTheModeOff) {
         EXPECT_EQ(Text(&ctx.modulus), std::to_string(m));
         EXPECT_FALSE(model.ModulusMode());
     }
-}
-
-TEST(Modulus, CommandSetsValueFormulaAndContext) {
     Model f;
     Recorder rec;
     f.model.AddObserver(&rec);
@@ -237,7 +234,7 @@ TEST(Batch, TemporaryAndLentVariables) {
     EXPECT_EQ(out.text, "A=1, B=73\r\n1" + std::string(71, '0') + "\r\n0\r\n\r\n");
 }
 
-TEST(Batch, CodesAndSilentlyDroppedRows) {
+TEST(Batch, CodesSilentlyDroppedRowsAndAFailedCopy) {
     Model f;
     BatchResult out;
     EXPECT_EQ(f.model.Batch("A", " ", "1", &out), Result::kInconsistent);
@@ -256,15 +253,10 @@ TEST(Batch, CodesAndSilentlyDroppedRows) {
     EXPECT_EQ(out.text.find("B=10"), std::string::npos);
     EXPECT_EQ(out.text.find("B=1\r\n1000"), 5u);
     EXPECT_EQ(out.text.find("B=2"), std::string::npos);
-}
-
-// A copy of A that cannot be made (arrays above 10 limbs refused; A has 26)
-// must not come back as the failed copy's 1.
-TEST(Batch, FailedCopyLeavesTheVariable) {
-    Model f;
+    // A copy of A that cannot be made (arrays above 10 limbs refused; A has
+    // 26) must not come back as the failed copy's 1.
     f.Lets({{'A', "10^100"}, {'B', "7"}});
     const std::string before = f.Vars("AB");
-    BatchResult out;
     gMaxLimbAlloc = 10;
     const Result code = f.model.Batch("A+B", "1,2", "3", &out);
     gMaxLimbAlloc = INT32_MAX;

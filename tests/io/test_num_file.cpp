@@ -8,8 +8,8 @@
 
 #include "io/byte_io.h"
 #include "io/num_file.h"
-#include "io_test_util.h"
 #include "support/alloc_refusal.h"
+#include "support/scratch_dir.h"
 #include "support/test_support.h"
 
 namespace {

@@ -11,7 +11,7 @@
 #include <filesystem>
 
 #include "io/byte_io.h"
-#include "io_test_util.h"
+#include "support/scratch_dir.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "io/byte_io.h"
 #include "io/settings.h"
-#include "io_test_util.h"
+#include "support/scratch_dir.h"
 
 TEST(Settings, RecordIsNineteenBytesInOrder) {
     const FrameSettings s{1, -2, 640, 480, 1, 1, 0};

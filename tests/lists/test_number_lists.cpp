@@ -128,17 +128,12 @@ TEST(Cyclotomic, ProductOverDivisorsIsZToTheNMinusOne) {
     }
 }
 
-TEST(Cyclotomic, LargestIndex) {
+TEST(Cyclotomic, LargestIndexAndAStopThatReplacesTheText) {
     ListOutput out;
     ASSERT_EQ(ListCyclotomic(nullptr, 65535, &out), Result::kOk);
     EXPECT_EQ(Leading(out.text, 1)[0][0], 32768) << "phi(3 * 5 * 17 * 257)";
     EXPECT_EQ(Rows(out.text)[0], " expo  coef") << "the exponent column widens to five digits";
-}
-
-TEST(Cyclotomic, StopReplacesTheText) {
     QuitAtPoll quit(1);
-    ListOutput out;
     EXPECT_EQ(ListCyclotomic(&quit, 30, &out), Result::kStopped);
-    EXPECT_EQ(out.text, "interrupted");
-    EXPECT_EQ(out.caption, "cyclotomic polynomial [30]");
+    EXPECT_EQ(out.text + "; " + out.caption, "interrupted; cyclotomic polynomial [30]");
 }

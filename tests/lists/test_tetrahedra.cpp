@@ -101,8 +101,8 @@ TEST(Tetrahedra, SmallestPerfectTetrahedron) {
     EXPECT_FALSE(RationalTetraVolume({{7, 3, 4, 4, 3, 5}}, &v));
 }
 
-TEST(Tetrahedra, StopReportsTheEdgeReached) {
-    ListOutput full, out;
+TEST(Tetrahedra, StopReportsTheEdgeReachedAndRefusedBoundsLeaveOutputAlone) {
+    ListOutput full, out, refused;
     ASSERT_EQ(ListRationalTetrahedra(nullptr, 12, &full), Result::kOk);
     QuitAtPoll quit(8);  // one poll after each largest edge: stops after AB = 8
     ASSERT_EQ(ListRationalTetrahedra(&quit, 12, &out), Result::kStopped);
@@ -111,11 +111,7 @@ TEST(Tetrahedra, StopReportsTheEdgeReached) {
                rows.end());
     EXPECT_EQ(Body(out.text), rows);
     EXPECT_EQ(out.caption, "rational tetrahedra [edge < 9] : " + std::to_string(rows.size()));
-}
-
-TEST(Tetrahedra, RefusedBounds) {
-    ListOutput out;
-    EXPECT_EQ(ListRationalTetrahedra(nullptr, 0, &out), Result::kOutOfBounds);
-    EXPECT_EQ(ListRationalTetrahedra(nullptr, 1000, &out), Result::kOutOfBounds);
-    EXPECT_TRUE(out.caption.empty() && out.text.empty());
+    for (uint32_t bound : {0u, 1000u})
+        EXPECT_EQ(ListRationalTetrahedra(nullptr, bound, &refused), Result::kOutOfBounds);
+    EXPECT_TRUE(refused.caption.empty() && refused.text.empty());
 }

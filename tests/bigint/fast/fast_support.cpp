@@ -80,6 +80,11 @@ std::vector<Limb> Carried(const T* p, size_t n) {
 
 std::vector<Limb> Normalised(const Limb* p, int32_t n) { return Carried(p, size_t(n)); }
 
+std::vector<Limb> MinusOne(std::vector<Limb> v) {
+    for (size_t i = 0; v[i]-- == 0; ++i) v[i] = 9999;
+    return Normalised(v.data(), int32_t(v.size()));
+}
+
 std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b) {
     std::vector<int64_t> col(a.size() + b.size() + 1, 0);
     for (size_t i = 0; i < a.size(); ++i)
@@ -104,41 +109,23 @@ void FromDecimal(BigInt* v, const std::string& s) {
     ASSERT_EQ(BigFromText(&copy[0], v), Result::kOk);
 }
 
-void ToMpz(mpz_t z, const BigInt* v) { mpz_set_str(z, ToDecimal(v).c_str(), 10); }
-
-std::string MpzDecimal(const mpz_t z) {
-    std::string s(mpz_sizeinbase(z, 10) + 2, '\0');
-    mpz_get_str(&s[0], 10, z);
-    s.resize(std::char_traits<char>::length(s.c_str()));
-    return s;
-}
-
-std::vector<Limb> FromMpz(const mpz_t z) {
+std::vector<Limb> FromMpz(const mpz_class& z) {
     Num v;
-    FromDecimal(&v.v, MpzDecimal(z));
+    FromDecimal(&v.v, z.get_str());
     return Normalised(v.v.limbs, v.v.top + 1);
 }
 
-void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_t g,
+void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_class& g,
                    std::vector<Limb>* x, std::vector<Limb>* y) {
-    mpz_t a, b, q;
-    mpz_inits(a, b, q, nullptr);
-    mpz_set(a, g);
+    mpz_class a = g, b = 0;
     for (int32_t i = count - 1; i >= 0; --i) {
-        if (i == where) {
-            std::string digits(huge, '0');
-            for (auto& c : digits) c = static_cast<char>('0' + Rng()() % 10);
-            digits[0] = '7';
-            mpz_set_str(q, digits.c_str(), 10);
-        } else {
-            mpz_set_ui(q, ones ? 1 : 1 + Rng()() % 6);
-        }
-        mpz_addmul(b, q, a);
-        mpz_swap(a, b);
+        std::string digits(i == where ? huge : 0, '7');
+        for (size_t k = 1; k < digits.size(); ++k) digits[k] = char('0' + Rng()() % 10);
+        b += (i == where ? mpz_class(digits) : mpz_class(ones ? 1 : 1 + Rng()() % 6)) * a;
+        swap(a, b);
     }
     *x = FromMpz(a);
     *y = FromMpz(b);
-    mpz_clears(a, b, q, nullptr);
 }
 
 void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& op,

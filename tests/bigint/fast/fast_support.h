@@ -4,7 +4,7 @@
 // and the check that a kernel stops at any poll.
 #pragma once
 
-#include <gmp.h>
+#include <gmpxx.h>
 
 #include <cstdint>
 #include <functional>
@@ -38,19 +38,32 @@ void RandomBig(BigInt* v, int32_t n, bool allowNegative = true);
 std::vector<Limb> NaiveProduct(const std::vector<Limb>& a, const std::vector<Limb>& b);
 // Limbs normalised (carry out of the top pushed into new limbs), zeros stripped.
 std::vector<Limb> Normalised(const Limb* p, int32_t n);
+// The value less one (a positive value), normalised.
+std::vector<Limb> MinusOne(std::vector<Limb> v);
 
 // The pair (x, y) whose continued fraction has `count` quotients, times g:
 // (x, y) := (q·x + y, x) from the last quotient back, starting at (g, 0).
 // Quotients are 1 … 6 at random (all 1 with `ones`), and `huge` digits long
 // at position `where` (-1: nowhere).
-void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_t g,
+void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const mpz_class& g,
                    std::vector<Limb>* x, std::vector<Limb>* y);
 
 std::string ToDecimal(const BigInt* v);
 void FromDecimal(BigInt* v, const std::string& s);
-void ToMpz(mpz_t z, const BigInt* v);
-std::vector<Limb> FromMpz(const mpz_t z);
-std::string MpzDecimal(const mpz_t z);
+// A record's value in GMP, and back to limbs, through decimal text.
+inline mpz_class Gmp(const BigInt* v) { return mpz_class(ToDecimal(v)); }
+std::vector<Limb> FromMpz(const mpz_class& z);
+// GMP's inverse of a modulo m, 0 where there is none; b^e mod m (of b's
+// inverse for e < 0).
+inline mpz_class GmpInverse(const mpz_class& a, const mpz_class& m) {
+    mpz_class r;
+    return mpz_invert(r.get_mpz_t(), a.get_mpz_t(), m.get_mpz_t()) ? r : mpz_class(0);
+}
+inline mpz_class GmpPowMod(const mpz_class& b, const mpz_class& e, const mpz_class& m) {
+    mpz_class r;
+    mpz_powm(r.get_mpz_t(), b.get_mpz_t(), e.get_mpz_t(), m.get_mpz_t());
+    return r;
+}
 
 // Sets thresholds for the scope of a test and restores them afterwards.
 class ThresholdScope {

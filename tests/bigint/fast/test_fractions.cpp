@@ -29,39 +29,24 @@ void RandomFrac(Frac* f) {
     Rng()() % 3 == 0 ? FromDecimal(f->d.Out(), "1") : RandomInt(&f->d, true);
 }
 
-// An mpq that frees itself, canonical when read from a fraction.
-struct Q {
-    mpq_t q;
-    Q() { mpq_init(q); }
-    explicit Q(const Frac& f) : Q() {
-        ToMpz(mpq_numref(q), &f.n.v);
-        ToMpz(mpq_denref(q), &f.d.v);
-        mpq_canonicalize(q);
-    }
-    ~Q() { mpq_clear(q); }
-};
+// The fraction's value, canonical.
+mpq_class Value(const Frac& f) {
+    mpq_class q(Gmp(&f.n.v), Gmp(&f.d.v));
+    q.canonicalize();
+    return q;
+}
 
 // f = want, by cross-multiplication.
-::testing::AssertionResult SameValue(const Frac& f, const Q& want) {
-    Q got;  // numerator and denominator as they stand
-    ToMpz(mpq_numref(got.q), &f.n.v);
-    ToMpz(mpq_denref(got.q), &f.d.v);
-    if (mpz_sgn(mpq_denref(got.q)) == 0) return ::testing::AssertionFailure() << "denominator 0";
-    mpz_mul(mpq_numref(got.q), mpq_numref(got.q), mpq_denref(want.q));
-    mpz_mul(mpq_denref(got.q), mpq_denref(got.q), mpq_numref(want.q));
-    if (mpz_cmp(mpq_numref(got.q), mpq_denref(got.q)) == 0) return ::testing::AssertionSuccess();
+::testing::AssertionResult SameValue(const Frac& f, const mpq_class& want) {
+    const mpz_class n = Gmp(&f.n.v), d = Gmp(&f.d.v);
+    if (d == 0) return ::testing::AssertionFailure() << "denominator 0";
+    if (n * want.get_den() == d * want.get_num()) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << "got " << f.Str();
 }
 
 // x/g and y/g as text.
-std::string Divided(const mpz_t x, const mpz_t y, const mpz_t g) {
-    mpz_t n, d;
-    mpz_inits(n, d, nullptr);
-    mpz_divexact(n, x, g);
-    mpz_divexact(d, y, g);
-    std::string s = MpzDecimal(n) + "/" + MpzDecimal(d);
-    mpz_clears(n, d, nullptr);
-    return s;
+std::string Divided(const mpz_class& x, const mpz_class& y, const mpz_class& g) {
+    return mpz_class(x / g).get_str() + "/" + mpz_class(y / g).get_str();
 }
 
 }  // namespace
@@ -70,35 +55,33 @@ TEST(Fractions, FourOperationsAgainstRationals) {
     using Op = Result (*)(CalcContext*, BigInt*, BigInt*, const BigInt*, const BigInt*,
                           const BigInt*, const BigInt*);
     const Op ops[] = {FracAdd, FracSub, FracMul, FracDiv};
-    void (*const oracle[])(mpq_ptr, mpq_srcptr, mpq_srcptr) = {mpq_add, mpq_sub, mpq_mul, mpq_div};
     CalcContext ctx;
     for (int round = 0; round < 400; ++round) {
         Frac x, y, r;
         RandomFrac(&x);
         RandomFrac(&y);
-        const Q a(x), b(y);
+        const mpq_class a = Value(x), b = Value(y);
         const bool whole = Text(x.d) == "1" && Text(y.d) == "1";
         for (int k = 0; k < 4; ++k) {
             const std::string what = x.Str() + " " + "+-*/"[k] + " " + y.Str();
             const Result rc = ops[k](&ctx, r.n.Out(), r.d.Out(), &x.n.v, &x.d.v, &y.n.v, &y.d.v);
-            if (k == 3 && mpq_sgn(b.q) == 0) {
+            if (k == 3 && b == 0) {
                 EXPECT_EQ(rc, Result::kDivisionByZero) << what;
                 EXPECT_EQ(r.Str(), "0/1") << what;
                 continue;
             }
             ASSERT_EQ(rc, Result::kOk) << what;
-            Q want;
-            oracle[k](want.q, a.q, b.q);
+            const mpq_class want = k == 0   ? mpq_class(a + b)
+                                   : k == 1 ? mpq_class(a - b)
+                                   : k == 2 ? mpq_class(a * b)
+                                            : mpq_class(a / b);
             EXPECT_TRUE(SameValue(r, want)) << what;
             if (!whole) continue;
             // Whole operands give a whole result, except an inexact quotient:
             // reduced, each part keeping its operand's sign (3 / -2 = 3/-2).
-            if (mpz_cmp_ui(mpq_denref(want.q), 1) == 0) {
-                EXPECT_EQ(Text(r.d), "1") << what;
-                continue;
-            }
-            mpz_gcd(mpq_numref(want.q), mpq_numref(a.q), mpq_numref(b.q));
-            EXPECT_EQ(r.Str(), Divided(mpq_numref(a.q), mpq_numref(b.q), mpq_numref(want.q)))
+            EXPECT_EQ(r.Str(), want.get_den() == 1 ? want.get_num().get_str() + "/1"
+                                                   : Divided(a.get_num(), b.get_num(),
+                                                             gcd(a.get_num(), b.get_num())))
                 << what;
         }
     }
@@ -118,16 +101,12 @@ TEST(Fractions, ReduceDividesByTheGcd) {
             std::swap(f.n.v, r.n.v);
             std::swap(f.d.v, r.d.v);
         }
-        mpz_t x, y, g;
-        mpz_inits(x, y, g, nullptr);
-        ToMpz(x, &f.n.v);
-        ToMpz(y, &f.d.v);
+        const mpz_class x = Gmp(&f.n.v), y = Gmp(&f.d.v);
         // The gcd of 0 and y, and of y and -y, is y as it stands.
-        mpz_sgn(x) == 0 || mpz_cmpabs(x, y) == 0 ? mpz_set(g, y) : mpz_gcd(g, x, y);
+        const mpz_class g = x == 0 || abs(x) == abs(y) ? y : mpz_class(gcd(x, y));
         const Result rc = FracReduce(&ctx, &f.n.v, &f.d.v, r.n.Out(), r.d.Out());
-        EXPECT_EQ(rc, mpz_cmp_ui(g, 1) == 0 ? kFracCoprime : Result::kOk) << f.Str();
+        EXPECT_EQ(rc, g == 1 ? kFracCoprime : Result::kOk) << f.Str();
         EXPECT_EQ(r.Str(), Divided(x, y, g)) << f.Str();
-        mpz_clears(x, y, g, nullptr);
     }
 }
 
@@ -144,16 +123,18 @@ TEST(Fractions, PowersWithEitherSignOfExponent) {
         }
         const Num ex(std::to_string(e));
         const std::string what = x.Str() + " ^ " + Text(ex);
-        Q base(x), want;
+        mpq_class base = Value(x), want;
         const Result rc = FracPow(&ctx, r.n.Out(), r.d.Out(), &x.n.v, &x.d.v, &ex.v);
-        if (e < 0 && mpq_sgn(base.q) == 0) {
+        if (e < 0 && base == 0) {
             EXPECT_EQ(rc, Result::kDivisionByZero) << what;
             continue;
         }
         ASSERT_EQ(rc, Result::kOk) << what;
-        if (e < 0) mpq_inv(base.q, base.q);
-        mpz_pow_ui(mpq_numref(want.q), mpq_numref(base.q), static_cast<unsigned long>(std::abs(e)));
-        mpz_pow_ui(mpq_denref(want.q), mpq_denref(base.q), static_cast<unsigned long>(std::abs(e)));
+        if (e < 0) base = 1 / base;
+        mpz_pow_ui(want.get_num_mpz_t(), base.get_num_mpz_t(),
+                   static_cast<unsigned long>(std::abs(e)));
+        mpz_pow_ui(want.get_den_mpz_t(), base.get_den_mpz_t(),
+                   static_cast<unsigned long>(std::abs(e)));
         EXPECT_TRUE(SameValue(r, want)) << what;
         if (Text(x.d) == "1" && e >= 0) {
             EXPECT_EQ(Text(r.d), "1") << what;

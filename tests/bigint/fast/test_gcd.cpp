@@ -23,13 +23,8 @@ void CheckGcd(const std::vector<Limb>& a, const std::vector<Limb>& b, bool withE
     CalcContext ctx;
     ASSERT_EQ(GcdDispatch(&ctx, &x.v, &y.v, &g.v), Result::kOk);
     ASSERT_EQ(g->negative, 0);
-    mpz_t zx, zy, zg;
-    mpz_inits(zx, zy, zg, nullptr);
-    ToMpz(zx, &x.v);
-    ToMpz(zy, &y.v);
-    mpz_gcd(zg, zx, zy);
-    EXPECT_EQ(ToDecimal(&g.v), MpzDecimal(zg)) << a.size() << " and " << b.size() << " limbs";
-    mpz_clears(zx, zy, zg, nullptr);
+    EXPECT_EQ(ToDecimal(&g.v), mpz_class(gcd(Gmp(&x.v), Gmp(&y.v))).get_str())
+        << a.size() << " and " << b.size() << " limbs";
     if (withEuclid) {
         Num e;
         ASSERT_EQ(GcdSchool(&ctx, &x.v, &y.v, &e.v), Result::kOk);
@@ -45,13 +40,8 @@ void CheckInverse(const std::vector<Limb>& av, const std::vector<Limb>& mv) {
     SetLimbs(&m.v, mv, false);
     ASSERT_EQ(ModInverse(&ctx, &a.v, &m.v, &r.v), Result::kOk)
         << av.size() << " mod " << mv.size() << " limbs";
-    mpz_t za, zm, zr;
-    mpz_inits(za, zm, zr, nullptr);
-    ToMpz(za, &a.v);
-    ToMpz(zm, &m.v);
-    if (!mpz_invert(zr, za, zm)) mpz_set_ui(zr, 0);
-    EXPECT_EQ(ToDecimal(&r.v), MpzDecimal(zr)) << av.size() << " mod " << mv.size() << " limbs";
-    mpz_clears(za, zm, zr, nullptr);
+    EXPECT_EQ(ToDecimal(&r.v), GmpInverse(Gmp(&a.v), Gmp(&m.v)).get_str())
+        << av.size() << " mod " << mv.size() << " limbs";
 }
 
 // A modulus of n limbs and a number of k limbs below it, of random shapes;
@@ -174,17 +164,14 @@ TEST(FastModInverse, ZeroMultiplesAndNegativesAnswerAsTheChainDoes) {
 }
 
 TEST(FastGcdAndInverse, QuotientsAllOneAndSingleHugeQuotients) {
-    mpz_t one, g;
-    mpz_inits(one, g, nullptr);
-    mpz_set_ui(one, 1);
-    mpz_set_str(g, "123456789012345678901234567890123456789", 10);
+    const mpz_class one = 1, g("123456789012345678901234567890123456789");
     for (const bool lowered : {true, false}) {
         ThresholdScope scope(lowered ? FastThresholds::Lowered() : FastThresholds());
         std::vector<Limb> x, y;
         // Consecutive Fibonacci numbers (F(60000) has 12539 digits), with and
         // without a common factor: every quotient 1, the longest chain.
-        for (const mpz_t* factor : {&one, &g}) {
-            FromQuotients(lowered ? 1200 : 60000, -1, 0, true, *factor, &x, &y);
+        for (const mpz_class& factor : {one, g}) {
+            FromQuotients(lowered ? 1200 : 60000, -1, 0, true, factor, &x, &y);
             CheckGcd(x, y, lowered);
             CheckInverse(y, x);
         }
@@ -197,5 +184,4 @@ TEST(FastGcdAndInverse, QuotientsAllOneAndSingleHugeQuotients) {
             CheckInverse(y, x);
         }
     }
-    mpz_clears(one, g, nullptr);
 }

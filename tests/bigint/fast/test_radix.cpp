@@ -14,30 +14,19 @@ using namespace fasttest;
 
 namespace {
 
-std::string GmpDigits(const mpz_t z, int base) {
-    std::vector<char> buf(mpz_sizeinbase(z, base) + 2);
-    mpz_get_str(buf.data(), base, z);
-    std::string s = buf.data();
-    for (char& c : s) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return s == "0" ? std::string() : s;
-}
-
 // Every power-of-two base against GMP, and against the reference kernel
 // when it is cheap enough.
 void CheckDigits(const BigInt* v, bool withSchool, const std::string& what) {
-    mpz_t z;
-    mpz_init(z);
-    ToMpz(z, v);
+    const mpz_class z = Gmp(v);
     CalcContext ctx;
     for (int base : {2, 4, 8, 16}) {
         std::string fast = "unset", school;
         ASSERT_EQ(BigToRadixDispatch(&ctx, v, base, &fast), Result::kOk) << what;
-        EXPECT_EQ(fast, GmpDigits(z, base)) << what << ", base " << base;
+        EXPECT_EQ(fast, z == 0 ? "" : z.get_str(-base)) << what << ", base " << base;
         if (!withSchool) continue;
         ASSERT_EQ(BigToRadixSchool(&ctx, v, base, &school), Result::kOk);
         EXPECT_EQ(fast, school) << what << ", base " << base;
     }
-    mpz_clear(z);
 }
 
 // Leaves of 1, 2 and 3 limbs (powers of one word and of two), transforms
@@ -83,21 +72,18 @@ TEST(FastRadix, BothDirectionsAgreeWithDigitAtATimeInEveryBase) {
 }
 
 TEST(FastRadixBinary, ShiftedSumCarriesPastTheShiftedTop) {
-    mpz_t x, y;
-    mpz_inits(x, y, nullptr);
+    mpz_class x, y;
     for (int64_t shift : {0, 1, 31, 32, 45, 64}) {
         std::vector<uint32_t> a(14, 0), b(3, 0xFFFFFFFFu);
         std::fill(a.begin(), a.begin() + 9, 0xFFFFFFFFu);
-        mpz_import(x, a.size(), -1, 4, 0, 0, a.data());
-        mpz_import(y, b.size(), -1, 4, 0, 0, b.data());
-        mpz_mul_2exp(y, y, shift);
-        mpz_add(x, x, y);
+        mpz_import(x.get_mpz_t(), a.size(), -1, 4, 0, 0, a.data());
+        mpz_import(y.get_mpz_t(), b.size(), -1, 4, 0, 0, b.data());
+        x += y << static_cast<mp_bitcnt_t>(shift);
         WordsAddShifted(a.data(), int32_t(a.size()), b.data(), int32_t(b.size()), shift);
         std::vector<uint32_t> want(a.size(), 0);
-        mpz_export(want.data(), nullptr, -1, 4, 0, 0, x);
+        mpz_export(want.data(), nullptr, -1, 4, 0, 0, x.get_mpz_t());
         ASSERT_EQ(a, want) << "shift " << shift;
     }
-    mpz_clears(x, y, nullptr);
 }
 
 TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
@@ -122,19 +108,17 @@ TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
 TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
     const std::vector<unsigned long> tens = {1, 3, 4, 5, 12, 179, 180, 181, 720, 4001};
     const std::vector<unsigned long> twos = {1, 31, 32, 33, 1023, 1024, 1025, 8192};
-    mpz_t z;
-    mpz_init(z);
     for (const FastThresholds& t : ThresholdSets()) {
         ThresholdScope scope(t);
         for (unsigned long b : {10ul, 2ul}) {
             for (unsigned long k : b == 10 ? tens : twos) {
-                mpz_ui_pow_ui(z, b, k);
+                mpz_class z;
+                mpz_ui_pow_ui(z.get_mpz_t(), b, k);
                 for (int below : {0, 1}) {
-                    mpz_sub_ui(z, z, below);
-                    Num v;
-                    FromDecimal(&v.v, MpzDecimal(z));
+                    z -= below;
+                    Num v(z.get_str());
                     CheckDigits(
-                        &v.v, mpz_sizeinbase(z, 10) < 200,
+                        &v.v, z.get_str().size() < 200,
                         std::to_string(b) + "^" + std::to_string(k) + (below ? " - 1" : ""));
                 }
             }
@@ -147,7 +131,6 @@ TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
             CheckDigits(&zero.v, n == 1, "zero of " + std::to_string(n) + " limbs");
         }
     }
-    mpz_clear(z);
 }
 
 TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {

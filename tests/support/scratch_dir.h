@@ -1,7 +1,8 @@
-// Scratch files for the file-format tests.
+// Scratch files for the tests that read and write files.
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include <unistd.h>
@@ -27,4 +28,9 @@ struct ScratchDir {
         std::filesystem::remove_all(path, ec);
     }
     std::string file(const char* name) const { return (path / name).string(); }
+    // The file's path, after writing text into it.
+    std::string write(const char* name, const std::string& text) const {
+        std::ofstream(file(name), std::ios::binary) << text;
+        return file(name);
+    }
 };
