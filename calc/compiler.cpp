@@ -459,6 +459,12 @@ int LookUpFunction(const std::string& name) {
     return 0;
 }
 
+std::vector<std::string> FunctionNames() {
+    std::vector<std::string> names;
+    for (const FunctionName& f : kFunctionNames) names.emplace_back(f.name);
+    return names;
+}
+
 namespace {
 
 // The passes keep their work in standard containers; one that cannot grow

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "calc/tree.h"
 #include "resources/result.h"
@@ -18,6 +19,8 @@
 // The code of a bracketed function name ("SQRT" -> 251), or 0 when the name is
 // not one of the 17 in the table. Names are matched exactly, upper case.
 [[nodiscard]] int LookUpFunction(const std::string& name);
+// The 17 names of that table, in its order (for completion).
+std::vector<std::string> FunctionNames();
 
 // Compiles formula; on success *root holds the new tree, on failure it is
 // empty and the code says why. When failedAt is given it receives the index

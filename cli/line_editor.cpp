@@ -9,7 +9,9 @@
 #include <cstring>
 #include <vector>
 
+#include "calc/compiler.h"
 #include "cli/signal_context.h"
+#include "lists/list_command.h"
 
 #ifdef ORDIX_HAVE_LIBEDIT
 #include <editline/readline.h>
@@ -21,17 +23,7 @@ namespace {
 const char* const kStatementWords[] = {"modulus", "recur",   "cond",  "step", "steps",
                                        "hail",    "convert", "batch", "freq", "read",
                                        "write",   "list",    "help"};
-// The bracket names the compiler knows (calc/compiler.cpp), upper case as it
-// matches them; and the list names of lists/list_command.cpp.
-const char* const kFunctionWords[] = {"ABS",  "BIN",  "BINOM", "C",   "COMB", "CURT",
-                                      "FACT", "GCD",  "HAIL",  "INT", "LCM",  "MOD",
-                                      "P",    "PERM", "QUO",   "SQR", "SQRT"};
 const char* const kRecurWords[] = {"list", "clear", "delete"};
-const char* const kListWords[] = {"primes",     "factor",     "divisors", "squares", "triples",
-                                  "alltriples", "generators", "common",   "tri60",   "tri120",
-                                  "heron",      "ratmed",     "perpmed",  "quads",   "polygons",
-                                  "cubes",      "cyclotomic", "soddy",    "soddy3",  "soddyline",
-                                  "soddyplane", "curvatures", "tetra",    "cyclic",  "bicentric"};
 
 bool StartsWithNoCase(const std::string& word, const std::string& prefix) {
     if (prefix.size() > word.size()) return false;
@@ -42,10 +34,10 @@ bool StartsWithNoCase(const std::string& word, const std::string& prefix) {
     return true;
 }
 
-template <size_t N>
-void AddMatching(const char* const (&words)[N], const std::string& text, const char* after,
+template <class Words>
+void AddMatching(const Words& words, const std::string& text, const char* after,
                  std::vector<std::string>* out) {
-    for (const char* w : words)
+    for (const auto& w : words)
         if (StartsWithNoCase(w, text)) out->push_back(std::string(w) + after);
 }
 
@@ -71,7 +63,7 @@ std::vector<std::string> LineEditor::Completions(const std::string& line, size_t
     std::vector<std::string> out;
     *filesToo = false;
     if (start > 0 && line[start - 1] == '[') {
-        AddMatching(kFunctionWords, text, "]", &out);
+        AddMatching(FunctionNames(), text, "]", &out);
         return out;
     }
     // The words before the one completed decide what it can be.
@@ -93,7 +85,7 @@ std::vector<std::string> LineEditor::Completions(const std::string& line, size_t
     } else if (first == "recur" && before.size() == 1) {
         AddMatching(kRecurWords, text, " ", &out);
     } else if (first == "list" && before.size() == 1) {
-        AddMatching(kListWords, text, " ", &out);
+        AddMatching(ListCommandNames(), text, " ", &out);
     } else if (first == "modulus" && before.size() == 1 && StartsWithNoCase("off", text) &&
                !text.empty()) {
         out.push_back("off");

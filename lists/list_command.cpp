@@ -129,6 +129,25 @@ Result RunCurvatures(CalcContext* ctx, const Args& args, ListOutput* out) {
     return ListCurvatures(ctx, start, max, out);
 }
 
+// The lists of one typed text.
+Result RunTextList(CalcContext* ctx, const Args& args, ListOutput* out) {
+    if (args.size() != 2) return Result::kCannotUnderstand;
+    if (args[0] == "factor") return ListFactor(ctx, args[1], out);
+    if (args[0] == "divisors") return ListDivisors(ctx, args[1], out);
+    return ListTwoSquares(ReadListUnsignedLoose(args[1]), out);
+}
+
+// The lists that read their arguments themselves.
+const struct {
+    const char* name;
+    Result (*run)(CalcContext*, const Args&, ListOutput*);
+} kOtherLists[] = {
+    {"factor", RunTextList},       {"divisors", RunTextList}, {"squares", RunTextList},
+    {"heron", RunTriangles},       {"ratmed", RunTriangles},  {"perpmed", RunTriangles},
+    {"quads", RunQuads},           {"polygons", RunPolygons}, {"cubes", RunCubes},
+    {"curvatures", RunCurvatures},
+};
+
 }  // namespace
 
 Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
@@ -141,17 +160,14 @@ Result RunListCommand(CalcContext* ctx, const Args& args, ListOutput* out) {
         if (Result code = ReadListValue(list.kind, args[1], &value)) return code;
         return list.run(ctx, value, out);
     }
-    if (name == "factor" || name == "divisors" || name == "squares") {
-        if (args.size() != 2) return Result::kCannotUnderstand;
-        if (name == "factor") return ListFactor(ctx, args[1], out);
-        if (name == "divisors") return ListDivisors(ctx, args[1], out);
-        return ListTwoSquares(ReadListUnsignedLoose(args[1]), out);
-    }
-    if (name == "heron" || name == "ratmed" || name == "perpmed")
-        return RunTriangles(ctx, args, out);
-    if (name == "quads") return RunQuads(ctx, args, out);
-    if (name == "polygons") return RunPolygons(ctx, args, out);
-    if (name == "cubes") return RunCubes(ctx, args, out);
-    if (name == "curvatures") return RunCurvatures(ctx, args, out);
+    for (const auto& list : kOtherLists)
+        if (name == list.name) return list.run(ctx, args, out);
     return Result::kCouldNotFind;
+}
+
+std::vector<std::string> ListCommandNames() {
+    std::vector<std::string> names;
+    for (const OneNumberList& list : kOneNumberLists) names.emplace_back(list.name);
+    for (const auto& list : kOtherLists) names.emplace_back(list.name);
+    return names;
 }

@@ -23,3 +23,6 @@
 // that a row that does not fit ends the run instead of waiting for a Q that
 // no one will type.
 Result RunListCommand(CalcContext* ctx, const std::vector<std::string>& args, ListOutput* out);
+
+// Every list name RunListCommand knows, for completion.
+std::vector<std::string> ListCommandNames();
