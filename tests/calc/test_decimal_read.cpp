@@ -9,6 +9,8 @@
 #endif
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 
 #include "calc/decimal_read.h"
 #include "support/scratch_dir.h"
@@ -63,6 +65,34 @@ TEST(DecimalRead, FilesThatHoldNoNumberOrTooMuch) {
     EXPECT_EQ(ReadDecimalFile("/dev/zero", v.Out(), &quit), Result::kStopped);
     EXPECT_EQ(quit.polls(), 1);
 #endif
+}
+
+// A file cut short while it is read gives the digits that were there; one
+// that grows is read on, up to the ceiling.
+TEST(DecimalRead, FileChangingWhileRead) {
+    ScratchDir s;
+    const std::string path = s.write("n.txt", std::string(9 << 20, '7'));  // past the first poll
+    struct Cutting : CalcContext {
+        std::string path;
+        int PollQuitKey() override {
+            std::filesystem::resize_file(path, 1000);
+            return 0;
+        }
+    } cut;
+    cut.path = path;
+    Num v;
+    const Result code = ReadDecimalFile(path, v.Out(), &cut);
+    ASSERT_TRUE(code == Result::kOk || code == Result::kCouldNotFind) << code;
+    EXPECT_EQ(Text(v).find_first_not_of('7'), std::string::npos);
+    struct Growing : CalcContext {
+        std::string path;
+        int PollQuitKey() override {
+            std::ofstream(path, std::ios::app) << std::string(16 << 20, '1');
+            return 0;
+        }
+    } grow;
+    grow.path = s.write("g.txt", std::string(9 << 20, '7'));
+    EXPECT_EQ(ReadDecimalFile(grow.path, v.Out(), &grow, 32 << 20), Result::kNoMemory);
 }
 
 // Memory running out while the digits are gathered is code 3, not an abort:
