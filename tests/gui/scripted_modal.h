@@ -48,12 +48,13 @@ public:
     QStringList defaults;  // the texts the input dialogs opened with
     int unexpected = 0;
 
-    // The code of the last error message shown, 0 for none.
-    int lastError() const {
-        for (int i = calls.size() - 1; i >= 0; --i)
-            if (calls[i].what == QLatin1String("error")) return calls[i].kind;
-        return 0;
+    QList<int> errors() const {
+        QList<int> codes;
+        for (const ModalCall& c : calls)
+            if (c.what == QLatin1String("error")) codes << c.kind;
+        return codes;
     }
+    int lastError() const { return errors().value(errors().size() - 1); }  // 0 for none
     int count(const char* what) const {
         int n = 0;
         for (const ModalCall& c : calls) n += c.what == QLatin1String(what);
