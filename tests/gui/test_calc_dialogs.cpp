@@ -1,7 +1,5 @@
-// The calculation dialogs on their own: Batch, hailstone, base conversion
-// and recursion, driven by typing and clicking, with a stub host for the
-// runs. What reaches the model and the output, the busy caption that
-// refuses a second press, and the reported codes.
+// The calculation dialogs on their own, driven by typing and clicking, with
+// a stub host for the runs.
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -105,7 +103,6 @@ private slots:
         QCOMPARE(f.Var('M'), std::string("9232"));
         QCOMPARE(modal.calls.size(), 0);
 
-        // The chosen boxes reach the run.
         dlg.seedBox()->setCurrentIndex(2);  // C, empty
         QCOMPARE(dlg.calculate(), 2);
         f.Let('C', "6");

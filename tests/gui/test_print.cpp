@@ -97,7 +97,6 @@ private slots:
                  QStringLiteral("first line second line"));
         text.close();
 
-        // A number window prints the digits it shows.
         {
             Num v(std::string(2000, '7')), one("1");
             TNumWin num(nullptr, "number1", 1, &v.v, &one.v, FontTableEntry(2, 96));
@@ -115,7 +114,6 @@ private slots:
         QVERIFY(table.append(rows));
         table.setTextAndTitle("squares");
         table.command(kTblForward);
-        // Offsets set in the dialog move the next print.
         ScriptedModal modal;
         modal.onDialog = [](QDialog* d) { Child(d, "ctl213")->setText("7.62"); };
         modal.answer(QDialog::Accepted);
