@@ -115,19 +115,16 @@ private slots:
         QCOMPARE(Calculate(f, "Q+1", kB), 2);  // no such variable
         QCOMPARE(modal.lastError(), 2);
         QVERIFY(!f.numWin(kB));
-    }
 
-    void overwriteAsksAndNoChangesNothing() {
-        ScriptedModal modal;
-        TCalcFrame f;
+        // Overwriting asks; No changes nothing, a failure leaves the value.
         QCOMPARE(Calculate(f, "12", kC), 0);
         modal.answer(kMbNo);
         QVERIFY(Calculate(f, "1/0", kC) != 0);
         QCOMPARE(modal.calls.last().text, QString("overwrite existing file?"));
-        QCOMPARE(modal.count("error"), 0);  // refused before anything was computed
+        QCOMPARE(modal.count("error"), 1);  // refused before anything was computed
         QCOMPARE(Text(f, kC), std::string("12"));
         modal.answer(kMbYes);
-        QCOMPARE(Calculate(f, "1/0", kC), 104);  // a failure leaves the value
+        QCOMPARE(Calculate(f, "1/0", kC), 104);
         QCOMPARE(Text(f, kC), std::string("12"));
         modal.answer(kMbYes);
         QCOMPARE(Calculate(f, "C*C", kC), 0);
@@ -426,7 +423,7 @@ private slots:
 
     // The Heronian dialog with its presets lists 1690 triangles and stays
     // open; its bounds are checked before anything runs.
-    void heronianDialogRunsWithItsPresets() {
+    void listDialogsStayOpenAndCheckTheirBounds() {
         ScriptedModal modal;
         TCalcFrame f;
         f.command(kCmdHeronian);
@@ -449,13 +446,10 @@ private slots:
         d->rightBox()->setChecked(true);
         QCOMPARE(d->list(), 0);
         QCOMPARE(ListText(f).split("\r\n").value(2).simplified(), QString("12 3 4 5 6"));
-    }
 
-    // The perpendicular medians dialog keeps its summary as its caption; the
-    // quadruples take the bounds and kinds, the fourth choice lists lattice cubes.
-    void mediansAndQuadruplesDialogs() {
-        ScriptedModal modal;
-        TCalcFrame f;
+        // The perpendicular medians dialog keeps its summary as its caption;
+        // the quadruples take the bounds and kinds, the fourth choice lists
+        // lattice cubes.
         f.command(kCmdPerpendicularMedians);
         TRatMDlg* p = f.lists().perpendicularDialog();
         QCOMPARE(p->list(), 0);
@@ -464,23 +458,23 @@ private slots:
         QCOMPARE(p->windowTitle(), summary);
 
         f.command(kCmdQuadruples);
-        TQuadDlg* d = f.lists().quadDialog();
-        QVERIFY(d && d->isVisible());
-        d->minEdit()->setText("3");
-        d->maxEdit()->setText("3");
-        d->ascendingBox()->setChecked(true);
-        d->choose(253);
-        QCOMPARE(d->list(), 0);
+        TQuadDlg* q = f.lists().quadDialog();
+        QVERIFY(q && q->isVisible());
+        q->minEdit()->setText("3");
+        q->maxEdit()->setText("3");
+        q->ascendingBox()->setChecked(true);
+        q->choose(253);
+        QCOMPARE(q->list(), 0);
         QCOMPARE(ListCaption(f), QString("Pythagorean quadruples [repeats; length = 3] : 1"));
-        QVERIFY(!d->duplicatesBox()->isVisibleTo(d));
+        QVERIFY(!q->duplicatesBox()->isVisibleTo(q));
         FindMenuAction(&f, kCmdLatticeCubes)->trigger();
-        QCOMPARE(d->choice(), 254);
-        QVERIFY(!d->minEdit()->isVisibleTo(d) && d->duplicatesBox()->isVisibleTo(d));
-        d->maxEdit()->setText("3");
-        QCOMPARE(d->list(), 0);
+        QCOMPARE(q->choice(), 254);
+        QVERIFY(!q->minEdit()->isVisibleTo(q) && q->duplicatesBox()->isVisibleTo(q));
+        q->maxEdit()->setText("3");
+        QCOMPARE(q->list(), 0);
         QVERIFY(ListCaption(f).startsWith("lattice cubes"));
-        d->maxEdit()->setText("0");
-        QCOMPARE(d->list(), 17);
+        q->maxEdit()->setText("0");
+        QCOMPARE(q->list(), 17);
         QCOMPARE(modal.lastError(), 17);
     }
 

@@ -152,9 +152,7 @@ private slots:
         modal.answerFile(path);
         w.command(kTxtSave);  // no file yet: asks for one
         QCOMPARE(modal.calls.last().text, QStringLiteral("Text Files (*.txt)"));
-        QByteArray expect = QString::fromUtf8("r\u00e9sum\u00e9\n2 \u2013 1").toUtf8();
-        expect.append('\0');
-        QCOMPARE(ReadAll(path), expect);
+        QCOMPARE(ReadAll(path), QString::fromUtf8("r\u00e9sum\u00e9\n2 \u2013 1").toUtf8() + '\0');
         QVERIFY(!w.isModified());
 
         TTextWin r(nullptr, "t", "", "", 0);
