@@ -112,7 +112,8 @@ private slots:
         QCOMPARE(modal.count("error"), 2);  // a declined lunch says nothing
     }
 
-    // Copy and cut follow the selection; the text is held to the buffer size.
+    // Copy and cut follow the selection; the text is held to the buffer
+    // size; minus signs take codes 2 to 255.
     void editCommandsFollowTheSelectionAndTheBufferSize() {
         TTextWin w(nullptr, "t", "", QString(kTextBufferChars + 10, 'x'), 0);
         QCOMPARE(w.text().size(), kTextBufferChars);
@@ -128,23 +129,23 @@ private slots:
         w.command(kTxtPaste);  // replaces one character: one fits
         QCOMPARE(w.text().size(), kTextBufferChars);
         QVERIFY(w.text().startsWith("pyy"));
-    }
 
-    void minusSignsTakeCodesTwoTo255() {
         ScriptedModal modal;
-        TTextWin w(nullptr, "t", "", "-1 - 2", 0);
+        TTextWin m(nullptr, "t", "", "-1 - 2", 0);
         modal.answerText("256");
-        w.command(kTxtMinusSigns);
+        m.command(kTxtMinusSigns);
         QCOMPARE(modal.lastError(), 1);
-        QCOMPARE(w.text(), QStringLiteral("-1 - 2"));
+        QCOMPARE(m.text(), QStringLiteral("-1 - 2"));
         modal.answerText("150");
-        w.command(kTxtMinusSigns);
-        QCOMPARE(w.text(), QString::fromUtf8("\u20131 \u2013 2"));
+        m.command(kTxtMinusSigns);
+        QCOMPARE(m.text(), QString::fromUtf8("\u20131 \u2013 2"));
         QCOMPARE(modal.defaults.last(), QStringLiteral("150"));
-        QVERIFY(w.isModified());
+        QVERIFY(m.isModified());
     }
 
-    void saveWritesTrailingZeroAndOpenReadsItBack() {
+    // Save writes a trailing zero, open reads it back (8-bit files too);
+    // closing a modified text asks to save.
+    void filesSaveOpenAndCloseAsking() {
         QTemporaryDir dir;
         ScriptedModal modal;
         const QString path = dir.filePath("out.txt");
@@ -170,33 +171,29 @@ private slots:
         modal.answerFile(dir.filePath("missing.txt"));
         r.command(kTxtOpen);
         QCOMPARE(modal.lastError(), 11);
-    }
 
-    void closingModifiedTextAsksToSave() {
-        QTemporaryDir dir;
-        ScriptedModal modal;
-        const QString path = dir.filePath("keep.txt");
-        TTextWin w(nullptr, "t", path, "x", 0);
-        w.show();
-        w.editor()->insertPlainText("changed ");
+        const QString keep = dir.filePath("keep.txt");
+        TTextWin k(nullptr, "t", keep, "x", 0);
+        k.show();
+        k.editor()->insertPlainText("changed ");
         modal.answer(kMbCancel);
-        QVERIFY(!w.close());
-        QCOMPARE(modal.calls.last().text, "save changes to " + path + "?");
+        QVERIFY(!k.close());
+        QCOMPARE(modal.calls.last().text, "save changes to " + keep + "?");
         QCOMPARE(modal.calls.last().kind, int(kMsgYesNoCancel));
-        QVERIFY(!QFile::exists(path));
+        QVERIFY(!QFile::exists(keep));
 
         modal.answer(kMbYes);
-        QVERIFY(w.close());
-        QCOMPARE(ReadAll(path), QByteArray("changed x\0", 10));
+        QVERIFY(k.close());
+        QCOMPARE(ReadAll(keep), QByteArray("changed x\0", 10));
 
-        TTextWin f(nullptr, "t", dir.filePath("no/dir.txt"), "x", 0);
-        f.show();
-        f.editor()->insertPlainText("y");
+        TTextWin g(nullptr, "t", dir.filePath("no/dir.txt"), "x", 0);
+        g.show();
+        g.editor()->insertPlainText("y");
         modal.answer(kMbYes);  // the save fails: the window stays
-        QVERIFY(!f.close());
+        QVERIFY(!g.close());
         QCOMPARE(modal.lastError(), 12);
         modal.answer(kMbNo);
-        QVERIFY(f.close());
+        QVERIFY(g.close());
         QCOMPARE(modal.count("message"), 4);
     }
 
