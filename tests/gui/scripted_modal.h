@@ -48,12 +48,13 @@ public:
     QStringList defaults;  // the texts the input dialogs opened with
     int unexpected = 0;
 
-    // The code of the last error message shown, 0 for none.
-    int lastError() const {
-        for (int i = calls.size() - 1; i >= 0; --i)
-            if (calls[i].what == QLatin1String("error")) return calls[i].kind;
-        return 0;
+    QList<int> errors() const {
+        QList<int> codes;
+        for (const ModalCall& c : calls)
+            if (c.what == QLatin1String("error")) codes << c.kind;
+        return codes;
     }
+    int lastError() const { return errors().value(errors().size() - 1); }  // 0 for none
     int count(const char* what) const {
         int n = 0;
         for (const ModalCall& c : calls) n += c.what == QLatin1String(what);
@@ -62,8 +63,7 @@ public:
 
     int messageBox(QWidget*, const QString& caption, const QString& text, int kind) override {
         calls.append({"message", caption, text, kind});
-        Answer a;
-        return take(&a) ? a.result : int(kMbCancel);
+        return next().result;
     }
     void errorMessage(QWidget*, Result code, const QString& caption) override {
         calls.append({"error", caption.isEmpty() ? QStringLiteral("hmm ...") : caption,
@@ -73,8 +73,8 @@ public:
                   int maxChars) override {
         calls.append({"input", caption, prompt, maxChars});
         defaults.append(*text);
-        Answer a;
-        if (!take(&a) || !a.ok) return false;
+        const Answer a = next();
+        if (!a.ok) return false;
         *text = a.text1.left(maxChars);
         return true;
     }
@@ -82,8 +82,8 @@ public:
                   QString* text1, int max1, QString* text2, int max2, const QString&,
                   const QString&) override {
         calls.append({"input2", caption, label1, max1});
-        Answer a;
-        if (!take(&a) || !a.ok) return false;
+        const Answer a = next();
+        if (!a.ok) return false;
         *text1 = a.text1.left(max1);
         *text2 = a.text2.left(max2);
         return true;
@@ -98,16 +98,16 @@ public:
     }
     bool chooseFont(QWidget*, QFont* font) override {
         calls.append({"font", QString(), font->family(), 0});
-        Answer a;
-        if (!take(&a) || !a.ok) return false;
+        const Answer a = next();
+        if (!a.ok) return false;
         *font = a.font;
         return true;
     }
     int runDialog(QDialog* dialog) override {
         calls.append({"dialog", dialog->objectName(), dialog->windowTitle(), 0});
         if (onDialog) onDialog(dialog);
-        Answer a;
-        if (take(&a) && a.ok && a.result == QDialog::Accepted)
+        const Answer a = next();
+        if (a.ok && a.result == QDialog::Accepted)
             dialog->accept();  // a dialog that refuses its input stays rejected
         else
             dialog->reject();
@@ -121,19 +121,19 @@ private:
         QString text1, text2;
         QFont font;
     };
-    bool take(Answer* a) {
+    Answer next() {
         if (queue_.empty()) {
             ++unexpected;
-            return false;
+            return {kMbCancel, false, {}, {}, {}};
         }
-        *a = queue_.front();
+        const Answer a = queue_.front();
         queue_.pop_front();
-        return true;
+        return a;
     }
     QString file(const char* what, const QString& caption, const QString& filter) {
         calls.append({what, caption, filter, 0});
-        Answer a;
-        return take(&a) && a.ok ? a.text1 : QString();
+        const Answer a = next();
+        return a.ok ? a.text1 : QString();
     }
 
     Modal* previous_;

@@ -1,7 +1,5 @@
-// The calculation dialogs on their own: Batch, hailstone, base conversion
-// and recursion, driven by typing and clicking, with a stub host for the
-// runs. What reaches the model and the output, the busy caption that
-// refuses a second press, and the reported codes.
+// The calculation dialogs on their own, driven by typing and clicking, with
+// a stub host for the runs.
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -21,11 +19,9 @@
 
 namespace {
 
-// Answers Q at every poll.
-class QuitContext : public CalcContext {
-public:
-    int PollQuitKey() override { return kQuitKey; }
-};
+void Click(QWidget* dlg, const char* name) {
+    QTest::mouseClick(dlg->findChild<QPushButton*>(QLatin1String(name)), Qt::LeftButton);
+}
 
 // Presses "calculate" and records the dialog's caption during the run, when
 // a second press must do nothing.
@@ -36,7 +32,7 @@ QString CalculateWhileWatching(Dlg* dlg, StubHost* host) {
         caption = dlg->windowTitle();
         QCOMPARE(dlg->calculate(), 0);
     };
-    QTest::mouseClick(dlg->template findChild<QPushButton*>("calculate"), Qt::LeftButton);
+    Click(dlg, "calculate");
     host->onRun = nullptr;
     return caption;
 }
@@ -53,22 +49,11 @@ QStringList Rows(const TRecurDlg& dlg) {
     return rows;
 }
 
-QList<int> ErrorCodes(const ScriptedModal& modal) {
-    QList<int> codes;
-    for (const ModalCall& c : modal.calls)
-        if (c.what == QLatin1String("error")) codes << c.kind;
-    return codes;
-}
-
 // Types an entry and presses Return, which the default button "enter" takes.
 void Type(TRecurDlg* dlg, const QString& text, bool condition = false) {
     (condition ? dlg->conditionButton() : dlg->stepButton())->setChecked(true);
     dlg->entryEdit()->setText(text);
     QTest::keyClick(dlg->entryEdit(), Qt::Key_Return);
-}
-
-void Click(QWidget* dlg, const char* name) {
-    QTest::mouseClick(dlg->findChild<QPushButton*>(QLatin1String(name)), Qt::LeftButton);
 }
 
 }  // namespace
@@ -118,7 +103,6 @@ private slots:
         QCOMPARE(f.Var('M'), std::string("9232"));
         QCOMPARE(modal.calls.size(), 0);
 
-        // The chosen boxes reach the run.
         dlg.seedBox()->setCurrentIndex(2);  // C, empty
         QCOMPARE(dlg.calculate(), 2);
         f.Let('C', "6");
@@ -142,7 +126,7 @@ private slots:
         QTest::mouseClick(BaseButton(&dlg, 0, 16), Qt::LeftButton);
         QTest::mouseClick(BaseButton(&dlg, 1, 2), Qt::LeftButton);
         dlg.inputEdit()->setText("f f");
-        QTest::mouseClick(dlg.findChild<QPushButton*>("convert"), Qt::LeftButton);
+        Click(&dlg, "convert");
         QCOMPARE(dlg.outputEdit()->text(), QStringLiteral("11111111"));
         QCOMPARE(modal.calls.size(), 0);
 
@@ -152,7 +136,7 @@ private slots:
         QCOMPARE(dlg.inputEdit()->text(), QStringLiteral("fg"));
         QCOMPARE(modal.lastError(), 1);
 
-        QuitContext quitting;
+        QuitAtPoll quitting(1);
         TConvDlg stopped(nullptr, &quitting, &host);
         BaseButton(&stopped, 0, 10)->setChecked(true);
         BaseButton(&stopped, 1, 2)->setChecked(true);
@@ -176,7 +160,7 @@ private slots:
         QCOMPARE(Rows(dlg), QStringList({"a = b", "b=a+b", "0 < a-b", "0 < b"}));
         QCOMPARE(modal.calls.size(), 0);
         Type(&dlg, "(1", true);  // reported as it is entered and again: stays to be corrected
-        QCOMPARE(ErrorCodes(modal), QList<int>({108, 1}));
+        QCOMPARE(modal.errors(), QList<int>({108, 1}));
         QCOMPARE(dlg.entryEdit()->text(), QStringLiteral("(1"));
 
         // Row 2 is past the two steps: the newest condition.
@@ -231,7 +215,7 @@ private slots:
         f.model.ClearRecursion();  // a failing step is reported once
         QCOMPARE(f.model.EnterStep("e=Z"), Result::kOk);
         QCOMPARE(OneStepCommand(&f.model, &host), 2);
-        QCOMPARE(ErrorCodes(modal), QList<int>({14, 2}));
+        QCOMPARE(modal.errors(), QList<int>({14, 2}));
     }
 };
 

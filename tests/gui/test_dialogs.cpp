@@ -93,7 +93,9 @@ private slots:
         QCOMPARE(r.ran.size(), 3);
     }
 
-    void realMessageBoxesAnswerTheirCodes() {
+    // The real dialogs behind the seam: boxes answer their codes, an input
+    // gives its text only on ok, an error shows its text under "hmm ...".
+    void realDialogsAnswerThroughTheSeam() {
         struct Case {
             int kind, button, answer;
         };
@@ -106,9 +108,7 @@ private slots:
         TMsgDlg box(nullptr, "c", "t", kMsgYesNo);
         QTimer::singleShot(0, [&box] { box.reject(); });  // Escape
         QCOMPARE(box.exec(), int(kMbCancel));
-    }
 
-    void realInputDialogsReturnTextOnlyOnOk() {
         QTimer::singleShot(0, [] {
             QWidget* dlg = QApplication::activeModalWidget();
             auto* edit = dlg->findChild<QLineEdit*>("ctl211");
@@ -122,42 +122,45 @@ private slots:
         ClickWhenShown(2);
         QVERIFY(!TheModal().oneInput(nullptr, "input", "search for", &t, 5));
         QCOMPARE(t, QStringLiteral("toolo"));
+
+        QTimer::singleShot(0, [] {
+            auto* error = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QVERIFY(error);
+            QCOMPARE(error->windowTitle(), QStringLiteral("hmm ..."));
+            QCOMPARE(error->text(), QStringLiteral("cannot save file"));
+            error->accept();
+        });
+        ShowError(nullptr, Result::kCannotSaveFile);
     }
 
-    void keysAreReadOneAtATime() {
+    // Keys are read one at a time; sizing or a click stops a run, and no
+    // window closes under it.
+    void pollsReadKeysAndWindowActions() {
         QMainWindow w;
         auto* calc = new QAction(&w);
         calc->setShortcut(QKeySequence("Ctrl+C"));
         bool ran = false;
         connect(calc, &QAction::triggered, [&] { ran = true; });
         w.addAction(calc);
-        w.show();
-        QtPollContext ctx;
-        PollScope scope(&ctx, &w);
-        QCoreApplication::postEvent(&w, new QKeyEvent(QEvent::KeyPress, Qt::Key_X, {}, "x"));
-        QCoreApplication::postEvent(&w, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, {}, "q"));
-        QCoreApplication::postEvent(
-            &w, new QKeyEvent(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, ""));
-        QCoreApplication::postEvent(
-            &w, new QKeyEvent(QEvent::KeyPress, Qt::Key_D, Qt::ControlModifier, ""));
-        QCOMPARE(NextKey(ctx), int('X'));             // other keys are read and ignored
-        QCOMPARE(ctx.PollQuitKey(), kQuitKey);        // q reads as Q
-        QCOMPARE(ctx.PollQuitKey(), kQuitKey);        // a command's key reads as Q ...
-        QVERIFY(!ran);                                // ... and its command does not run
-        QCOMPARE(ctx.PollQuitKey(), int(Qt::Key_D));  // Ctrl+D is no command here
-        QCOMPARE(ctx.PollQuitKey(), 0);
-        QVERIFY(!ctx.PollInterrupt());
-    }
-
-    void windowActionsInterrupt() {
-        QMainWindow w;
         w.resize(300, 200);
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
         QtPollContext ctx;
         {
             PollScope scope(&ctx, &w);
-            QTest::qWait(10);
+            auto post = [&](int key, Qt::KeyboardModifiers mods, const char* text) {
+                QCoreApplication::postEvent(&w, new QKeyEvent(QEvent::KeyPress, key, mods, text));
+            };
+            post(Qt::Key_X, {}, "x");
+            post(Qt::Key_Q, {}, "q");
+            post(Qt::Key_C, Qt::ControlModifier, "");
+            post(Qt::Key_D, Qt::ControlModifier, "");
+            QCOMPARE(NextKey(ctx), int('X'));             // other keys are read and ignored
+            QCOMPARE(ctx.PollQuitKey(), kQuitKey);        // q reads as Q
+            QCOMPARE(ctx.PollQuitKey(), kQuitKey);        // a command's key reads as Q ...
+            QVERIFY(!ran);                                // ... and its command does not run
+            QCOMPARE(ctx.PollQuitKey(), int(Qt::Key_D));  // Ctrl+D is no command here
+            QCOMPARE(ctx.PollQuitKey(), 0);
             QVERIFY(!ctx.PollInterrupt());
             w.resize(320, 220);  // sizing goes on, and stops the run
             QVERIFY(ctx.PollInterrupt());
@@ -176,7 +179,9 @@ private slots:
         QVERIFY(w.close());
     }
 
-    void lunchShowsFiveDishesAndOkSaysKitchenClosed() {
+    // Lunch shows five dishes and its ok says the kitchen is closed; the
+    // about box shows its text, once however often asked.
+    void lunchAndAboutRunThroughTheSeam() {
         TLunch dlg(nullptr);
         QSet<QString> shown;
         for (int id = 271; id <= 275; ++id)
@@ -189,17 +194,14 @@ private slots:
         modal.answer(QDialog::Accepted);
         RunLunch(nullptr);
         QCOMPARE(modal.lastError(), 13);
-    }
 
-    void aboutBoxShowsItsTextOnce() {
-        ScriptedModal modal;
         modal.answer(QDialog::Accepted);
         modal.onDialog = [](QDialog* d) {
             QCOMPARE(d->findChild<QPlainTextEdit*>("ctl211")->toPlainText(), TAboutDlg::Text());
             ShowAbout(nullptr);  // a second request while open makes no second box
         };
         ShowAbout(nullptr);
-        QCOMPARE(modal.count("dialog"), 1);
+        QCOMPARE(modal.count("dialog"), 3);  // two lunches, one about box
     }
 
     void dialogsOpenNearDefaultOrRememberedPlace() {
@@ -214,17 +216,6 @@ private slots:
             dlg.accept();
         }
         QCOMPARE(remembered, QPoint(40, 50));
-    }
-
-    void errorMessageShowsTextUnderHmm() {
-        QTimer::singleShot(0, [] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            QVERIFY(box);
-            QCOMPARE(box->windowTitle(), QStringLiteral("hmm ..."));
-            QCOMPARE(box->text(), QStringLiteral("cannot save file"));
-            box->accept();
-        });
-        ShowError(nullptr, Result::kCannotSaveFile);
     }
 
     void fontTableSurvivesTheQtRoundTrip() {

@@ -1,9 +1,5 @@
-// The main frame driven as a user would: Calculate, overwrite, modulus,
-// paste, number files, the View menu, the settings file, stopping a long
-// computation with Q, label tables, the calculation dialogs its menus open,
-// and the Lists menu: the bounds dialogs with their captions, prompts and
-// defaults, refusals, the list and factorization windows with their summary
-// captions, and the modeless triangle and quadruple dialogs.
+// The main frame driven as a user would, through its menus, keys and the
+// dialogs they open, down to the list windows and their captions.
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -39,6 +35,7 @@
 #include "io/settings.h"
 #include "resources/menus_frame.h"
 #include "scripted_modal.h"
+#include "support/test_support.h"
 #include "windows/help_win.h"
 #include "windows/note_win.h"
 #include "windows/num_win.h"
@@ -52,10 +49,7 @@ constexpr int kA = 1, kB = 2, kC = 3, kN = 14;
 // The decimal text of a label's numerator ("" when empty).
 std::string Text(TCalcFrame& f, int label) {
     const NumberValue* v = f.model().Variable(label);
-    if (!v) return std::string();
-    std::string buf(static_cast<size_t>(BigTextLength(&v->numerator)) + 8, '\0');
-    BigToText(&v->numerator, buf.data(), static_cast<int32_t>(buf.size()), 0, -1, 0, 0);
-    return buf.c_str();
+    return v ? Text(&v->numerator) : std::string();
 }
 
 int Calculate(TCalcFrame& f, const QString& formula, int label) {
@@ -104,13 +98,8 @@ class TestFrame : public QObject {
 private slots:
     void init() { qputenv("ORDIX_INI_DIR", QByteArray(dir_.path().toLocal8Bit())); }
 
-    void programIconIsCompiledIn() {
-        const QIcon icon = ProgramIcon();
-        QVERIFY(!icon.isNull());
-        QCOMPARE(icon.pixmap(64, 64).size(), QSize(64, 64));
-    }
-
     void calculateStoresAndShowsTheResult() {
+        QCOMPARE(ProgramIcon().pixmap(64, 64).size(), QSize(64, 64));  // compiled in
         ScriptedModal modal;
         TCalcFrame f;
         QCOMPARE(f.calcDialog()->create(), 0);  // the presets: 2^100 into N
@@ -126,19 +115,16 @@ private slots:
         QCOMPARE(Calculate(f, "Q+1", kB), 2);  // no such variable
         QCOMPARE(modal.lastError(), 2);
         QVERIFY(!f.numWin(kB));
-    }
 
-    void overwriteAsksAndNoChangesNothing() {
-        ScriptedModal modal;
-        TCalcFrame f;
+        // Overwriting asks; No changes nothing, a failure leaves the value.
         QCOMPARE(Calculate(f, "12", kC), 0);
         modal.answer(kMbNo);
         QVERIFY(Calculate(f, "1/0", kC) != 0);
         QCOMPARE(modal.calls.last().text, QString("overwrite existing file?"));
-        QCOMPARE(modal.count("error"), 0);  // refused before anything was computed
+        QCOMPARE(modal.count("error"), 1);  // refused before anything was computed
         QCOMPARE(Text(f, kC), std::string("12"));
         modal.answer(kMbYes);
-        QCOMPARE(Calculate(f, "1/0", kC), 104);  // a failure leaves the value
+        QCOMPARE(Calculate(f, "1/0", kC), 104);
         QCOMPARE(Text(f, kC), std::string("12"));
         modal.answer(kMbYes);
         QCOMPARE(Calculate(f, "C*C", kC), 0);
@@ -170,9 +156,15 @@ private slots:
         QCOMPARE(f.model().ModulusFormula(), std::string("3+4"));
     }
 
+    // Reading a long pasted number polls: Q stops it and no label is taken.
     void pasteTakesTheFirstFreeLabel() {
         ScriptedModal modal;
         TCalcFrame f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        PostQ(&f);
+        QCOMPARE(f.pasteNumber(QString(20'000'000, QLatin1Char('7'))), -1);
+        QCOMPARE(f.model().FirstFreeLabel(), 1);
         QCOMPARE(Calculate(f, "1", kA), 0);
         QCOMPARE(f.pasteNumber(" -12,345\n"), 0);
         QCOMPARE(Text(f, kB), std::string("-12345"));
@@ -235,19 +227,6 @@ private slots:
         QCOMPARE(g.geometry(), QRect(100, 120, 500, 150));
     }
 
-    void whiteBackgroundsToggles() {
-        ScriptedModal modal;
-        TCalcFrame f;
-        QCOMPARE(Calculate(f, "1", kA), 0);
-        auto base = [&] { return f.numWin(kA)->editor()->palette().color(QPalette::Base); };
-        QCOMPARE(base(), QColor(Qt::white));
-        f.command(kCmdWhiteBackgrounds);
-        QVERIFY(!f.commandChecked(kCmdWhiteBackgrounds));
-        QCOMPARE(base(), QApplication::palette().color(QPalette::Window));
-        QCOMPARE(Calculate(f, "2", kB), 0);  // new windows follow the option
-        QCOMPARE(f.numWin(kB)->editor()->palette().color(QPalette::Base), base());
-    }
-
     // A power of a million digits, seconds of work at any speed, is stopped
     // by Q typed while it runs; the target keeps its value and the caption
     // said what to do.
@@ -273,17 +252,6 @@ private slots:
         QCOMPARE(f.calcDialog()->windowTitle(), QString("calculation"));
         QCOMPARE(modal.lastError(), -1);
         QCOMPARE(Text(f, kB), std::string("5"));
-    }
-
-    // Reading a long pasted number polls too: Q stops it and no label is taken.
-    void qStopsALongPaste() {
-        ScriptedModal modal;
-        TCalcFrame f;
-        f.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&f));
-        PostQ(&f);
-        QCOMPARE(f.pasteNumber(QString(20'000'000, QLatin1Char('7'))), -1);
-        QCOMPARE(f.model().FirstFreeLabel(), 1);
     }
 
     // A shown table of B collects B after every step of a Fibonacci
@@ -359,108 +327,81 @@ private slots:
         QCOMPARE(modal.count("error"), 0);
     }
 
-    // Each one-number list asks with its own caption, prompt and length,
-    // and its summary becomes the list window's caption.
-    void oneNumberListsReachTheListWindow() {
+    // Each list asks with its noun as caption (a one-number list also with
+    // its prompt and length) and its summary becomes the list window's
+    // caption; the cyclotomic index offered first is 105, later the last one
+    // accepted.
+    void listsReachTheListWindow() {
         ScriptedModal modal;
         TCalcFrame f;
         const struct {
             int id;
-            QString answer, caption, prompt;
-            int chars;
-            QString summary;
+            QString answer, caption, summary, prompt = {};
+            int chars = 0;  // 0: a list with no prompt to check
         } cases[] = {
-            {kCmdPrimes, "10", "primes", "largest prime at most", 29, "4 primes"},
-            {kCmdDivisors, "360", "divisor list", "input < = 2556298938649", 19,
-             "divisor list [360] : 24"},
-            {kCmdCyclotomic, "6", "cyclotomic polynomial", "index [ < 65536 ]", 49,
-             "cyclotomic polynomial [6]"},
+            {kCmdPrimes, "10", "primes", "4 primes", "largest prime at most", 29},
+            {kCmdDivisors, "360", "divisor list", "divisor list [360] : 24",
+             "input < = 2556298938649", 19},
+            {kCmdSoddyCircles, "3", "Soddy circles", "Soddy circles"},
+            {kCmdSoddySpheres, "3", "Soddy spheres", "Soddy spheres"},
+            {kCmdSoddyLine, "50", "circles on a line", "circles on a line"},
+            {kCmdSoddyPlane, "50", "spheres on a plane", "spheres on a plane"},
+            {kCmdTetrahedra, "5", "rational tetrahedra", "rational tetrahedra"},
+            {kCmdInscribedQuads, "20", "inscribed quadrilaterals", "inscribed quadrilaterals"},
+            {kCmdCircumscribedQuads, "20", "circumscribed quadrilaterals",
+             "circumscribed quadrilaterals"},
+            {kCmdCyclotomic, "6", "cyclotomic polynomial", "cyclotomic polynomial [6]",
+             "index [ < 65536 ]", 49},
         };
         for (const auto& c : cases) {
             modal.calls.clear();
             Choose(f, modal, c.id, c.answer);
             QCOMPARE(modal.calls.size(), 1);
-            QCOMPARE(modal.calls[0].caption + " / " + modal.calls[0].text,
-                     c.caption + " / " + c.prompt);
+            QCOMPARE(modal.calls[0].caption, c.caption);
+            QVERIFY(f.lists().listWindow()->isVisible());
+            if (!c.chars) {
+                QVERIFY2(ListCaption(f).startsWith(c.summary), qPrintable(ListCaption(f)));
+                continue;
+            }
+            QCOMPARE(modal.calls[0].text, c.prompt);
             QCOMPARE(modal.calls[0].kind, c.chars);
             QCOMPARE(ListCaption(f), c.summary);
-            QVERIFY(f.lists().listWindow()->isVisible());
         }
         QCOMPARE(modal.defaults.first(), QString("1598843"));
+        QCOMPARE(modal.defaults.last(), QString("105"));
         QVERIFY(ListText(f).startsWith("expo  coef\r\n"));
-    }
-
-    // The Soddy, tetrahedra and quadrilateral items ask with their noun as
-    // caption and list into the list window; the curvatures take a quadruple
-    // and a bound, and refuse four numbers that are not a Descartes quadruple.
-    void geometryListsReachTheListWindow() {
-        ScriptedModal modal;
-        TCalcFrame f;
-        const struct {
-            int id;
-            const char* answer;
-            QString noun;
-        } cases[] = {
-            {kCmdSoddyCircles, "3", "Soddy circles"},
-            {kCmdSoddySpheres, "3", "Soddy spheres"},
-            {kCmdSoddyLine, "50", "circles on a line"},
-            {kCmdSoddyPlane, "50", "spheres on a plane"},
-            {kCmdTetrahedra, "5", "rational tetrahedra"},
-            {kCmdInscribedQuads, "20", "inscribed quadrilaterals"},
-            {kCmdCircumscribedQuads, "20", "circumscribed quadrilaterals"},
-        };
-        for (const auto& c : cases) {
-            modal.calls.clear();
-            Choose(f, modal, c.id, c.answer);
-            QCOMPARE(modal.calls.size(), 1);
-            QCOMPARE(modal.calls[0].caption, c.noun);
-            QVERIFY2(ListCaption(f).startsWith(c.noun), qPrintable(ListCaption(f)));
-        }
+        modal.answerCancel();
+        f.command(kCmdCyclotomic);
+        QCOMPARE(modal.defaults.last(), QString("6"));
         modal.answerTexts("-1 2 2 3", "20");
         f.command(kCmdCurvatures);
         QVERIFY(ListCaption(f).startsWith("curvatures"));
-        modal.answerTexts("1 1 1 1", "20");
-        f.command(kCmdCurvatures);
-        QCOMPARE(modal.lastError(), 6);
-        QCOMPARE(modal.count("error"), 1);
-    }
+        QCOMPARE(modal.count("error"), 0);
 
-    // The cyclotomic index asked for first is 105, later the last one typed.
-    void cyclotomicRemembersItsIndex() {
-        ScriptedModal modal;
-        TCalcFrame f;
-        Choose(f, modal, kCmdCyclotomic, "12");
-        modal.answerCancel();
-        f.command(kCmdCyclotomic);
-        QCOMPARE(modal.defaults, QStringList({"105", "12"}));
-        Choose(f, modal, kCmdCyclotomic, "65536");  // refused: not remembered
-        QCOMPARE(modal.lastError(), 17);
-        QCOMPARE(f.lists().cyclotomicIndex(), 12u);
-    }
-
-    // Refusals come as messages of the main window and leave the list
-    // window as it was; a cancelled dialog changes nothing at all.
-    void refusedBoundsChangeNothing() {
-        ScriptedModal modal;
-        TCalcFrame f;
-        Choose(f, modal, kCmdPrimes, "100");
+        // Refusals come as messages and leave the list window as it was.
         const QString caption = ListCaption(f), text = ListText(f);
         const struct {
             int id;
             QString answer;
             int code;
-        } cases[] = {
-            {kCmdPrimes, "1598844", 17}, {kCmdDivisors, "1", 10}, {kCmd120Degrees, "461", 17}};
-        for (const auto& c : cases) {
+        } refused[] = {{kCmdCyclotomic, "65536", 17},
+                       {kCmdPrimes, "1598844", 17},
+                       {kCmdDivisors, "1", 10},
+                       {kCmd120Degrees, "461", 17}};
+        for (const auto& c : refused) {
             Choose(f, modal, c.id, c.answer);
             QCOMPARE(modal.lastError(), c.code);
-            QCOMPARE(ListCaption(f), caption);
-            QCOMPARE(ListText(f), text);
         }
+        QCOMPARE(f.lists().cyclotomicIndex(), 6u);  // a refused index is not remembered
+        modal.answerTexts("1 1 1 1", "20");         // no Descartes quadruple
+        f.command(kCmdCurvatures);
+        QCOMPARE(modal.lastError(), 6);
         modal.answerTexts("32045", "7");  // the polygon search's two inputs
         f.command(kCmdPolygons);
         QCOMPARE(modal.lastError(), 17);
+        QCOMPARE(modal.count("error"), 6);
         QCOMPARE(ListCaption(f), caption);
+        QCOMPARE(ListText(f), text);
     }
 
     // Factor and Two squares write into the factorization window, a text
@@ -480,31 +421,9 @@ private slots:
         QVERIFY(!w->isModified());  // closing it asks nothing
     }
 
-    // Q typed while a long list runs stops it: the main caption said what
-    // to do, the list shows the rows written and its caption counts them.
-    void qStopsALongList() {
-        ScriptedModal modal;
-        TCalcFrame f;
-        f.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&f));
-        QString during;
-        QTimer::singleShot(50, &f, [&] {
-            during = f.windowTitle();
-            f.command(kCmdPrimes);  // refused while the list runs
-            PostQ(&f);
-        });
-        Choose(f, modal, kCmdPrimitiveTriples, "197890");  // runs until Q
-        QCOMPARE(during, QString("press Q to quit"));
-        QCOMPARE(f.windowTitle(), QString("Ordix"));
-        QCOMPARE(modal.calls.size(), 1);  // the bound asked, nothing refused
-        const int rows = ListCaption(f).section(" : ", 1).toInt();
-        QVERIFY(rows > 0);
-        QCOMPARE(ListText(f).count("\r\n"), rows + 2);  // the header and its rule
-    }
-
     // The Heronian dialog with its presets lists 1690 triangles and stays
     // open; its bounds are checked before anything runs.
-    void heronianDialogRunsWithItsPresets() {
+    void listDialogsStayOpenAndCheckTheirBounds() {
         ScriptedModal modal;
         TCalcFrame f;
         f.command(kCmdHeronian);
@@ -527,13 +446,10 @@ private slots:
         d->rightBox()->setChecked(true);
         QCOMPARE(d->list(), 0);
         QCOMPARE(ListText(f).split("\r\n").value(2).simplified(), QString("12 3 4 5 6"));
-    }
 
-    // The perpendicular medians dialog keeps its summary as its caption; the
-    // quadruples take the bounds and kinds, the fourth choice lists lattice cubes.
-    void mediansAndQuadruplesDialogs() {
-        ScriptedModal modal;
-        TCalcFrame f;
+        // The perpendicular medians dialog keeps its summary as its caption;
+        // the quadruples take the bounds and kinds, the fourth choice lists
+        // lattice cubes.
         f.command(kCmdPerpendicularMedians);
         TRatMDlg* p = f.lists().perpendicularDialog();
         QCOMPARE(p->list(), 0);
@@ -542,31 +458,31 @@ private slots:
         QCOMPARE(p->windowTitle(), summary);
 
         f.command(kCmdQuadruples);
-        TQuadDlg* d = f.lists().quadDialog();
-        QVERIFY(d && d->isVisible());
-        d->minEdit()->setText("3");
-        d->maxEdit()->setText("3");
-        d->ascendingBox()->setChecked(true);
-        d->choose(253);
-        QCOMPARE(d->list(), 0);
+        TQuadDlg* q = f.lists().quadDialog();
+        QVERIFY(q && q->isVisible());
+        q->minEdit()->setText("3");
+        q->maxEdit()->setText("3");
+        q->ascendingBox()->setChecked(true);
+        q->choose(253);
+        QCOMPARE(q->list(), 0);
         QCOMPARE(ListCaption(f), QString("Pythagorean quadruples [repeats; length = 3] : 1"));
-        QVERIFY(!d->duplicatesBox()->isVisibleTo(d));
+        QVERIFY(!q->duplicatesBox()->isVisibleTo(q));
         FindMenuAction(&f, kCmdLatticeCubes)->trigger();
-        QCOMPARE(d->choice(), 254);
-        QVERIFY(!d->minEdit()->isVisibleTo(d) && d->duplicatesBox()->isVisibleTo(d));
-        d->maxEdit()->setText("3");
-        QCOMPARE(d->list(), 0);
+        QCOMPARE(q->choice(), 254);
+        QVERIFY(!q->minEdit()->isVisibleTo(q) && q->duplicatesBox()->isVisibleTo(q));
+        q->maxEdit()->setText("3");
+        QCOMPARE(q->list(), 0);
         QVERIFY(ListCaption(f).startsWith("lattice cubes"));
-        d->maxEdit()->setText("0");
-        QCOMPARE(d->list(), 17);
+        q->maxEdit()->setText("0");
+        QCOMPARE(q->list(), 17);
         QCOMPARE(modal.lastError(), 17);
     }
 
-    // The status line stays quiet for a run shorter than its delay, counts
-    // the seconds of a longer one under the name of the menu item that
-    // started it, and keeps the last run's time; a run from a dialog goes by
-    // the dialog's own caption, not "press Q to quit". The caption of the
-    // frame is left alone throughout.
+    // Q typed while a long list runs stops it, a second command is refused
+    // meanwhile, and the list's caption counts the rows written. The status
+    // line stays quiet for a run shorter than its delay, counts the seconds
+    // of a longer one under the name of the menu item that started it, and
+    // keeps the last run's time.
     void statusLineNamesAndTimesARun() {
         ScriptedModal modal;
         TCalcFrame f;
@@ -579,16 +495,23 @@ private slots:
             return width;
         };
         const int narrowest = minWidth();
-        QString during;
+        QString during, title;
         auto stopLater = [&] {
             QTimer::singleShot(300, &f, [&] {
                 during = f.runStatusText();
+                title = f.windowTitle();
+                f.command(kCmdPrimes);
                 PostQ(&f);
             });
         };
         stopLater();
         Choose(f, modal, kCmdPrimitiveTriples, "197890");  // runs until Q
         QCOMPARE(during, QString());                       // under the one-second delay
+        QCOMPARE(title, QString("press Q to quit"));
+        QCOMPARE(modal.calls.size(), 1);  // the bound asked, nothing refused
+        const int rows = ListCaption(f).section(" : ", 1).toInt();
+        QVERIFY(rows > 0);
+        QCOMPARE(ListText(f).count("\r\n"), rows + 2);  // the header and its rule
         const QRegularExpression last(
             "^last run: Pythagorean triples: Primitive, \\d+\\.\\d\\d s$");
         QVERIFY2(last.match(f.runStatusText()).hasMatch(), qPrintable(f.runStatusText()));
@@ -612,8 +535,8 @@ private slots:
 
     // Under a dark palette the digits and the status line stay readable:
     // black on white while "White backgrounds" is on, the palette's own
-    // light text on its window colour when it is off.
-    void darkPaletteKeepsTextReadable() {
+    // light text on its window colour when it is off; new windows follow.
+    void whiteBackgroundsKeepTextReadable() {
         const QPalette saved = QApplication::palette();
         QApplication::setPalette(DarkPalette());
         ScriptedModal modal;
@@ -630,7 +553,15 @@ private slots:
             QVERIFY(contrast(status->palette(), QPalette::WindowText, QPalette::Window) > 150);
             f.command(kCmdWhiteBackgrounds);
         }
-        QCOMPARE(f.numWin(kA)->editor()->palette().color(QPalette::Base), QColor(Qt::white));
+        auto base = [&](int label) {
+            return f.numWin(label)->editor()->palette().color(QPalette::Base);
+        };
+        QCOMPARE(base(kA), QColor(Qt::white));
+        f.command(kCmdWhiteBackgrounds);
+        QVERIFY(!f.commandChecked(kCmdWhiteBackgrounds));
+        QCOMPARE(base(kA), QApplication::palette().color(QPalette::Window));
+        QCOMPARE(Calculate(f, "2", kB), 0);
+        QCOMPARE(base(kB), base(kA));
         QApplication::setPalette(saved);
     }
 

@@ -1,7 +1,6 @@
 // Printing to PDF files through QPrinter, read back with poppler's pdftotext
 // and pdfinfo (skipped when they are missing); the offsets dialog; the print
 // commands of the text, number and table windows.
-#include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPrinter>
@@ -53,8 +52,6 @@ void ToPdf(QPrinter* p, const QString& path) {
     p->setPageMargins(QMarginsF(12, 12, 12, 12), QPageLayout::Millimeter);
 }
 
-QFont Mono() { return QFont(QStringLiteral("DejaVu Sans Mono"), 12); }
-
 template <class W = QLineEdit>
 W* Child(QDialog* d, const char* name) {
     return d->findChild<W*>(QString::fromLatin1(name));
@@ -65,28 +62,8 @@ W* Child(QDialog* d, const char* name) {
 class TestPrint : public QObject {
     Q_OBJECT
 private slots:
-    void formFeedStartsANewPageAndTheJobIsNamedAfterTheFile() {
-        NEED_POPPLER();
-        QTemporaryDir dir;
-        QPrinter printer(QPrinter::HighResolution);
-        const QString pdf = dir.filePath("ff.pdf");
-        ToPdf(&printer, pdf);
-        QCOMPARE(PrintTextOn(&printer, "/some/folder/report.txt", "alpha\r\nbeta\fgamma\r\ndelta",
-                             Mono(), PrintFormat()),
-                 0);
-        QCOMPARE(Info(pdf, "Pages"), QStringLiteral("2"));
-        QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(),
-                 QStringLiteral("alpha beta gamma delta"));
-        QCOMPARE(Info(pdf, "Title"), QStringLiteral("report.txt"));
-    }
-
     void nothingToPrintARefusedJobAndThePrinterSetUp() {
         QTemporaryDir dir;
-        QPrinter printer(QPrinter::HighResolution);
-        const QString pdf = dir.filePath("none.pdf");
-        ToPdf(&printer, pdf);
-        QCOMPARE(PrintTextOn(&printer, "x", QString(), Mono(), PrintFormat()), 9);
-        QVERIFY(!QFile::exists(pdf));
         ScriptedModal modal;
         ToPdf(&CurrentPrinter(), dir.filePath("no/such/folder/y.pdf"));
         TTextWin w(nullptr, "t", "", "text", 0);
@@ -103,22 +80,23 @@ private slots:
         QCOMPARE(CurrentPrinter().outputFileName(), dir.filePath("no/such/folder/y.pdf"));
     }
 
+    // A job is named after the file, a form feed starts a new page.
     void windowsPrintWhatTheyShowUnderTheirFileName() {
         NEED_POPPLER();
         QTemporaryDir dir;
         const QString pdf = dir.filePath("win.pdf");
         ToPdf(&CurrentPrinter(), pdf);
 
-        TTextWin text(nullptr, "t", "/a/b/notes.txt", "first line\nsecond line", 0);
+        TTextWin text(nullptr, "t", "/a/b/notes.txt", "first line\fsecond line", 0);
         text.show();
         QVERIFY(QTest::qWaitForWindowActive(&text));
         QTest::keyClick(&text, Qt::Key_P, Qt::ControlModifier);
         QCOMPARE(Info(pdf, "Title"), QStringLiteral("notes.txt"));
+        QCOMPARE(Info(pdf, "Pages"), QStringLiteral("2"));
         QCOMPARE(Run("pdftotext", {pdf, "-"}).simplified(),
                  QStringLiteral("first line second line"));
         text.close();
 
-        // A number window prints the digits it shows.
         {
             Num v(std::string(2000, '7')), one("1");
             TNumWin num(nullptr, "number1", 1, &v.v, &one.v, FontTableEntry(2, 96));
@@ -136,7 +114,6 @@ private slots:
         QVERIFY(table.append(rows));
         table.setTextAndTitle("squares");
         table.command(kTblForward);
-        // Offsets set in the dialog move the next print.
         ScriptedModal modal;
         modal.onDialog = [](QDialog* d) { Child(d, "ctl213")->setText("7.62"); };
         modal.answer(QDialog::Accepted);
