@@ -19,6 +19,9 @@
 #include "calc/digit_freq.h"
 #include "calc_test_util.h"
 #include "support/alloc_refusal.h"
+#ifndef _WIN32
+#include "support/memory_limit.h"
+#endif
 
 namespace {
 
@@ -221,12 +224,7 @@ TEST(AllocationFailures, HugeRequestsUnderAMemoryLimit) {
             BigFree(&a);
             BigFree(&one);
         }
-        long pages = 0;
-        std::FILE* statm = std::fopen("/proc/self/statm", "r");
-        if (!statm || std::fscanf(statm, "%ld", &pages) != 1) _exit(101);
-        const rlim_t used = static_cast<rlim_t>(pages) * static_cast<rlim_t>(getpagesize());
-        const rlimit limit = {used + (160u << 20), used + (160u << 20)};
-        setrlimit(RLIMIT_AS, &limit);
+        if (!LimitAddressSpaceAbove(size_t{160} << 20)) _exit(101);
         char codes[64] = {};
         int length = 0;
         for (const char* formula : formulas)

@@ -14,6 +14,9 @@
 
 #include "calc/decimal_read.h"
 #include "support/scratch_dir.h"
+#ifndef _WIN32
+#include "support/memory_limit.h"
+#endif
 #include "support/test_support.h"
 
 // The leading minus signs are those at the very start of the whole text,
@@ -107,12 +110,7 @@ TEST(DecimalRead, MemoryRunningOutIsACode) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        long pages = 0;
-        std::FILE* statm = std::fopen("/proc/self/statm", "r");
-        if (!statm || std::fscanf(statm, "%ld", &pages) != 1) _exit(100);
-        const rlim_t used = static_cast<rlim_t>(pages) * static_cast<rlim_t>(getpagesize());
-        const rlimit limit = {used + (32u << 20), used + (32u << 20)};
-        setrlimit(RLIMIT_AS, &limit);
+        if (!LimitAddressSpaceAbove(size_t{32} << 20)) _exit(100);
         BigInt v = {};
         _exit(ReadDecimal(digits, &v));
     }
