@@ -1,18 +1,23 @@
-// Modular powers by Montgomery multiplication on 64-bit words.
+// Modular powers by Montgomery multiplication on 64-bit words, or on 52-bit
+// digits with the AVX-512 IFMA products (mont_ifma.h) where the processor
+// has them, from gFastThresholds.powVector words of the odd part up to 16
+// vectors of digits (6654 bits).
 //
 // The power leaves base 10000 for the whole run: modulus and base go to
 // binary limb by limb (both are below the modulus's size limit), a long
-// exponent through the base-16 conversion; the power runs on words with a
-// sliding window over the exponent's bits, and the result comes back by
-// division by 10^8. Montgomery's reduction needs a modulus prime to the word
-// base 2^64: an even modulus 2^s · o is served by the power modulo o and the
-// power modulo 2^s (truncated products), joined by the Chinese remainder
-// theorem.
+// exponent through the base-16 conversion; the power runs on words, and the
+// result comes back by division by 10^8. A base below 2^32 goes left to right
+// bit by bit, each one bit a linear product by the base with a remainder
+// step; any other base by a sliding window over the exponent's bits.
+// Montgomery's reduction needs a modulus prime to the word base 2^64: an
+// even modulus 2^s · o is served by the power modulo o and the power modulo
+// 2^s (truncated products), joined by the Chinese remainder theorem.
 //
 // Allocation: the words live in std::vector; both entries (ExponentBits,
 // ModPowMontgomery) run their bodies under CatchNoMemory, so a vector that
 // cannot grow answers code 3, the records being scoped.
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -21,7 +26,9 @@
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
 #include "bigint/modpow_window.h"
+#include "bigint/mont_ifma.h"
 #include "bigint/poll_clock.h"
+#include "bigint/thresholds.h"
 
 namespace {
 
@@ -90,6 +97,19 @@ private:
     Kernel* k_;
 };
 
+// Bases below this multiply a residue in one linear pass (MulSmall).
+constexpr uint64_t kSmallLimit = uint64_t(1) << 32;
+
+// q for a · s − q · m in 0 … 2m − 1, given a and m by their leading parts
+// (the same scale, m's leading part at least 2^52 times the rest, or exact)
+// and a < 2m, s < 2^32: the quotient a s / m is below 2^33, the doubles
+// are off by less than 2^−18 in it, and a margin of 2^−12 taken off makes q
+// the floor or one less.
+uint64_t SmallQuotient(double aTop, uint64_t s, double mTop) {
+    const double ratio = aTop * static_cast<double>(s) / mTop - 0x1p-12;
+    return ratio <= 0 ? 0 : static_cast<uint64_t>(ratio);
+}
+
 // Arithmetic modulo an odd m of n words, R = 2^(64 n).
 class Montgomery {
 public:
@@ -97,6 +117,7 @@ public:
         Word x = m_[0];  // m0 x ≡ 1 (mod 8); each step doubles the good bits
         for (int i = 0; i < 5; ++i) x *= 2 - m_[0] * x;
         negInverse_ = ~x + 1;
+        mTop_ = Top(m_.data());
         t_.assign(n_ + 2, 0);
         t2_.assign(2 * n_, 0);
     }
@@ -188,37 +209,44 @@ public:
         return !clk_->Tick(static_cast<int64_t>(3 * n * n / 2));
     }
 
-    // R^2 mod m, the factor that brings a value into Montgomery form. Starts
-    // from 2^(64 n + n) by doubling and squares six times (R = (2^n)^64).
-    bool SquareOfR(std::vector<Word>* out) {
-        std::vector<Word> x(n_, 0);
-        x[0] = 1;
-        for (size_t k = 0; k < 65 * n_; ++k) {
-            const Word top = x[n_ - 1] >> 63;
-            for (size_t i = n_ - 1; i > 0; --i) x[i] = (x[i] << 1) | (x[i - 1] >> 63);
-            x[0] <<= 1;
-            if (top != 0 || !Below(x.data())) SubtractModulus(x.data());
-            if ((k & 63) == 63 && clk_->Tick(static_cast<int64_t>(64 * n_))) return false;
+    // r := a s mod m for a < m, s < SmallLimit(): a s − q m with q from the
+    // top words (SmallQuotient), so the difference lies in 0 … 2m − 1 and one
+    // subtraction at most remains. False when stopped.
+    bool MulSmall(const Word* a, Word s, Word* r) {
+        const size_t n = n_;
+        Word* t = t_.data();
+        const Word q = SmallQuotient(Top(a), s, mTop_);
+        Word cp = 0, cq = 0, borrow = 0;
+        for (size_t j = 0; j < n; ++j) {
+            const Wide p = Wide(a[j]) * s + cp;
+            const Wide qm = Wide(m_[j]) * q + cq;
+            const Wide d = Wide(Word(p)) - Word(qm) - borrow;
+            t[j] = Word(d);
+            cp = Word(p >> 64);
+            cq = Word(qm >> 64);
+            borrow = Word(d >> 64) & 1;
         }
-        for (int i = 0; i < 6; ++i) {
-            if (!Sqr(x.data(), x.data())) return false;
-        }
-        *out = std::move(x);
-        return true;
+        if (cp - cq - borrow != 0 || !Below(t)) SubtractModulus(t);
+        std::copy(t, t + n, r);
+        return !clk_->Tick(static_cast<int64_t>(2 * n));
     }
-
-    // x := x + y mod m for x, y < m.
-    void AddTo(Word* x, const Word* y) const {
-        Word carry = 0;
-        for (size_t i = 0; i < n_; ++i) {
-            const Wide s = Wide(x[i]) + y[i] + carry;
-            x[i] = Word(s);
-            carry = Word(s >> 64);
-        }
-        if (carry != 0 || !Below(x)) SubtractModulus(x);
+    size_t RBits() const { return 64 * n_; }
+    // The kernel's values are the words themselves, always below m.
+    std::vector<Word> FromWords(const std::vector<Word>& w) const {
+        std::vector<Word> v(n_, 0);
+        std::copy(w.begin(), w.begin() + static_cast<std::ptrdiff_t>(std::min(n_, w.size())),
+                  v.begin());
+        return v;
     }
+    std::vector<Word> ToWords(const std::vector<Word>& v) const { return v; }
+    static Word SmallLimit() { return kSmallLimit; }
 
 private:
+    // The top two words of x < 2^(64 n) as a number of 2^(64 (n − 2)).
+    double Top(const Word* x) const {
+        return n_ == 1 ? static_cast<double>(x[0])
+                       : static_cast<double>(x[n_ - 1]) * 0x1p64 + static_cast<double>(x[n_ - 2]);
+    }
     bool Below(const Word* x) const {
         for (size_t i = n_; i-- > 0;) {
             if (x[i] != m_[i]) return x[i] < m_[i];
@@ -238,8 +266,188 @@ private:
     size_t n_;
     PollClock* clk_;
     Word negInverse_ = 0;  // -1 / m mod 2^64
+    double mTop_ = 0;
     std::vector<Word> t_, t2_;
 };
+
+// Montgomery arithmetic modulo an odd m on 52-bit digits with AVX-512 IFMA
+// (mont_ifma.h): K vectors of eight digits, R = 2^(416 K) with 4m < R. The
+// values are lazy (below 2m) until ToWords.
+class IfmaMontgomery {
+public:
+    IfmaMontgomery(const IfmaMontKernels* k, const std::vector<Word>& m, int vectors,
+                   PollClock* clk)
+        : k_(k),
+          n_(m.size()),
+          digits_(8 * static_cast<size_t>(vectors)),
+          mTopDigit_(digits_ - 1),
+          clk_(clk),
+          m_(m) {
+        md_ = FromWords(m);
+        while (mTopDigit_ > 0 && md_[mTopDigit_] == 0) --mTopDigit_;
+        mTop_ = Top(md_.data());
+        Word x = m[0];  // as in Montgomery
+        for (int i = 0; i < 5; ++i) x *= 2 - m[0] * x;
+        k0_ = (~x + 1) & kDigitMask;
+        // Up to eight vectors a row waits on its predecessor, so the time
+        // grows with the rows alone.
+        cost_ = 16 * static_cast<int64_t>(vectors) * std::max(vectors, 8);
+    }
+    size_t Size() const { return digits_; }
+    size_t RBits() const { return 52 * digits_; }
+    static Word SmallLimit() { return kSmallLimit; }
+
+    bool Mul(const Word* a, const Word* b, Word* r) {
+        k_->mul(a, b, md_.data(), k0_, r);
+        return !clk_->Tick(cost_);
+    }
+    bool Sqr(const Word* a, Word* r) { return Mul(a, a, r); }
+    // r := a s mod m, lazy, for s < SmallLimit(): a s − q m digit by digit
+    // with signed carries, q from the leading digits (SmallQuotient).
+    bool MulSmall(const Word* a, Word s, Word* r) {
+        const uint64_t q = SmallQuotient(Top(a), s, mTop_);
+        Word cp = 0, cq = 0;
+        int64_t carry = 0;
+        for (size_t k = 0; k < digits_; ++k) {
+            const Wide p = Wide(a[k]) * s + cp;
+            const Wide qm = Wide(md_[k]) * q + cq;
+            const int64_t d = static_cast<int64_t>(Word(p) & kDigitMask) -
+                              static_cast<int64_t>(Word(qm) & kDigitMask) + carry;
+            r[k] = static_cast<Word>(d) & kDigitMask;
+            carry = d >> 52;  // arithmetic: −2 … 1
+            cp = Word(p >> 52);
+            cq = Word(qm >> 52);
+        }
+        return !clk_->Tick(2 * static_cast<int64_t>(n_));
+    }
+
+    // Digits of a value below 2^(52 · digits) given in words.
+    std::vector<Word> FromWords(const std::vector<Word>& w) const {
+        std::vector<Word> d(digits_, 0);
+        for (size_t i = 0; i < digits_; ++i) {
+            const size_t bit = 52 * i, at = bit / 64, shift = bit % 64;
+            if (at >= w.size()) break;
+            Word v = w[at] >> shift;
+            if (shift > 12 && at + 1 < w.size()) v |= w[at + 1] << (64 - shift);
+            d[i] = v & kDigitMask;
+        }
+        return d;
+    }
+    // The n words of a value in 0 … m: m itself becomes 0.
+    std::vector<Word> ToWords(const std::vector<Word>& d) const {
+        std::vector<Word> w(n_ + 1, 0);
+        for (size_t i = 0; i < digits_; ++i) {
+            const size_t bit = 52 * i, at = bit / 64, shift = bit % 64;
+            if (at < w.size()) w[at] |= d[i] << shift;
+            if (shift > 12 && at + 1 < w.size()) w[at + 1] |= d[i] >> (64 - shift);
+        }
+        w.resize(n_);
+        if (!std::lexicographical_compare(w.rbegin(), w.rend(), m_.rbegin(), m_.rend())) {
+            Word borrow = 0;
+            for (size_t i = 0; i < n_; ++i) {
+                const Wide t = Wide(w[i]) - m_[i] - borrow;
+                w[i] = Word(t);
+                borrow = Word(t >> 64) & 1;
+            }
+        }
+        return w;
+    }
+
+private:
+    // Digits mTopDigit + 1 down to mTopDigit − 2 of x < 2m as a number of
+    // 2^(52 (mTopDigit − 2)).
+    double Top(const Word* x) const {
+        double v = 0;
+        for (size_t k = mTopDigit_ + 2; k-- > 0 && k + 3 >= mTopDigit_ + 1;) {
+            if (k < digits_)
+                v += std::ldexp(static_cast<double>(x[k]), 52 * int(k + 2 - mTopDigit_));
+        }
+        return v;
+    }
+
+    static constexpr Word kDigitMask = (Word(1) << 52) - 1;
+    const IfmaMontKernels* k_;
+    size_t n_, digits_, mTopDigit_;
+    PollClock* clk_;
+    std::vector<Word> m_, md_;
+    Word k0_ = 0;
+    int64_t cost_ = 0;
+    double mTop_ = 0;
+};
+
+// 2^e mod m for an odd m > 1 of n words, by doubling from the largest power
+// of two below m. False when stopped.
+bool PowerOfTwoMod(const std::vector<Word>& m, size_t e, PollClock* clk, std::vector<Word>* out) {
+    const size_t n = m.size();
+    size_t top = 64 * n - 1;
+    while (((m[top / 64] >> (top % 64)) & 1) == 0) --top;
+    std::vector<Word> x(n, 0);
+    const size_t start = std::min(e, top);  // 2^top < m: m is odd and above 1
+    x[start / 64] = Word(1) << (start % 64);
+    for (size_t k = start; k < e; ++k) {
+        const Word high = x[n - 1] >> 63;
+        for (size_t i = n - 1; i > 0; --i) x[i] = (x[i] << 1) | (x[i - 1] >> 63);
+        x[0] <<= 1;
+        if (high != 0 ||
+            !std::lexicographical_compare(x.rbegin(), x.rend(), m.rbegin(), m.rend())) {
+            Word borrow = 0;
+            for (size_t i = 0; i < n; ++i) {
+                const Wide d = Wide(x[i]) - m[i] - borrow;
+                x[i] = Word(d);
+                borrow = Word(d >> 64) & 1;
+            }
+        }
+        if (clk->Tick(static_cast<int64_t>(n))) return false;
+    }
+    *out = std::move(x);
+    return true;
+}
+
+// x := b^e mod m (n words, reduced) for an odd m > 1 and b < m, by one of
+// the Montgomery kernels. R^2 mod m, the factor into Montgomery form, comes
+// from 2^j · R by s squares, R = 2^(j · 2^s), j odd. A base below the
+// kernel's SmallLimit() needs no table and no full products: left to right
+// each bit costs a square, and a one bit a linear product by the base with
+// its remainder. Any other base goes by the sliding window. False when
+// stopped.
+template <class Kernel>
+bool OddPower(Kernel& k, const std::vector<Word>& m, const std::vector<Word>& b,
+              const std::vector<bool>& bits, PollClock* clk, std::vector<Word>* x) {
+    using Value = std::vector<Word>;
+    VectorRing<Kernel> ring(&k);
+    const size_t rBits = k.RBits();
+    size_t s = 0;
+    while (((rBits >> s) & 1) == 0) ++s;
+    Value words;
+    if (!PowerOfTwoMod(m, rBits + (rBits >> s), clk, &words)) return false;
+    Value r2 = k.FromWords(words), one(k.Size(), 0), power;
+    one[0] = 1;
+    for (size_t i = 0; i < s; ++i) {
+        if (!k.Sqr(r2.data(), r2.data())) return false;
+    }
+    const bool small = std::all_of(b.begin() + 1, b.end(), [](Word w) { return w == 0; }) &&
+                       b[0] < Kernel::SmallLimit();
+    if (small) {
+        power = r2;  // the form of 1 (R)
+        if (!k.Mul(power.data(), one.data(), power.data())) return false;
+        for (size_t i = bits.size(); i-- > 0;) {
+            if (!k.Sqr(power.data(), power.data()) ||
+                (bits[i] && !k.MulSmall(power.data(), b[0], power.data()))) {
+                return false;
+            }
+        }
+    } else {
+        Value form = k.FromWords(b);
+        power.assign(k.Size(), 0);
+        if (!k.Mul(form.data(), r2.data(), form.data()) ||
+            !SlidingWindowPower(ring, form, bits, &power)) {
+            return false;
+        }
+    }
+    if (!k.Mul(power.data(), one.data(), power.data())) return false;
+    *x = k.ToWords(power);
+    return true;
+}
 
 // Arithmetic modulo 2^bits on n = ceil(bits / 64) words: truncated products.
 class PowerOfTwo {
@@ -322,29 +530,35 @@ Result ModPowWords(CalcContext* ctx, const BigInt* base, const BigInt* exponent,
     }
     while (odd.size() > 1 && odd.back() == 0) odd.pop_back();
     const size_t n = odd.size();
-    std::vector<Word> x(n), one(n, 0);
-    one[0] = 1;
-    {
-        Montgomery mg(odd, &clk);
-        VectorRing<Montgomery> mgRing(&mg);
-        std::vector<Word> r2, form(n, 0), block(n);
-        if (!mg.SquareOfR(&r2)) return Result::kStopped;
-        // b's Montgomery form from its blocks of n words, top block first:
-        // form := form · R + block, where Mul(f, R^2) is f · R. A block is
-        // below R and R^2 mod odd below odd, so each product is reduced.
-        const size_t blocks = (b.size() + n - 1) / n;
-        for (size_t k = blocks; k-- > 0;) {
-            for (size_t i = 0; i < n; ++i) block[i] = k * n + i < b.size() ? b[k * n + i] : 0;
-            if (!mg.Mul(form.data(), r2.data(), form.data()) ||
-                !mg.Mul(block.data(), r2.data(), block.data())) {
-                return Result::kStopped;
-            }
-            mg.AddTo(form.data(), block.data());
+    std::vector<Word> x(n, 0);
+    if (n > 1 || odd[0] > 1) {  // modulo 1 every power is 0
+        // The base below the odd part (b < m already when m is odd).
+        std::vector<Word> bo;
+        if (shift == 0) {
+            bo = b;
+        } else {
+            BigTemp oddRecord, bRecord;
+            std::vector<Word> oddCopy = odd;
+            code = LimbsFromWords(oddCopy, &oddRecord.v);
+            if (Ok(code)) code = BigMod(ctx, &reduced.v, &oddRecord.v, &bRecord.v);
+            if (!Ok(code)) return code;
+            bo = WordsFromLimbs(&bRecord.v, n);
         }
-        if (!SlidingWindowPower(mgRing, form, bits, &x) ||
-            !mg.Mul(x.data(), one.data(), x.data())) {
-            return Result::kStopped;
+        bo.resize(n, 0);
+        size_t top = 64 * n - 1;
+        while (((odd[top / 64] >> (top % 64)) & 1) == 0) --top;
+        const int vectors = static_cast<int>((top + 3 + 415) / 416);  // 4 · odd < 2^(416 K)
+        const IfmaMontKernels* ifma =
+            n >= static_cast<size_t>(gFastThresholds.powVector) ? IfmaMont(vectors) : nullptr;
+        bool done;
+        if (ifma != nullptr) {
+            IfmaMontgomery kernel(ifma, odd, vectors, &clk);
+            done = OddPower(kernel, odd, bo, bits, &clk, &x);
+        } else {
+            Montgomery kernel(odd, &clk);
+            done = OddPower(kernel, odd, bo, bits, &clk, &x);
         }
+        if (!done) return Result::kStopped;
     }
     if (shift == 0) return LimbsFromWords(x, result);
     PowerOfTwo two(shift, &clk);

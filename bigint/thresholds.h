@@ -27,7 +27,10 @@ struct FastThresholds {
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
     int32_t powMontgomery = 1200;  // limbs of a modulus below which powers run on words
-    int32_t radixDivide = 400;     // digits (in) or limbs (out) for divide and conquer
+    // 64-bit words of a modulus's odd part from which those powers take the
+    // 52-bit vector products, where the processor has them
+    int32_t powVector = 4;
+    int32_t radixDivide = 400;  // digits (in) or limbs (out) for divide and conquer
     // Limbs from which bases 2, 4, 8 and 16 go out through binary words: that
     // route is the faster one from a single limb on.
     int32_t radixBinary = 1;
@@ -57,6 +60,7 @@ struct FastThresholds {
         t.productTree = 2;
         t.rangePrimes = 40;
         t.gcdLehmer = 3;
+        t.powVector = 1;
         t.gcdHalf = 6;
         t.gcdHalfLeaf = 5;
         t.modInverse = 1;

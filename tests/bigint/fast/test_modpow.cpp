@@ -1,6 +1,7 @@
-// Modular powers on Montgomery words against GMP, and against the bit-by-bit
-// loop where the two must meet: signs, moduli with an unnormalised top limb,
-// exponents long enough for the base-16 route.
+// Modular powers on Montgomery words (64-bit or 52-bit vector products)
+// against GMP, and against the bit-by-bit loop where the two must meet:
+// signs, moduli with an unnormalised top limb, exponents long enough for the
+// base-16 route, bases small enough for the linear product, stops.
 #include <gtest/gtest.h>
 
 #include "fast_support.h"
@@ -15,18 +16,30 @@ std::string GmpPower(const BigInt* base, const BigInt* e, const BigInt* m) {
     return GmpPowMod(Gmp(base), abs(Gmp(e)), abs(Gmp(m))).get_str();
 }
 
-// The parameter is the modulus size from which the long kernel takes over:
-// 2000 keeps these moduli on words, 0 sends every one to the long kernel.
-class FastModPowKernels : public ::testing::TestWithParam<int32_t> {
+// The parameter is the modulus size from which the long kernel takes over
+// (2000 keeps these moduli on words, 0 sends every one to the long kernel),
+// and the odd part's words from which the words take the vector products (1:
+// all of them where the processor has them, a million: none).
+class FastModPowKernels : public ::testing::TestWithParam<std::pair<int32_t, int32_t>> {
 protected:
-    FastModPowKernels() : scope_(WithLimit(GetParam())) {}
-    static FastThresholds WithLimit(int32_t limit) {
+    FastModPowKernels() : scope_(WithLimits(GetParam())) {}
+    static FastThresholds WithLimits(std::pair<int32_t, int32_t> limits) {
         FastThresholds t = gFastThresholds;
-        t.powMontgomery = limit;
+        t.powMontgomery = limits.first;
+        t.powVector = limits.second;
         return t;
     }
     ThresholdScope scope_;
 };
+
+// A random number of the given bits (top bit set) and shape.
+mpz_class RandomBits(size_t bits, int shape) {
+    if (shape == 1) return (mpz_class(1) << bits) - 1;        // all ones
+    if (shape == 2) return (mpz_class(1) << (bits - 1)) + 1;  // one, zeros, one
+    mpz_class v = 1;
+    for (size_t i = 1; i < bits; ++i) v = 2 * v + (Rng()() & 1);
+    return v;
+}
 
 // Odd moduli, and even ones split into a power of two and an odd part.
 TEST_P(FastModPowKernels, ModuliOfEverySizeAndParityMatchGmp) {
@@ -90,6 +103,65 @@ TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
     EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &sum.v));
 }
 
+// Odd parts of 1 … 200 words, at the edges of the vector kernel's sizes (K
+// vectors of eight 52-bit digits hold 416 K − 2 bits) and of a top word
+// holding one bit, with powers of two beside; bases below and at the
+// limit of the linear product (2^32), and full-size ones.
+TEST_P(FastModPowKernels, WordSizesAndSmallBasesMatchGmp) {
+    CalcContext ctx;
+    const size_t oddBits[] = {2,   63,  64,   65,   129,  300,  414,  415,
+                              830, 831, 3322, 3327, 6654, 6655, 12800};
+    for (const size_t bits : oddBits) {
+        if (GetParam().first == 0 && bits > 1000) continue;  // the long kernel: its own tests
+        for (int shape : {0, 1, 2}) {
+            for (const size_t twos : {0, 1, 64, 200}) {
+                const mpz_class m = (RandomBits(bits, shape) | 1) << twos;
+                if (bits > 3400 && (shape != 0 || twos == 64)) continue;  // keep it short
+                const mpz_class e = RandomBits(bits > 3400 ? 40 : 70 + Rng()() % 60, 0);
+                std::vector<mpz_class> bases = {0,
+                                                1,
+                                                2,
+                                                3,
+                                                0xFFFFFFFFu,
+                                                mpz_class(1) << 32,
+                                                RandomBits(1 + Rng()() % 32, 0),
+                                                m - 1,
+                                                RandomBits(bits + twos + 5, 0)};
+                for (const mpz_class& b : bases) {
+                    Num base, exponent, modulus, r;
+                    FromDecimal(base.Out(), b.get_str());
+                    FromDecimal(exponent.Out(), e.get_str());
+                    FromDecimal(modulus.Out(), m.get_str());
+                    ASSERT_EQ(ModPow(&ctx, &base.v, &exponent.v, &r.v, &modulus.v), Result::kOk);
+                    EXPECT_EQ(ToDecimal(&r.v), GmpPowMod(b, e, m).get_str())
+                        << bits << " bits, shape " << shape << ", 2^" << twos << ", base "
+                        << b.get_str();
+                }
+            }
+        }
+    }
+}
+
+// A stop at any poll, with a small base and a large one; the modulus is odd
+// so that the stop must come from the Montgomery products.
+TEST_P(FastModPowKernels, StopsAtAnyPoll) {
+    FastThresholds t = gFastThresholds;
+    t.pollWork = 1 << 14;
+    t.nttParallel = 0;
+    ThresholdScope scope(t);
+    Num m, e, big("3"), small("3");
+    RandomBig(&m.v, 250, false);
+    m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] | 1);
+    RandomBig(&e.v, 60, false);
+    RandomBig(&big.v, 240, false);
+    for (const Num* base : {&small, &big}) {
+        ExpectStopsAtEveryPoll(
+            [&](CalcContext* c, BigInt* r) { return ModPow(c, &base->v, &e.v, r, &m.v); });
+    }
+}
+
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(WordsAndTransforms, FastModPowKernels, ::testing::Values(2000, 0));
+INSTANTIATE_TEST_SUITE_P(WordsAndTransforms, FastModPowKernels,
+                         ::testing::Values(std::make_pair(2000, 1), std::make_pair(2000, 1000000),
+                                           std::make_pair(0, 1)));
