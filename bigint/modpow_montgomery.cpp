@@ -1,7 +1,7 @@
 // Modular powers by Montgomery multiplication on 64-bit words, or on 52-bit
 // digits with the AVX-512 IFMA products (mont_ifma.h) where the processor
-// has them, from gFastThresholds.powVector words of the odd part up to 16
-// vectors of digits (6654 bits).
+// has them, from gFastThresholds.powVector words of the odd part up to 40
+// vectors of digits (16638 bits).
 //
 // The power leaves base 10000 for the whole run: modulus and base go to
 // binary limb by limb (both are below the modulus's size limit), a long

@@ -5,14 +5,15 @@
 //
 // Method: operand scanning with the reduction interleaved. Row i adds
 // a · b[i] and y · m, y = −t0/m mod 2^52 chosen so that the lowest digit
-// vanishes, then shifts the accumulator down one digit. The low halves of
-// the products go in before the shift, the high halves after it; the lowest
-// digit is tracked in a scalar so that y does not wait for the vector lane,
-// and its carry joins the next one there. Digits are not normalised between
-// rows: each row adds at most four values below 2^52 to a digit, so 8K rows
-// stay below 2^(52 + 2 + log2(8K)) < 2^64 for K <= 16, and one carry pass at
-// the end brings them below 2^52. With a, b < 2m and 4m < R the result
-// (a b + Y m) / R is below 2m.
+// vanishes, then shifts the accumulator down one digit. The lowest digits
+// are tracked in scalars, so that y does not wait for the vector lane (Row,
+// up to ten vectors, where that wait bounds the time; WideRow beyond, where
+// the products' throughput does). Digits are not normalised between rows:
+// each row adds at most four values below 2^52 to a digit, so 8K rows stay
+// below 2^(52 + 2 + log2(8K)) < 2^63 for K <= 40, and one carry pass at the
+// end brings them below 2^52. With a, b < 2m and 4m < R the result
+// (a b + Y m) / R is below 2m. The loops over the vectors are unrolled, the
+// accumulator living in registers as far as they go.
 #include "bigint/mont_ifma.h"
 
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
@@ -37,6 +38,7 @@ constexpr uint64_t kMask = (uint64_t(1) << 52) - 1;
 template <int K>
 inline void Up(const __m512i* x, __m512i* up) {
     up[0] = _mm512_alignr_epi64(x[0], _mm512_setzero_si512(), 7);
+#pragma GCC unroll 64
     for (int k = 1; k < K; ++k) up[k] = _mm512_alignr_epi64(x[k], x[k - 1], 7);
 }
 
@@ -54,22 +56,32 @@ inline uint64_t Hi(uint64_t a, uint64_t b) {
 // ((G << 1) + P) ^ P.
 template <int K>
 inline void Normalise(__m512i* acc, uint64_t x0, uint64_t* r) {
+    constexpr int kWords = (K + 7) / 8;  // mask words of 64 digits
     const __m512i mask = _mm512_set1_epi64(static_cast<long long>(kMask));
     acc[0] = _mm512_mask_set1_epi64(acc[0], 1, static_cast<long long>(x0));
     __m512i below = _mm512_setzero_si512();
-    unsigned __int128 g = 0, p = 0;
+    uint64_t g[kWords] = {}, p[kWords] = {};
+#pragma GCC unroll 64
     for (int k = 0; k < K; ++k) {
         const __m512i carry = _mm512_srli_epi64(acc[k], 52);
         acc[k] =
             _mm512_add_epi64(_mm512_and_si512(acc[k], mask), _mm512_alignr_epi64(carry, below, 7));
         below = carry;
-        g |= static_cast<unsigned __int128>(_mm512_cmpgt_epu64_mask(acc[k], mask)) << (8 * k);
-        p |= static_cast<unsigned __int128>(_mm512_cmpeq_epu64_mask(acc[k], mask)) << (8 * k);
+        g[k / 8] |= uint64_t(_mm512_cmpgt_epu64_mask(acc[k], mask)) << (8 * (k % 8));
+        p[k / 8] |= uint64_t(_mm512_cmpeq_epu64_mask(acc[k], mask)) << (8 * (k % 8));
     }
-    const unsigned __int128 in = ((g << 1) + p) ^ p;
+    uint64_t in[kWords], shifted = 0, sumCarry = 0;
+    for (int w = 0; w < kWords; ++w) {  // in := ((g << 1) + p) ^ p over the words
+        const uint64_t gs = (g[w] << 1) | shifted;
+        shifted = g[w] >> 63;
+        const unsigned __int128 sum = static_cast<unsigned __int128>(gs) + p[w] + sumCarry;
+        sumCarry = static_cast<uint64_t>(sum >> 64);
+        in[w] = static_cast<uint64_t>(sum) ^ p[w];
+    }
     const __m512i one = _mm512_set1_epi64(1);
+#pragma GCC unroll 64
     for (int k = 0; k < K; ++k) {
-        const auto bits = static_cast<__mmask8>(static_cast<uint64_t>(in >> (8 * k)) & 0xFF);
+        const auto bits = static_cast<__mmask8>((in[k / 8] >> (8 * (k % 8))) & 0xFF);
         const __m512i d = _mm512_and_si512(_mm512_mask_add_epi64(acc[k], bits, acc[k], one), mask);
         _mm512_storeu_si512(r + 8 * k, d);
     }
@@ -135,12 +147,15 @@ inline void WideRow(__m512i* acc, const __m512i* A, const __m512i* M, uint64_t a
     const uint64_t carry = (t0 + Lo(m0, y)) >> 52;
     const __m512i S = _mm512_set1_epi64(static_cast<long long>(s));
     const __m512i Y = _mm512_set1_epi64(static_cast<long long>(y));
+#pragma GCC unroll 64
     for (int k = 0; k < K; ++k) {
         acc[k] = _mm512_madd52lo_epu64(acc[k], A[k], S);
         acc[k] = _mm512_madd52lo_epu64(acc[k], M[k], Y);
     }
+#pragma GCC unroll 64
     for (int k = 0; k + 1 < K; ++k) acc[k] = _mm512_alignr_epi64(acc[k + 1], acc[k], 1);
     acc[K - 1] = _mm512_alignr_epi64(_mm512_setzero_si512(), acc[K - 1], 1);
+#pragma GCC unroll 64
     for (int k = 0; k < K; ++k) {
         acc[k] = _mm512_madd52hi_epu64(acc[k], A[k], S);
         acc[k] = _mm512_madd52hi_epu64(acc[k], M[k], Y);
@@ -154,6 +169,7 @@ template <int K>
 void Mul(const uint64_t* a, const uint64_t* b, const uint64_t* m, uint64_t k0, uint64_t* r) {
     uint64_t x0 = 0;
     __m512i acc[K];
+#pragma GCC unroll 64
     for (int k = 0; k < K; ++k) acc[k] = _mm512_setzero_si512();
     if constexpr (K >= kWideRows) {
         __m512i A[K], M[K];

@@ -12,7 +12,7 @@ struct IfmaMontKernels {
     void (*mul)(const uint64_t* a, const uint64_t* b, const uint64_t* m, uint64_t k0, uint64_t* r);
 };
 
-constexpr int kIfmaMaxVectors = 16;
+constexpr int kIfmaMaxVectors = 40;  // 16638 bits: the word kernel's moduli
 
 // The kernels for moduli of K vectors of eight digits (1 <= K <=
 // kIfmaMaxVectors), or null when the processor lacks AVX-512 IFMA.
