@@ -22,6 +22,10 @@
 #include <string>
 #include <vector>
 
+#if defined(__GNUC__) && defined(__x86_64__)
+#include <cpuid.h>
+#endif
+
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
@@ -97,6 +101,75 @@ private:
     Kernel* k_;
 };
 
+// t[0..n) += a[0..n) · b for n >= 1; answers the carry word out.
+Word AddMulPortable(Word* t, const Word* a, size_t n, Word b) {
+    Word carry = 0;
+    for (size_t j = 0; j < n; ++j) {
+        const Wide s = Wide(a[j]) * b + t[j] + carry;
+        t[j] = Word(s);
+        carry = Word(s >> 64);
+    }
+    return carry;
+}
+
+#if defined(__GNUC__) && defined(__x86_64__)
+// The same with mulx and two carry chains, adcx for the product's high word
+// and adox for t, two words a turn (an odd first word goes alone); lea and
+// jrcxz leave the flags alone. Needs BMI2 and ADX.
+Word AddMulAdx(Word* t, const Word* a, size_t n, Word b) {
+    Word carry = 0;
+    if (n & 1) {
+        const Wide s = Wide(a[0]) * b + t[0];
+        t[0] = Word(s);
+        carry = Word(s >> 64);
+        ++t;
+        ++a;
+        --n;
+    }
+    if (n == 0) return carry;
+    Word lo, hi;
+    auto i = -static_cast<int64_t>(n);
+    __asm__ volatile(
+        "xor %k[lo], %k[lo]\n\t"  // clears CF and OF
+        "1:\n\t"
+        "mulx (%[a],%[i],8), %[lo], %[hi]\n\t"
+        "adcx %[c], %[lo]\n\t"
+        "adox (%[t],%[i],8), %[lo]\n\t"
+        "mov %[lo], (%[t],%[i],8)\n\t"
+        "mulx 8(%[a],%[i],8), %[lo], %[c]\n\t"
+        "adcx %[hi], %[lo]\n\t"
+        "adox 8(%[t],%[i],8), %[lo]\n\t"
+        "mov %[lo], 8(%[t],%[i],8)\n\t"
+        "lea 2(%[i]), %[i]\n\t"
+        "jrcxz 2f\n\t"
+        "jmp 1b\n\t"
+        "2:\n\t"
+        "mov $0, %k[lo]\n\t"
+        "adcx %[lo], %[c]\n\t"
+        "adox %[lo], %[c]\n\t"
+        : [c] "+&r"(carry), [lo] "=&r"(lo), [hi] "=&r"(hi), [i] "+c"(i)
+        : [a] "r"(a + n), [t] "r"(t + n), "d"(b)
+        : "cc", "memory");
+    return carry;
+}
+#endif
+
+using AddMulFn = Word (*)(Word* t, const Word* a, size_t n, Word b);
+
+// The row product for this processor.
+AddMulFn PickAddMul() {
+#if defined(__GNUC__) && defined(__x86_64__)
+    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+    if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) && (ebx & (1u << 8)) != 0 &&
+        (ebx & (1u << 19)) != 0) {
+        return AddMulAdx;  // BMI2 (bit 8) and ADX (bit 19)
+    }
+#endif
+    return AddMulPortable;
+}
+
+const AddMulFn kAddMul = PickAddMul();
+
 // Bases below this multiply a residue in one linear pass (MulSmall).
 constexpr uint64_t kSmallLimit = uint64_t(1) << 32;
 
@@ -123,59 +196,26 @@ public:
     }
     size_t Size() const { return n_; }
 
-    // r := a b / R mod m for a, b < m; r may be a or b. False when stopped.
+    // r := a b / R mod m for a, b < m; r may be a or b. The product by
+    // rows, then Montgomery's reduction. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
         const size_t n = n_;
-        Word* t = t_.data();
-        std::fill(t, t + n + 2, 0);
-        for (size_t i = 0; i < n; ++i) {
-            Word carry = 0;
-            const Word bi = b[i];
-            for (size_t j = 0; j < n; ++j) {
-                const Wide s = Wide(a[j]) * bi + t[j] + carry;
-                t[j] = Word(s);
-                carry = Word(s >> 64);
-            }
-            Wide s = Wide(t[n]) + carry;
-            t[n] = Word(s);
-            t[n + 1] = Word(s >> 64);
-            const Word q = t[0] * negInverse_;
-            s = Wide(q) * m_[0] + t[0];  // low word becomes 0
-            carry = Word(s >> 64);
-            for (size_t j = 1; j < n; ++j) {
-                s = Wide(q) * m_[j] + t[j] + carry;
-                t[j - 1] = Word(s);
-                carry = Word(s >> 64);
-            }
-            s = Wide(t[n]) + carry;
-            t[n - 1] = Word(s);
-            t[n] = t[n + 1] + Word(s >> 64);
-        }
-        // t < 2m: one subtraction at most.
-        if (t[n] != 0 || !Below(t)) SubtractModulus(t);
-        std::copy(t, t + n, r);
+        Word* t = t2_.data();
+        std::fill(t, t + n, 0);
+        for (size_t i = 0; i < n; ++i) t[i + n] = kAddMul(t + i, a, n, b[i]);
+        Reduce(t, r);
         return !clk_->Tick(static_cast<int64_t>(2 * n * n));
     }
 
     // r := a^2 / R mod m for a < m; r may be a. The full square first, its
     // cross products once and doubled (n(n − 1)/2 word products instead of
-    // n^2), then Montgomery's reduction of the 2n words, row by row; extra
-    // holds the carry out of the row's top word for the next row. The
-    // result is below 2m. False when stopped.
+    // n^2), then Montgomery's reduction. False when stopped.
     bool Sqr(const Word* a, Word* r) {
         const size_t n = n_;
         Word* t = t2_.data();
         std::fill(t, t + 2 * n, 0);
-        for (size_t i = 0; i + 1 < n; ++i) {
-            Word carry = 0;
-            const Word ai = a[i];
-            for (size_t j = i + 1; j < n; ++j) {
-                const Wide s = Wide(ai) * a[j] + t[i + j] + carry;
-                t[i + j] = Word(s);
-                carry = Word(s >> 64);
-            }
-            t[i + n] = carry;
-        }
+        for (size_t i = 0; i + 1 < n; ++i)
+            t[i + n] = kAddMul(t + 2 * i + 1, a + i + 1, n - i - 1, a[i]);
         Word high = 0;
         for (size_t k = 0; k < 2 * n; ++k) {
             const Word next = t[k] >> 63;
@@ -190,22 +230,7 @@ public:
             t[2 * i + 1] = Word(s);
             carry = Word(s >> 64);
         }
-        Word extra = 0;
-        for (size_t i = 0; i < n; ++i) {
-            const Word q = t[i] * negInverse_;
-            Word c = 0;
-            for (size_t j = 0; j < n; ++j) {
-                const Wide s = Wide(q) * m_[j] + t[i + j] + c;
-                t[i + j] = Word(s);
-                c = Word(s >> 64);
-            }
-            const Wide s = Wide(t[i + n]) + c + extra;
-            t[i + n] = Word(s);
-            extra = Word(s >> 64);
-        }
-        t += n;
-        if (extra != 0 || !Below(t)) SubtractModulus(t);
-        std::copy(t, t + n, r);
+        Reduce(t, r);
         return !clk_->Tick(static_cast<int64_t>(3 * n * n / 2));
     }
 
@@ -242,6 +267,23 @@ public:
     static Word SmallLimit() { return kSmallLimit; }
 
 private:
+    // r := t / R mod m for t[0..2n) < m R: Montgomery's reduction row by
+    // row, extra holding the carry out of the row's top word for the next
+    // row; the quotient is below 2m, so one subtraction at most.
+    void Reduce(Word* t, Word* r) {
+        const size_t n = n_;
+        Word extra = 0;
+        for (size_t i = 0; i < n; ++i) {
+            const Word c = kAddMul(t + i, m_.data(), n, t[i] * negInverse_);
+            const Wide s = Wide(t[i + n]) + c + extra;
+            t[i + n] = Word(s);
+            extra = Word(s >> 64);
+        }
+        t += n;
+        if (extra != 0 || !Below(t)) SubtractModulus(t);
+        std::copy(t, t + n, r);
+    }
+
     // The top two words of x < 2^(64 n) as a number of 2^(64 (n − 2)).
     double Top(const Word* x) const {
         return n_ == 1 ? static_cast<double>(x[0])

@@ -29,7 +29,7 @@ struct FastThresholds {
     int32_t powMontgomery = 1200;  // limbs of a modulus below which powers run on words
     // 64-bit words of a modulus's odd part from which those powers take the
     // 52-bit vector products, where the processor has them
-    int32_t powVector = 8;
+    int32_t powVector = 10;
     int32_t radixDivide = 400;  // digits (in) or limbs (out) for divide and conquer
     // Limbs from which bases 2, 4, 8 and 16 go out through binary words: that
     // route is the faster one from a single limb on.
