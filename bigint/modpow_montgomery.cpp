@@ -333,7 +333,7 @@ public:
         k0_ = (~x + 1) & kDigitMask;
         // Up to eight vectors a row waits on its predecessor, so the time
         // grows with the rows alone.
-        cost_ = 16 * static_cast<int64_t>(vectors) * std::max(vectors, 8);
+        cost_ = 32 * static_cast<int64_t>(vectors) * std::max(vectors, 8);
     }
     size_t Size() const { return digits_; }
     size_t RBits() const { return 52 * digits_; }

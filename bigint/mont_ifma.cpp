@@ -5,10 +5,12 @@
 //
 // Method: operand scanning with the reduction interleaved. Row i adds
 // a · b[i] and y · m, y = −t0/m mod 2^52 chosen so that the lowest digit
-// vanishes, then shifts the accumulator down one digit. The lowest digits
-// are tracked in scalars, so that y does not wait for the vector lane (Row,
-// up to ten vectors, where that wait bounds the time; WideRow beyond, where
-// the products' throughput does). Digits are not normalised between rows:
+// vanishes, then moves the accumulator down one digit. Up to ten vectors
+// (BlockRow) the lowest digits are tracked in scalars, so that y does not
+// wait for the vector lane, and the rows go in blocks of eight with the
+// operands' copies moved up 0 … 8 places, so that the accumulator moves by
+// a whole register once a block; beyond (WideRow), where the products'
+// throughput bounds the time, each row shifts the accumulator. Digits are not normalised between rows:
 // each row adds at most four values below 2^52 to a digit, so 8K rows stay
 // below 2^(52 + 2 + log2(8K)) < 2^63 for K <= 40, and one carry pass at the
 // end brings them below 2^52. With a, b < 2m and 4m < R the result
@@ -33,14 +35,6 @@
 namespace {
 
 constexpr uint64_t kMask = (uint64_t(1) << 52) - 1;
-
-// The digits one place up: lane j of result k is digit 8k + j − 1.
-template <int K>
-inline void Up(const __m512i* x, __m512i* up) {
-    up[0] = _mm512_alignr_epi64(x[0], _mm512_setzero_si512(), 7);
-#pragma GCC unroll 64
-    for (int k = 1; k < K; ++k) up[k] = _mm512_alignr_epi64(x[k], x[k - 1], 7);
-}
 
 // The low and high halves of the 52-bit product a b.
 inline uint64_t Lo(uint64_t a, uint64_t b) { return (a * b) & kMask; }
@@ -87,57 +81,68 @@ inline void Normalise(__m512i* acc, uint64_t x0, uint64_t* r) {
     }
 }
 
-// The operands of a product: a and m with their digits moved up one place,
-// and the two lowest digits of each for the scalar side.
+// The operands of a product for rows in blocks of eight: a and m moved up
+// r = 0 … 8 places over K + 1 vectors (lane j of vector k of copy r is
+// digit 8k + j − r), and the two lowest digits of each for the scalar side.
 template <int K>
-struct Operands {
-    __m512i A[K + 1], Au[K], M[K + 1], Mu[K];  // A[K], M[K]: the top digit in lane 0
+struct Shifted {
+    __m512i A[9][K + 1], M[9][K + 1];
     uint64_t a0, a1, m0, m1, k0;
-    Operands(const uint64_t* a, const uint64_t* m, uint64_t k)
-        : a0(a[0]), a1(a[1]), m0(m[0]), m1(m[1]), k0(k) {
-        for (int i = 0; i < K; ++i) {
-            A[i] = _mm512_loadu_si512(a + 8 * i);
-            M[i] = _mm512_loadu_si512(m + 8 * i);
+    static void Copies(const uint64_t* x, __m512i (*out)[K + 1]) {
+        __m512i v[K + 2];
+        v[0] = _mm512_setzero_si512();
+#pragma GCC unroll 64
+        for (int k = 0; k < K; ++k) v[k + 1] = _mm512_loadu_si512(x + 8 * k);
+        v[K + 1] = _mm512_setzero_si512();
+#pragma GCC unroll 64
+        for (int k = 0; k <= K; ++k) {
+            out[0][k] = v[k + 1];
+            out[1][k] = _mm512_alignr_epi64(v[k + 1], v[k], 7);
+            out[2][k] = _mm512_alignr_epi64(v[k + 1], v[k], 6);
+            out[3][k] = _mm512_alignr_epi64(v[k + 1], v[k], 5);
+            out[4][k] = _mm512_alignr_epi64(v[k + 1], v[k], 4);
+            out[5][k] = _mm512_alignr_epi64(v[k + 1], v[k], 3);
+            out[6][k] = _mm512_alignr_epi64(v[k + 1], v[k], 2);
+            out[7][k] = _mm512_alignr_epi64(v[k + 1], v[k], 1);
+            out[8][k] = v[k];
         }
-        Up<K>(A, Au);
-        Up<K>(M, Mu);
-        A[K] = _mm512_alignr_epi64(_mm512_setzero_si512(), A[K - 1], 7);
-        M[K] = _mm512_alignr_epi64(_mm512_setzero_si512(), M[K - 1], 7);
+    }
+    Shifted(const uint64_t* a, const uint64_t* m, uint64_t k)
+        : a0(a[0]), a1(a[1]), m0(m[0]), m1(m[1]), k0(k) {
+        Copies(a, A);
+        Copies(m, M);
     }
 };
 
-// One row: acc := (acc + a s + y m) / 2^52, y making the lowest digit x0
-// vanish. Both halves of every product go in before the shift (the high
-// ones through the operands moved up). The next lowest digit is reckoned in
-// scalars from lane 1 as the row found it, so that the next y waits on the
-// scalar products only, not on the vector row.
-template <int K>
-inline void Row(__m512i* acc, const Operands<K>& o, uint64_t s, uint64_t& x0) {
-    const uint64_t lane1 =
-        static_cast<uint64_t>(_mm_extract_epi64(_mm512_castsi512_si128(acc[0]), 1));
+// Row R of a block of eight: acc (K + 1 vectors, digit R of the block's
+// first vector the lowest live one) += a s + y m, the products placed by the
+// shifted copies, so that no row moves the accumulator; the block moves it
+// one vector at its end.
+template <int K, int R>
+inline void BlockRow(__m512i* acc, const Shifted<K>& o, uint64_t s, uint64_t& x0) {
+    const __m128i part = _mm512_extracti32x4_epi32(R == 7 ? acc[1] : acc[0], ((R + 1) % 8) / 2);
+    const auto next = static_cast<uint64_t>(_mm_extract_epi64(part, (R + 1) % 2));
     const __m512i S = _mm512_set1_epi64(static_cast<long long>(s));
-    for (int k = 0; k < K; ++k) {
-        acc[k] = _mm512_madd52lo_epu64(acc[k], o.A[k], S);
-        acc[k] = _mm512_madd52hi_epu64(acc[k], o.Au[k], S);
+#pragma GCC unroll 64
+    for (int k = 0; k <= K; ++k) {
+        acc[k] = _mm512_madd52lo_epu64(acc[k], o.A[R][k], S);
+        acc[k] = _mm512_madd52hi_epu64(acc[k], o.A[R + 1][k], S);
     }
     const uint64_t t0 = x0 + Lo(o.a0, s);
     const uint64_t y = (t0 * o.k0) & kMask;
     const __m512i Y = _mm512_set1_epi64(static_cast<long long>(y));
-    for (int k = 0; k < K; ++k) {
-        acc[k] = _mm512_madd52lo_epu64(acc[k], o.M[k], Y);
-        acc[k] = _mm512_madd52hi_epu64(acc[k], o.Mu[k], Y);
+#pragma GCC unroll 64
+    for (int k = 0; k <= K; ++k) {
+        acc[k] = _mm512_madd52lo_epu64(acc[k], o.M[R][k], Y);
+        acc[k] = _mm512_madd52hi_epu64(acc[k], o.M[R + 1][k], Y);
     }
-    __m512i top = _mm512_madd52hi_epu64(_mm512_setzero_si512(), o.A[K], S);
-    top = _mm512_madd52hi_epu64(top, o.M[K], Y);
-    for (int k = 0; k + 1 < K; ++k) acc[k] = _mm512_alignr_epi64(acc[k + 1], acc[k], 1);
-    acc[K - 1] = _mm512_alignr_epi64(top, acc[K - 1], 1);
     const uint64_t carry = (t0 + Lo(o.m0, y)) >> 52;
-    x0 = lane1 + Lo(o.a1, s) + Hi(o.a0, s) + Lo(o.m1, y) + Hi(o.m0, y) + carry;
+    x0 = next + Lo(o.a1, s) + Hi(o.a0, s) + Lo(o.m1, y) + Hi(o.m0, y) + carry;
 }
 
 // The row for many vectors, where the products' throughput bounds the time
-// rather than the wait for y, and four operand sets would not fit the
-// registers: the low halves before the shift, the high ones after it, y
+// rather than the wait for y, and the shifted copies would crowd the first
+// level cache: the low halves before the shift, the high ones after it, y
 // from the lowest lane.
 template <int K>
 inline void WideRow(__m512i* acc, const __m512i* A, const __m512i* M, uint64_t a0, uint64_t m0,
@@ -163,27 +168,40 @@ inline void WideRow(__m512i* acc, const __m512i* A, const __m512i* M, uint64_t a
     x0 = static_cast<uint64_t>(_mm_cvtsi128_si64(_mm512_castsi512_si128(acc[0]))) + carry;
 }
 
-constexpr int kWideRows = 11;  // vectors from which WideRow is the faster
-
+// Blocks of eight rows up to ten vectors, WideRow beyond.
 template <int K>
 void Mul(const uint64_t* a, const uint64_t* b, const uint64_t* m, uint64_t k0, uint64_t* r) {
     uint64_t x0 = 0;
-    __m512i acc[K];
+    if constexpr (K <= 10) {
+        const Shifted<K> o(a, m, k0);
+        __m512i acc[K + 1];
 #pragma GCC unroll 64
-    for (int k = 0; k < K; ++k) acc[k] = _mm512_setzero_si512();
-    if constexpr (K >= kWideRows) {
-        __m512i A[K], M[K];
+        for (int k = 0; k <= K; ++k) acc[k] = _mm512_setzero_si512();
+        for (int i = 0; i < 8 * K; i += 8) {
+            BlockRow<K, 0>(acc, o, b[i], x0);
+            BlockRow<K, 1>(acc, o, b[i + 1], x0);
+            BlockRow<K, 2>(acc, o, b[i + 2], x0);
+            BlockRow<K, 3>(acc, o, b[i + 3], x0);
+            BlockRow<K, 4>(acc, o, b[i + 4], x0);
+            BlockRow<K, 5>(acc, o, b[i + 5], x0);
+            BlockRow<K, 6>(acc, o, b[i + 6], x0);
+            BlockRow<K, 7>(acc, o, b[i + 7], x0);
+#pragma GCC unroll 64
+            for (int k = 0; k < K; ++k) acc[k] = acc[k + 1];
+            acc[K] = _mm512_setzero_si512();
+        }
+        Normalise<K>(acc, x0, r);
+    } else {
+        __m512i A[K], M[K], acc[K];
+#pragma GCC unroll 64
         for (int k = 0; k < K; ++k) {
             A[k] = _mm512_loadu_si512(a + 8 * k);
             M[k] = _mm512_loadu_si512(m + 8 * k);
+            acc[k] = _mm512_setzero_si512();
         }
         for (int i = 0; i < 8 * K; ++i) WideRow<K>(acc, A, M, a[0], m[0], b[i], k0, x0);
         Normalise<K>(acc, x0, r);
-        return;
     }
-    const Operands<K> o(a, m, k0);
-    for (int i = 0; i < 8 * K; ++i) Row<K>(acc, o, b[i], x0);
-    Normalise<K>(acc, x0, r);
 }
 
 template <size_t... I>
