@@ -17,7 +17,6 @@
 // ModPowMontgomery) run their bodies under CatchNoMemory, so a vector that
 // cannot grow answers code 3, the records being scoped.
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -173,13 +172,13 @@ const AddMulFn kAddMul = PickAddMul();
 // Bases below this multiply a residue in one linear pass (MulSmall).
 constexpr uint64_t kSmallLimit = uint64_t(1) << 32;
 
-// q for a · s − q · m in 0 … 2m − 1, given a and m by their leading parts
-// (the same scale, m's leading part at least 2^52 times the rest, or exact)
-// and a < 2m, s < 2^32: the quotient a s / m is below 2^33, the doubles
-// are off by less than 2^−18 in it, and a margin of 2^−12 taken off makes q
-// the floor or one less.
-uint64_t SmallQuotient(double aTop, uint64_t s, double mTop) {
-    const double ratio = aTop * static_cast<double>(s) / mTop - 0x1p-12;
+// q for a · s − q · m in 0 … 2m − 1, given a and 1/m by their leading
+// parts (the same scale, m's leading part at least 2^52 times the rest, or
+// exact) and a < 2m, s < 2^32: the quotient a s / m is below 2^33, the
+// doubles are off by less than 2^−18 in it, and a margin of 2^−12 taken off
+// makes q the floor or one less.
+uint64_t SmallQuotient(double aTop, uint64_t s, double mTopInverse) {
+    const double ratio = aTop * static_cast<double>(s) * mTopInverse - 0x1p-12;
     return ratio <= 0 ? 0 : static_cast<uint64_t>(ratio);
 }
 
@@ -190,7 +189,7 @@ public:
         Word x = m_[0];  // m0 x ≡ 1 (mod 8); each step doubles the good bits
         for (int i = 0; i < 5; ++i) x *= 2 - m_[0] * x;
         negInverse_ = ~x + 1;
-        mTop_ = Top(m_.data());
+        mTopInverse_ = 1 / Top(m_.data());
         t_.assign(n_ + 2, 0);
         t2_.assign(2 * n_, 0);
     }
@@ -202,7 +201,7 @@ public:
         const size_t n = n_;
         Word* t = t2_.data();
         std::fill(t, t + n, 0);
-        for (size_t i = 0; i < n; ++i) t[i + n] = kAddMul(t + i, a, n, b[i]);
+        for (size_t i = 0; i < n; ++i) t[i + n] = AddMul(t + i, a, n, b[i]);
         Reduce(t, r);
         return !clk_->Tick(static_cast<int64_t>(2 * n * n));
     }
@@ -215,7 +214,7 @@ public:
         Word* t = t2_.data();
         std::fill(t, t + 2 * n, 0);
         for (size_t i = 0; i + 1 < n; ++i)
-            t[i + n] = kAddMul(t + 2 * i + 1, a + i + 1, n - i - 1, a[i]);
+            t[i + n] = AddMul(t + 2 * i + 1, a + i + 1, n - i - 1, a[i]);
         Word high = 0;
         for (size_t k = 0; k < 2 * n; ++k) {
             const Word next = t[k] >> 63;
@@ -240,7 +239,7 @@ public:
     bool MulSmall(const Word* a, Word s, Word* r) {
         const size_t n = n_;
         Word* t = t_.data();
-        const Word q = SmallQuotient(Top(a), s, mTop_);
+        const Word q = SmallQuotient(Top(a), s, mTopInverse_);
         Word cp = 0, cq = 0, borrow = 0;
         for (size_t j = 0; j < n; ++j) {
             const Wide p = Wide(a[j]) * s + cp;
@@ -267,6 +266,12 @@ public:
     static Word SmallLimit() { return kSmallLimit; }
 
 private:
+    // The rows of short moduli stay inline: a call would cost more than the
+    // carry chains save.
+    Word AddMul(Word* t, const Word* a, size_t n, Word b) const {
+        return n_ < 6 ? AddMulPortable(t, a, n, b) : kAddMul(t, a, n, b);
+    }
+
     // r := t / R mod m for t[0..2n) < m R: Montgomery's reduction row by
     // row, extra holding the carry out of the row's top word for the next
     // row; the quotient is below 2m, so one subtraction at most.
@@ -274,7 +279,7 @@ private:
         const size_t n = n_;
         Word extra = 0;
         for (size_t i = 0; i < n; ++i) {
-            const Word c = kAddMul(t + i, m_.data(), n, t[i] * negInverse_);
+            const Word c = AddMul(t + i, m_.data(), n, t[i] * negInverse_);
             const Wide s = Wide(t[i + n]) + c + extra;
             t[i + n] = Word(s);
             extra = Word(s >> 64);
@@ -308,7 +313,7 @@ private:
     size_t n_;
     PollClock* clk_;
     Word negInverse_ = 0;  // -1 / m mod 2^64
-    double mTop_ = 0;
+    double mTopInverse_ = 0;
     std::vector<Word> t_, t2_;
 };
 
@@ -327,7 +332,7 @@ public:
           m_(m) {
         md_ = FromWords(m);
         while (mTopDigit_ > 0 && md_[mTopDigit_] == 0) --mTopDigit_;
-        mTop_ = Top(md_.data());
+        mTopInverse_ = 1 / Top(md_.data());
         Word x = m[0];  // as in Montgomery
         for (int i = 0; i < 5; ++i) x *= 2 - m[0] * x;
         k0_ = (~x + 1) & kDigitMask;
@@ -347,7 +352,7 @@ public:
     // r := a s mod m, lazy, for s < SmallLimit(): a s − q m digit by digit
     // with signed carries, q from the leading digits (SmallQuotient).
     bool MulSmall(const Word* a, Word s, Word* r) {
-        const uint64_t q = SmallQuotient(Top(a), s, mTop_);
+        const uint64_t q = SmallQuotient(Top(a), s, mTopInverse_);
         Word cp = 0, cq = 0;
         int64_t carry = 0;
         for (size_t k = 0; k < digits_; ++k) {
@@ -399,12 +404,11 @@ private:
     // Digits mTopDigit + 1 down to mTopDigit − 2 of x < 2m as a number of
     // 2^(52 (mTopDigit − 2)).
     double Top(const Word* x) const {
-        double v = 0;
-        for (size_t k = mTopDigit_ + 2; k-- > 0 && k + 3 >= mTopDigit_ + 1;) {
-            if (k < digits_)
-                v += std::ldexp(static_cast<double>(x[k]), 52 * int(k + 2 - mTopDigit_));
-        }
-        return v;
+        const size_t t = mTopDigit_;
+        double v = t + 1 < digits_ ? static_cast<double>(x[t + 1]) : 0;
+        v = v * 0x1p52 + static_cast<double>(x[t]);
+        v = v * 0x1p52 + (t >= 1 ? static_cast<double>(x[t - 1]) : 0);
+        return v * 0x1p52 + (t >= 2 ? static_cast<double>(x[t - 2]) : 0);
     }
 
     static constexpr Word kDigitMask = (Word(1) << 52) - 1;
@@ -414,7 +418,7 @@ private:
     std::vector<Word> m_, md_;
     Word k0_ = 0;
     int64_t cost_ = 0;
-    double mTop_ = 0;
+    double mTopInverse_ = 0;
 };
 
 // 2^e mod m for an odd m > 1 of n words, by doubling from the largest power
