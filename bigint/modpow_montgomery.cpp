@@ -155,19 +155,20 @@ Word AddMulAdx(Word* t, const Word* a, size_t n, Word b) {
 
 using AddMulFn = Word (*)(Word* t, const Word* a, size_t n, Word b);
 
-// The row product for this processor.
-AddMulFn PickAddMul() {
+// The row product for this processor, chosen once.
+AddMulFn RowProduct() {
+    static const AddMulFn chosen = [] {
 #if defined(__GNUC__) && defined(__x86_64__)
-    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
-    if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) && (ebx & (1u << 8)) != 0 &&
-        (ebx & (1u << 19)) != 0) {
-        return AddMulAdx;  // BMI2 (bit 8) and ADX (bit 19)
-    }
+        unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+        if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) && (ebx & (1u << 8)) != 0 &&
+            (ebx & (1u << 19)) != 0) {
+            return AddMulAdx;  // BMI2 (bit 8) and ADX (bit 19)
+        }
 #endif
-    return AddMulPortable;
+        return AddMulPortable;
+    }();
+    return chosen;
 }
-
-const AddMulFn kAddMul = PickAddMul();
 
 // Bases below this multiply a residue in one linear pass (MulSmall).
 constexpr uint64_t kSmallLimit = uint64_t(1) << 32;
@@ -185,7 +186,8 @@ uint64_t SmallQuotient(double aTop, uint64_t s, double mTopInverse) {
 // Arithmetic modulo an odd m of n words, R = 2^(64 n).
 class Montgomery {
 public:
-    Montgomery(std::vector<Word> m, PollClock* clk) : m_(std::move(m)), n_(m_.size()), clk_(clk) {
+    Montgomery(std::vector<Word> m, PollClock* clk)
+        : m_(std::move(m)), n_(m_.size()), clk_(clk), addMul_(RowProduct()) {
         Word x = m_[0];  // m0 x ≡ 1 (mod 8); each step doubles the good bits
         for (int i = 0; i < 5; ++i) x *= 2 - m_[0] * x;
         negInverse_ = ~x + 1;
@@ -269,7 +271,7 @@ private:
     // The rows of short moduli stay inline: a call would cost more than the
     // carry chains save.
     Word AddMul(Word* t, const Word* a, size_t n, Word b) const {
-        return n_ < 6 ? AddMulPortable(t, a, n, b) : kAddMul(t, a, n, b);
+        return n_ < 6 ? AddMulPortable(t, a, n, b) : addMul_(t, a, n, b);
     }
 
     // r := t / R mod m for t[0..2n) < m R: Montgomery's reduction row by
@@ -312,6 +314,7 @@ private:
     std::vector<Word> m_;
     size_t n_;
     PollClock* clk_;
+    AddMulFn addMul_;
     Word negInverse_ = 0;  // -1 / m mod 2^64
     double mTopInverse_ = 0;
     std::vector<Word> t_, t2_;
