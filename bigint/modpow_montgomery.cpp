@@ -455,10 +455,11 @@ bool PowerOfTwoMod(const std::vector<Word>& m, size_t e, PollClock* clk, std::ve
 // x := b^e mod m (n words, reduced) for an odd m > 1 and b < m, by one of
 // the Montgomery kernels. R^2 mod m, the factor into Montgomery form, comes
 // from 2^j · R by s squares, R = 2^(j · 2^s), j odd. A base below the
-// kernel's SmallLimit() needs no table and no full products: left to right
-// each bit costs a square, and a one bit a linear product by the base with
-// its remainder. Any other base goes by the sliding window. False when
-// stopped.
+// kernel's SmallLimit() needs no table of residues and no full products:
+// left to right each bit costs a square, and each window of w bits one
+// linear product by b^v with its remainder, w up to 5 as long as b^(2^w − 1)
+// stays below the limit. Any other base goes by the sliding window. False
+// when stopped.
 template <class Kernel>
 bool OddPower(Kernel& k, const std::vector<Word>& m, const std::vector<Word>& b,
               const std::vector<bool>& bits, PollClock* clk, std::vector<Word>* x) {
@@ -477,13 +478,26 @@ bool OddPower(Kernel& k, const std::vector<Word>& m, const std::vector<Word>& b,
     const bool small = std::all_of(b.begin() + 1, b.end(), [](Word w) { return w == 0; }) &&
                        b[0] < Kernel::SmallLimit();
     if (small) {
+        // Windows of w bits with every b^v, v < 2^w, below the limit too.
+        Word powers[32] = {1};
+        size_t count = 1, w = 1;  // powers[0 … count) = b^v below the limit
+        for (; count < 32; ++count) {
+            const Wide next = Wide(powers[count - 1]) * b[0];
+            if (next >= Kernel::SmallLimit()) break;
+            powers[count] = Word(next);
+        }
+        while (w < 5 && (size_t(1) << (w + 1)) <= count) ++w;
         power = r2;  // the form of 1 (R)
         if (!k.Mul(power.data(), one.data(), power.data())) return false;
-        for (size_t i = bits.size(); i-- > 0;) {
-            if (!k.Sqr(power.data(), power.data()) ||
-                (bits[i] && !k.MulSmall(power.data(), b[0], power.data()))) {
-                return false;
+        bool started = false;
+        for (size_t top = (bits.size() + w - 1) / w * w; top > 0; top -= w) {
+            size_t v = 0;
+            for (size_t i = top; i-- > top - w;) v = 2 * v + (i < bits.size() && bits[i] ? 1 : 0);
+            for (size_t i = 0; i < w && started; ++i) {
+                if (!k.Sqr(power.data(), power.data())) return false;
             }
+            if (v != 0 && !k.MulSmall(power.data(), powers[v], power.data())) return false;
+            started = started || v != 0;
         }
     } else {
         Value form = k.FromWords(b);
