@@ -170,6 +170,11 @@ AddMulFn RowProduct() {
     return chosen;
 }
 
+// Work units charged for a product beyond its word products: with short
+// moduli the call itself is most of the time, and the polls keep their
+// pace.
+constexpr int64_t kCallWork = 16;
+
 // Bases below this multiply a residue in one linear pass (MulSmall).
 constexpr uint64_t kSmallLimit = uint64_t(1) << 32;
 
@@ -200,18 +205,20 @@ public:
     // r := a b / R mod m for a, b < m; r may be a or b. The product by
     // rows, then Montgomery's reduction. False when stopped.
     bool Mul(const Word* a, const Word* b, Word* r) {
+        if (n_ == 1) return OneWord(a[0], b[0], r);
         const size_t n = n_;
         Word* t = t2_.data();
         std::fill(t, t + n, 0);
         for (size_t i = 0; i < n; ++i) t[i + n] = AddMul(t + i, a, n, b[i]);
         Reduce(t, r);
-        return !clk_->Tick(static_cast<int64_t>(2 * n * n));
+        return !clk_->Tick(static_cast<int64_t>(2 * n * n) + kCallWork);
     }
 
     // r := a^2 / R mod m for a < m; r may be a. The full square first, its
     // cross products once and doubled (n(n − 1)/2 word products instead of
     // n^2), then Montgomery's reduction. False when stopped.
     bool Sqr(const Word* a, Word* r) {
+        if (n_ == 1) return OneWord(a[0], a[0], r);
         const size_t n = n_;
         Word* t = t2_.data();
         std::fill(t, t + 2 * n, 0);
@@ -232,7 +239,7 @@ public:
             carry = Word(s >> 64);
         }
         Reduce(t, r);
-        return !clk_->Tick(static_cast<int64_t>(3 * n * n / 2));
+        return !clk_->Tick(static_cast<int64_t>(3 * n * n / 2) + kCallWork);
     }
 
     // r := a s mod m for a < m, s < SmallLimit(): a s − q m with q from the
@@ -254,7 +261,7 @@ public:
         }
         if (cp - cq - borrow != 0 || !Below(t)) SubtractModulus(t);
         std::copy(t, t + n, r);
-        return !clk_->Tick(static_cast<int64_t>(2 * n));
+        return !clk_->Tick(static_cast<int64_t>(2 * n) + kCallWork);
     }
     size_t RBits() const { return 64 * n_; }
     // The kernel's values are the words themselves, always below m.
@@ -268,6 +275,18 @@ public:
     static Word SmallLimit() { return kSmallLimit; }
 
 private:
+    // Mul for a modulus of one word, in registers: t + q m ≡ 0 (mod 2^64)
+    // carries out of the low word exactly when t's low word is not 0.
+    bool OneWord(Word a, Word b, Word* r) {
+        const Wide t = Wide(a) * b;
+        const Word m = m_[0];
+        const Wide qm = Wide(Word(t) * negInverse_) * m;
+        Wide h = (t >> 64) + (qm >> 64) + (Word(t) != 0 ? 1 : 0);  // below 2m
+        if (h >= m) h -= m;
+        *r = Word(h);
+        return !clk_->Tick(kCallWork);
+    }
+
     // The rows of short moduli stay inline: a call would cost more than the
     // carry chains save.
     Word AddMul(Word* t, const Word* a, size_t n, Word b) const {
@@ -368,7 +387,7 @@ public:
             cp = Word(p >> 52);
             cq = Word(qm >> 52);
         }
-        return !clk_->Tick(2 * static_cast<int64_t>(n_));
+        return !clk_->Tick(2 * static_cast<int64_t>(n_) + kCallWork);
     }
 
     // Digits of a value below 2^(52 · digits) given in words.

@@ -101,6 +101,24 @@ TEST_P(FastModPowKernels, EdgeModuliAndBasesMatchGmp) {
     ASSERT_EQ(sum.v.limbs[sum.v.top], 10000);
     ASSERT_EQ(ModPow(&ctx, &base.v, &e.v, &r.v, &sum.v), Result::kOk);
     EXPECT_EQ(ToDecimal(&r.v), GmpPower(&base.v, &e.v, &sum.v));
+    // Powers of 3 modulo 3^k (1, 4, 15 and 50 words), some of them 0: the
+    // Montgomery products meet residues equal to m.
+    for (const unsigned long k : {40ul, 130ul, 600ul, 2000ul}) {
+        mpz_class m, b;
+        mpz_ui_pow_ui(m.get_mpz_t(), 3, k);
+        mpz_ui_pow_ui(b.get_mpz_t(), 3, k / 4);
+        for (const mpz_class& base3 : {mpz_class(3), mpz_class(2 * b)}) {
+            for (const unsigned long power : {3ul, 4ul, k - 1, k}) {
+                Num mm, bb, ee, rr;
+                FromDecimal(mm.Out(), m.get_str());
+                FromDecimal(bb.Out(), base3.get_str());
+                FromDecimal(ee.Out(), std::to_string(power));
+                ASSERT_EQ(ModPow(&ctx, &bb.v, &ee.v, &rr.v, &mm.v), Result::kOk);
+                EXPECT_EQ(ToDecimal(&rr.v), GmpPowMod(base3, power, m).get_str())
+                    << k << " " << power;
+            }
+        }
+    }
 }
 
 // Odd parts of 1 … 200 words, at the edges of the vector kernel's sizes (K
