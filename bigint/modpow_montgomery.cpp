@@ -7,11 +7,14 @@
 // binary limb by limb (both are below the modulus's size limit), a long
 // exponent through the base-16 conversion; the power runs on words, and the
 // result comes back by division by 10^8. A base below 2^32 goes left to right
-// bit by bit, each one bit a linear product by the base with a remainder
-// step; any other base by a sliding window over the exponent's bits.
-// Montgomery's reduction needs a modulus prime to the word base 2^64: an
-// even modulus 2^s · o is served by the power modulo o and the power modulo
-// 2^s (truncated products), joined by the Chinese remainder theorem.
+// by windows of up to five bits, each a linear product by a power of the
+// base with a remainder step; any other base by a sliding window over the
+// exponent's bits. The 64-bit products run by rows (mulx with two carry
+// chains where the processor has BMI2 and ADX), a one-word modulus in
+// registers. Montgomery's reduction needs a modulus prime to the word base
+// 2^64: an even modulus 2^s · o is served by the power modulo o and the
+// power modulo 2^s (truncated products), joined by the Chinese remainder
+// theorem.
 //
 // Allocation: the words live in std::vector; both entries (ExponentBits,
 // ModPowMontgomery) run their bodies under CatchNoMemory, so a vector that
