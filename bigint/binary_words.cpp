@@ -125,13 +125,55 @@ Result MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_
     return Result::kOk;
 }
 
+// Work of a product of la >= lb words in butterflies: column sums cost about
+// a third of a butterfly per word product; a transform product is three
+// transforms of the power of two that holds its halves.
+int64_t TransformPoints(int64_t la, int64_t lb) {
+    int64_t n = 1;
+    while (n < 2 * (la + lb) - 1) n <<= 1;
+    return n;
+}
+
+int64_t Log2(int64_t n) {
+    int64_t k = 0;
+    while ((int64_t(1) << k) < n) ++k;
+    return k;
+}
+
+// Words of a (la >= lb) for the first piece when a is cut into pieces each
+// of which fills a transform of half the points, or 0 when the one product
+// is cheaper; *work answers the work of the choice. A product whose halves
+// fill little more than half of their transform costs up to twice what its
+// length asks: the pieces, though each transforms b again, pay for
+// what they use.
+int32_t PieceWords(int64_t la, int64_t lb, int64_t* work) {
+    if (la < lb) std::swap(la, lb);
+    if (lb < gFastThresholds.binaryNtt) {
+        *work = la * lb / 3;
+        return 0;
+    }
+    const int64_t n = TransformPoints(la, lb);
+    *work = 3 * n * Log2(n);
+    const int64_t piece = n / 4 - lb;
+    if (piece < 1 || piece < lb / 2 || piece >= la) return 0;
+    int64_t rest = 0;
+    PieceWords(la - piece, lb, &rest);
+    const int64_t cut = 3 * (n / 2) * Log2(n / 2) + rest;
+    if (cut >= *work) return 0;
+    *work = cut;
+    return int32_t(piece);
+}
+
 // la >= lb; b null for the square of a.
 Result MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                   uint32_t* p) {
     if (lb < gFastThresholds.binaryNtt) return WordsBasecase(clk, a, la, b ? b : a, lb, p);
-    if (2 * (int64_t(la) + lb) <= NttMaxLength()) return MulTransform(clk, a, la, b, lb, p);
+    int64_t work = 0;
+    int32_t h = b != nullptr ? PieceWords(la, lb, &work) : 0;
+    if (h == 0 && 2 * (int64_t(la) + lb) <= NttMaxLength())
+        return MulTransform(clk, a, la, b, lb, p);
     // a = a1·2^(32h) + a0: p = a0·b, then a1·b added in at word h.
-    const int32_t h = la / 2;
+    if (h == 0) h = la / 2;
     if (b == nullptr) b = a;
     Scratch<uint32_t> t(int64_t(la - h) + lb);
     if (!t) return Result::kNoMemory;
