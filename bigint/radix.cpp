@@ -107,3 +107,10 @@ Result ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text
     if (!Ok(code)) return code;
     return BigToRadixDispatch(ctx, &value.v, toBase, text);
 }
+
+Result BigToRadix(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+    // A view of the magnitude: the limbs are shared, never freed through it.
+    BigInt magnitude = *value;
+    magnitude.negative = 0;
+    return BigToRadixDispatch(ctx, &magnitude, base, text);
+}
