@@ -13,6 +13,7 @@
 // entries run under CatchNoMemory, so a container that cannot grow answers
 // code 3. Every power is in the list before it is made, so the list's
 // destructor releases what an unwinding leaves.
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -211,7 +212,11 @@ Result ToTextSplit(CalcContext* ctx, const BigInt* value, int base, std::string*
     // Enough powers that the value is below the square of the last.
     Powers pw;
     pw.leaf = gFastThresholds.radixDivide;
-    const int32_t digitsAtMost = int32_t(int64_t(value->top + 1) * 14 + 1);  // 4·log2(10) per limb
+    // v < 10^(4·limbs): at most 4·limbs·log_base(10) + 1 digits, with room
+    // for the rounding of the logarithms. Powers past the value's length
+    // would only be made (and their reciprocals) to be skipped.
+    const double perLimb = 4 * std::log(10.0) / std::log(double(base));
+    const int32_t digitsAtMost = int32_t(double(value->top + 1) * perLimb) + 2;
     Result code = pw.Build(ctx, base, digitsAtMost);
     if (Ok(code)) code = pw.PrepareDivisors(ctx);
     if (Ok(code)) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);
