@@ -6,8 +6,10 @@
 // (gFastThresholds.radixDivide): text to value joins halves as
 // high·P_i + low, value to text splits by one division by P_i and pads the
 // low half to L·2^i digits. Both cost O(M(n) log n) instead of the n² of one
-// digit at a time. Leaves work on limb arrays with one short multiplication
-// or division per group of digits that fits 32 bits.
+// digit at a time. Leaves work with one short multiplication or division
+// per group of digits that fits 32 bits: text in on limb arrays, text out on
+// words of two limbs. The powers go up to the value's length in the output
+// base, no further.
 //
 // Allocation: digits and the powers' list live in standard containers; both
 // entries run under CatchNoMemory, so a container that cannot grow answers
