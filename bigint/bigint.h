@@ -139,4 +139,7 @@ Result ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigI
 // Rewrites text (digits of fromBase, 2..16) as digits of toBase. kOk, or
 // kCannotUnderstand for an invalid digit (text then left half-decoded).
 Result ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text);
+// The digits of |value| in base 2..16 as ConvertBase writes them (none for
+// zero), for values of any length. kOk, kNoMemory, kStopped.
+Result BigToRadix(CalcContext* ctx, const BigInt* value, int base, std::string* text);
 Result BigMulSmallInt(CalcContext* ctx, BigInt* result, const BigInt* x, int32_t n);

@@ -1,11 +1,13 @@
-// Products of binary words: schoolbook rows with 64-bit products
-// (a·b + p + carry < 2^64 for 32-bit a, b, p, carry), or the 16-bit
-// transform convolution. Its coefficients are below min(la, lb)·2^32 <= 2^56,
-// so a word's column sum c[2i] + c[2i+1]·2^16 is carried with the high part
-// of c[2i+1] folded straight into the next carry: every sum stays below 2^58.
-// Operands too long for one transform are halved until they fit. Shifted
-// sums place one number at any bit of another.
-//
+// Products of binary words: schoolbook rows on 64-bit words with 128-bit
+// products (a·b + r + carry < 2^128), or the 16-bit transform convolution.
+// Its coefficients are below min(la, lb)·2^32 <= 2^56, so a word's column
+// sum c[2i] + c[2i+1]·2^16 is carried with the high part of c[2i+1] folded
+// straight into the next carry: every sum stays below 2^58. The transform
+// has a power of two of points, so a product that fills little more than
+// half of its transform is cut into pieces of the longer operand that each
+// fill one of half the points, when a cost model of the transforms says so;
+// operands too long for one transform are halved until they fit. Shifted
+// sums place one number at any bit of another.//
 // Allocation: words and scratch from nothrow new; a refused array answers code 3.
 #include "bigint/binary_words.h"
 
@@ -60,36 +62,42 @@ void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64
 
 namespace {
 
-// Column sums: the low and high halves of the products a[j]·b[i] gathered
-// apart in 64-bit sums, which cannot overflow for lb < 2^31, so the inner
-// loop carries nothing and vectorises; one carry pass at the end. Polled per
-// row so that a long a cannot run on.
+using Wide = unsigned __int128;
+
+// Schoolbook on 64-bit words (pairs of words, a zero word added to an odd
+// length): one 64 x 64-bit product does the work of four 32-bit ones, and a
+// row is one carry chain, t = a·b + r + carry < 2^128. Polled per row so
+// that a long a cannot run on.
 Result WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                      uint32_t* p) {
-    const int32_t n = la + lb;
-    Scratch<uint64_t> sums(2 * int64_t(n));
-    if (!sums) return Result::kNoMemory;
-    uint64_t* lo = sums.get();
-    uint64_t* hi = lo + n;
-    std::fill(lo, lo + 2 * int64_t(n), uint64_t(0));
-    for (int32_t i = 0; i < lb; ++i) {
-        const uint64_t bi = b[i];
-        uint64_t* __restrict low = lo + i;
-        uint64_t* __restrict high = hi + i + 1;
-        for (int32_t j = 0; j < la; ++j) {
-            const uint64_t t = a[j] * bi;
-            low[j] += static_cast<uint32_t>(t);
-            high[j] += t >> 32;
+    const int32_t na = (la + 1) / 2, nb = (lb + 1) / 2;
+    Scratch<uint64_t> buf(2 * (int64_t(na) + nb));
+    if (!buf) return Result::kNoMemory;
+    uint64_t* x = buf.get();
+    uint64_t* y = x + na;
+    uint64_t* r = y + nb;
+    const auto pack = [](const uint32_t* w, int32_t n, uint64_t* out) {
+        for (int32_t i = 0; 2 * i < n; ++i)
+            out[i] = w[2 * i] | (2 * i + 1 < n ? uint64_t(w[2 * i + 1]) << 32 : 0);
+    };
+    pack(a, la, x);
+    pack(b, lb, y);
+    std::fill(r, r + na + nb, uint64_t(0));
+    for (int32_t i = 0; i < nb; ++i) {
+        const Wide yi = y[i];
+        uint64_t carry = 0;
+        uint64_t* ri = r + i;
+        for (int32_t j = 0; j < na; ++j) {
+            const Wide t = x[j] * yi + ri[j] + carry;
+            ri[j] = static_cast<uint64_t>(t);
+            carry = static_cast<uint64_t>(t >> 64);
         }
-        if (clk.Tick(la)) return Result::kStopped;
+        ri[na] = carry;
+        if (clk.Tick(na)) return Result::kStopped;
     }
-    // Each sum is below lb·2^32 and the carry below 2·lb + 1: no overflow.
-    uint64_t carry = 0;
-    for (int32_t k = 0; k < n; ++k) {
-        const uint64_t t = (lo[k] & 0xFFFFFFFFu) + (hi[k] & 0xFFFFFFFFu) + carry;
-        p[k] = static_cast<uint32_t>(t);
-        carry = (t >> 32) + (lo[k] >> 32) + (hi[k] >> 32);
-    }
+    // r has 2(na + nb) >= la + lb words; those past la + lb are zero.
+    for (int32_t k = 0; k < la + lb; ++k)
+        p[k] = static_cast<uint32_t>(k % 2 == 0 ? r[k / 2] : r[k / 2] >> 32);
     return Result::kOk;
 }
 
@@ -125,13 +133,55 @@ Result MulTransform(PollClock& clk, const uint32_t* a, int32_t la, const uint32_
     return Result::kOk;
 }
 
+// Work of a product of la >= lb words in butterflies: column sums cost about
+// a third of a butterfly per word product; a transform product is three
+// transforms of the power of two that holds its halves.
+int64_t TransformPoints(int64_t la, int64_t lb) {
+    int64_t n = 1;
+    while (n < 2 * (la + lb) - 1) n <<= 1;
+    return n;
+}
+
+int64_t Log2(int64_t n) {
+    int64_t k = 0;
+    while ((int64_t(1) << k) < n) ++k;
+    return k;
+}
+
+// Words of a (la >= lb) for the first piece when a is cut into pieces each
+// of which fills a transform of half the points, or 0 when the one product
+// is cheaper; *work answers the work of the choice. A product whose halves
+// fill little more than half of their transform costs up to twice what its
+// length asks: the pieces, though each transforms b again, pay for
+// what they use.
+int32_t PieceWords(int64_t la, int64_t lb, int64_t* work) {
+    if (la < lb) std::swap(la, lb);
+    if (lb < gFastThresholds.binaryNtt) {
+        *work = la * lb / 3;
+        return 0;
+    }
+    const int64_t n = TransformPoints(la, lb);
+    *work = 3 * n * Log2(n);
+    const int64_t piece = n / 4 - lb;
+    if (piece < 1 || piece < lb / 2 || piece >= la) return 0;
+    int64_t rest = 0;
+    PieceWords(la - piece, lb, &rest);
+    const int64_t cut = 3 * (n / 2) * Log2(n / 2) + rest;
+    if (cut >= *work) return 0;
+    *work = cut;
+    return int32_t(piece);
+}
+
 // la >= lb; b null for the square of a.
 Result MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                   uint32_t* p) {
     if (lb < gFastThresholds.binaryNtt) return WordsBasecase(clk, a, la, b ? b : a, lb, p);
-    if (2 * (int64_t(la) + lb) <= NttMaxLength()) return MulTransform(clk, a, la, b, lb, p);
+    int64_t work = 0;
+    int32_t h = b != nullptr ? PieceWords(la, lb, &work) : 0;
+    if (h == 0 && 2 * (int64_t(la) + lb) <= NttMaxLength())
+        return MulTransform(clk, a, la, b, lb, p);
     // a = a1·2^(32h) + a0: p = a0·b, then a1·b added in at word h.
-    const int32_t h = la / 2;
+    if (h == 0) h = la / 2;
     if (b == nullptr) b = a;
     Scratch<uint32_t> t(int64_t(la - h) + lb);
     if (!t) return Result::kNoMemory;

@@ -1,10 +1,11 @@
 // Binary magnitudes on 32-bit words, least significant first, for the base
 // conversions that leave the decimal limbs.
 //
-// Products: schoolbook on words with 64-bit products below
+// Products: schoolbook on pairs of words with 128-bit products below
 // gFastThresholds.binaryNtt words of the shorter operand; above it the words
 // are cut into 16-bit halves for NttConvolve16, whose exact coefficients
-// (below 2^56) are carried back into words. Arrays come from nothrow new; a
+// (below 2^56) are carried back into words, unbalanced products in pieces
+// that fill their transforms. Arrays come from nothrow new; a
 // failed allocation is answered with kNoMemory, never an exception.
 #pragma once
 

@@ -83,21 +83,34 @@ Result ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text
     constexpr size_t kChunk = 1 << 16;
     auto stopped = [&](size_t i) { return i % kChunk == kChunk - 1 && clk.Tick(kChunk); };
     s.erase(std::remove(s.begin(), s.end(), ' '), s.end());
+    // One pass upper-cases and checks; ASCII letters are mapped inline, any
+    // other byte through std::toupper as before (it is invalid either way).
     for (size_t i = 0; i < s.size(); ++i) {
-        s[i] = static_cast<char>(std::toupper(static_cast<unsigned char>(s[i])));
-        if (stopped(i)) return Result::kStopped;
-    }
-    for (size_t i = 0; i < s.size(); ++i) {
-        int value = static_cast<unsigned char>(s[i]) - '0';
+        const unsigned char c = static_cast<unsigned char>(s[i]);
+        const int upper = c >= 'a' && c <= 'z' ? c - 32 : c < 128 ? c : std::toupper(c);
+        int value = upper - '0';
         if (value > 16) value -= 7;
-        if (value < 0 || value + 1 > fromBase) return Result::kCannotUnderstand;
-        s[i] = static_cast<char>(value + 10);
+        if (value < 0 || value + 1 > fromBase) {
+            // The text is left as the separate passes left it: upper-cased,
+            // the accepted characters as value + 10.
+            for (size_t j = 0; j < i; ++j) s[j] = static_cast<char>(s[j] + 10);
+            for (size_t j = i; j < s.size(); ++j)
+                s[j] = static_cast<char>(std::toupper(static_cast<unsigned char>(s[j])));
+            return Result::kCannotUnderstand;
+        }
+        s[i] = static_cast<char>(value);
         if (stopped(i)) return Result::kStopped;
     }
-    for (char& c : s) c = static_cast<char>(c - 10);
     BigTemp value;
     Result code = RadixToBigDispatch(ctx, reinterpret_cast<const unsigned char*>(s.data()),
                                      static_cast<int32_t>(s.size()), fromBase, &value.v);
     if (!Ok(code)) return code;
     return BigToRadixDispatch(ctx, &value.v, toBase, text);
+}
+
+Result BigToRadix(CalcContext* ctx, const BigInt* value, int base, std::string* text) {
+    // A view of the magnitude: the limbs are shared, never freed through it.
+    BigInt magnitude = *value;
+    magnitude.negative = 0;
+    return BigToRadixDispatch(ctx, &magnitude, base, text);
 }

@@ -6,13 +6,16 @@
 // (gFastThresholds.radixDivide): text to value joins halves as
 // high·P_i + low, value to text splits by one division by P_i and pads the
 // low half to L·2^i digits. Both cost O(M(n) log n) instead of the n² of one
-// digit at a time. Leaves work on limb arrays with one short multiplication
-// or division per group of digits that fits 32 bits.
+// digit at a time. Leaves work with one short multiplication or division
+// per group of digits that fits 32 bits: text in on limb arrays, text out on
+// words of two limbs. The powers go up to the value's length in the output
+// base, no further.
 //
 // Allocation: digits and the powers' list live in standard containers; both
 // entries run under CatchNoMemory, so a container that cannot grow answers
 // code 3. Every power is in the list before it is made, so the list's
 // destructor releases what an unwinding leaves.
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -66,26 +69,39 @@ Result LeafToBig(const unsigned char* digits, int32_t count, int base, BigInt* v
     return BigFromLimbs(value, a, LimbsTrimTop(a, len - 1), 0);
 }
 
-// Appends the digits of v, at least width of them (leading zeros).
+// Appends the digits of v, at least width of them (leading zeros). The
+// value is divided by base^group on words of two limbs (base 10^8): each
+// step divides a number below base^group·10^8 < 2^57, its quotient
+// estimated in double precision (off by at most one) and then corrected,
+// so the divisions are multiplications.
 Result LeafToText(const BigInt* v, int base, int32_t width, std::string* out) {
     int32_t g;
     uint32_t f;
     Group(base, &g, &f);
-    std::vector<Limb> a(v->limbs, v->limbs + v->top + 1);
-    int32_t len = v->top + 1;
+    std::vector<uint32_t> a(size_t(v->top / 2 + 1));
+    for (int32_t i = 0; i <= v->top; ++i)
+        a[size_t(i / 2)] += uint32_t(v->limbs[i]) * (i % 2 == 0 ? 1u : 10000u);
+    int32_t len = int32_t(a.size());
+    while (len > 1 && a[size_t(len - 1)] == 0) --len;
+    const double inverse = 1.0 / f;
+    const int64_t divisor = f;
     std::string rev;
     while (len > 1 || a[0] != 0) {
-        uint64_t rem = 0;
+        int64_t rem = 0;
         for (int32_t j = len - 1; j >= 0; --j) {
-            const uint64_t cur = rem * kLimbBase + uint16_t(a[j]);
-            a[j] = static_cast<Limb>(cur / f);
-            rem = cur % f;
+            const int64_t cur = rem * 100000000 + a[size_t(j)];
+            int64_t q = static_cast<int64_t>(static_cast<double>(cur) * inverse);
+            rem = cur - q * divisor;
+            for (; rem < 0; rem += divisor) --q;
+            for (; rem >= divisor; rem -= divisor) ++q;
+            a[size_t(j)] = static_cast<uint32_t>(q);
         }
-        while (len > 1 && a[len - 1] == 0) --len;
+        while (len > 1 && a[size_t(len - 1)] == 0) --len;
         const bool last = len == 1 && a[0] == 0;
-        for (int32_t k = 0; k < g && (!last || rem != 0); ++k) {
-            rev.push_back(kDigitChars[rem % uint32_t(base)]);
-            rem /= uint32_t(base);
+        auto r = static_cast<uint32_t>(rem);
+        for (int32_t k = 0; k < g && (!last || r != 0); ++k) {
+            rev.push_back(kDigitChars[r % uint32_t(base)]);
+            r /= uint32_t(base);
         }
     }
     while (int32_t(rev.size()) < width) rev.push_back('0');
@@ -211,7 +227,11 @@ Result ToTextSplit(CalcContext* ctx, const BigInt* value, int base, std::string*
     // Enough powers that the value is below the square of the last.
     Powers pw;
     pw.leaf = gFastThresholds.radixDivide;
-    const int32_t digitsAtMost = int32_t(int64_t(value->top + 1) * 14 + 1);  // 4·log2(10) per limb
+    // v < 10^(4·limbs): at most 4·limbs·log_base(10) + 1 digits, with room
+    // for the rounding of the logarithms. Powers past the value's length
+    // would only be made (and their reciprocals) to be skipped.
+    const double perLimb = 4 * std::log(10.0) / std::log(double(base));
+    const int32_t digitsAtMost = int32_t(double(value->top + 1) * perLimb) + 2;
     Result code = pw.Build(ctx, base, digitsAtMost);
     if (Ok(code)) code = pw.PrepareDivisors(ctx);
     if (Ok(code)) code = ToText(ctx, pw, value, int(pw.p.size()) - 1, base, 0, &out);

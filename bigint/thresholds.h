@@ -38,7 +38,7 @@ struct FastThresholds {
     // 10^(180·2^i) and the power 5^(180·2^i) it is multiplied by have 63.5·2^i
     // 16-bit halves together: their transform of 64·2^i points is unpadded.
     int32_t radixBinaryLeaf = 45;
-    int32_t binaryNtt = 400;  // 32-bit words of the shorter factor for the transform product
+    int32_t binaryNtt = 200;  // 32-bit words of the shorter factor for the transform product
     // Limbs of a product (la + lb) that one transform takes: the primes have
     // roots of unity for up to 2^25 points. Longer products are cut into
     // pieces of at most this length; clamped to 2^25 + 1 where it is read.

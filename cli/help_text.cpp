@@ -17,6 +17,7 @@ const char kStatementHelp[] =
     "  steps N                  run up to N steps          steps 1000\n"
     "  hail X Y                 hailstone of X, top in Y   hail H M\n"
     "  convert FROM TO DIGITS   base conversion, 2..16     convert 10 2 25\n"
+    "  convert 10 TO @X         X in base TO, any length   convert 10 16 @A\n"
     "  batch FORMULA ; As ; Bs  over lists of A and B   batch A*10+B ; 1,2 ; 3\n"
     "  freq X                   digit frequencies of X     freq A\n"
     "  read X FILE              X from a decimal file      read A a.txt\n"

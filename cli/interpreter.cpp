@@ -215,7 +215,19 @@ Result Interpreter::Convert(const std::string& args) {
         return Result::kCannotUnderstand;
     if (from < 2 || from > 16 || to < 2 || to > 16) return Result::kOutOfBounds;
     std::string result;
-    Result code = ConvertDigits(model_.Context(), from, to, AfterWords(args, 2), &result);
+    Result code;
+    if (words.size() > 2 && words[2][0] == '@') {
+        // A label's value, whatever its length; labels hold decimal values,
+        // so 10 is the only base to read them in.
+        const int label = ParseLabel(words[2].substr(1));
+        if (words.size() != 3 || label == 0) return Result::kCannotUnderstand;
+        if (from != 10) return Result::kOutOfBounds;
+        const NumberValue* v = model_.Variable(label);
+        if (!v) return Result::kCouldNotFind;
+        code = ConvertValue(model_.Context(), to, &v->numerator, &v->denominator, &result);
+    } else {
+        code = ConvertDigits(model_.Context(), from, to, AfterWords(args, 2), &result);
+    }
     if (!Ok(code)) return code;
     writer_.Line(result);
     return Result::kOk;

@@ -160,3 +160,31 @@ TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
         EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
     }
 }
+
+// Powers of the base, whose leaves divide without remainder (where a
+// quotient estimated in floating point lands just below the integer), their
+// neighbours below, and multiples of the leaf's group, in bases that are no
+// power of two, against GMP.
+TEST(FastRadix, PowersOfTheBaseAndTheirNeighboursOutInOtherBases) {
+    for (const FastThresholds& t : {FastThresholds::Lowered(), FastThresholds()}) {
+        ThresholdScope scope(t);
+        CalcContext ctx;
+        for (int base : {3, 5, 7, 12, 15}) {
+            for (unsigned long k : {1ul, 17ul, 18ul, 399ul, 400ul, 801ul, 3200ul}) {
+                mpz_class z;
+                mpz_ui_pow_ui(z.get_mpz_t(), static_cast<unsigned long>(base), k);
+                for (int variant = 0; variant < 3; ++variant) {
+                    const mpz_class x = variant == 0   ? z
+                                        : variant == 1 ? mpz_class(z - 1)
+                                                       : mpz_class(z * (base - 1));
+                    std::string want = x.get_str(base), got;
+                    for (char& c : want) c = static_cast<char>(std::toupper(c));
+                    Num v(x.get_str());
+                    ASSERT_EQ(BigToRadixDispatch(&ctx, &v.v, base, &got), Result::kOk);
+                    EXPECT_EQ(got, want)
+                        << "base " << base << ", " << base << "^" << k << " variant " << variant;
+                }
+            }
+        }
+    }
+}
