@@ -9,6 +9,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "bigint/add_kernels.h"
 #include "bigint/internal.h"
 
 // Sign of |b| - |a|. Trusts the tops: meant for normalised arrays, so a top
@@ -110,7 +111,16 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 }
 #endif
 
+bool gPortableAdd = false;
+
+AddLanesKernel ActiveAddLanes() {
+    static const AddLanesKernel wide = Avx2AddLanes();
+    return gPortableAdd ? nullptr : wide;
+}
+
 }  // namespace
+
+void UsePortableAddKernels(bool portable) { gPortableAdd = portable; }
 
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
 // The carry out of b's top limb is added into the next limb and not followed
@@ -125,15 +135,20 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
     assert(d != b);
     const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
+    int32_t done = 0;
+    int carry = 0;
+    if (const AddLanesKernel wide = ActiveAddLanes()) {
+        done = below & ~15;
+        carry = wide(a, b, d, done, 0);
+    }
 #if defined(__SSE2__)
-    const int32_t lanes = below & ~7;
-    const int32_t words = lanes + ((below - lanes) & ~3);
-    int carry = AddLanes(a, b, d, lanes, 0);
-    carry = AddWords(a + lanes, b + lanes, d + lanes, words - lanes, carry);
+    const int32_t lanes = done + ((below - done) & ~7);
+    carry = AddLanes(a + done, b + done, d + done, lanes - done, carry);
 #else
-    const int32_t words = below & ~3;
-    int carry = AddWords(a, b, d, words, 0);
+    const int32_t lanes = done;
 #endif
+    const int32_t words = lanes + ((below - lanes) & ~3);
+    carry = AddWords(a + lanes, b + lanes, d + lanes, words - lanes, carry);
     for (int32_t i = words; i <= tb; ++i) {
         const int32_t s = b[i] + (i <= ta ? a[i] : 0) + carry;
         d[i] = static_cast<Limb>(s % kLimbBase);
