@@ -87,6 +87,7 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 #pragma GCC pop_options
 
 AddLanesKernel Avx2AddLanes() {
+    __builtin_cpu_init();  // may run before the constructors that would call it
     return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") ? AddLanes : nullptr;
 }
 

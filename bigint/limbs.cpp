@@ -111,16 +111,17 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 }
 #endif
 
-bool gPortableAdd = false;
-
-AddLanesKernel ActiveAddLanes() {
-    static const AddLanesKernel wide = Avx2AddLanes();
-    return gPortableAdd ? nullptr : wide;
+AddLanesKernel WidestAddLanes() {
+    const AddLanesKernel widest = Avx512AddLanes();
+    return widest != nullptr ? widest : Avx2AddLanes();
 }
+
+AddLanesKernel gAddLanes = WidestAddLanes();
 
 }  // namespace
 
-void UsePortableAddKernels(bool portable) { gPortableAdd = portable; }
+void UseAddLanes(AddLanesKernel kernel) { gAddLanes = kernel; }
+void UseWidestAddLanes() { gAddLanes = WidestAddLanes(); }
 
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
 // The carry out of b's top limb is added into the next limb and not followed
@@ -137,7 +138,7 @@ int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb)
     const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
     int32_t done = 0;
     int carry = 0;
-    if (const AddLanesKernel wide = ActiveAddLanes()) {
+    if (const AddLanesKernel wide = gAddLanes) {
         done = below & ~15;
         carry = wide(a, b, d, done, 0);
     }
