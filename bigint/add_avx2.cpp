@@ -1,14 +1,16 @@
-// Sums of limb arrays sixteen limbs to a register with AVX2, compiled for that
-// instruction set alone and chosen at run time only where the processor has it.
+// Sums and differences of limb arrays sixteen limbs to a register with AVX2,
+// compiled for that instruction set alone and chosen at run time only where
+// the processor has it.
 //
-// Every limb of both inputs is 0..9999, so a lane sum is 0..19998 and fits
-// a signed 16-bit lane. The carries between lanes come from two bit masks over
-// 64 limbs: G, lanes that generate a carry (sum above 9999), and P, lanes that
-// pass one on (sum exactly 9999; never also in G). One 64-bit addition
-// resolves every chain of 9999s at once: the carries in are
-// ((G << 1 | c) + P) ^ P, and the carry out of the block is G's top bit or
-// the addition's own carry. A lane then gains its carry and loses 10000 when
-// it reaches 10000, so each output limb is 0..9999 again.
+// Every limb of both inputs is 0..9999, so a lane sum is 0..19998 and a
+// difference −9999..9999, each in a signed 16-bit lane. The carries between
+// lanes come from two bit masks over 64 limbs: G, lanes that generate a carry
+// (sum above 9999) and P, lanes that pass one on (sum exactly 9999; never also
+// in G). One 64-bit addition resolves every chain of 9999s at once: the
+// carries in are ((G << 1 | c) + P) ^ P, and the carry out of the block is
+// G's top bit or the addition's own carry. A lane then gains its carry and
+// loses 10000 when it reaches 10000, so each output limb is 0..9999 again.
+// Borrows are the same with G the negative differences and P the zero ones.
 #include "bigint/add_kernels.h"
 
 // Only GCC builds this kernel, as for the transform's (its per-function target
@@ -35,24 +37,27 @@ inline __m256i Spread(uint32_t bits) {
     return _mm256_cmpeq_epi16(_mm256_and_si256(v, select), select);
 }
 
-// kRegs registers of lane sums: d[0..16·kRegs) := a + b + carry. Answers
-// the carry out.
-template <int kRegs>
-inline uint64_t AddBlock(const Limb* a, const Limb* b, Limb* d, uint64_t carry) {
+// kRegs registers of lanes: d[0..16·kRegs) := a + b + carry, or with kSub
+// a − b − borrow. Answers the carry or borrow out.
+template <int kRegs, bool kSub>
+inline uint64_t Block(const Limb* a, const Limb* b, Limb* d, uint64_t carry) {
     const __m256i nines = _mm256_set1_epi16(9999), base = _mm256_set1_epi16(10000);
+    const __m256i zero = _mm256_setzero_si256();
     __m256i s[kRegs];
     uint64_t g = 0, p = 0;
     for (int k = 0; k < kRegs; k += 2) {
         // movemask gives two bits a lane; the even ones are kept, 32 lanes per pext.
         uint64_t gw = 0, pw = 0;
         for (int j = 0; j < 2 && k + j < kRegs; ++j) {
-            s[k + j] = _mm256_add_epi16(Load(a + 16 * (k + j)), Load(b + 16 * (k + j)));
-            const auto gm =
-                static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi16(s[k + j], nines)));
-            const auto pm =
-                static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi16(s[k + j], nines)));
-            gw |= static_cast<uint64_t>(gm) << (32 * j);
-            pw |= static_cast<uint64_t>(pm) << (32 * j);
+            const __m256i x = Load(a + 16 * (k + j)), y = Load(b + 16 * (k + j));
+            const __m256i v = kSub ? _mm256_sub_epi16(x, y) : _mm256_add_epi16(x, y);
+            const __m256i gv = kSub ? _mm256_cmpgt_epi16(zero, v) : _mm256_cmpgt_epi16(v, nines);
+            const __m256i pv = _mm256_cmpeq_epi16(v, kSub ? zero : nines);
+            gw |= static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(gv)))
+                  << (32 * j);
+            pw |= static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(pv)))
+                  << (32 * j);
+            s[k + j] = v;
         }
         g |= _pext_u64(gw, kEvenBits) << (16 * k);
         p |= _pext_u64(pw, kEvenBits) << (16 * k);
@@ -65,34 +70,39 @@ inline uint64_t AddBlock(const Limb* a, const Limb* b, Limb* d, uint64_t carry) 
     const uint64_t out = kRegs == 4 ? (g >> 63) | static_cast<uint64_t>(sum < x) : sum >> 16;
     const uint64_t in = sum ^ p;
     for (int k = 0; k < kRegs; ++k) {
-        // r is 0..19999; as unsigned, r − 10000 is below r exactly when r ≥ 10000.
-        const __m256i r =
-            _mm256_sub_epi16(s[k], Spread(static_cast<uint32_t>(in >> (16 * k)) & 0xFFFFu));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + 16 * k),
-                            _mm256_min_epu16(r, _mm256_sub_epi16(r, base)));
+        const __m256i c = Spread(static_cast<uint32_t>(in >> (16 * k)) & 0xFFFFu);
+        // A sum r is 0..19999: as unsigned, r − 10000 is below r exactly when
+        // r ≥ 10000. A difference r is −10000..9999: r + 10000 is below r
+        // exactly when r < 0.
+        const __m256i r = kSub ? _mm256_add_epi16(s[k], c) : _mm256_sub_epi16(s[k], c);
+        const __m256i wrapped = kSub ? _mm256_add_epi16(r, base) : _mm256_sub_epi16(r, base);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + 16 * k), _mm256_min_epu16(r, wrapped));
     }
     return out;
 }
 
-int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+template <bool kSub>
+int Lanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
     auto c = static_cast<uint64_t>(carry);
     int32_t i = 0;
-    for (; i + 64 <= n; i += 64) c = AddBlock<4>(a + i, b + i, d + i, c);
-    for (; i < n; i += 16) c = AddBlock<1>(a + i, b + i, d + i, c);
+    for (; i + 64 <= n; i += 64) c = Block<4, kSub>(a + i, b + i, d + i, c);
+    for (; i < n; i += 16) c = Block<1, kSub>(a + i, b + i, d + i, c);
     return static_cast<int>(c);
 }
+
+const LaneKernels kAvx2 = {Lanes<false>, Lanes<true>};
 
 }  // namespace
 
 #pragma GCC pop_options
 
-AddLanesKernel Avx2AddLanes() {
+const LaneKernels* Avx2LaneKernels() {
     __builtin_cpu_init();  // may run before the constructors that would call it
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") ? AddLanes : nullptr;
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") ? &kAvx2 : nullptr;
 }
 
 #else
 
-AddLanesKernel Avx2AddLanes() { return nullptr; }
+const LaneKernels* Avx2LaneKernels() { return nullptr; }
 
 #endif

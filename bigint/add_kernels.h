@@ -1,22 +1,29 @@
-// The sum kernels for limbs below both tops, where every limb is 0..9999: the
-// portable one (SSE2 lanes and 64-bit words) always, and ones with AVX2 and
-// AVX-512 chosen at run time.
+// The sum and difference kernels for limbs below both tops, where every limb
+// is 0..9999: portable code always (SSE2 lanes and 64-bit words for sums, a
+// branch-free borrow for differences), and kernels with AVX2 and AVX-512
+// chosen at run time.
 #pragma once
 
 #include <cstdint>
 
 #include "bigint/record.h"
 
-// d[0..n) := a + b + carry, n a multiple of 16, every limb of a and b 0..9999;
-// d may be a, never b. Answers the carry out, 0 or 1.
-using AddLanesKernel = int (*)(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry);
+// d[0..n) := a + b + carry (add) or a − b − borrow (sub), n a multiple of 16,
+// every limb of a and b 0..9999; d may be a, never b. Answers the carry or
+// borrow out, 0 or 1.
+using LanesKernel = int (*)(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry);
+struct LaneKernels {
+    LanesKernel add;
+    LanesKernel sub;
+};
 
 // Null when the processor or the compiler has no AVX2 and BMI2, or no
 // AVX-512 (BW).
-AddLanesKernel Avx2AddLanes();
-AddLanesKernel Avx512AddLanes();
+const LaneKernels* Avx2LaneKernels();
+const LaneKernels* Avx512LaneKernels();
 
-// Sums take the widest kernel the processor has. Tests choose one (null:
-// the portable lanes alone) to check each on one machine, and go back.
-void UseAddLanes(AddLanesKernel kernel);
-void UseWidestAddLanes();
+// Sums and differences take the widest kernels the processor has. Tests
+// choose others (null: the portable code alone) to check each on one
+// machine, and go back.
+void UseLaneKernels(const LaneKernels* kernels);
+void UseWidestLaneKernels();

@@ -111,17 +111,17 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 }
 #endif
 
-AddLanesKernel WidestAddLanes() {
-    const AddLanesKernel widest = Avx512AddLanes();
-    return widest != nullptr ? widest : Avx2AddLanes();
+const LaneKernels* WidestLaneKernels() {
+    const LaneKernels* widest = Avx512LaneKernels();
+    return widest != nullptr ? widest : Avx2LaneKernels();
 }
 
-AddLanesKernel gAddLanes = WidestAddLanes();
+const LaneKernels* gLaneKernels = WidestLaneKernels();
 
 }  // namespace
 
-void UseAddLanes(AddLanesKernel kernel) { gAddLanes = kernel; }
-void UseWidestAddLanes() { gAddLanes = WidestAddLanes(); }
+void UseLaneKernels(const LaneKernels* kernels) { gLaneKernels = kernels; }
+void UseWidestLaneKernels() { gLaneKernels = WidestLaneKernels(); }
 
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
 // The carry out of b's top limb is added into the next limb and not followed
@@ -138,9 +138,9 @@ int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb)
     const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
     int32_t done = 0;
     int carry = 0;
-    if (const AddLanesKernel wide = gAddLanes) {
+    if (const LaneKernels* wide = gLaneKernels) {
         done = below & ~15;
-        carry = wide(a, b, d, done, 0);
+        carry = wide->add(a, b, d, done, 0);
     }
 #if defined(__SSE2__)
     const int32_t lanes = done + ((below - done) & ~7);
@@ -179,8 +179,12 @@ int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) 
 // a := a - b in place; requires |a| >= |b|. Answers the new top of a.
 // A top limb of b above 9999 may borrow twice.
 int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb) {
-    int32_t borrow = 0;
-    for (int32_t i = 0; i <= tb; ++i) {
+    // Limbs under both tops are 0..9999.
+    const int32_t below = ta < tb ? ta : tb;
+    const LaneKernels* wide = gLaneKernels;
+    const int32_t done = wide != nullptr ? below & ~15 : 0;
+    int32_t borrow = done > 0 ? wide->sub(a, b, a, done, 0) : 0;
+    for (int32_t i = done; i <= tb; ++i) {
         int32_t s = a[i] - b[i] - borrow;
         borrow = 0;
         while (s < 0) {

@@ -1,7 +1,7 @@
-// The sum kernels under both tops (the portable lanes, AVX2 and AVX-512 where
-// the processor has them) against GMP: lengths around each register and
-// block width, chains of 9999s across lanes and blocks, top limbs of 10000,
-// and sums written over the first operand.
+// The sum and difference kernels under both tops (the portable code, AVX2 and
+// AVX-512 where the processor has them) against GMP: lengths around each
+// register and block width, chains of 9999s and of zeros across lanes and
+// blocks, top limbs of 10000, and sums written over the first operand.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,12 +25,12 @@ int Below(int n) { return static_cast<int>(Rng()() % static_cast<unsigned>(n)); 
 class AddVector : public ::testing::TestWithParam<int> {
 protected:
     void SetUp() override {
-        const AddLanesKernel kernels[] = {nullptr, Avx2AddLanes(), Avx512AddLanes()};
+        const LaneKernels* kernels[] = {nullptr, Avx2LaneKernels(), Avx512LaneKernels()};
         if (GetParam() > 0 && kernels[GetParam()] == nullptr)
             GTEST_SKIP() << "not on this processor";
-        UseAddLanes(kernels[GetParam()]);
+        UseLaneKernels(kernels[GetParam()]);
     }
-    void TearDown() override { UseWidestAddLanes(); }
+    void TearDown() override { UseWidestLaneKernels(); }
 
     // x + y and x - y by the public operations, and x + y by LimbsAdd written
     // over a copy of x, all against GMP.
@@ -71,19 +71,29 @@ TEST_P(AddVector, LengthsAroundTheWidthsAndTopLimbsOf10000) {
     }
 }
 
-// Limb sums of exactly 9999 pass a carry on; a run of them from a sum that
-// carries (or from none) to anywhere up to the top, across lane, register
-// and block borders.
-TEST_P(AddVector, ChainsOfNines) {
+// Limb sums of exactly 9999 pass a carry on, and limb differences of 0 a
+// borrow: runs of them from a limb that carries or borrows (or from none) to
+// anywhere up to the top, across lane, register and block borders.
+TEST_P(AddVector, ChainsOfNinesAndZeros) {
     for (int round = 0; round < 300; ++round) {
         const int n = 1 + Below(260);
-        std::vector<Limb> x = Operand(n, Shape::Random), y = Operand(n, Shape::Random);
+        std::vector<Limb> x = Operand(n, Shape::Random), y = x, z = x;
+        x.back() = static_cast<Limb>(1 + Below(9999));
         const int from = Below(n), to = from + Below(n - from + 1);
-        for (int i = from; i < to; ++i) y[i] = static_cast<Limb>(9999 - x[i]);
-        if (from > 0 && round % 4 != 0) y[from - 1] = static_cast<Limb>(9999 - x[from - 1] / 2);
-        if (y[n - 1] == 0) y[n - 1] = 1;
-        if (x[n - 1] == 0) x[n - 1] = 1;
+        for (int i = 0; i < n; ++i) {
+            if (i < from || i >= to) y[i] = static_cast<Limb>(Below(10000));
+            if (i < from || i >= to) z[i] = static_cast<Limb>(Below(10000));
+            if (i >= from && i < to) y[i] = static_cast<Limb>(9999 - x[i]);
+        }
+        if (from > 0 && round % 4 != 0) {
+            y[from - 1] = static_cast<Limb>(9999 - x[from - 1] / 2);
+            z[from - 1] = static_cast<Limb>(x[from - 1] + (9999 - x[from - 1] + 1) / 2);
+        }
+        for (auto* v : {&y, &z})
+            if (v->back() == 0) v->back() = 1;
         Check(x, y, false);
+        Check(x, z, false);
+        Check(z, x, true);
         if (round % 2 == 0) {
             x.back() = 10000;  // and a kept top limb of 10000 meeting the chain
             Check(x, y, false);
