@@ -11,6 +11,10 @@
 // G's top bit or the addition's own carry. A lane then gains its carry and
 // loses 10000 when it reaches 10000, so each output limb is 0..9999 again.
 // Borrows are the same with G the negative differences and P the zero ones.
+// Most blocks of unrelated limbs hold no chain at all, so each block of 64
+// is first tried with every lane reduced on its own and its carry handed to
+// the next lane; a block where that leaves a lane out of range is done again
+// by the masks before anything is stored.
 #include "bigint/add_kernels.h"
 
 // Only GCC builds this kernel, as for the transform's (its per-function target
@@ -81,11 +85,43 @@ inline uint64_t Block(const Limb* a, const Limb* b, Limb* d, uint64_t carry) {
     return out;
 }
 
+// The same 64 limbs the quick way, taken when no chain is longer than one
+// lane, as in nearly every block of unrelated limbs: each lane is reduced on
+// its own and its carry added to the next lane (the generate lanes shifted up
+// one). Only a lane that was 9999 and gained a carry (10000), or was 0 and
+// lost a borrow (−1), needs the masks; then nothing is stored and the answer
+// is false.
+template <bool kSub>
+inline bool QuickBlock(const Limb* a, const Limb* b, Limb* d, uint64_t* carry) {
+    const __m256i nines = _mm256_set1_epi16(9999), base = _mm256_set1_epi16(10000);
+    const __m256i zero = _mm256_setzero_si256();
+    // Lane 15 of prev holds the carry into lane 0.
+    __m256i prev = _mm256_insert_epi16(zero, -static_cast<int16_t>(*carry), 15);
+    __m256i r[4], bad = zero;
+    for (int k = 0; k < 4; ++k) {
+        const __m256i x = Load(a + 16 * k), y = Load(b + 16 * k);
+        const __m256i v = kSub ? _mm256_sub_epi16(x, y) : _mm256_add_epi16(x, y);
+        const __m256i g = kSub ? _mm256_cmpgt_epi16(zero, v) : _mm256_cmpgt_epi16(v, nines);
+        const __m256i own = kSub ? _mm256_min_epu16(v, _mm256_add_epi16(v, base))
+                                 : _mm256_min_epu16(v, _mm256_sub_epi16(v, base));
+        const __m256i in = _mm256_alignr_epi8(g, _mm256_permute2x128_si256(prev, g, 0x21), 14);
+        r[k] = kSub ? _mm256_add_epi16(own, in) : _mm256_sub_epi16(own, in);
+        bad = _mm256_or_si256(
+            bad, _mm256_cmpeq_epi16(r[k], kSub ? _mm256_cmpeq_epi16(zero, zero) : base));
+        prev = g;
+    }
+    if (!_mm256_testz_si256(bad, bad)) return false;
+    for (int k = 0; k < 4; ++k) _mm256_storeu_si256(reinterpret_cast<__m256i*>(d + 16 * k), r[k]);
+    *carry = static_cast<uint32_t>(_mm256_movemask_epi8(prev)) >> 31;
+    return true;
+}
+
 template <bool kSub>
 int Lanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
     auto c = static_cast<uint64_t>(carry);
     int32_t i = 0;
-    for (; i + 64 <= n; i += 64) c = Block<4, kSub>(a + i, b + i, d + i, c);
+    for (; i + 64 <= n; i += 64)
+        if (!QuickBlock<kSub>(a + i, b + i, d + i, &c)) c = Block<4, kSub>(a + i, b + i, d + i, c);
     for (; i < n; i += 16) c = Block<1, kSub>(a + i, b + i, d + i, c);
     return static_cast<int>(c);
 }
