@@ -176,10 +176,10 @@ int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) 
     return carry ? m + 1 : m;
 }
 
-// a := a - b in place; requires |a| >= |b|. Answers the new top of a.
+// a := a - b in place; requires |a| >= |b|, and limbs 0..9999 under both
+// tops (normal form, as every caller's are). Answers the new top of a.
 // A top limb of b above 9999 may borrow twice.
 int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb) {
-    // Limbs under both tops are 0..9999.
     const int32_t below = ta < tb ? ta : tb;
     const LaneKernels* wide = gLaneKernels;
     const int32_t done = wide != nullptr ? below & ~15 : 0;
