@@ -9,6 +9,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "bigint/add_kernels.h"
 #include "bigint/internal.h"
 
 // Sign of |b| - |a|. Trusts the tops: meant for normalised arrays, so a top
@@ -110,7 +111,17 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 }
 #endif
 
+const LaneKernels* WidestLaneKernels() {
+    const LaneKernels* widest = Avx512LaneKernels();
+    return widest != nullptr ? widest : Avx2LaneKernels();
+}
+
+const LaneKernels* gLaneKernels = WidestLaneKernels();
+
 }  // namespace
+
+void UseLaneKernels(const LaneKernels* kernels) { gLaneKernels = kernels; }
+void UseWidestLaneKernels() { gLaneKernels = WidestLaneKernels(); }
 
 // d := a + b. d holds max(ta, tb) + 2 limbs and may be a itself, never b.
 // The carry out of b's top limb is added into the next limb and not followed
@@ -125,15 +136,20 @@ int AddLanes(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
 int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) {
     assert(d != b);
     const int32_t below = ta < tb ? ta : tb;  // limbs under both tops are 0..9999
+    int32_t done = 0;
+    int carry = 0;
+    if (const LaneKernels* wide = gLaneKernels) {
+        done = below & ~15;
+        carry = wide->add(a, b, d, done, 0);
+    }
 #if defined(__SSE2__)
-    const int32_t lanes = below & ~7;
-    const int32_t words = lanes + ((below - lanes) & ~3);
-    int carry = AddLanes(a, b, d, lanes, 0);
-    carry = AddWords(a + lanes, b + lanes, d + lanes, words - lanes, carry);
+    const int32_t lanes = done + ((below - done) & ~7);
+    carry = AddLanes(a + done, b + done, d + done, lanes - done, carry);
 #else
-    const int32_t words = below & ~3;
-    int carry = AddWords(a, b, d, words, 0);
+    const int32_t lanes = done;
 #endif
+    const int32_t words = lanes + ((below - lanes) & ~3);
+    carry = AddWords(a + lanes, b + lanes, d + lanes, words - lanes, carry);
     for (int32_t i = words; i <= tb; ++i) {
         const int32_t s = b[i] + (i <= ta ? a[i] : 0) + carry;
         d[i] = static_cast<Limb>(s % kLimbBase);
@@ -160,11 +176,15 @@ int32_t LimbsAdd(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb) 
     return carry ? m + 1 : m;
 }
 
-// a := a - b in place; requires |a| >= |b|. Answers the new top of a.
+// a := a - b in place; requires |a| >= |b|, and limbs 0..9999 under both
+// tops (normal form, as every caller's are). Answers the new top of a.
 // A top limb of b above 9999 may borrow twice.
 int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb) {
-    int32_t borrow = 0;
-    for (int32_t i = 0; i <= tb; ++i) {
+    const int32_t below = ta < tb ? ta : tb;
+    const LaneKernels* wide = gLaneKernels;
+    const int32_t done = wide != nullptr ? below & ~15 : 0;
+    int32_t borrow = done > 0 ? wide->sub(a, b, a, done, 0) : 0;
+    for (int32_t i = done; i <= tb; ++i) {
         int32_t s = a[i] - b[i] - borrow;
         borrow = 0;
         while (s < 0) {

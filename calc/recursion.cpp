@@ -29,6 +29,12 @@ bool IsNotPositive(const ExprNode* node) {
     return negative;
 }
 
+// The label a right side reads when it is a lone letter, else 0.
+int LoneLetter(const ExprNode* tree) {
+    if (!IsLetterCode(tree->kind) || tree->left || tree->right) return 0;
+    return tree->kind - 'A' + 1;
+}
+
 }  // namespace
 
 Result CalcModel::EnterStep(const std::string& text) {
@@ -120,6 +126,11 @@ Result CalcModel::PrepareTargets(std::vector<int>* targets, std::vector<int>* cr
 // so that all right sides read the values from before the step. Every new
 // numerator is ready before the first store: a step is done whole or not at
 // all. values has a record for every step.
+//
+// A right side that is a lone letter, read by no other lone letter, whose
+// variable this step replaces, takes that variable's old numerator instead
+// of a copy (X=Y with Y=X+Y moves Y's limbs to X): it is taken only once the
+// step cannot fail, so a failed step still leaves every variable as it was.
 Result CalcModel::RunOneStep(std::vector<BigInt>* values) {
     Result code = Result::kOk;
     for (RecursionCondition& c : conditions_) {
@@ -128,8 +139,21 @@ Result CalcModel::RunOneStep(std::vector<BigInt>* values) {
         ReleaseValues(c.tree.get());
         if (!Ok(code)) return code;
     }
+    int replaced[kLabelCount + 1] = {}, readers[kLabelCount + 1] = {};
+    for (const RecursionStep& s : steps_) {
+        replaced[s.label] = 1;
+        ++readers[LoneLetter(s.tree.get())];
+    }
+    auto moves = [&](const ExprNode* tree) {
+        const int from = LoneLetter(tree);
+        return from != 0 && replaced[from] && readers[from] == 1 ? from : 0;
+    };
     for (RecursionStep& s : steps_) {
-        code = Evaluate(ctx_, *this, s.tree.get());
+        const int from = moves(s.tree.get());
+        if (from != 0)
+            code = HasVariable(from) ? Result::kOk : Result::kCouldNotFind;
+        else
+            code = Evaluate(ctx_, *this, s.tree.get());
         if (!Ok(code)) break;
     }
     // A computed result is handed over (the tree releases its values right
@@ -137,11 +161,19 @@ Result CalcModel::RunOneStep(std::vector<BigInt>* values) {
     for (size_t i = 0; Ok(code) && i < steps_.size(); ++i) {
         ExprNode* tree = steps_[i].tree.get();
         BigInt& value = (*values)[i];
+        if (moves(tree) != 0) continue;
         if (tree->kind != kCodeOperand) {
             value = tree->numerator;
             tree->numerator = BigInt{};
         } else if (BigCopy(&value, &tree->numerator) != 0) {
             code = Result::kNoMemory;
+        }
+    }
+    for (size_t i = 0; Ok(code) && i < steps_.size(); ++i) {
+        if (const int from = moves(steps_[i].tree.get())) {
+            NumberValue* source = Slot(from);
+            (*values)[i] = source->numerator;
+            source->numerator = BigInt{};
         }
     }
     for (size_t i = 0; i < steps_.size(); ++i) {

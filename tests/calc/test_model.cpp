@@ -217,6 +217,27 @@ TEST(Recursion, ValuesStayIndependentAcrossSteps) {
     EXPECT_EQ(f.Vars("AZ"), "22 10");
 }
 
+// A lone letter whose variable the step replaces takes the old value rather
+// than a copy (A=B); one that others read too (C) or that is not replaced (E)
+// is copied. A step that fails after such a move leaves every variable as it
+// was.
+TEST(Recursion, LoneLettersTakeReplacedValuesAndStillMatch) {
+    Model f;
+    f.Lets({{'A', "0"}, {'B', "1"}, {'C', "7"}, {'E', "5"}});
+    f.Steps({"B=A+B", "A=B", "D=C", "G=C", "C=C+1", "H=E"});
+    ASSERT_EQ(f.model.ManySteps(3), 0);
+    EXPECT_EQ(f.Vars("ABCDEGH"), "2 3 10 9 5 9 5");
+    ASSERT_EQ(f.model.ManySteps(997), 0);
+    // F(1000), F(1001) (209 digits) by Cassini's identity: B² − AB − A² = 1.
+    ASSERT_EQ(f.Let('X', "B*B-A*B-A*A"), 0);
+    EXPECT_EQ(f.Vars("XCDG"), "1 1007 1006 1006");
+    EXPECT_EQ(f.Var('B').size(), 209u);
+    f.Steps({"F=6/(E-5)"});
+    const std::string before = f.Vars("ABCDGH");
+    EXPECT_EQ(f.model.OneStep(), Result::kDivisionByZero);
+    EXPECT_EQ(f.Vars("ABCDGH"), before);
+}
+
 // Row order, spaces and trailing commas show in the command line's script.
 TEST(Batch, TemporaryAndLentVariables) {
     Model f;
