@@ -1,0 +1,555 @@
+// Product by number-theoretic transforms over three primes below 2^62,
+// joined by Garner's form of the Chinese remainder theorem.
+//
+// Primes: p = c·2^32 + 1 for the three largest c below 2^30, so every
+// power-of-two length up to 2^32 has its roots of unity; their product P is
+// 2^185.99. Several limbs make one coefficient, k = 6 (below 2·10^24, the top
+// limb up to 20000) up to 2^26 points and k = 4 beyond. A coefficient of the
+// product is a sum of at most n products, of which at most three involve a top
+// limb, so it stays below (n + 5)·10^(8k): for k = 6 and n = 2^26 that is
+// 2^185.45 < P, for k = 4 and n = 2^32 it is 2^138.3. Lengths are not limited
+// otherwise: n <= 2^32 holds for every la + lb below 2^31.
+//
+// Points are kept lazily in [0, 2p); Montgomery products with R = 2^64 take
+// x·y < p·2^64, so factors below 4p and p (p < 2^62). Forward transform by
+// decimation in frequency, the inverse by decimation in time with the inverse
+// roots; the factor 1/n goes with the pointwise product. Sub-transforms of at
+// most kCacheBlock points run all their stages from a kept table of roots;
+// longer ones do one stage over the array (its twiddles made as it goes, one
+// extra product a butterfly, by eight independent chains) and recurse into the
+// halves.
+//
+// Vector units do not pay here: AVX2 has no 64-bit multiply-high, so the
+// butterflies are plain 64-bit code for every processor.
+//
+// Two threads: from gFastThresholds.ntt64Parallel points, each transform, the
+// loads, the pointwise products and the join are cut in two halves, the second
+// on a helper thread. Only the calling thread polls; it waits for the helper
+// polling every millisecond and, when told to stop, cancels it and waits for
+// it (a few thousand butterflies).
+//
+// Allocation: one buffer of 3n (squares) or 4n words and the root tables (kept
+// between products) from nothrow new, code 3 when refused; a helper thread
+// that cannot be started leaves both halves to the calling thread.
+#include "bigint/ntt64.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cassert>
+#include <chrono>
+#include <new>
+#include <system_error>
+#include <thread>
+
+#include "bigint/thresholds.h"
+
+namespace {
+
+using Wide = unsigned __int128;
+
+// Arithmetic modulo one prime, Montgomery form with R = 2^64.
+struct Field {
+    uint64_t p = 0;
+    uint64_t pinv = 0;  // p^−1 mod 2^64
+    uint64_t r2 = 0;    // R^2 mod p
+
+    Field() = default;
+    explicit Field(uint64_t prime) : p(prime) {
+        uint64_t inv = prime;  // three correct low bits; each step doubles them
+        for (int i = 0; i < 5; ++i) inv *= 2 - prime * inv;
+        pinv = inv;
+        const uint64_t r = static_cast<uint64_t>((Wide(1) << 64) % prime);
+        r2 = static_cast<uint64_t>(Wide(r) * r % prime);
+    }
+    // x·y·R^−1 mod p in [0, 2p), for x·y < p·2^64: t − m·p is a multiple of
+    // 2^64 in (−p·2^64, p·2^64).
+    uint64_t Mul(uint64_t x, uint64_t y) const {
+        const Wide t = Wide(x) * y;
+        const uint64_t m = static_cast<uint64_t>(t) * pinv;
+        const uint64_t h = static_cast<uint64_t>((Wide(m) * p) >> 64);
+        return static_cast<uint64_t>(t >> 64) - h + p;
+    }
+    uint64_t Reduce(uint64_t x) const { return x >= p ? x - p : x; }  // x < 2p
+    uint64_t ToMont(uint64_t x) const { return Reduce(Mul(x, r2)); }  // x < 4p
+    uint64_t One() const { return ToMont(1); }
+    // x^e in Montgomery form, x in Montgomery form below p.
+    uint64_t Pow(uint64_t x, uint64_t e) const {
+        uint64_t r = One();
+        for (; e > 0; e >>= 1) {
+            if (e & 1) r = Reduce(Mul(r, x));
+            x = Reduce(Mul(x, x));
+        }
+        return r;
+    }
+    uint64_t FromMont(uint64_t x) const { return Reduce(Mul(x, 1)); }
+};
+
+constexpr uint64_t kPrime[3] = {0x3fffffee00000001u, 0x3fffffb400000001u, 0x3fffffa000000001u};
+constexpr uint64_t kGenerator[3] = {3, 19, 3};
+constexpr int kMaxLog = 32;
+
+// Sub-transforms of at most this many points (128 KB) stay in the core's
+// cache for all their stages, with twiddles from the tables below.
+constexpr int64_t kCacheBlock = int64_t(1) << 14;
+constexpr int64_t kRow = kCacheBlock / 2;
+
+// Work units (poll_clock.h) of one butterfly: about twice the 32-bit one.
+constexpr int64_t kButterfly = 2;
+
+inline uint64_t Fold(uint64_t x, uint64_t twoP) { return x >= twoP ? x - twoP : x; }
+
+int Log2(int64_t n) {
+    int l = 0;
+    while ((int64_t(1) << l) < n) ++l;
+    return l;
+}
+
+struct PrimeData {
+    Field f;
+    uint64_t root[kMaxLog + 1];     // of order 2^l, Montgomery form
+    uint64_t rootInv[kMaxLog + 1];  // their inverses
+    // row[m + j] = w_2m^j (inverse: w_2m^−j), m = 1, 2, 4 … kRow.
+    uint64_t* row = nullptr;
+    uint64_t* rowInv = nullptr;
+};
+
+PrimeData gPrime[3];
+bool gReady = false;
+
+void FillRow(const Field& f, uint64_t w, uint64_t* t) {
+    uint64_t x = f.One();
+    for (int64_t j = 0; j < kRow; ++j) {
+        t[kRow + j] = x;
+        x = f.Reduce(f.Mul(x, w));
+    }
+    for (int64_t m = kRow / 2; m >= 1; m >>= 1)
+        for (int64_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
+}
+
+// The kept tables, made once on the calling thread before any helper runs.
+Result EnsureTables() {
+    if (gReady) return Result::kOk;
+    for (int i = 0; i < 3; ++i) {
+        PrimeData& d = gPrime[i];
+        if (d.row == nullptr) d.row = new (std::nothrow) uint64_t[2 * kRow];
+        if (d.rowInv == nullptr) d.rowInv = new (std::nothrow) uint64_t[2 * kRow];
+        if (d.row == nullptr || d.rowInv == nullptr) return Result::kNoMemory;
+    }
+    for (int i = 0; i < 3; ++i) {
+        PrimeData& d = gPrime[i];
+        d.f = Field(kPrime[i]);
+        const uint64_t g = d.f.ToMont(kGenerator[i]);
+        uint64_t w = d.f.Pow(g, (kPrime[i] - 1) >> kMaxLog);
+        uint64_t wi = d.f.Pow(w, kPrime[i] - 2);
+        for (int l = kMaxLog; l >= 0; --l) {
+            d.root[l] = w;
+            d.rootInv[l] = wi;
+            w = d.f.Reduce(d.f.Mul(w, w));
+            wi = d.f.Reduce(d.f.Mul(wi, wi));
+        }
+        const int rowLog = Log2(2 * kRow);
+        FillRow(d.f, d.root[rowLog], d.row);
+        FillRow(d.f, d.rootInv[rowLog], d.rowInv);
+    }
+    gReady = true;
+    return Result::kOk;
+}
+
+// All stages of a transform of n <= kCacheBlock points.
+void ForwardSmall(const Field& f, const uint64_t* row, uint64_t* a, int64_t n) {
+    const uint64_t p2 = 2 * f.p;
+    for (int64_t m = n / 2; m >= 1; m >>= 1) {
+        const uint64_t* w = row + m;
+        for (int64_t s = 0; s < n; s += 2 * m) {
+            uint64_t* x = a + s;
+            uint64_t* y = x + m;
+            for (int64_t j = 0; j < m; ++j) {
+                const uint64_t u = x[j], v = y[j];
+                x[j] = Fold(u + v, p2);
+                y[j] = f.Mul(u - v + p2, w[j]);
+            }
+        }
+    }
+}
+
+void InverseSmall(const Field& f, const uint64_t* row, uint64_t* a, int64_t n) {
+    const uint64_t p2 = 2 * f.p;
+    for (int64_t m = 1; m < n; m <<= 1) {
+        const uint64_t* w = row + m;
+        for (int64_t s = 0; s < n; s += 2 * m) {
+            uint64_t* x = a + s;
+            uint64_t* y = x + m;
+            for (int64_t j = 0; j < m; ++j) {
+                const uint64_t u = x[j], v = f.Mul(y[j], w[j]);
+                x[j] = Fold(u + v, p2);
+                y[j] = Fold(u - v + p2, p2);
+            }
+        }
+    }
+}
+
+// One stage of half length m > kRow over a[0, 2m), butterflies j0 … j1 − 1
+// (multiples of 8), w of order 2m. False when told to stop.
+template <bool kInverse>
+bool BigStage(PollClock& clk, const Field& f, uint64_t w, uint64_t* a, int64_t m, int64_t j0,
+              int64_t j1) {
+    const uint64_t p2 = 2 * f.p;
+    uint64_t x[8];
+    x[0] = f.Pow(w, uint64_t(j0));
+    for (int i = 1; i < 8; ++i) x[i] = f.Reduce(f.Mul(x[i - 1], w));
+    const uint64_t w8 = f.Pow(w, 8);
+    uint64_t* lo = a;
+    uint64_t* hi = a + m;
+    constexpr int64_t kChunk = 4096;
+    for (int64_t from = j0; from < j1; from += kChunk) {
+        const int64_t to = std::min(j1, from + kChunk);
+        for (int64_t j = from; j < to; j += 8) {
+            for (int i = 0; i < 8; ++i) {
+                const uint64_t u = lo[j + i];
+                if (kInverse) {
+                    const uint64_t v = f.Mul(hi[j + i], x[i]);
+                    lo[j + i] = Fold(u + v, p2);
+                    hi[j + i] = Fold(u - v + p2, p2);
+                } else {
+                    const uint64_t v = hi[j + i];
+                    lo[j + i] = Fold(u + v, p2);
+                    hi[j + i] = f.Mul(u - v + p2, x[i]);
+                }
+                x[i] = f.Reduce(f.Mul(x[i], w8));
+            }
+        }
+        if (clk.Tick(2 * kButterfly * (to - from))) return false;
+    }
+    return true;
+}
+
+bool Forward(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (n <= kCacheBlock) {
+        ForwardSmall(d.f, d.row, a, n);
+        return !clk.Tick(kButterfly * (n / 2) * Log2(n));
+    }
+    return BigStage<false>(clk, d.f, d.root[Log2(n)], a, n / 2, 0, n / 2) &&
+           Forward(clk, d, a, n / 2) && Forward(clk, d, a + n / 2, n / 2);
+}
+
+bool Inverse(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (n <= kCacheBlock) {
+        InverseSmall(d.f, d.rowInv, a, n);
+        return !clk.Tick(kButterfly * (n / 2) * Log2(n));
+    }
+    return Inverse(clk, d, a, n / 2) && Inverse(clk, d, a + n / 2, n / 2) &&
+           BigStage<true>(clk, d.f, d.rootInv[Log2(n)], a, n / 2, 0, n / 2);
+}
+
+// Runs f0 on the calling thread and f1 on a helper thread (both here when
+// !parallel or when no thread can be had); each takes a PollClock& and
+// answers false when told to stop.
+template <typename F0, typename F1>
+Result Both(PollClock& clk, bool parallel, F0&& f0, F1&& f1) {
+    if (!parallel) return f0(clk) && f1(clk) ? Result::kOk : Result::kStopped;
+    std::atomic<bool> cancel{false}, done{false};
+    bool helperOk = true;
+    std::thread helper;
+    try {
+        helper = std::thread([&] {
+            PollClock helperClock(nullptr, &cancel);
+            helperOk = f1(helperClock);
+            done.store(true, std::memory_order_release);
+        });
+    } catch (const std::system_error&) {
+        // No thread to be had: both halves run here.
+    } catch (const std::bad_alloc&) {
+        // No memory for the thread's state: the same.
+    }
+    bool ok = f0(clk);
+    if (!helper.joinable()) return ok && f1(clk) ? Result::kOk : Result::kStopped;
+    // The helper is usually a moment behind: wait by yielding, polling every
+    // millisecond in case it lags far (the other core busy).
+    auto lastPoll = std::chrono::steady_clock::now();
+    while (ok && !done.load(std::memory_order_acquire)) {
+        std::this_thread::yield();
+        const auto now = std::chrono::steady_clock::now();
+        if (now - lastPoll < std::chrono::milliseconds(1)) continue;
+        lastPoll = now;
+        if (clk.Tick(gFastThresholds.pollWork)) ok = false;
+    }
+    if (!ok) cancel = true;
+    helper.join();
+    return ok && helperOk ? Result::kOk : Result::kStopped;
+}
+
+// f(clock, from, to) over [0, count), cut at mid (a multiple of 8) when
+// parallel.
+template <typename F>
+Result Halves(PollClock& clk, bool parallel, int64_t count, F&& f) {
+    if (!parallel) return f(clk, 0, count) ? Result::kOk : Result::kStopped;
+    const int64_t mid = (count / 2) & ~int64_t(7);
+    return Both(
+        clk, true, [&](PollClock& c) { return f(c, 0, mid); },
+        [&](PollClock& c) { return f(c, mid, count); });
+}
+
+Result ForwardTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (!parallel || n <= kCacheBlock)
+        return Forward(clk, d, a, n) ? Result::kOk : Result::kStopped;
+    const uint64_t w = d.root[Log2(n)];
+    const Result rc = Halves(clk, true, n / 2, [&](PollClock& c, int64_t from, int64_t to) {
+        return BigStage<false>(c, d.f, w, a, n / 2, from, to);
+    });
+    if (!Ok(rc)) return rc;
+    return Both(
+        clk, true, [&](PollClock& c) { return Forward(c, d, a, n / 2); },
+        [&](PollClock& c) { return Forward(c, d, a + n / 2, n / 2); });
+}
+
+Result InverseTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (!parallel || n <= kCacheBlock)
+        return Inverse(clk, d, a, n) ? Result::kOk : Result::kStopped;
+    const Result rc = Both(
+        clk, true, [&](PollClock& c) { return Inverse(c, d, a, n / 2); },
+        [&](PollClock& c) { return Inverse(c, d, a + n / 2, n / 2); });
+    if (!Ok(rc)) return rc;
+    const uint64_t w = d.rootInv[Log2(n)];
+    return Halves(clk, true, n / 2, [&](PollClock& c, int64_t from, int64_t to) {
+        return BigStage<true>(c, d.f, w, a, n / 2, from, to);
+    });
+}
+
+// Points from … to − 1 of the operand packed k limbs a point, reduced below
+// 2p: the low three limbs (below 2.1·10^12 < p) plus the others times 10^12.
+bool Load(PollClock& clk, const Field& f, const Limb* a, int64_t la, int k, uint64_t* out,
+          int64_t from, int64_t to) {
+    const uint64_t scaleR = f.ToMont(1000000000000u);
+    const uint64_t p2 = 2 * f.p;
+    auto limb = [&](int64_t i) { return i < la ? uint64_t(static_cast<uint16_t>(a[i])) : 0u; };
+    for (int64_t i = from; i < to; ++i) {
+        const int64_t at = i * k;
+        if (at >= la) {
+            out[i] = 0;
+            continue;
+        }
+        uint64_t low = 0, high = 0;
+        for (int t = std::min(k, 3) - 1; t >= 0; --t) low = low * 10000 + limb(at + t);
+        for (int t = k - 1; t >= 3; --t) high = high * 10000 + limb(at + t);
+        out[i] = Fold(low + f.Mul(high, scaleR), p2);
+        if ((i & 4095) == 4095 && clk.Tick(4096 * kButterfly)) return false;
+    }
+    return true;
+}
+
+// Base-10^8 digits of v < 2^62.
+inline void Digits3(uint64_t v, uint64_t* d) {
+    const uint64_t q = v / 100000000u;
+    d[0] = v - q * 100000000u;
+    d[1] = q % 100000000u;
+    d[2] = q / 100000000u;
+}
+
+// Garner's join of the three residues into base-10^8 digits, carried into
+// limbs. A coefficient x = v1 + p1·v2 + p1·p2·v3 (v_i below p_i) is summed in
+// digits of 10^8 (at most 7 digits, each below 10^17) into a window of
+// pending digits; each coefficient then settles k/2 digits.
+class Join {
+public:
+    Join(const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k, Limb* p, int64_t len)
+        : r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len) {
+        const Field& f2 = gPrime[1].f;
+        const Field& f3 = gPrime[2].f;
+        const uint64_t p1 = kPrime[0], p2 = kPrime[1], p3 = kPrime[2];
+        inv1R_ = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
+        p1m3R_ = f3.ToMont(p1 - p3);
+        const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
+        inv12R_ = f3.Pow(f3.ToMont(p12), p3 - 2);
+        Digits3(p1, p1d_);
+        Wide prod = Wide(p1) * p2;
+        for (uint64_t& d : p12d_) {
+            d = static_cast<uint64_t>(prod % 100000000u);
+            prod /= 100000000u;
+        }
+    }
+
+    struct Pending {
+        uint64_t digit[10] = {};  // base 10^8, from limb `at` on
+        int64_t at = 0;
+        uint64_t top = 0;  // the value of limbs at and above len − 1
+    };
+
+    // Coefficients from … to − 1: their low limbs written to p, what is left
+    // in out. False when told to stop.
+    bool Run(PollClock& clk, int64_t from, int64_t to, Pending* out) const {
+        const Field& f1 = gPrime[0].f;
+        const Field& f2 = gPrime[1].f;
+        const Field& f3 = gPrime[2].f;
+        const uint64_t p2 = f2.p, p3 = f3.p;
+        uint64_t w[10] = {};
+        uint64_t top = 0;
+        for (int64_t i = from; i < to; ++i) {
+            const uint64_t v1 = f1.Reduce(r_[0][i]);
+            const uint64_t u2 = f2.Reduce(r_[1][i]);
+            const uint64_t u3 = f3.Reduce(r_[2][i]);
+            const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+            const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, inv1R_));
+            uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R_);
+            t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+            const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, inv12R_));
+            uint64_t a[3], b[3], c[3];
+            Digits3(v1, a);
+            Digits3(v2, b);
+            Digits3(v3, c);
+            for (int j = 0; j < 3; ++j) w[j] += a[j];
+            for (int x = 0; x < 3; ++x)
+                for (int y = 0; y < 3; ++y) w[x + y] += p1d_[x] * b[y];
+            for (int x = 0; x < 5; ++x)
+                for (int y = 0; y < 3; ++y) w[x + y] += p12d_[x] * c[y];
+            int64_t limb = i * 2 * half_;
+            for (int s = 0; s < half_; ++s, limb += 2) {
+                const uint64_t q = w[s] / 100000000u;
+                Put(limb, w[s] - q * 100000000u, &top);
+                w[s + 1] += q;
+            }
+            for (int s = 0; s + half_ < 10; ++s) w[s] = w[s + half_];
+            for (int s = 10 - half_; s < 10; ++s) w[s] = 0;
+            if ((i & 1023) == 1023 && clk.Tick(1024 * 16 * kButterfly)) return false;
+        }
+        std::copy(w, w + 10, out->digit);
+        out->at = to * 2 * half_;
+        out->top = top;
+        return true;
+    }
+
+    // Adds what a run left into p, carrying; the top limb takes the rest.
+    void Settle(const Pending& left, uint64_t* top) const {
+        *top += left.top;
+        uint64_t carry = 0;
+        for (int s = 0; s < 10; ++s) {
+            const uint64_t v = left.digit[s] + carry;
+            carry = v / 100000000u;
+            const uint64_t d = v - carry * 100000000u;
+            AddAt(left.at + 2 * s, d % 10000, top);
+            AddAt(left.at + 2 * s + 1, d / 10000, top);
+        }
+        assert(carry == 0);
+    }
+
+private:
+    // Limb index i gets the digit pair d (below 10^8); limbs from len − 1 on
+    // go to the top limb's value.
+    void Put(int64_t i, uint64_t d, uint64_t* top) const {
+        const uint64_t hi = d / 10000, lo = d - hi * 10000;
+        if (i + 1 < len_ - 1) {
+            p_[i] = static_cast<Limb>(lo);
+            p_[i + 1] = static_cast<Limb>(hi);
+            return;
+        }
+        ToTop(i, lo, top);
+        ToTop(i + 1, hi, top);
+    }
+    void ToTop(int64_t i, uint64_t v, uint64_t* top) const {
+        if (i < len_ - 1) {
+            p_[i] = static_cast<Limb>(v);
+            return;
+        }
+        const int64_t e = i - (len_ - 1);
+        if (v == 0 || e > 4) {
+            assert(v == 0);
+            return;
+        }
+        uint64_t scale = 1;
+        for (int64_t s = 0; s < e; ++s) scale *= 10000;
+        *top += v * scale;
+    }
+    void AddAt(int64_t i, uint64_t v, uint64_t* top) const {
+        for (; v != 0 && i < len_ - 1; ++i) {
+            const uint64_t s = uint64_t(p_[i]) + v;
+            v = s / 10000;
+            p_[i] = static_cast<Limb>(s - v * 10000);
+        }
+        if (v != 0) ToTop(i, v, top);
+    }
+
+    const uint64_t* r_[3];
+    int half_;
+    Limb* p_;
+    int64_t len_;
+    uint64_t inv1R_ = 0, p1m3R_ = 0, inv12R_ = 0;
+    uint64_t p1d_[3] = {}, p12d_[5] = {};
+};
+
+Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    const int64_t len = int64_t(la) + lb;
+    int k = 6;
+    int64_t count = 0, n = 1;
+    for (int pass = 0; pass < 2; ++pass) {
+        count = (la + k - 1) / k + (lb + k - 1) / k - 1;
+        n = int64_t(1) << Log2(count);
+        if (Ntt64LimbsPerPoint(n) == k) break;
+        k = Ntt64LimbsPerPoint(n);
+    }
+    assert(n <= (int64_t(1) << kMaxLog));
+    Result rc = EnsureTables();
+    if (!Ok(rc)) return rc;
+    if (clk.Tick(n)) return Result::kStopped;
+    const bool square = b == nullptr;
+    Scratch<uint64_t> buf((square ? 3 : 4) * n);
+    if (!buf) return Result::kNoMemory;
+    uint64_t* r[3] = {buf.get(), buf.get() + n, buf.get() + 2 * n};
+    uint64_t* s = buf.get() + 3 * n;
+    const int32_t parallelFrom = gFastThresholds.ntt64Parallel;
+    const bool parallel = parallelFrom > 0 && n >= parallelFrom;
+
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = gPrime[i];
+        const Field& f = d.f;
+        rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+            return Load(c, f, a, la, k, r[i], from, to);
+        });
+        if (Ok(rc)) rc = ForwardTop(clk, parallel, d, r[i], n);
+        if (Ok(rc) && !square) {
+            rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+                return Load(c, f, b, lb, k, s, from, to);
+            });
+            if (Ok(rc)) rc = ForwardTop(clk, parallel, d, s, n);
+        }
+        if (!Ok(rc)) break;
+        // Points times 1/n, and R^2 for the two Montgomery products.
+        const uint64_t scale = f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+        const uint64_t* other = square ? r[i] : s;
+        rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+            uint64_t* x = r[i];
+            for (int64_t j = from; j < to; ++j) x[j] = f.Mul(f.Mul(x[j], other[j]), scale);
+            return !c.Tick(kButterfly * (to - from));
+        });
+        if (Ok(rc)) rc = InverseTop(clk, parallel, d, r[i], n);
+    }
+    if (!Ok(rc)) return rc;
+
+    const Join join(r[0], r[1], r[2], k, p, len);
+    const int64_t assigned = std::min(count * k, len - 1);
+    std::fill(p + assigned, p + len, Limb(0));
+    const int64_t mid = parallel ? count / 2 : count;
+    Join::Pending left[2];
+    rc = Both(
+        clk, parallel, [&](PollClock& c) { return join.Run(c, 0, mid, &left[0]); },
+        [&](PollClock& c) { return join.Run(c, mid, count, &left[1]); });
+    if (!Ok(rc)) return rc;
+    uint64_t top = 0;
+    join.Settle(left[0], &top);
+    join.Settle(left[1], &top);
+    assert(top < 32768);
+    p[len - 1] = static_cast<Limb>(top);
+    return Result::kOk;
+}
+
+}  // namespace
+
+int Ntt64LimbsPerPoint(int64_t n) {
+    return n <= std::min(gFastThresholds.ntt64SixLimbs, int32_t(1) << 26) ? 6 : 4;
+}
+
+Result MulNtt64(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    return Run(clk, a, la, b, lb, p);
+}
+
+Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+    return Run(clk, a, la, nullptr, la, p);
+}
