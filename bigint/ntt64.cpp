@@ -1,14 +1,19 @@
-// Product by number-theoretic transforms over three primes below 2^62,
+// Product by number-theoretic transforms over three primes of up to 62 bits,
 // joined by Garner's form of the Chinese remainder theorem.
 //
-// Primes: p = c·2^32 + 1 for the three largest c below 2^30, so every
-// power-of-two length up to 2^32 has its roots of unity; their product P is
-// 2^185.99. Several limbs make one coefficient, k = 6 (below 2·10^24, the top
-// limb up to 20000) up to 2^26 points and k = 4 beyond. A coefficient of the
-// product is a sum of at most n products, of which at most three involve a top
-// limb, so it stays below (n + 5)·10^(8k): for k = 6 and n = 2^26 that is
-// 2^185.45 < P, for k = 4 and n = 2^32 it is 2^138.3. Lengths are not limited
-// otherwise: n <= 2^32 holds for every la + lb below 2^31.
+// Primes p = c·2^32 + 1, so every power-of-two length up to 2^32 has its roots
+// of unity; two sets of three. Several limbs make one coefficient (below
+// 2·10^(4k), the top limb up to 20000). A coefficient of the product is a sum
+// of at most n products, of which at most three involve a top limb, so it
+// stays below (n + 5)·10^(8k), which must stay below P, the primes' product.
+//   Plain 64-bit butterflies, the three largest c below 2^30 (p < 2^62,
+//   P = 2^185.99): k = 6 up to 2^26 points ((2^26 + 5)·10^48 = 2^185.45),
+//   k = 4 beyond (2^138.3 at 2^32 points).
+//   Vector butterflies (ntt64_ifma.cpp, AVX-512 IFMA, chosen at run time from
+//   256 points), the three largest c below 2^18 (p < 2^50, P = 2^149.99):
+//   k = 4, (n + 5)·10^32 < P up to n = 2^43.
+// Lengths are not limited otherwise: n <= 2^32 for every la + lb below 2^31.
+// AVX2 alone has no 64-bit multiply-high and does not pay.
 //
 // Points are kept lazily in [0, 2p); Montgomery products with R = 2^64 take
 // x·y < p·2^64, so factors below 4p and p (p < 2^62). Forward transform by
@@ -18,9 +23,6 @@
 // longer ones do one stage over the array (its twiddles made as it goes, one
 // extra product a butterfly, by eight independent chains) and recurse into the
 // halves.
-//
-// Vector units do not pay here: AVX2 has no 64-bit multiply-high, so the
-// butterflies are plain 64-bit code for every processor.
 //
 // Two threads: from gFastThresholds.ntt64Parallel points, each transform, the
 // loads, the pointwise products and the join are cut in two halves, the second
@@ -41,6 +43,7 @@
 #include <system_error>
 #include <thread>
 
+#include "bigint/ntt64_kernels.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -84,9 +87,15 @@ struct Field {
     uint64_t FromMont(uint64_t x) const { return Reduce(Mul(x, 1)); }
 };
 
-constexpr uint64_t kPrime[3] = {0x3fffffee00000001u, 0x3fffffb400000001u, 0x3fffffa000000001u};
-constexpr uint64_t kGenerator[3] = {3, 19, 3};
+// Two sets of primes c·2^32 + 1, each with a generator: below 2^62 for the
+// plain 64-bit butterflies, below 2^50 for the vector ones.
+constexpr uint64_t kPrime[2][3] = {{0x3fffffee00000001u, 0x3fffffb400000001u, 0x3fffffa000000001u},
+                                   {0x3fff300000001u, 0x3ffed00000001u, 0x3ffeb00000001u}};
+constexpr uint64_t kGenerator[2][3] = {{3, 19, 3}, {5, 7, 3}};
 constexpr int kMaxLog = 32;
+// Points from which the vector butterflies take a product (their tiles are
+// 64 points).
+constexpr int64_t kVecFrom = 256;
 
 // Sub-transforms of at most this many points (128 KB) stay in the core's
 // cache for all their stages, with twiddles from the tables below.
@@ -106,53 +115,80 @@ int Log2(int64_t n) {
 
 struct PrimeData {
     Field f;
-    uint64_t root[kMaxLog + 1];     // of order 2^l, Montgomery form
-    uint64_t rootInv[kMaxLog + 1];  // their inverses
+    // Of order 2^l and their inverses, Montgomery form (R = 2^52 for the
+    // vector butterflies).
+    uint64_t root[kMaxLog + 1];
+    uint64_t rootInv[kMaxLog + 1];
     // row[m + j] = w_2m^j (inverse: w_2m^−j), m = 1, 2, 4 … kRow.
     uint64_t* row = nullptr;
     uint64_t* rowInv = nullptr;
+    bool vec = false;
+    Ntt64Vec v = {};
 };
 
-PrimeData gPrime[3];
-bool gReady = false;
+PrimeData gPrime[2][3];
+bool gReady[2] = {false, false};
+bool gPortable = false;
 
-void FillRow(const Field& f, uint64_t w, uint64_t* t) {
+// x (Montgomery form, R = 2^64) in the vector butterflies' form, R = 2^52.
+uint64_t To52(const Field& f, uint64_t x) {
+    return static_cast<uint64_t>((Wide(f.FromMont(x)) << 52) % f.p);
+}
+
+void FillRow(const Field& f, uint64_t w, bool vec, uint64_t* t) {
     uint64_t x = f.One();
     for (int64_t j = 0; j < kRow; ++j) {
-        t[kRow + j] = x;
+        t[kRow + j] = vec ? To52(f, x) : x;
         x = f.Reduce(f.Mul(x, w));
     }
     for (int64_t m = kRow / 2; m >= 1; m >>= 1)
         for (int64_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
 }
 
-// The kept tables, made once on the calling thread before any helper runs.
-Result EnsureTables() {
-    if (gReady) return Result::kOk;
-    for (int i = 0; i < 3; ++i) {
-        PrimeData& d = gPrime[i];
+// The kept tables of a set, made once on the calling thread before any
+// helper runs.
+Result EnsureTables(int set) {
+    if (gReady[set]) return Result::kOk;
+    for (PrimeData& d : gPrime[set]) {
         if (d.row == nullptr) d.row = new (std::nothrow) uint64_t[2 * kRow];
         if (d.rowInv == nullptr) d.rowInv = new (std::nothrow) uint64_t[2 * kRow];
         if (d.row == nullptr || d.rowInv == nullptr) return Result::kNoMemory;
     }
     for (int i = 0; i < 3; ++i) {
-        PrimeData& d = gPrime[i];
-        d.f = Field(kPrime[i]);
-        const uint64_t g = d.f.ToMont(kGenerator[i]);
-        uint64_t w = d.f.Pow(g, (kPrime[i] - 1) >> kMaxLog);
-        uint64_t wi = d.f.Pow(w, kPrime[i] - 2);
+        PrimeData& d = gPrime[set][i];
+        const uint64_t p = kPrime[set][i];
+        d.f = Field(p);
+        d.vec = set == 1;
+        const uint64_t g = d.f.ToMont(kGenerator[set][i]);
+        uint64_t w = d.f.Pow(g, (p - 1) >> kMaxLog);
+        uint64_t wi = d.f.Pow(w, p - 2);
         for (int l = kMaxLog; l >= 0; --l) {
-            d.root[l] = w;
-            d.rootInv[l] = wi;
+            d.root[l] = d.vec ? To52(d.f, w) : w;
+            d.rootInv[l] = d.vec ? To52(d.f, wi) : wi;
+            if (l == Log2(2 * kRow)) {
+                FillRow(d.f, w, d.vec, d.row);
+                FillRow(d.f, wi, d.vec, d.rowInv);
+            }
             w = d.f.Reduce(d.f.Mul(w, w));
             wi = d.f.Reduce(d.f.Mul(wi, wi));
         }
-        const int rowLog = Log2(2 * kRow);
-        FillRow(d.f, d.root[rowLog], d.row);
-        FillRow(d.f, d.rootInv[rowLog], d.rowInv);
+        uint64_t inv = p;
+        for (int k = 0; k < 5; ++k) inv *= 2 - p * inv;
+        d.v = Ntt64Vec{p, inv & ((uint64_t(1) << 52) - 1), d.row, d.rowInv};
     }
-    gReady = true;
+    gReady[set] = true;
     return Result::kOk;
+}
+
+// w^e for w below p in the vector butterflies' form, below p.
+uint64_t Pow52(const PrimeData& d, uint64_t w, uint64_t e) {
+    const uint64_t p = d.v.p;
+    uint64_t r = static_cast<uint64_t>((Wide(1) << 52) % p);
+    for (; e > 0; e >>= 1) {
+        if (e & 1) r = d.f.Reduce(Mul52(r, w, p, d.v.pinv));
+        w = d.f.Reduce(Mul52(w, w, p, d.v.pinv));
+    }
+    return r;
 }
 
 // All stages of a transform of n <= kCacheBlock points.
@@ -223,22 +259,53 @@ bool BigStage(PollClock& clk, const Field& f, uint64_t w, uint64_t* a, int64_t m
     return true;
 }
 
+// The same with the vector butterflies.
+bool VecStage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t w, uint64_t* a, int64_t m,
+              int64_t j0, int64_t j1) {
+    constexpr int64_t kChunk = 4096;
+    const uint64_t w8 = Pow52(d, w, 8);
+    for (int64_t from = j0; from < j1; from += kChunk) {
+        const int64_t to = std::min(j1, from + kChunk);
+        uint64_t first[8];
+        first[0] = Pow52(d, w, uint64_t(from));
+        for (int i = 1; i < 8; ++i) first[i] = d.f.Reduce(Mul52(first[i - 1], w, d.v.p, d.v.pinv));
+        Ntt64VecStage(d.v, inverse, first, w8, a, m, from, to);
+        if (clk.Tick(kButterfly * (to - from))) return false;
+    }
+    return true;
+}
+
+// Stage of half length m over a[0, 2m), butterflies j0 … j1 − 1.
+bool Stage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t* a, int64_t m, int64_t j0,
+           int64_t j1) {
+    const uint64_t w = (inverse ? d.rootInv : d.root)[Log2(2 * m)];
+    if (d.vec) return VecStage(clk, d, inverse, w, a, m, j0, j1);
+    return inverse ? BigStage<true>(clk, d.f, w, a, m, j0, j1)
+                   : BigStage<false>(clk, d.f, w, a, m, j0, j1);
+}
+
 bool Forward(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
     if (n <= kCacheBlock) {
-        ForwardSmall(d.f, d.row, a, n);
+        if (d.vec)
+            Ntt64VecForward(d.v, a, n);
+        else
+            ForwardSmall(d.f, d.row, a, n);
         return !clk.Tick(kButterfly * (n / 2) * Log2(n));
     }
-    return BigStage<false>(clk, d.f, d.root[Log2(n)], a, n / 2, 0, n / 2) &&
-           Forward(clk, d, a, n / 2) && Forward(clk, d, a + n / 2, n / 2);
+    return Stage(clk, d, false, a, n / 2, 0, n / 2) && Forward(clk, d, a, n / 2) &&
+           Forward(clk, d, a + n / 2, n / 2);
 }
 
 bool Inverse(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
     if (n <= kCacheBlock) {
-        InverseSmall(d.f, d.rowInv, a, n);
+        if (d.vec)
+            Ntt64VecInverse(d.v, a, n);
+        else
+            InverseSmall(d.f, d.rowInv, a, n);
         return !clk.Tick(kButterfly * (n / 2) * Log2(n));
     }
     return Inverse(clk, d, a, n / 2) && Inverse(clk, d, a + n / 2, n / 2) &&
-           BigStage<true>(clk, d.f, d.rootInv[Log2(n)], a, n / 2, 0, n / 2);
+           Stage(clk, d, true, a, n / 2, 0, n / 2);
 }
 
 // Runs f0 on the calling thread and f1 on a helper thread (both here when
@@ -292,9 +359,8 @@ Result Halves(PollClock& clk, bool parallel, int64_t count, F&& f) {
 Result ForwardTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a, int64_t n) {
     if (!parallel || n <= kCacheBlock)
         return Forward(clk, d, a, n) ? Result::kOk : Result::kStopped;
-    const uint64_t w = d.root[Log2(n)];
     const Result rc = Halves(clk, true, n / 2, [&](PollClock& c, int64_t from, int64_t to) {
-        return BigStage<false>(c, d.f, w, a, n / 2, from, to);
+        return Stage(c, d, false, a, n / 2, from, to);
     });
     if (!Ok(rc)) return rc;
     return Both(
@@ -309,9 +375,8 @@ Result InverseTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a
         clk, true, [&](PollClock& c) { return Inverse(c, d, a, n / 2); },
         [&](PollClock& c) { return Inverse(c, d, a + n / 2, n / 2); });
     if (!Ok(rc)) return rc;
-    const uint64_t w = d.rootInv[Log2(n)];
     return Halves(clk, true, n / 2, [&](PollClock& c, int64_t from, int64_t to) {
-        return BigStage<true>(c, d.f, w, a, n / 2, from, to);
+        return Stage(c, d, true, a, n / 2, from, to);
     });
 }
 
@@ -351,11 +416,12 @@ inline void Digits3(uint64_t v, uint64_t* d) {
 // pending digits; each coefficient then settles k/2 digits.
 class Join {
 public:
-    Join(const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k, Limb* p, int64_t len)
-        : r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len) {
-        const Field& f2 = gPrime[1].f;
-        const Field& f3 = gPrime[2].f;
-        const uint64_t p1 = kPrime[0], p2 = kPrime[1], p3 = kPrime[2];
+    Join(const PrimeData* primes, const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k,
+         Limb* p, int64_t len)
+        : primes_(primes), r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len) {
+        const Field& f2 = primes[1].f;
+        const Field& f3 = primes[2].f;
+        const uint64_t p1 = primes[0].f.p, p2 = f2.p, p3 = f3.p;
         inv1R_ = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
         p1m3R_ = f3.ToMont(p1 - p3);
         const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
@@ -377,9 +443,9 @@ public:
     // Coefficients from … to − 1: their low limbs written to p, what is left
     // in out. False when told to stop.
     bool Run(PollClock& clk, int64_t from, int64_t to, Pending* out) const {
-        const Field& f1 = gPrime[0].f;
-        const Field& f2 = gPrime[1].f;
-        const Field& f3 = gPrime[2].f;
+        const Field& f1 = primes_[0].f;
+        const Field& f2 = primes_[1].f;
+        const Field& f3 = primes_[2].f;
         const uint64_t p2 = f2.p, p3 = f3.p;
         uint64_t w[10] = {};
         uint64_t top = 0;
@@ -467,6 +533,7 @@ private:
         if (v != 0) ToTop(i, v, top);
     }
 
+    const PrimeData* primes_;
     const uint64_t* r_[3];
     int half_;
     Limb* p_;
@@ -477,17 +544,22 @@ private:
 
 Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     const int64_t len = int64_t(la) + lb;
-    int k = 6;
-    int64_t count = 0, n = 1;
-    for (int pass = 0; pass < 2; ++pass) {
-        count = (la + k - 1) / k + (lb + k - 1) / k - 1;
-        n = int64_t(1) << Log2(count);
-        if (Ntt64LimbsPerPoint(n) == k) break;
-        k = Ntt64LimbsPerPoint(n);
+    auto points = [&](int k) { return (la + k - 1) / k + (lb + k - 1) / k - 1; };
+    // The vector primes take four limbs a point.
+    int k = 4;
+    int64_t count = points(k), n = int64_t(1) << Log2(count);
+    const int set = !gPortable && n >= kVecFrom && Ntt64VecAvailable() ? 1 : 0;
+    if (set == 0) {
+        for (k = 6;; k = Ntt64LimbsPerPoint(n)) {
+            count = points(k);
+            n = int64_t(1) << Log2(count);
+            if (Ntt64LimbsPerPoint(n) >= k) break;
+        }
     }
     assert(n <= (int64_t(1) << kMaxLog));
-    Result rc = EnsureTables();
+    Result rc = EnsureTables(set);
     if (!Ok(rc)) return rc;
+    const PrimeData* primes = gPrime[set];
     if (clk.Tick(n)) return Result::kStopped;
     const bool square = b == nullptr;
     Scratch<uint64_t> buf((square ? 3 : 4) * n);
@@ -498,7 +570,7 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     const bool parallel = parallelFrom > 0 && n >= parallelFrom;
 
     for (int i = 0; i < 3 && Ok(rc); ++i) {
-        const PrimeData& d = gPrime[i];
+        const PrimeData& d = primes[i];
         const Field& f = d.f;
         rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
             return Load(c, f, a, la, k, r[i], from, to);
@@ -523,7 +595,7 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     }
     if (!Ok(rc)) return rc;
 
-    const Join join(r[0], r[1], r[2], k, p, len);
+    const Join join(primes, r[0], r[1], r[2], k, p, len);
     const int64_t assigned = std::min(count * k, len - 1);
     std::fill(p + assigned, p + len, Limb(0));
     const int64_t mid = parallel ? count / 2 : count;
@@ -541,6 +613,8 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
 }
 
 }  // namespace
+
+void UsePortableNtt64(bool portable) { gPortable = portable; }
 
 int Ntt64LimbsPerPoint(int64_t n) {
     return n <= std::min(gFastThresholds.ntt64SixLimbs, int32_t(1) << 26) ? 6 : 4;

@@ -12,3 +12,7 @@ Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 // gFastThresholds.ntt64SixLimbs points (at most 2^26, the bound in ntt64.cpp),
 // 4 beyond.
 int Ntt64LimbsPerPoint(int64_t n);
+
+// The plain 64-bit butterflies even where the vector ones could run (they
+// take other primes and four limbs a point). For tests.
+void UsePortableNtt64(bool portable);

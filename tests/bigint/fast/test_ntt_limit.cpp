@@ -105,10 +105,12 @@ FastThresholds Wide64(int32_t parallel) {
 }  // namespace
 
 TEST(Ntt64, ProductsAroundThePackingAndThePointCounts) {
-    // Six limbs a point up to 64 points, four beyond: every remainder of the
+    // Six limbs a point up to 64 points, four beyond (the vector butterflies:
+    // four from 256 points): every remainder of the
     // lengths by the packing, point counts just below and above powers of two,
     // top limbs of 10000 and 20000 (Karatsuba's half sums), squares.
     for (int32_t parallel : {0, 16}) {
+        UsePortableNtt64(parallel == 0);  // the vector butterflies from 256 points
         FastThresholds t = Wide64(parallel);
         t.ntt64SixLimbs = 64;
         ThresholdScope scope(t);
@@ -128,19 +130,26 @@ TEST(Ntt64, ProductsAroundThePackingAndThePointCounts) {
         EXPECT_EQ(Ntt64LimbsPerPoint(64), 6);
         EXPECT_EQ(Ntt64LimbsPerPoint(128), 4);
     }
+    UsePortableNtt64(false);
 }
 
-TEST(Ntt64, LongTransformsOnOneAndTwoThreads) {
-    // 2^15 and 2^16 points: stages beyond the cache block, their twiddles made
+TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
+    // 2^15 to 2^17 points: stages beyond the cache block, their twiddles made
     // as they go, cut in halves between the threads; coefficients of nines
-    // close to their bound.
+    // close to their bound. The plain butterflies (six limbs a point) and the
+    // vector ones where the processor has them (four).
     CalcContext ctx;
-    for (int32_t parallel : {0, 1024}) {
-        ThresholdScope scope(Wide64(parallel));
-        ExpectProduct(&ctx, Operand(110000, Shape::Nines), Operand(90000, Shape::Nines));
-        ExpectProduct(&ctx, Operand(150000, Shape::Random), Operand(700, Shape::TopTenThousand));
-        ExpectProduct(&ctx, Operand(100000, Shape::Nines), {});
+    for (bool portable : {true, false}) {
+        UsePortableNtt64(portable);
+        for (int32_t parallel : {0, 1024}) {
+            ThresholdScope scope(Wide64(parallel));
+            ExpectProduct(&ctx, Operand(110000, Shape::Nines), Operand(90000, Shape::Nines));
+            ExpectProduct(&ctx, Operand(150000, Shape::Random),
+                          Operand(700, Shape::TopTenThousand));
+            ExpectProduct(&ctx, Operand(100000, Shape::Nines), {});
+        }
     }
+    UsePortableNtt64(false);
 }
 
 TEST(Ntt64, StopsAtAnyPollOnTwoThreads) {
