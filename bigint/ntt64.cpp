@@ -30,8 +30,9 @@
 // polling every millisecond and, when told to stop, cancels it and waits for
 // it (a few thousand butterflies).
 //
-// Allocation: one buffer of 3n (squares) or 4n words and the root tables (kept
-// between products) from nothrow new, code 3 when refused; a helper thread
+// Allocation: one buffer of 2·count + 2n words (count coefficients of the
+// product; squares 2·count + n) and the root tables (kept between products)
+// from nothrow new, code 3 when refused; a helper thread
 // that cannot be started leaves both halves to the calling thread.
 #include "bigint/ntt64.h"
 
@@ -102,8 +103,15 @@ constexpr int64_t kVecFrom = 256;
 constexpr int64_t kCacheBlock = int64_t(1) << 14;
 constexpr int64_t kRow = kCacheBlock / 2;
 
-// Work units (poll_clock.h) of one butterfly: about twice the 32-bit one.
-constexpr int64_t kButterfly = 2;
+// Work units (poll_clock.h) of the steps, each unit about half a nanosecond
+// on the machine the thresholds come from, so that the budget between polls
+// is a millisecond or two whatever the step.
+constexpr int64_t kButterfly = 5;     // plain 64-bit
+constexpr int64_t kVecButterfly = 1;  // one of eight in a vector, in cache
+constexpr int64_t kVecStreamed = 16;  // the same from and to memory, bandwidth-bound
+constexpr int64_t kLoadPoint = 64;    // packing limbs into fresh pages (their faults)
+constexpr int64_t kJoinPoint = 80;    // Garner's join and the carries
+constexpr int64_t kPointwise = 8;
 
 inline uint64_t Fold(uint64_t x, uint64_t twoP) { return x >= twoP ? x - twoP : x; }
 
@@ -270,7 +278,7 @@ bool VecStage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t w, uint
         first[0] = Pow52(d, w, uint64_t(from));
         for (int i = 1; i < 8; ++i) first[i] = d.f.Reduce(Mul52(first[i - 1], w, d.v.p, d.v.pinv));
         Ntt64VecStage(d.v, inverse, first, w8, a, m, from, to);
-        if (clk.Tick(kButterfly * (to - from))) return false;
+        if (clk.Tick(kVecStreamed * (to - from))) return false;
     }
     return true;
 }
@@ -290,7 +298,7 @@ bool Forward(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
             Ntt64VecForward(d.v, a, n);
         else
             ForwardSmall(d.f, d.row, a, n);
-        return !clk.Tick(kButterfly * (n / 2) * Log2(n));
+        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * Log2(n));
     }
     return Stage(clk, d, false, a, n / 2, 0, n / 2) && Forward(clk, d, a, n / 2) &&
            Forward(clk, d, a + n / 2, n / 2);
@@ -302,7 +310,7 @@ bool Inverse(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
             Ntt64VecInverse(d.v, a, n);
         else
             InverseSmall(d.f, d.rowInv, a, n);
-        return !clk.Tick(kButterfly * (n / 2) * Log2(n));
+        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * Log2(n));
     }
     return Inverse(clk, d, a, n / 2) && Inverse(clk, d, a + n / 2, n / 2) &&
            Stage(clk, d, true, a, n / 2, 0, n / 2);
@@ -397,23 +405,27 @@ bool Load(PollClock& clk, const Field& f, const Limb* a, int64_t la, int k, uint
         for (int t = std::min(k, 3) - 1; t >= 0; --t) low = low * 10000 + limb(at + t);
         for (int t = k - 1; t >= 3; --t) high = high * 10000 + limb(at + t);
         out[i] = Fold(low + f.Mul(high, scaleR), p2);
-        if ((i & 4095) == 4095 && clk.Tick(4096 * kButterfly)) return false;
+        if ((i & 4095) == 4095 && clk.Tick(4096 * kLoadPoint)) return false;
     }
     return true;
 }
 
-// Base-10^8 digits of v < 2^62.
-inline void Digits3(uint64_t v, uint64_t* d) {
-    const uint64_t q = v / 100000000u;
-    d[0] = v - q * 100000000u;
-    d[1] = q % 100000000u;
-    d[2] = q / 100000000u;
+// The D base-10^8 digits of v < 10^(8D).
+template <int D>
+inline void Digits(uint64_t v, uint64_t* d) {
+    for (int i = 0; i + 1 < D; ++i) {
+        const uint64_t q = v / 100000000u;
+        d[i] = v - q * 100000000u;
+        v = q;
+    }
+    d[D - 1] = v;
 }
 
 // Garner's join of the three residues into base-10^8 digits, carried into
 // limbs. A coefficient x = v1 + p1·v2 + p1·p2·v3 (v_i below p_i) is summed in
-// digits of 10^8 (at most 7 digits, each below 10^17) into a window of
-// pending digits; each coefficient then settles k/2 digits.
+// D digits of 10^8 each for v_i (D = 3 for primes below 2^62, 2 below 2^50):
+// at most 3D + 1 digits below 10^17 into a window of pending digits; each
+// coefficient then settles k/2 digits.
 class Join {
 public:
     Join(const PrimeData* primes, const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k,
@@ -426,7 +438,7 @@ public:
         p1m3R_ = f3.ToMont(p1 - p3);
         const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
         inv12R_ = f3.Pow(f3.ToMont(p12), p3 - 2);
-        Digits3(p1, p1d_);
+        Digits<3>(p1, p1d_);
         Wide prod = Wide(p1) * p2;
         for (uint64_t& d : p12d_) {
             d = static_cast<uint64_t>(prod % 100000000u);
@@ -443,6 +455,13 @@ public:
     // Coefficients from … to − 1: their low limbs written to p, what is left
     // in out. False when told to stop.
     bool Run(PollClock& clk, int64_t from, int64_t to, Pending* out) const {
+        if (primes_[0].f.p >> 50 == 0) return RunT<2, 2>(clk, from, to, out);
+        return half_ == 3 ? RunT<3, 3>(clk, from, to, out) : RunT<3, 2>(clk, from, to, out);
+    }
+
+private:
+    template <int D, int H>
+    bool RunT(PollClock& clk, int64_t from, int64_t to, Pending* out) const {
         const Field& f1 = primes_[0].f;
         const Field& f2 = primes_[1].f;
         const Field& f3 = primes_[2].f;
@@ -458,31 +477,32 @@ public:
             uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R_);
             t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
             const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, inv12R_));
-            uint64_t a[3], b[3], c[3];
-            Digits3(v1, a);
-            Digits3(v2, b);
-            Digits3(v3, c);
-            for (int j = 0; j < 3; ++j) w[j] += a[j];
-            for (int x = 0; x < 3; ++x)
-                for (int y = 0; y < 3; ++y) w[x + y] += p1d_[x] * b[y];
-            for (int x = 0; x < 5; ++x)
-                for (int y = 0; y < 3; ++y) w[x + y] += p12d_[x] * c[y];
-            int64_t limb = i * 2 * half_;
-            for (int s = 0; s < half_; ++s, limb += 2) {
+            uint64_t a[D], b[D], c[D];
+            Digits<D>(v1, a);
+            Digits<D>(v2, b);
+            Digits<D>(v3, c);
+            for (int j = 0; j < D; ++j) w[j] += a[j];
+            for (int x = 0; x < D; ++x)
+                for (int y = 0; y < D; ++y) w[x + y] += p1d_[x] * b[y];
+            for (int x = 0; x < 2 * D; ++x)
+                for (int y = 0; y < D; ++y) w[x + y] += p12d_[x] * c[y];
+            int64_t limb = i * 2 * H;
+            for (int s = 0; s < H; ++s, limb += 2) {
                 const uint64_t q = w[s] / 100000000u;
                 Put(limb, w[s] - q * 100000000u, &top);
                 w[s + 1] += q;
             }
-            for (int s = 0; s + half_ < 10; ++s) w[s] = w[s + half_];
-            for (int s = 10 - half_; s < 10; ++s) w[s] = 0;
-            if ((i & 1023) == 1023 && clk.Tick(1024 * 16 * kButterfly)) return false;
+            for (int s = 0; s + H < 10; ++s) w[s] = w[s + H];
+            for (int s = 10 - H; s < 10; ++s) w[s] = 0;
+            if ((i & 1023) == 1023 && clk.Tick(1024 * kJoinPoint)) return false;
         }
         std::copy(w, w + 10, out->digit);
-        out->at = to * 2 * half_;
+        out->at = to * 2 * H;
         out->top = top;
         return true;
     }
 
+public:
     // Adds what a run left into p, carrying; the top limb takes the rest.
     void Settle(const Pending& left, uint64_t* top) const {
         *top += left.top;
@@ -539,7 +559,7 @@ private:
     Limb* p_;
     int64_t len_;
     uint64_t inv1R_ = 0, p1m3R_ = 0, inv12R_ = 0;
-    uint64_t p1d_[3] = {}, p12d_[5] = {};
+    uint64_t p1d_[3] = {}, p12d_[6] = {};
 };
 
 Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
@@ -562,15 +582,17 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     const PrimeData* primes = gPrime[set];
     if (clk.Tick(n)) return Result::kStopped;
     const bool square = b == nullptr;
-    Scratch<uint64_t> buf((square ? 3 : 4) * n);
+    // Prime i works at buf + i·count (b's points n further on): the residues
+    // of the primes before it keep only their count coefficients.
+    Scratch<uint64_t> buf(2 * count + (square ? 1 : 2) * n);
     if (!buf) return Result::kNoMemory;
-    uint64_t* r[3] = {buf.get(), buf.get() + n, buf.get() + 2 * n};
-    uint64_t* s = buf.get() + 3 * n;
+    uint64_t* r[3] = {buf.get(), buf.get() + count, buf.get() + 2 * count};
     const int32_t parallelFrom = gFastThresholds.ntt64Parallel;
     const bool parallel = parallelFrom > 0 && n >= parallelFrom;
 
     for (int i = 0; i < 3 && Ok(rc); ++i) {
         const PrimeData& d = primes[i];
+        uint64_t* s = r[i] + n;
         const Field& f = d.f;
         rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
             return Load(c, f, a, la, k, r[i], from, to);
@@ -588,8 +610,12 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
         const uint64_t* other = square ? r[i] : s;
         rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
             uint64_t* x = r[i];
-            for (int64_t j = from; j < to; ++j) x[j] = f.Mul(f.Mul(x[j], other[j]), scale);
-            return !c.Tick(kButterfly * (to - from));
+            for (int64_t j = from; j < to; j += 4096) {
+                const int64_t end = std::min(to, j + 4096);
+                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], other[e]), scale);
+                if (c.Tick(kPointwise * (end - j))) return false;
+            }
+            return true;
         });
         if (Ok(rc)) rc = InverseTop(clk, parallel, d, r[i], n);
     }
