@@ -152,17 +152,25 @@ TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
     UsePortableNtt64(false);
 }
 
-TEST(Ntt64, StopsAtAnyPollOnTwoThreads) {
-    FastThresholds t = Wide64(1024);
-    t.pollWork = 1 << 14;
-    ThresholdScope scope(t);
+TEST(Ntt64, StopsAtItsFirstMiddleAndLastPollAndOnTwoThreads) {
+    // One thread: the polls of a product repeat, so the last one (in the
+    // join) can be hit; two threads: the helper is cancelled.
     const std::vector<Limb> a = Operand(60000, Shape::Random), b = Operand(50000, Shape::Random);
     std::vector<Limb> p(a.size() + b.size(), 0);
-    for (long stopAt : {1L, 2L, 7L, 40L}) {
-        QuitAtPoll stopping(stopAt);
-        EXPECT_EQ(MulLimbs(&stopping, a.data(), 59999, b.data(), 49999, p.data()), -1);
-        EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+    for (int32_t parallel : {0, 1024}) {
+        FastThresholds t = Wide64(parallel);
+        t.pollWork = 1 << 14;
+        ThresholdScope scope(t);
+        QuitAtPoll counting;
+        ASSERT_GE(MulLimbs(&counting, a.data(), 59999, b.data(), 49999, p.data()), 0);
+        std::vector<long> stops = {1, 2, 7};
+        if (parallel == 0) stops = {1, counting.polls() / 2, counting.polls()};
+        for (long stopAt : stops) {
+            QuitAtPoll stopping(stopAt);
+            EXPECT_EQ(MulLimbs(&stopping, a.data(), 59999, b.data(), 49999, p.data()), -1);
+            EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+        }
+        CalcContext ctx;
+        ExpectProduct(&ctx, a, b);
     }
-    CalcContext ctx;
-    ExpectProduct(&ctx, a, b);
 }
