@@ -62,8 +62,8 @@ alignas(64) const int64_t kSwap[3][2][8] = {
 void Transpose(__m512i* r) {
     for (int round = 0; round < 3; ++round) {
         const int b = 1 << round;
-        const __m512i ilo = _mm512_load_si512(kSwap[round][0]);
-        const __m512i ihi = _mm512_load_si512(kSwap[round][1]);
+        const __m512i ilo = _mm512_loadu_si512(kSwap[round][0]);
+        const __m512i ihi = _mm512_loadu_si512(kSwap[round][1]);
         for (int i = 0; i < 8; ++i) {
             if (i & b) continue;
             const __m512i x = r[i], y = r[i ^ b];
