@@ -4,9 +4,10 @@
 //   lb < mulKaratsuba            schoolbook
 //   lb < mulNtt                  Karatsuba, after cutting a into pieces of
 //                                lb limbs when la >= 2·lb
-//   otherwise                    one transform of length la + lb while the
-//                                primes allow it; beyond, Karatsuba over
-//                                transform-sized halves
+//   la + lb < ntt64Length        the two-prime 32-bit transform, up to its
+//                                longest length NttMaxLength()
+//   otherwise                    the three-prime 64-bit transform (ntt64.cpp),
+//                                any length
 // Squares have their own ladder. MulLimbs keeps LimbsMul (with its row polls)
 // below the Karatsuba threshold, and falls back to it when scratch memory
 // runs out, since LimbsMul needs none, but only for products of at most
@@ -21,6 +22,7 @@
 #include <cassert>
 
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt64.h"
 
 FastThresholds gFastThresholds;
 
@@ -56,16 +58,16 @@ Result MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t 
         if (la >= 2 * lb) return MulPieces(clk, a, la, b, lb, p);
         return MulKaratsuba(clk, a, la, b, lb, p);
     }
-    if (la + lb <= NttMaxLength()) return MulNtt(clk, a, la, b, lb, p);
-    if (la >= 2 * lb) return MulPieces(clk, a, la, b, lb, p);
-    return MulKaratsuba(clk, a, la, b, lb, p);
+    if (la + lb < t.ntt64Length && la + lb <= NttMaxLength()) return MulNtt(clk, a, la, b, lb, p);
+    return MulNtt64(clk, a, la, b, lb, p);
 }
 
 Result SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     const FastThresholds& t = gFastThresholds;
     if (la < t.sqrKaratsuba) return SqrBasecase(clk, a, la, p);
-    if (la < t.sqrNtt || 2 * la > NttMaxLength()) return SqrKaratsuba(clk, a, la, p);
-    return SqrNtt(clk, a, la, p);
+    if (la < t.sqrNtt) return SqrKaratsuba(clk, a, la, p);
+    if (2 * la < t.ntt64Length && 2 * la <= NttMaxLength()) return SqrNtt(clk, a, la, p);
+    return SqrNtt64(clk, a, la, p);
 }
 
 int32_t MulLimbs(CalcContext* ctx, const Limb* a, int32_t ta, const Limb* b, int32_t tb, Limb* p) {

@@ -40,9 +40,18 @@ struct FastThresholds {
     int32_t radixBinaryLeaf = 45;
     int32_t binaryNtt = 200;  // 32-bit words of the shorter factor for the transform product
     // Limbs of a product (la + lb) that one transform takes: the primes have
-    // roots of unity for up to 2^25 points. Longer products are cut into
-    // pieces of at most this length; clamped to 2^25 + 1 where it is read.
+    // roots of unity for up to 2^25 points. Longer products go to the 64-bit
+    // transform; clamped to 2^25 + 1 where it is read.
     int32_t nttMaxLength = (1 << 25) + 1;
+    // Limbs of a product (la + lb) from which it goes to the transform over
+    // three 64-bit primes (ntt64.cpp), which has no length limit; products
+    // beyond nttMaxLength go there in any case. Below 2^20 limbs its thread
+    // starts (two dozen a product) cost more than its vector butterflies save.
+    int32_t ntt64Length = 1 << 20;
+    // Its points up to which six limbs make one point, four beyond; clamped
+    // to 2^26, the longest the primes' product allows with six.
+    int32_t ntt64SixLimbs = 1 << 26;
+    int32_t ntt64Parallel = 1 << 15;  // its points from which it runs on two threads (0: never)
     int32_t nttParallel =
         1 << 15;  // transform points from which the two primes run on two threads (0: never)
     int64_t pollWork = 1 << 21;  // limb products (or transform butterflies) between polls

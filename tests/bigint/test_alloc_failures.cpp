@@ -127,6 +127,12 @@ TEST(AllocationFailures, EveryAllocationOfEveryOperationMayBeRefused) {
         {"mul transform, two threads",
          OP(with(&gFastThresholds.nttParallel, 64, [&] { return BigMul(c, r, &big.v, &big2.v); }))},
         {"square transform", OP(BigMul(c, r, &big.v, &big.v))},
+        {"mul 64-bit transform, two threads",
+         OP(with(&gFastThresholds.ntt64Length, 20,
+                 [&] {
+                     return with(&gFastThresholds.ntt64Parallel, 4,
+                                 [&] { return BigMul(c, r, &big.v, &big2.v); });
+                 }))},
         {"divmod small", OP(BigDivMod(c, &big.v, &one9.v, r, s))},
         {"divmod cached reciprocal", OP(BigDivMod(c, &big.v, &x.v, r, s))},
         {"divmod Newton", OP(BigDivMod(c, &big.v, &big2.v, r, s))},

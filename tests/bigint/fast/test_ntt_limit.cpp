@@ -1,10 +1,14 @@
-// Products beyond the transform's longest length take their own branches
-// (Karatsuba over transform-sized halves, pieces, halved binary words), which
-// the primes' limit of 2^25 points keeps out of reach; a lowered limit brings
-// them down to sizes GMP checks at once.
+// Products beyond the 32-bit transform's longest length go to the transform
+// over 64-bit primes (binary words are halved instead); lowered limits bring
+// both, the packing of six or four limbs a point and the 64-bit transform's
+// stages beyond its cache block down to sizes GMP checks at once.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "bigint/mul_dispatch.h"
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt64.h"
 #include "fast_support.h"
 
 using namespace fasttest;
@@ -37,7 +41,7 @@ TEST(NttLimit, ProductsBelowAtAndAboveTheLimit) {
     const Sizes cases[] = {
         {512, 512}, {513, 512},  {513, 513}, {514, 513},   // balanced around the limit
         {1000, 25}, {1001, 24},  {1001, 25}, {1002, 24},   // a long by a short one
-        {700, 330}, {2050, 600}, {3000, 24}, {4100, 2049}  // pieces, and halves of halves
+        {700, 330}, {2050, 600}, {3000, 24}, {4100, 2049}  // the 64-bit transform
     };
     for (const Sizes& c : cases) {
         for (Shape shape : {Shape::Random, Shape::Nines, Shape::TopTenThousand}) {
@@ -65,5 +69,108 @@ TEST(NttLimit, BinaryWordsBeyondTheLimitAreHalved) {
         std::string text = Text(a);
         ASSERT_EQ(ConvertBase(&ctx, 10, 16, &text), Result::kOk);
         EXPECT_EQ(text, Gmp(&a.v).get_str(-16)) << limbs << " limbs";
+    }
+}
+
+namespace {
+
+// a·b (b empty: a squared) by MulLimbs against GMP.
+void ExpectProduct(CalcContext* ctx, const std::vector<Limb>& a, const std::vector<Limb>& b) {
+    const std::vector<Limb>& bb = b.empty() ? a : b;
+    const int32_t len = int32_t(a.size() + bb.size());
+    std::vector<Limb> p(len, 0);
+    const int32_t top =
+        MulLimbs(ctx, a.data(), int32_t(a.size()) - 1, bb.data(), int32_t(bb.size()) - 1, p.data());
+    ASSERT_GE(top, len - 2) << a.size() << " x " << bb.size();
+    ASSERT_TRUE(p[len - 1] != 0 || top == len - 2);
+    Num x, y, r;
+    SetLimbs(&x.v, Normalised(a.data(), int32_t(a.size())), false);
+    SetLimbs(&y.v, Normalised(bb.data(), int32_t(bb.size())), false);
+    SetLimbs(&r.v, Normalised(p.data(), len), false);
+    const std::string got = Text(r), want = mpz_class(Gmp(&x.v) * Gmp(&y.v)).get_str();
+    const auto diff = std::mismatch(got.rbegin(), got.rend(), want.rbegin(), want.rend());
+    EXPECT_TRUE(got == want) << a.size() << " x " << bb.size() << ": " << got.size()
+                             << " digits for " << want.size() << ", digit "
+                             << diff.first - got.rbegin() << " from the right differs";
+}
+
+FastThresholds Wide64(int32_t parallel) {
+    FastThresholds t = LowLimit();
+    t.nttMaxLength = (1 << 25) + 1;
+    t.ntt64Length = 24;
+    t.ntt64Parallel = parallel;
+    return t;
+}
+
+}  // namespace
+
+TEST(Ntt64, ProductsAroundThePackingAndThePointCounts) {
+    // Six limbs a point up to 64 points, four beyond (the vector butterflies:
+    // four from 256 points): every remainder of the
+    // lengths by the packing, point counts just below and above powers of two,
+    // top limbs of 10000 and 20000 (Karatsuba's half sums), squares.
+    for (int32_t parallel : {0, 16}) {
+        UsePortableNtt64(parallel == 0);  // the vector butterflies from 256 points
+        FastThresholds t = Wide64(parallel);
+        t.ntt64SixLimbs = 64;
+        ThresholdScope scope(t);
+        CalcContext ctx;
+        for (int32_t la : {24, 25, 29, 30, 191, 192, 193, 196, 380, 385, 390, 1000}) {
+            for (int32_t lb : {24, 27, la / 2 + 1, la}) {
+                if (lb > la) continue;
+                for (Shape shape : {Shape::Random, Shape::Nines, Shape::TopTenThousand}) {
+                    std::vector<Limb> a = Operand(la, shape), b = Operand(lb, Shape::Nines);
+                    ExpectProduct(&ctx, a, b);
+                    ExpectProduct(&ctx, b, {});
+                    a.back() = 20000;  // the other operand below its limbs' power
+                    ExpectProduct(&ctx, a, b);
+                }
+            }
+        }
+        EXPECT_EQ(Ntt64LimbsPerPoint(64), 6);
+        EXPECT_EQ(Ntt64LimbsPerPoint(128), 4);
+    }
+    UsePortableNtt64(false);
+}
+
+TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
+    // 2^15 points: stages beyond the cache block (2^14), their twiddles made
+    // as they go, cut in halves between the threads; coefficients of nines
+    // close to their bound. The plain butterflies (six limbs a point) and the
+    // vector ones where the processor has them (four).
+    CalcContext ctx;
+    for (bool portable : {true, false}) {
+        UsePortableNtt64(portable);
+        for (int32_t parallel : {0, 1024}) {
+            ThresholdScope scope(Wide64(parallel));
+            ExpectProduct(&ctx, Operand(60000, Shape::Nines), Operand(50000, Shape::Nines));
+            ExpectProduct(&ctx, Operand(100000, Shape::Random),
+                          Operand(700, Shape::TopTenThousand));
+            ExpectProduct(&ctx, Operand(56000, Shape::Nines), {});
+        }
+    }
+    UsePortableNtt64(false);
+}
+
+TEST(Ntt64, StopsAtItsFirstMiddleAndLastPollAndOnTwoThreads) {
+    // One thread: the polls of a product repeat, so the last one (in the
+    // join) can be hit; two threads: the helper is cancelled.
+    const std::vector<Limb> a = Operand(60000, Shape::Random), b = Operand(50000, Shape::Random);
+    std::vector<Limb> p(a.size() + b.size(), 0);
+    for (int32_t parallel : {0, 1024}) {
+        FastThresholds t = Wide64(parallel);
+        t.pollWork = 1 << 14;
+        ThresholdScope scope(t);
+        QuitAtPoll counting;
+        ASSERT_GE(MulLimbs(&counting, a.data(), 59999, b.data(), 49999, p.data()), 0);
+        std::vector<long> stops = {1, 2, 7};
+        if (parallel == 0) stops = {1, counting.polls() / 2, counting.polls()};
+        for (long stopAt : stops) {
+            QuitAtPoll stopping(stopAt);
+            EXPECT_EQ(MulLimbs(&stopping, a.data(), 59999, b.data(), 49999, p.data()), -1);
+            EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+        }
+        CalcContext ctx;
+        ExpectProduct(&ctx, a, b);
     }
 }

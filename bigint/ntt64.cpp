@@ -1,0 +1,655 @@
+// Product by number-theoretic transforms over three primes of up to 62 bits,
+// joined by Garner's form of the Chinese remainder theorem.
+//
+// Primes p = c·2^32 + 1, so every power-of-two length up to 2^32 has its roots
+// of unity; two sets of three. Several limbs make one coefficient (below
+// 2·10^(4k), the top limb up to 20000). A coefficient of the product is a sum
+// of at most n products, of which at most three involve a top limb, so it
+// stays below (n + 5)·10^(8k), which must stay below P, the primes' product.
+//   Plain 64-bit butterflies, the three largest c below 2^30 (p < 2^62,
+//   P = 2^185.99): k = 6 up to 2^26 points ((2^26 + 5)·10^48 = 2^185.45),
+//   k = 4 beyond (2^138.3 at 2^32 points).
+//   Vector butterflies (ntt64_ifma.cpp, AVX-512 IFMA, chosen at run time from
+//   256 points), the three largest c below 2^18 (p < 2^50, P = 2^149.99):
+//   k = 4, (n + 5)·10^32 < P up to n = 2^43.
+// Lengths are not limited otherwise: n <= 2^32 for every la + lb below 2^31.
+// AVX2 alone has no 64-bit multiply-high and does not pay.
+//
+// Points are kept lazily in [0, 2p); Montgomery products with R = 2^64 take
+// x·y < p·2^64, so factors below 4p and p (p < 2^62). Forward transform by
+// decimation in frequency, the inverse by decimation in time with the inverse
+// roots; the factor 1/n goes with the pointwise product. Sub-transforms of at
+// most kCacheBlock points run all their stages from a kept table of roots;
+// longer ones do one stage over the array (its twiddles made as it goes, one
+// extra product a butterfly, by eight independent chains) and recurse into the
+// halves.
+//
+// Two threads: from gFastThresholds.ntt64Parallel points, each transform, the
+// loads, the pointwise products and the join are cut in two halves, the second
+// on a helper thread. Only the calling thread polls; it waits for the helper
+// polling every millisecond and, when told to stop, cancels it and waits for
+// it (a few thousand butterflies).
+//
+// Allocation: one buffer of 2·count + 2n words (count coefficients of the
+// product; squares 2·count + n) and the root tables (kept between products)
+// from nothrow new, code 3 when refused; a helper thread
+// that cannot be started leaves both halves to the calling thread.
+#include "bigint/ntt64.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cassert>
+#include <chrono>
+#include <new>
+#include <system_error>
+#include <thread>
+
+#include "bigint/ntt64_kernels.h"
+#include "bigint/thresholds.h"
+
+namespace {
+
+using Wide = unsigned __int128;
+
+// Arithmetic modulo one prime, Montgomery form with R = 2^64.
+struct Field {
+    uint64_t p = 0;
+    uint64_t pinv = 0;  // p^−1 mod 2^64
+    uint64_t r2 = 0;    // R^2 mod p
+
+    Field() = default;
+    explicit Field(uint64_t prime) : p(prime) {
+        uint64_t inv = prime;  // three correct low bits; each step doubles them
+        for (int i = 0; i < 5; ++i) inv *= 2 - prime * inv;
+        pinv = inv;
+        const uint64_t r = static_cast<uint64_t>((Wide(1) << 64) % prime);
+        r2 = static_cast<uint64_t>(Wide(r) * r % prime);
+    }
+    // x·y·R^−1 mod p in [0, 2p), for x·y < p·2^64: t − m·p is a multiple of
+    // 2^64 in (−p·2^64, p·2^64).
+    uint64_t Mul(uint64_t x, uint64_t y) const {
+        const Wide t = Wide(x) * y;
+        const uint64_t m = static_cast<uint64_t>(t) * pinv;
+        const uint64_t h = static_cast<uint64_t>((Wide(m) * p) >> 64);
+        return static_cast<uint64_t>(t >> 64) - h + p;
+    }
+    uint64_t Reduce(uint64_t x) const { return x >= p ? x - p : x; }  // x < 2p
+    uint64_t ToMont(uint64_t x) const { return Reduce(Mul(x, r2)); }  // x < 4p
+    uint64_t One() const { return ToMont(1); }
+    // x^e in Montgomery form, x in Montgomery form below p.
+    uint64_t Pow(uint64_t x, uint64_t e) const {
+        uint64_t r = One();
+        for (; e > 0; e >>= 1) {
+            if (e & 1) r = Reduce(Mul(r, x));
+            x = Reduce(Mul(x, x));
+        }
+        return r;
+    }
+    uint64_t FromMont(uint64_t x) const { return Reduce(Mul(x, 1)); }
+};
+
+// Two sets of primes c·2^32 + 1, each with a generator: below 2^62 for the
+// plain 64-bit butterflies, below 2^50 for the vector ones.
+constexpr uint64_t kPrime[2][3] = {{0x3fffffee00000001u, 0x3fffffb400000001u, 0x3fffffa000000001u},
+                                   {0x3fff300000001u, 0x3ffed00000001u, 0x3ffeb00000001u}};
+constexpr uint64_t kGenerator[2][3] = {{3, 19, 3}, {5, 7, 3}};
+constexpr int kMaxLog = 32;
+// Points from which the vector butterflies take a product (their tiles are
+// 64 points).
+constexpr int64_t kVecFrom = 256;
+
+// Sub-transforms of at most this many points (128 KB) stay in the core's
+// cache for all their stages, with twiddles from the tables below.
+constexpr int64_t kCacheBlock = int64_t(1) << 14;
+constexpr int64_t kRow = kCacheBlock / 2;
+
+// Work units (poll_clock.h) of the steps, each unit about half a nanosecond
+// on the machine the thresholds come from, so that the budget between polls
+// is a millisecond or two whatever the step.
+constexpr int64_t kButterfly = 5;     // plain 64-bit
+constexpr int64_t kVecButterfly = 1;  // one of eight in a vector, in cache
+constexpr int64_t kVecStreamed = 16;  // the same from and to memory, bandwidth-bound
+constexpr int64_t kLoadPoint = 64;    // packing limbs into fresh pages (their faults)
+constexpr int64_t kJoinPoint = 80;    // Garner's join and the carries
+constexpr int64_t kPointwise = 8;
+
+inline uint64_t Fold(uint64_t x, uint64_t twoP) { return x >= twoP ? x - twoP : x; }
+
+int Log2(int64_t n) {
+    int l = 0;
+    while ((int64_t(1) << l) < n) ++l;
+    return l;
+}
+
+struct PrimeData {
+    Field f;
+    // Of order 2^l and their inverses, Montgomery form (R = 2^52 for the
+    // vector butterflies).
+    uint64_t root[kMaxLog + 1];
+    uint64_t rootInv[kMaxLog + 1];
+    // row[m + j] = w_2m^j (inverse: w_2m^−j), m = 1, 2, 4 … kRow.
+    uint64_t* row = nullptr;
+    uint64_t* rowInv = nullptr;
+    bool vec = false;
+    Ntt64Vec v = {};
+};
+
+PrimeData gPrime[2][3];
+bool gReady[2] = {false, false};
+bool gPortable = false;
+
+// x (Montgomery form, R = 2^64) in the vector butterflies' form, R = 2^52.
+uint64_t To52(const Field& f, uint64_t x) {
+    return static_cast<uint64_t>((Wide(f.FromMont(x)) << 52) % f.p);
+}
+
+void FillRow(const Field& f, uint64_t w, bool vec, uint64_t* t) {
+    uint64_t x = f.One();
+    for (int64_t j = 0; j < kRow; ++j) {
+        t[kRow + j] = vec ? To52(f, x) : x;
+        x = f.Reduce(f.Mul(x, w));
+    }
+    for (int64_t m = kRow / 2; m >= 1; m >>= 1)
+        for (int64_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
+}
+
+// The kept tables of a set, made once on the calling thread before any
+// helper runs.
+Result EnsureTables(int set) {
+    if (gReady[set]) return Result::kOk;
+    for (PrimeData& d : gPrime[set]) {
+        if (d.row == nullptr) d.row = new (std::nothrow) uint64_t[2 * kRow];
+        if (d.rowInv == nullptr) d.rowInv = new (std::nothrow) uint64_t[2 * kRow];
+        if (d.row == nullptr || d.rowInv == nullptr) return Result::kNoMemory;
+    }
+    for (int i = 0; i < 3; ++i) {
+        PrimeData& d = gPrime[set][i];
+        const uint64_t p = kPrime[set][i];
+        d.f = Field(p);
+        d.vec = set == 1;
+        const uint64_t g = d.f.ToMont(kGenerator[set][i]);
+        uint64_t w = d.f.Pow(g, (p - 1) >> kMaxLog);
+        uint64_t wi = d.f.Pow(w, p - 2);
+        for (int l = kMaxLog; l >= 0; --l) {
+            d.root[l] = d.vec ? To52(d.f, w) : w;
+            d.rootInv[l] = d.vec ? To52(d.f, wi) : wi;
+            if (l == Log2(2 * kRow)) {
+                FillRow(d.f, w, d.vec, d.row);
+                FillRow(d.f, wi, d.vec, d.rowInv);
+            }
+            w = d.f.Reduce(d.f.Mul(w, w));
+            wi = d.f.Reduce(d.f.Mul(wi, wi));
+        }
+        uint64_t inv = p;
+        for (int k = 0; k < 5; ++k) inv *= 2 - p * inv;
+        d.v = Ntt64Vec{p, inv & ((uint64_t(1) << 52) - 1), d.row, d.rowInv};
+    }
+    gReady[set] = true;
+    return Result::kOk;
+}
+
+// w^e for w below p in the vector butterflies' form, below p.
+uint64_t Pow52(const PrimeData& d, uint64_t w, uint64_t e) {
+    const uint64_t p = d.v.p;
+    uint64_t r = static_cast<uint64_t>((Wide(1) << 52) % p);
+    for (; e > 0; e >>= 1) {
+        if (e & 1) r = d.f.Reduce(Mul52(r, w, p, d.v.pinv));
+        w = d.f.Reduce(Mul52(w, w, p, d.v.pinv));
+    }
+    return r;
+}
+
+// All stages of a transform of n <= kCacheBlock points.
+void ForwardSmall(const Field& f, const uint64_t* row, uint64_t* a, int64_t n) {
+    const uint64_t p2 = 2 * f.p;
+    for (int64_t m = n / 2; m >= 1; m >>= 1) {
+        const uint64_t* w = row + m;
+        for (int64_t s = 0; s < n; s += 2 * m) {
+            uint64_t* x = a + s;
+            uint64_t* y = x + m;
+            for (int64_t j = 0; j < m; ++j) {
+                const uint64_t u = x[j], v = y[j];
+                x[j] = Fold(u + v, p2);
+                y[j] = f.Mul(u - v + p2, w[j]);
+            }
+        }
+    }
+}
+
+void InverseSmall(const Field& f, const uint64_t* row, uint64_t* a, int64_t n) {
+    const uint64_t p2 = 2 * f.p;
+    for (int64_t m = 1; m < n; m <<= 1) {
+        const uint64_t* w = row + m;
+        for (int64_t s = 0; s < n; s += 2 * m) {
+            uint64_t* x = a + s;
+            uint64_t* y = x + m;
+            for (int64_t j = 0; j < m; ++j) {
+                const uint64_t u = x[j], v = f.Mul(y[j], w[j]);
+                x[j] = Fold(u + v, p2);
+                y[j] = Fold(u - v + p2, p2);
+            }
+        }
+    }
+}
+
+// One stage of half length m > kRow over a[0, 2m), butterflies j0 … j1 − 1
+// (multiples of 8), w of order 2m. False when told to stop.
+template <bool kInverse>
+bool BigStage(PollClock& clk, const Field& f, uint64_t w, uint64_t* a, int64_t m, int64_t j0,
+              int64_t j1) {
+    const uint64_t p2 = 2 * f.p;
+    uint64_t x[8];
+    x[0] = f.Pow(w, uint64_t(j0));
+    for (int i = 1; i < 8; ++i) x[i] = f.Reduce(f.Mul(x[i - 1], w));
+    const uint64_t w8 = f.Pow(w, 8);
+    uint64_t* lo = a;
+    uint64_t* hi = a + m;
+    constexpr int64_t kChunk = 4096;
+    for (int64_t from = j0; from < j1; from += kChunk) {
+        const int64_t to = std::min(j1, from + kChunk);
+        for (int64_t j = from; j < to; j += 8) {
+            for (int i = 0; i < 8; ++i) {
+                const uint64_t u = lo[j + i];
+                if (kInverse) {
+                    const uint64_t v = f.Mul(hi[j + i], x[i]);
+                    lo[j + i] = Fold(u + v, p2);
+                    hi[j + i] = Fold(u - v + p2, p2);
+                } else {
+                    const uint64_t v = hi[j + i];
+                    lo[j + i] = Fold(u + v, p2);
+                    hi[j + i] = f.Mul(u - v + p2, x[i]);
+                }
+                x[i] = f.Reduce(f.Mul(x[i], w8));
+            }
+        }
+        if (clk.Tick(2 * kButterfly * (to - from))) return false;
+    }
+    return true;
+}
+
+// The same with the vector butterflies.
+bool VecStage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t w, uint64_t* a, int64_t m,
+              int64_t j0, int64_t j1) {
+    constexpr int64_t kChunk = 4096;
+    const uint64_t w8 = Pow52(d, w, 8);
+    for (int64_t from = j0; from < j1; from += kChunk) {
+        const int64_t to = std::min(j1, from + kChunk);
+        uint64_t first[8];
+        first[0] = Pow52(d, w, uint64_t(from));
+        for (int i = 1; i < 8; ++i) first[i] = d.f.Reduce(Mul52(first[i - 1], w, d.v.p, d.v.pinv));
+        Ntt64VecStage(d.v, inverse, first, w8, a, m, from, to);
+        if (clk.Tick(kVecStreamed * (to - from))) return false;
+    }
+    return true;
+}
+
+// Stage of half length m over a[0, 2m), butterflies j0 … j1 − 1.
+bool Stage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t* a, int64_t m, int64_t j0,
+           int64_t j1) {
+    const uint64_t w = (inverse ? d.rootInv : d.root)[Log2(2 * m)];
+    if (d.vec) return VecStage(clk, d, inverse, w, a, m, j0, j1);
+    return inverse ? BigStage<true>(clk, d.f, w, a, m, j0, j1)
+                   : BigStage<false>(clk, d.f, w, a, m, j0, j1);
+}
+
+bool Forward(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (n <= kCacheBlock) {
+        if (d.vec)
+            Ntt64VecForward(d.v, a, n);
+        else
+            ForwardSmall(d.f, d.row, a, n);
+        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * Log2(n));
+    }
+    return Stage(clk, d, false, a, n / 2, 0, n / 2) && Forward(clk, d, a, n / 2) &&
+           Forward(clk, d, a + n / 2, n / 2);
+}
+
+bool Inverse(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (n <= kCacheBlock) {
+        if (d.vec)
+            Ntt64VecInverse(d.v, a, n);
+        else
+            InverseSmall(d.f, d.rowInv, a, n);
+        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * Log2(n));
+    }
+    return Inverse(clk, d, a, n / 2) && Inverse(clk, d, a + n / 2, n / 2) &&
+           Stage(clk, d, true, a, n / 2, 0, n / 2);
+}
+
+// Runs f0 on the calling thread and f1 on a helper thread (both here when
+// !parallel or when no thread can be had); each takes a PollClock& and
+// answers false when told to stop.
+template <typename F0, typename F1>
+Result Both(PollClock& clk, bool parallel, F0&& f0, F1&& f1) {
+    if (!parallel) return f0(clk) && f1(clk) ? Result::kOk : Result::kStopped;
+    std::atomic<bool> cancel{false}, done{false};
+    bool helperOk = true;
+    std::thread helper;
+    try {
+        helper = std::thread([&] {
+            PollClock helperClock(nullptr, &cancel);
+            helperOk = f1(helperClock);
+            done.store(true, std::memory_order_release);
+        });
+    } catch (const std::system_error&) {
+        // No thread to be had: both halves run here.
+    } catch (const std::bad_alloc&) {
+        // No memory for the thread's state: the same.
+    }
+    bool ok = f0(clk);
+    if (!helper.joinable()) return ok && f1(clk) ? Result::kOk : Result::kStopped;
+    // The helper is usually a moment behind: wait by yielding, polling every
+    // millisecond in case it lags far (the other core busy).
+    auto lastPoll = std::chrono::steady_clock::now();
+    while (ok && !done.load(std::memory_order_acquire)) {
+        std::this_thread::yield();
+        const auto now = std::chrono::steady_clock::now();
+        if (now - lastPoll < std::chrono::milliseconds(1)) continue;
+        lastPoll = now;
+        if (clk.Tick(gFastThresholds.pollWork)) ok = false;
+    }
+    if (!ok) cancel = true;
+    helper.join();
+    return ok && helperOk ? Result::kOk : Result::kStopped;
+}
+
+// f(clock, from, to) over [0, count), cut at mid (a multiple of 8) when
+// parallel.
+template <typename F>
+Result Halves(PollClock& clk, bool parallel, int64_t count, F&& f) {
+    if (!parallel) return f(clk, 0, count) ? Result::kOk : Result::kStopped;
+    const int64_t mid = (count / 2) & ~int64_t(7);
+    return Both(
+        clk, true, [&](PollClock& c) { return f(c, 0, mid); },
+        [&](PollClock& c) { return f(c, mid, count); });
+}
+
+Result ForwardTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (!parallel || n <= kCacheBlock)
+        return Forward(clk, d, a, n) ? Result::kOk : Result::kStopped;
+    const Result rc = Halves(clk, true, n / 2, [&](PollClock& c, int64_t from, int64_t to) {
+        return Stage(c, d, false, a, n / 2, from, to);
+    });
+    if (!Ok(rc)) return rc;
+    return Both(
+        clk, true, [&](PollClock& c) { return Forward(c, d, a, n / 2); },
+        [&](PollClock& c) { return Forward(c, d, a + n / 2, n / 2); });
+}
+
+Result InverseTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a, int64_t n) {
+    if (!parallel || n <= kCacheBlock)
+        return Inverse(clk, d, a, n) ? Result::kOk : Result::kStopped;
+    const Result rc = Both(
+        clk, true, [&](PollClock& c) { return Inverse(c, d, a, n / 2); },
+        [&](PollClock& c) { return Inverse(c, d, a + n / 2, n / 2); });
+    if (!Ok(rc)) return rc;
+    return Halves(clk, true, n / 2, [&](PollClock& c, int64_t from, int64_t to) {
+        return Stage(c, d, true, a, n / 2, from, to);
+    });
+}
+
+// Points from … to − 1 of the operand packed k limbs a point, reduced below
+// 2p: the low three limbs (below 2.1·10^12 < p) plus the others times 10^12.
+bool Load(PollClock& clk, const Field& f, const Limb* a, int64_t la, int k, uint64_t* out,
+          int64_t from, int64_t to) {
+    const uint64_t scaleR = f.ToMont(1000000000000u);
+    const uint64_t p2 = 2 * f.p;
+    auto limb = [&](int64_t i) { return i < la ? uint64_t(static_cast<uint16_t>(a[i])) : 0u; };
+    for (int64_t i = from; i < to; ++i) {
+        const int64_t at = i * k;
+        if (at >= la) {
+            out[i] = 0;
+            continue;
+        }
+        uint64_t low = 0, high = 0;
+        for (int t = std::min(k, 3) - 1; t >= 0; --t) low = low * 10000 + limb(at + t);
+        for (int t = k - 1; t >= 3; --t) high = high * 10000 + limb(at + t);
+        out[i] = Fold(low + f.Mul(high, scaleR), p2);
+        if ((i & 4095) == 4095 && clk.Tick(4096 * kLoadPoint)) return false;
+    }
+    return true;
+}
+
+// The D base-10^8 digits of v < 10^(8D).
+template <int D>
+inline void Digits(uint64_t v, uint64_t* d) {
+    for (int i = 0; i + 1 < D; ++i) {
+        const uint64_t q = v / 100000000u;
+        d[i] = v - q * 100000000u;
+        v = q;
+    }
+    d[D - 1] = v;
+}
+
+// Garner's join of the three residues into base-10^8 digits, carried into
+// limbs. A coefficient x = v1 + p1·v2 + p1·p2·v3 (v_i below p_i) is summed in
+// D digits of 10^8 each for v_i (D = 3 for primes below 2^62, 2 below 2^50):
+// at most 3D + 1 digits below 10^17 into a window of pending digits; each
+// coefficient then settles k/2 digits.
+class Join {
+public:
+    Join(const PrimeData* primes, const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k,
+         Limb* p, int64_t len)
+        : primes_(primes), r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len) {
+        const Field& f2 = primes[1].f;
+        const Field& f3 = primes[2].f;
+        const uint64_t p1 = primes[0].f.p, p2 = f2.p, p3 = f3.p;
+        inv1R_ = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
+        p1m3R_ = f3.ToMont(p1 - p3);
+        const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
+        inv12R_ = f3.Pow(f3.ToMont(p12), p3 - 2);
+        Digits<3>(p1, p1d_);
+        Wide prod = Wide(p1) * p2;
+        for (uint64_t& d : p12d_) {
+            d = static_cast<uint64_t>(prod % 100000000u);
+            prod /= 100000000u;
+        }
+    }
+
+    struct Pending {
+        uint64_t digit[10] = {};  // base 10^8, from limb `at` on
+        int64_t at = 0;
+        uint64_t top = 0;  // the value of limbs at and above len − 1
+    };
+
+    // Coefficients from … to − 1: their low limbs written to p, what is left
+    // in out. False when told to stop.
+    bool Run(PollClock& clk, int64_t from, int64_t to, Pending* out) const {
+        if (primes_[0].f.p >> 50 == 0) return RunT<2, 2>(clk, from, to, out);
+        return half_ == 3 ? RunT<3, 3>(clk, from, to, out) : RunT<3, 2>(clk, from, to, out);
+    }
+
+private:
+    template <int D, int H>
+    bool RunT(PollClock& clk, int64_t from, int64_t to, Pending* out) const {
+        const Field& f1 = primes_[0].f;
+        const Field& f2 = primes_[1].f;
+        const Field& f3 = primes_[2].f;
+        const uint64_t p2 = f2.p, p3 = f3.p;
+        uint64_t w[10] = {};
+        uint64_t top = 0;
+        for (int64_t i = from; i < to; ++i) {
+            const uint64_t v1 = f1.Reduce(r_[0][i]);
+            const uint64_t u2 = f2.Reduce(r_[1][i]);
+            const uint64_t u3 = f3.Reduce(r_[2][i]);
+            const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+            const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, inv1R_));
+            uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R_);
+            t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+            const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, inv12R_));
+            uint64_t a[D], b[D], c[D];
+            Digits<D>(v1, a);
+            Digits<D>(v2, b);
+            Digits<D>(v3, c);
+            for (int j = 0; j < D; ++j) w[j] += a[j];
+            for (int x = 0; x < D; ++x)
+                for (int y = 0; y < D; ++y) w[x + y] += p1d_[x] * b[y];
+            for (int x = 0; x < 2 * D; ++x)
+                for (int y = 0; y < D; ++y) w[x + y] += p12d_[x] * c[y];
+            int64_t limb = i * 2 * H;
+            for (int s = 0; s < H; ++s, limb += 2) {
+                const uint64_t q = w[s] / 100000000u;
+                Put(limb, w[s] - q * 100000000u, &top);
+                w[s + 1] += q;
+            }
+            for (int s = 0; s + H < 10; ++s) w[s] = w[s + H];
+            for (int s = 10 - H; s < 10; ++s) w[s] = 0;
+            if ((i & 1023) == 1023 && clk.Tick(1024 * kJoinPoint)) return false;
+        }
+        std::copy(w, w + 10, out->digit);
+        out->at = to * 2 * H;
+        out->top = top;
+        return true;
+    }
+
+public:
+    // Adds what a run left into p, carrying; the top limb takes the rest.
+    void Settle(const Pending& left, uint64_t* top) const {
+        *top += left.top;
+        uint64_t carry = 0;
+        for (int s = 0; s < 10; ++s) {
+            const uint64_t v = left.digit[s] + carry;
+            carry = v / 100000000u;
+            const uint64_t d = v - carry * 100000000u;
+            AddAt(left.at + 2 * s, d % 10000, top);
+            AddAt(left.at + 2 * s + 1, d / 10000, top);
+        }
+        assert(carry == 0);
+    }
+
+private:
+    // Limb index i gets the digit pair d (below 10^8); limbs from len − 1 on
+    // go to the top limb's value.
+    void Put(int64_t i, uint64_t d, uint64_t* top) const {
+        const uint64_t hi = d / 10000, lo = d - hi * 10000;
+        if (i + 1 < len_ - 1) {
+            p_[i] = static_cast<Limb>(lo);
+            p_[i + 1] = static_cast<Limb>(hi);
+            return;
+        }
+        ToTop(i, lo, top);
+        ToTop(i + 1, hi, top);
+    }
+    void ToTop(int64_t i, uint64_t v, uint64_t* top) const {
+        if (i < len_ - 1) {
+            p_[i] = static_cast<Limb>(v);
+            return;
+        }
+        const int64_t e = i - (len_ - 1);
+        if (v == 0 || e > 4) {
+            assert(v == 0);
+            return;
+        }
+        uint64_t scale = 1;
+        for (int64_t s = 0; s < e; ++s) scale *= 10000;
+        *top += v * scale;
+    }
+    void AddAt(int64_t i, uint64_t v, uint64_t* top) const {
+        for (; v != 0 && i < len_ - 1; ++i) {
+            const uint64_t s = uint64_t(p_[i]) + v;
+            v = s / 10000;
+            p_[i] = static_cast<Limb>(s - v * 10000);
+        }
+        if (v != 0) ToTop(i, v, top);
+    }
+
+    const PrimeData* primes_;
+    const uint64_t* r_[3];
+    int half_;
+    Limb* p_;
+    int64_t len_;
+    uint64_t inv1R_ = 0, p1m3R_ = 0, inv12R_ = 0;
+    uint64_t p1d_[3] = {}, p12d_[6] = {};
+};
+
+Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    const int64_t len = int64_t(la) + lb;
+    auto points = [&](int k) { return (la + k - 1) / k + (lb + k - 1) / k - 1; };
+    // The vector primes take four limbs a point.
+    int k = 4;
+    int64_t count = points(k), n = int64_t(1) << Log2(count);
+    const int set = !gPortable && n >= kVecFrom && Ntt64VecAvailable() ? 1 : 0;
+    if (set == 0) {
+        for (k = 6;; k = Ntt64LimbsPerPoint(n)) {
+            count = points(k);
+            n = int64_t(1) << Log2(count);
+            if (Ntt64LimbsPerPoint(n) >= k) break;
+        }
+    }
+    assert(n <= (int64_t(1) << kMaxLog));
+    Result rc = EnsureTables(set);
+    if (!Ok(rc)) return rc;
+    const PrimeData* primes = gPrime[set];
+    if (clk.Tick(n)) return Result::kStopped;
+    const bool square = b == nullptr;
+    // Prime i works at buf + i·count (b's points n further on): the residues
+    // of the primes before it keep only their count coefficients.
+    Scratch<uint64_t> buf(2 * count + (square ? 1 : 2) * n);
+    if (!buf) return Result::kNoMemory;
+    uint64_t* r[3] = {buf.get(), buf.get() + count, buf.get() + 2 * count};
+    const int32_t parallelFrom = gFastThresholds.ntt64Parallel;
+    const bool parallel = parallelFrom > 0 && n >= parallelFrom;
+
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = primes[i];
+        uint64_t* s = r[i] + n;
+        const Field& f = d.f;
+        rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+            return Load(c, f, a, la, k, r[i], from, to);
+        });
+        if (Ok(rc)) rc = ForwardTop(clk, parallel, d, r[i], n);
+        if (Ok(rc) && !square) {
+            rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+                return Load(c, f, b, lb, k, s, from, to);
+            });
+            if (Ok(rc)) rc = ForwardTop(clk, parallel, d, s, n);
+        }
+        if (!Ok(rc)) break;
+        // Points times 1/n, and R^2 for the two Montgomery products.
+        const uint64_t scale = f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+        const uint64_t* other = square ? r[i] : s;
+        rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+            uint64_t* x = r[i];
+            for (int64_t j = from; j < to; j += 4096) {
+                const int64_t end = std::min(to, j + 4096);
+                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], other[e]), scale);
+                if (c.Tick(kPointwise * (end - j))) return false;
+            }
+            return true;
+        });
+        if (Ok(rc)) rc = InverseTop(clk, parallel, d, r[i], n);
+    }
+    if (!Ok(rc)) return rc;
+
+    const Join join(primes, r[0], r[1], r[2], k, p, len);
+    const int64_t assigned = std::min(count * k, len - 1);
+    std::fill(p + assigned, p + len, Limb(0));
+    const int64_t mid = parallel ? count / 2 : count;
+    Join::Pending left[2];
+    rc = Both(
+        clk, parallel, [&](PollClock& c) { return join.Run(c, 0, mid, &left[0]); },
+        [&](PollClock& c) { return join.Run(c, mid, count, &left[1]); });
+    if (!Ok(rc)) return rc;
+    uint64_t top = 0;
+    join.Settle(left[0], &top);
+    join.Settle(left[1], &top);
+    assert(top < 32768);
+    p[len - 1] = static_cast<Limb>(top);
+    return Result::kOk;
+}
+
+}  // namespace
+
+void UsePortableNtt64(bool portable) { gPortable = portable; }
+
+int Ntt64LimbsPerPoint(int64_t n) {
+    return n <= std::min(gFastThresholds.ntt64SixLimbs, int32_t(1) << 26) ? 6 : 4;
+}
+
+Result MulNtt64(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    return Run(clk, a, la, b, lb, p);
+}
+
+Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
+    return Run(clk, a, la, nullptr, la, p);
+}

@@ -1,0 +1,38 @@
+// The vector butterflies of the 64-bit transform (ntt64.cpp): eight points at
+// a time with AVX-512 IFMA (52-bit multiply-add), chosen at run time where the
+// processor has it; ntt64.cpp keeps plain 64-bit code for every other one.
+//
+// Primes below 2^50; Montgomery products with R = 2^52 on points kept lazily
+// in [0, 2p), twiddles below p. A stage of half length m combines a[s + j]
+// with a[s + j + m] by roots[m + j] = w_2m^j (w_2m^−j for the inverse).
+#pragma once
+
+#include <cstdint>
+
+struct Ntt64Vec {
+    uint64_t p;
+    uint64_t pinv;  // p^−1 mod 2^52
+    const uint64_t* roots;
+    const uint64_t* rootsInv;
+};
+
+// x·y·2^−52 mod p in [0, 2p) for x·y < p·2^52.
+inline uint64_t Mul52(uint64_t x, uint64_t y, uint64_t p, uint64_t pinv) {
+    constexpr uint64_t kMask = (uint64_t(1) << 52) - 1;
+    const unsigned __int128 t = static_cast<unsigned __int128>(x) * y;
+    const uint64_t m = ((static_cast<uint64_t>(t) & kMask) * pinv) & kMask;
+    const uint64_t mp = static_cast<uint64_t>((static_cast<unsigned __int128>(m) * p) >> 52);
+    return static_cast<uint64_t>(t >> 52) - mp + p;
+}
+
+// True when the processor (and the compiler) have AVX-512 IFMA.
+bool Ntt64VecAvailable();
+// All stages of a transform of 64 <= n points, n a power of two within the
+// tables. The forward transform leaves each 64-point tile transposed (as 8×8)
+// and the inverse takes it so: the pointwise product does not mind.
+void Ntt64VecForward(const Ntt64Vec& c, uint64_t* a, int64_t n);
+void Ntt64VecInverse(const Ntt64Vec& c, uint64_t* a, int64_t n);
+// One stage of half length m over a[0, 2m), butterflies j0 … j1 − 1 (a
+// multiple of 8 apart); first[i] = w^(j0 + i) below p, w8 = w^8 below p.
+void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint64_t w8, uint64_t* a,
+                   int64_t m, int64_t j0, int64_t j1);
