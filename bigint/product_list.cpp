@@ -85,49 +85,80 @@ Result MulArrays(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
     return Result::kOk;
 }
 
-// v := product of factors [lo, hi), hi > lo.
-Result Leaf(PollClock& clk, const FactorList& f, size_t lo, size_t hi, BigInt* v) {
-    const size_t mid = lo + (hi - lo + 1) / 2;
-    // A word below 10^15 lengthens an array by at most four limbs.
-    LimbBuffer left(4 * int64_t(mid - lo) + 2), right(4 * int64_t(hi - mid) + 2);
+// Limbs a word adds to a product at most: the least d with w <= 10^(4d).
+int32_t WordLimbs(uint64_t w) {
+    int32_t d = 0;
+    for (uint64_t r = 1; r < w; r *= uint64_t(kLimbBase)) ++d;
+    return d;
+}
+
+// v := the product of the factors from *pos on while it keeps within room
+// limbs (at least one factor is taken); *pos moves past them.
+Result Leaf(PollClock& clk, const FactorList& f, size_t* pos, int64_t room, BigInt* v) {
+    const size_t end = f.Count();
+    // Each array stays within room limbs, but for a first word of up to four.
+    LimbBuffer left(room + 5), right(room + 5);
     if (!left.ok() || !right.ok()) return Result::kNoMemory;
     Limb* a = left.get();
     Limb* b = right.get();
     a[0] = b[0] = 1;
     int32_t la = 1, lb = 1;
-    size_t i = lo, j = mid;
     int64_t work = 0;
-    while (i < mid || j < hi) {
-        const uint64_t wa = NextWord(f, &i, mid);
-        const uint64_t wb = NextWord(f, &j, hi);
+    while (*pos < end) {
+        size_t next = *pos;
+        const uint64_t wa = NextWord(f, &next, end);
+        const int32_t da = WordLimbs(wa);
+        if (la + lb + da > room && work > 0) break;
+        size_t after = next;
+        uint64_t wb = next < end ? NextWord(f, &after, end) : 1;
+        if (la + lb + da + WordLimbs(wb) > room) {
+            wb = 1;
+            after = next;
+        }
         // A word of up to 15 digits is about four limbs: the pass costs as many limb products.
-        work += 4 * (la + lb);
+        work += 4 * (la + lb) + 1;
         MulWords2(a, &la, wa, b, &lb, wb);
+        *pos = after;
+        if (wb == 1) break;
     }
     if (clk.Tick(work)) return Result::kStopped;
     if (lb == 1 && b[0] == 1) return BigFromLimbs(v, a, la - 1, 0);
     return MulArrays(clk, a, la, b, lb, v);
 }
 
-Result Tree(PollClock& clk, const FactorList& f, size_t lo, size_t hi, BigInt* v) {
-    const uint64_t typical = f.At(lo + (hi - lo) / 2);
-    const int bits = 64 - __builtin_clzll(typical);
-    // Four limbs hold at least 53 bits.
-    if (hi - lo <= 1 || int64_t(hi - lo) * bits <= int64_t(gFastThresholds.productLeaf) * 13)
-        return Leaf(clk, f, lo, hi, v);
-    const size_t mid = lo + (hi - lo) / 2;
-    BigTemp left, right;
-    Result code = Tree(clk, f, lo, mid, &left.v);
-    if (Ok(code)) code = Tree(clk, f, mid, hi, &right.v);
-    if (Ok(code)) code = ProductInto(clk, &left.v, &right.v, v);
-    return code;
-}
-
 }  // namespace
 
+// Blocks of room productLeaf · 2^j limbs (a power of two) are joined like
+// the digits of a binary counter: two blocks of room r give one of room 2r,
+// whose product fills its transform of 2r points. What is left at the end,
+// blocks of distinct rooms, is joined from the smallest up.
 Result ListProduct(PollClock& clk, const FactorList& list, BigInt* v) {
     if (list.Count() == 0) return BigFromInt(v, 1);
-    return Tree(clk, list, 0, list.Count(), v);
+    constexpr int kLevels = 64;
+    BigTemp block[kLevels];
+    int64_t room[kLevels];
+    int depth = 0;
+    int64_t leafRoom = 1;
+    while (leafRoom < gFastThresholds.productLeaf) leafRoom *= 2;
+    size_t pos = 0;
+    Result code = Result::kOk;
+    auto join = [&] {
+        BigTemp t;
+        code = ProductInto(clk, &block[depth - 2].v, &block[depth - 1].v, &t.v);
+        if (!Ok(code)) return;
+        BigFree(&block[depth - 1].v);
+        BigReplace(&block[depth - 2].v, &t.v);
+        room[depth - 2] *= 2;
+        --depth;
+    };
+    while (Ok(code) && pos < list.Count()) {
+        code = Leaf(clk, list, &pos, leafRoom, &block[depth].v);
+        room[depth++] = leafRoom;
+        while (Ok(code) && depth >= 2 && room[depth - 1] == room[depth - 2]) join();
+    }
+    while (Ok(code) && depth >= 2) join();
+    if (Ok(code)) BigMove(v, &block[0].v);
+    return code;
 }
 
 Result ProductInto(PollClock& clk, const BigInt* x, const BigInt* y, BigInt* r) {
