@@ -161,6 +161,39 @@ Result ListProduct(PollClock& clk, const FactorList& list, BigInt* v) {
     return code;
 }
 
+Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r) {
+    const int32_t lx = x->top + 1, ly = y->top + 1;
+    LimbBuffer s(2 * int64_t(lx) + ly);
+    if (!s.ok()) return Result::kNoMemory;
+    Result code = SqrRec(clk, x->limbs, lx, s.get());
+    if (!Ok(code)) return code;
+    BigFree(x);
+    const int32_t ls = LimbsTrim(s.get(), 2 * lx);
+    const int32_t total = ls + ly;
+    ZeroLimbs(s.get() + ls, ly);
+    // A piece and y fill a transform of a power of two points.
+    int32_t fill = 4096;
+    while (fill < 2 * ly) fill *= 2;
+    const int32_t piece = fill - ly;
+    Scratch<Limb> copy(std::min(piece, ls)), product(int64_t(std::min(piece, ls)) + ly);
+    if (!copy || !product) return Result::kNoMemory;
+    for (int32_t off = (ls - 1) / piece * piece; Ok(code) && off >= 0; off -= piece) {
+        const int32_t q = std::min(piece, ls - off);
+        CopyLimbs(copy.get(), s.get() + off, q);
+        ZeroLimbs(s.get() + off, q);
+        code = q >= ly ? MulRec(clk, copy.get(), q, y->limbs, ly, product.get())
+                       : MulRec(clk, y->limbs, ly, copy.get(), q, product.get());
+        if (Ok(code))
+            LimbsAddInto(s.get() + off, total - off, product.get(),
+                         LimbsTrim(product.get(), q + ly));
+    }
+    if (!Ok(code)) return code;
+    r->top = LimbsTrimTop(s.get(), total - 1);
+    r->negative = 0;
+    r->limbs = s.Release();
+    return Result::kOk;
+}
+
 Result ProductInto(PollClock& clk, const BigInt* x, const BigInt* y, BigInt* r) {
     return MulArrays(clk, x->limbs, x->top + 1, y->limbs, y->top + 1, r);
 }

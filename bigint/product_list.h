@@ -29,6 +29,14 @@ public:
 // kOk, kNoMemory, kStopped.
 Result ListProduct(PollClock& clk, const FactorList& list, BigInt* v);
 
+// r := x²·y for canonical x, y >= 1, y shorter than x². The square is made
+// in r's own array with room for y's limbs and x is released (BigFree) as
+// soon as it exists; y then multiplies it in place, piece by piece from the
+// top. Alive at once: x, the square and the squaring's scratch, then the
+// result and one piece's product. kOk, kNoMemory, kStopped (x then may be
+// released).
+Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r);
+
 // r := x·y for canonical x, y >= 1 (x == y squares), in r's own array
 // without a copy; x and y are left alone. kOk, kNoMemory, kStopped.
 Result ProductInto(PollClock& clk, const BigInt* x, const BigInt* y, BigInt* r);

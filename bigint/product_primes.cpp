@@ -104,21 +104,22 @@ uint64_t SmallPower(uint32_t p, int32_t e) {
 }
 
 // Π p^e over the primes, as the list L and the squared groups A_b above.
-Result PrimePowerProduct(PollClock& clk, int32_t n, const std::vector<uint32_t>& primes,
+Result PrimePowerProduct(PollClock& clk, int32_t n, std::vector<uint32_t>* primes,
                          std::vector<int32_t>* exponent, BigInt* result) {
     const int64_t root = FloorSqrt(n);
     std::vector<uint64_t> whole;
     int32_t binary = 0;  // or of the exponents written in binary
     // What goes to the list leaves the exponents: the rest are the bits >= 1.
-    for (size_t i = 0; i < primes.size(); ++i) {
+    for (size_t i = 0; i < primes->size(); ++i) {
+        const uint32_t p = (*primes)[i];
         int32_t& e = (*exponent)[i];
         if (e == 0) continue;
-        const uint64_t power = e == 1 || primes[i] <= root ? SmallPower(primes[i], e) : 0;
+        const uint64_t power = e == 1 || p <= root ? SmallPower(p, e) : 0;
         if (power != 0) {
             whole.push_back(power);
             e = 0;
         } else {
-            if (e & 1) whole.push_back(primes[i]);
+            if (e & 1) whole.push_back(p);
             e &= ~1;
             binary |= e;
         }
@@ -131,10 +132,10 @@ Result PrimePowerProduct(PollClock& clk, int32_t n, const std::vector<uint32_t>&
     std::vector<uint32_t> chosen;
     for (int b = top; Ok(code) && b >= 1; --b) {
         chosen.clear();
-        for (size_t i = 0; i < primes.size(); ++i) {
-            if (((*exponent)[i] >> b) & 1) chosen.push_back(primes[i]);
+        for (size_t i = 0; i < primes->size(); ++i) {
+            if (((*exponent)[i] >> b) & 1) chosen.push_back((*primes)[i]);
         }
-        BigTemp part, sq;
+        BigTemp part;
         code = ListProduct(clk, VectorList<uint32_t>(chosen), &part.v);
         if (!Ok(code)) break;
         if (one) {
@@ -142,14 +143,16 @@ Result PrimePowerProduct(PollClock& clk, int32_t n, const std::vector<uint32_t>&
             one = false;
             continue;
         }
-        code = ProductInto(clk, &acc.v, &acc.v, &sq.v);
-        if (!Ok(code)) break;
-        BigFree(&acc.v);
-        code = ProductInto(clk, &sq.v, &part.v, &acc.v);
+        BigTemp next;
+        code = SquareTimes(clk, &acc.v, &part.v, &next.v);
+        if (Ok(code)) BigReplace(&acc.v, &next.v);
     }
+    // Only the list and acc are needed from here on.
     std::vector<uint32_t>().swap(chosen);
+    std::vector<uint32_t>().swap(*primes);
+    std::vector<int32_t>().swap(*exponent);
     if (!Ok(code)) return code;
-    BigTemp part, sq;
+    BigTemp part;
     code = ListProduct(clk, VectorList<uint64_t>(whole), &part.v);
     std::vector<uint64_t>().swap(whole);
     if (!Ok(code)) return code;
@@ -157,10 +160,7 @@ Result PrimePowerProduct(PollClock& clk, int32_t n, const std::vector<uint32_t>&
         BigMove(result, &part.v);
         return Result::kOk;
     }
-    code = ProductInto(clk, &acc.v, &acc.v, &sq.v);
-    if (!Ok(code)) return code;
-    BigFree(&acc.v);
-    return ProductInto(clk, &sq.v, &part.v, result);
+    return SquareTimes(clk, &acc.v, &part.v, result);
 }
 
 // The product of p^exponent(p) over the primes p <= n.
@@ -173,7 +173,7 @@ Result ProductOverPrimes(CalcContext* ctx, int32_t n, Exponent exponent, BigInt*
         std::vector<int32_t> e(primes.size());
         for (size_t i = 0; i < primes.size(); ++i) e[i] = exponent(primes[i]);
         if (clk.Tick(int64_t(primes.size()))) return Result::kStopped;
-        return PrimePowerProduct(clk, n, primes, &e, result);
+        return PrimePowerProduct(clk, n, &primes, &e, result);
     });
 }
 
