@@ -68,6 +68,42 @@ void MulWords2(Limb* a, int32_t* la, uint64_t wa, Limb* b, int32_t* lb, uint64_t
     PushCarry(b, lb, cb);
 }
 
+// Points times their logarithm of the transform of a product of len limbs.
+double TransformCost(int64_t len) {
+    int64_t points = 1;
+    int lg = 0;
+    for (; points < len - 1; points *= 2) ++lg;
+    return double(points) * lg;
+}
+
+// Limbs of the pieces of a that, with b, fill their transforms, when
+// cutting a into them costs less than one transform of a·b; else 0.
+int32_t PieceLength(int32_t la, int32_t lb) {
+    if (lb < gFastThresholds.mulNtt || la < 2 * lb || int64_t(la) + lb > NttMaxLength()) return 0;
+    int64_t fill = 1;
+    while (fill < 2 * int64_t(lb)) fill *= 2;
+    const int64_t piece = fill - lb;
+    const int64_t pieces = (la + piece - 1) / piece;
+    return double(pieces) * TransformCost(fill) < TransformCost(int64_t(la) + lb) ? int32_t(piece)
+                                                                                  : 0;
+}
+
+// p := a·b (la + lb limbs) piece by piece of a.
+Result MulByPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
+                   int32_t piece, Limb* p) {
+    Scratch<Limb> t(int64_t(piece) + lb);
+    if (!t) return Result::kNoMemory;
+    ZeroLimbs(p, la + lb);
+    for (int32_t off = 0; off < la; off += piece) {
+        const int32_t q = std::min(piece, la - off);
+        const Result code = q >= lb ? MulRec(clk, a + off, q, b, lb, t.get())
+                                    : MulRec(clk, b, lb, a + off, q, t.get());
+        if (!Ok(code)) return code;
+        LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), q + lb));
+    }
+    return Result::kOk;
+}
+
 // r := a·b of la >= 1 and lb >= 1 normalised limbs, in r's own array.
 Result MulArrays(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, BigInt* r) {
     if (la < lb) {
@@ -76,8 +112,10 @@ Result MulArrays(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
     }
     LimbBuffer p(int64_t(la) + lb);
     if (!p.ok()) return Result::kNoMemory;
-    const Result code =
-        (a == b && la == lb) ? SqrRec(clk, a, la, p.get()) : MulRec(clk, a, la, b, lb, p.get());
+    const int32_t piece = PieceLength(la, lb);
+    const Result code = piece > 0              ? MulByPieces(clk, a, la, b, lb, piece, p.get())
+                        : (a == b && la == lb) ? SqrRec(clk, a, la, p.get())
+                                               : MulRec(clk, a, la, b, lb, p.get());
     if (!Ok(code)) return code;
     r->top = LimbsTrimTop(p.get(), la + lb - 1);
     r->negative = 0;
