@@ -76,16 +76,26 @@ double TransformCost(int64_t len) {
     return double(points) * lg;
 }
 
-// Limbs of the pieces of a that, with b, fill their transforms, when
-// cutting a into them costs less than one transform of a·b; else 0.
+// Limbs of the pieces of a (la >= lb) whose products with b cost the
+// fewest transform points in all: each piece with b fills a power of two
+// of at most NttMaxLength() points. la when one product of a and b costs
+// less (counted as one transform even beyond that length, where it is cut
+// by MulRec) or b is too short for transforms.
 int32_t PieceLength(int32_t la, int32_t lb) {
-    if (lb < gFastThresholds.mulNtt || la < 2 * lb || int64_t(la) + lb > NttMaxLength()) return 0;
-    int64_t fill = 1;
-    while (fill < 2 * int64_t(lb)) fill *= 2;
-    const int64_t piece = fill - lb;
-    const int64_t pieces = (la + piece - 1) / piece;
-    return double(pieces) * TransformCost(fill) < TransformCost(int64_t(la) + lb) ? int32_t(piece)
-                                                                                  : 0;
+    if (lb < gFastThresholds.mulNtt) return la;
+    int32_t best = la;
+    double bestCost = TransformCost(int64_t(la) + lb);
+    for (int64_t fill = 2; fill <= NttMaxLength(); fill *= 2) {
+        const int64_t piece = fill - lb;
+        if (piece < lb) continue;
+        if (piece >= la) break;
+        const double cost = double((la + piece - 1) / piece) * TransformCost(fill);
+        if (cost < bestCost) {
+            best = int32_t(piece);
+            bestCost = cost;
+        }
+    }
+    return best;
 }
 
 // p := a·b (la + lb limbs) piece by piece of a.
@@ -113,7 +123,7 @@ Result MulArrays(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
     LimbBuffer p(int64_t(la) + lb);
     if (!p.ok()) return Result::kNoMemory;
     const int32_t piece = PieceLength(la, lb);
-    const Result code = piece > 0              ? MulByPieces(clk, a, la, b, lb, piece, p.get())
+    const Result code = piece < la             ? MulByPieces(clk, a, la, b, lb, piece, p.get())
                         : (a == b && la == lb) ? SqrRec(clk, a, la, p.get())
                                                : MulRec(clk, a, la, b, lb, p.get());
     if (!Ok(code)) return code;
@@ -209,10 +219,12 @@ Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r) {
     const int32_t ls = LimbsTrim(s.get(), 2 * lx);
     const int32_t total = ls + ly;
     ZeroLimbs(s.get() + ls, ly);
-    // A piece and y fill a transform of a power of two points.
-    int32_t fill = 4096;
-    while (fill < 2 * ly) fill *= 2;
-    const int32_t piece = fill - ly;
+    int32_t piece = PieceLength(ls, ly);
+    if (piece >= ls && ly >= gFastThresholds.mulNtt) {
+        // One product costs less: the square and the result are both alive.
+        return MulArrays(clk, s.get(), ls, y->limbs, ly, r);
+    }
+    if (ly < gFastThresholds.mulNtt) piece = std::max(4096 - ly, ly);
     Scratch<Limb> copy(std::min(piece, ls)), product(int64_t(std::min(piece, ls)) + ly);
     if (!copy || !product) return Result::kNoMemory;
     for (int32_t off = (ls - 1) / piece * piece; Ok(code) && off >= 0; off -= piece) {
