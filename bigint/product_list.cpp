@@ -3,17 +3,23 @@
 // Leaves: consecutive factors are packed into words below 10^15 and each
 // word multiplies a limb array in one pass (limb·word + carry < 2^64). The
 // pass is a chain of dependent multiplications and divisions by 10^4, so
-// a leaf runs two arrays, the two halves of its factors, through one loop
-// and joins them with one schoolbook product. A leaf stops at about
-// gFastThresholds.productLeaf limbs, where the joining products become
-// cheaper per limb than the word passes.
+// a leaf runs two arrays through one loop, words taken in turn, and joins
+// them with one schoolbook product. A leaf fills a room of
+// gFastThresholds.productLeaf limbs (a power of two): beyond it the joining
+// products are cheaper per limb than the word passes.
 //
-// Tree: the list is halved by count, so the products of each level are of
-// nearly equal sizes (neighbouring factors have nearly equal sizes), which
-// is where the transform products pay. Every product is written into a
-// fresh array that becomes the result record, and each half is released as
-// soon as the product of the two exists: the tree keeps alive at most the
-// left halves along one path, the two operands and the product.
+// Tree: the transforms have a power of two points, so blocks are joined
+// like the digits of a binary counter: two blocks of room r make one of
+// room 2r whose product fills its transform; the leftover blocks, of
+// distinct rooms, are joined from the smallest up. A product much longer
+// on one side is cut into pieces that fill smaller transforms with the
+// shorter factor when that costs fewer points·log points in all.
+//
+// Memory: every product is written straight into the array that becomes
+// its record and both operands are released as soon as it exists; the
+// counter holds at most one block per room. x²·y squares into an array
+// with room for y, releases x, and multiplies by y in place from the top
+// piece down, so the square and x²·y never coexist.
 //
 // Allocation: limb arrays from alloc.h, scratch of the kernels from nothrow
 // new; a refused one answers code 3 with nothing left allocated.
