@@ -75,3 +75,21 @@ TEST(FastProducts, RangeTreeStopsAtAnyPoll) {
     const Num n("99999999"), r("10000");
     ExpectStopsAtEveryPoll([&](CalcContext* c, BigInt* v) { return BigPerm(c, v, &n.v, &r.v); });
 }
+
+// At the shipped thresholds the blocks and pieces are real transform
+// products: the x²·y steps of n! and of (c, n], and a binomial's one list.
+TEST(FastProducts, LongProductsAtShippedThresholdsMatchGmp) {
+    CalcContext ctx;
+    mpz_class z, low;
+    Num f, range, c;
+    const Num n("100000"), k("49999");
+    ASSERT_EQ(BigFact(&ctx, &f.v, &n.v), Result::kOk);
+    mpz_fac_ui(z.get_mpz_t(), 100000);
+    EXPECT_EQ(ToDecimal(&f.v), z.get_str());
+    ASSERT_EQ(RangeProductPrimes(&ctx, 30000, 100000, &range.v), Result::kOk);
+    mpz_fac_ui(low.get_mpz_t(), 30000);
+    EXPECT_EQ(ToDecimal(&range.v), mpz_class(z / low).get_str());
+    ASSERT_EQ(BigBinomial(&ctx, &c.v, &n.v, &k.v), Result::kOk);
+    mpz_bin_uiui(z.get_mpz_t(), 100000, 49999);
+    EXPECT_EQ(ToDecimal(&c.v), z.get_str());
+}
