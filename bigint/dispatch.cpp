@@ -108,9 +108,8 @@ Result RangeProductDispatch(CalcContext* ctx, int32_t c, int32_t n, BigInt* resu
     const FastThresholds& t = gFastThresholds;
     if (n - c < 2 * t.productTree) return RangeProductSchool(ctx, c, n, result);
     // The factorisation pays when the range is long and starts low: its
-    // sieve runs over all of 1 … n.
-    if (n - c >= t.rangePrimes && n <= t.rangePrimesSieve && c <= n / 2)
-        return RangeProductPrimes(ctx, c, n, result);
+    // sieve runs over all of 1 … n, at most twice the factors.
+    if (n - c >= t.rangePrimes && c <= n / 2) return RangeProductPrimes(ctx, c, n, result);
     return RangeProductTree(ctx, c, n, result);
 }
 Result BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) {

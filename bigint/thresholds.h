@@ -17,9 +17,10 @@ struct FastThresholds {
     int32_t divNewton = 40;       // divisor and quotient both at least this long
     int32_t sqrtRecursive = 120;  // limbs of the radicand
     int32_t cbrtNewton = 120;     // limbs of the radicand
-    int32_t productTree = 16;     // factors in one leaf of the tree
+    int32_t productTree = 16;     // ranges below twice this many factors: the running product
+    int32_t productLeaf = 128;    // limbs of a leaf of the list products (product_list.cpp)
     int32_t rangePrimes = 2000;   // factors, from which range products go by prime factorisation
-    int32_t rangePrimesSieve = 20000000;  // largest n sieved for it
+    int32_t rangePrimesSieve = 20000000;  // largest n of a binomial sieved for it
     int32_t gcdLehmer = 30;               // limbs of the smaller operand
     int32_t gcdHalf = 1000;               // limbs of the smaller operand
     int32_t gcdHalfLeaf = 600;            // limbs: half-gcd calls below this are Lehmer leaves
@@ -67,6 +68,7 @@ struct FastThresholds {
         t.sqrtRecursive = 5;
         t.cbrtNewton = 4;
         t.productTree = 2;
+        t.productLeaf = 6;
         t.rangePrimes = 40;
         t.gcdLehmer = 3;
         t.powVector = 1;

@@ -22,7 +22,9 @@ TEST(FastStops, QStopsEveryFastPathAtAnyPoll) {
         RandomBig(&e.v, lowered ? 30 : 300, false);
         RandomBig(&dividend.v, lowered ? 300 : 40000, true);
         RandomBig(&divisor.v, lowered ? 150 : 20000, true);
-        const Num range(lowered ? "3000" : "30000"), half(lowered ? "1500" : "15000");
+        // Products from prime factorisations are fast: these sizes still poll often enough.
+        const Num range(lowered ? "3000" : "60000"), half(lowered ? "1500" : "150000"),
+            wide(lowered ? "3000" : "300000");
         const struct {
             const char* name;
             std::function<Result(CalcContext*, BigInt*)> op;
@@ -42,7 +44,7 @@ TEST(FastStops, QStopsEveryFastPathAtAnyPoll) {
             {"cube root", [&](CalcContext* c, BigInt* r) { return BigCbrt(c, &a.v, r); }, "1"},
             {"factorial", [&](CalcContext* c, BigInt* r) { return BigFact(c, r, &range.v); }, "1"},
             {"binomial",
-             [&](CalcContext* c, BigInt* r) { return BigBinomial(c, r, &range.v, &half.v); }, "1"},
+             [&](CalcContext* c, BigInt* r) { return BigBinomial(c, r, &wide.v, &half.v); }, "1"},
         };
         for (const auto& s : cases) {
             SCOPED_TRACE(std::string(s.name) + (lowered ? ", lowered thresholds" : ""));
