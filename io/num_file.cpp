@@ -208,12 +208,15 @@ Result GetValue(Source* r, NumLimbs* v, CalcContext* ctx) {
     if (!r->ok() || top < 0 || static_cast<uint64_t>(top) + 1 > r->remaining() / 2)
         return Result::kCannotOpenFile;
     const std::size_t count = static_cast<std::size_t>(top) + 1;
-    v->limbs.resize(count);
+    // Grown a block at a time within the reserved room, so that the pages
+    // are touched between polls, not all before the first one.
+    v->limbs.reserve(count);
     char block[kBlockBytes];
     for (std::size_t at = 0; at < count; at += kNumFileBlockLimbs) {
         if (at > 0 && ctx && ctx->ShouldStop()) return Result::kStopped;
         const std::size_t n = std::min(kNumFileBlockLimbs, count - at);
         if (!r->get(block, 2 * n)) return Result::kCannotOpenFile;
+        v->limbs.resize(at + n);
         Limb* out = v->limbs.data() + at;
         for (std::size_t i = 0; i < n; ++i) {
             const Limb l = static_cast<Limb>(static_cast<uint16_t>(
