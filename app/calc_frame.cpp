@@ -218,6 +218,8 @@ TNumWin* TCalcFrame::makeNumWin(int label, const QString& name, const BigInt* nu
                                 const BigInt* den) {
     auto* w = new TNumWin(this, name, label, num, den, lastFont_);
     w->setFontExtra(lastFontExtra_);
+    w->setRunner(
+        [this](const TNumWin::Work& work) { return RunCaptioned([&] { return work(&ctx_); }); });
     placeNumWin(w, DigitCount(num));
     SetBackground(w, white_);
     return w;
@@ -429,10 +431,14 @@ void TCalcFrame::showDialog(int id) {
     showWindow(d);
 }
 
-Result TCalcFrame::openNumberFile(const QString& path) {
+Result TCalcFrame::openNumberFile(const QString& path, bool watched) {
     NumFile file;
-    if (ReadNumFile(QFile::encodeName(path).toStdString(), &file) != 0)
-        return Result::kCannotOpenFile;
+    const std::string name = QFile::encodeName(path).toStdString();
+    const Result read =
+        watched ? RunCaptioned([&] { return ReadNumFile(name, &file, kMaxNumFileBytes, &ctx_); })
+                : ReadNumFile(name, &file);
+    if (read == Result::kStopped) return read;
+    if (!Ok(read)) return Result::kCannotOpenFile;
     bool inUse[kLabelCount];
     for (int i = 0; i < kLabelCount; ++i) inUse[i] = model_->HasVariable(i + 1);
     const int label = LabelForOpenedFile(file.label, inUse);
@@ -454,7 +460,7 @@ Result TCalcFrame::openNumberFile(const QString& path) {
 
 void TCalcFrame::openFiles(const QStringList& paths) {
     for (const QString& path : paths) {
-        const Result code = openNumberFile(path);
+        const Result code = openNumberFile(path, false);
         if (!Ok(code)) ShowError(this, code);
     }
 }
@@ -556,7 +562,7 @@ void TCalcFrame::dispatch(int id) {
                                     OxText(kStrNumber) + "1.num");
         if (path.isEmpty()) break;
         const Result code = openNumberFile(path);
-        if (!Ok(code)) ShowError(this, code);
+        if (IsError(code)) ShowError(this, code);  // a stop (Q) is quiet
         break;
     }
     case kCmdPaste: {

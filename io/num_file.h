@@ -14,6 +14,11 @@
 // The writer always writes version 1; files of version 0 (header = label)
 // still open. The value parts are plain limb arrays so that this file format
 // depends on nothing but the record layout of bigint/record.h.
+//
+// Files are written and read as a stream, a block of limbs at a time, so a
+// value of hundreds of millions of digits never has a second copy in memory
+// beside its limbs (the encoded bytes are not gathered first), and the long
+// parts poll the calculation context between blocks.
 #pragma once
 
 #include <climits>
@@ -21,9 +26,13 @@
 #include <string>
 #include <vector>
 
+#include "bigint/context.h"
 #include "bigint/record.h"
 #include "io/logfont.h"
 #include "resources/result.h"
+
+// Limbs read or written between two polls (64 KiB of the file).
+constexpr std::size_t kNumFileBlockLimbs = 32768;
 
 // Notebook characters a file can carry: the stored length + 1 is 16-bit.
 constexpr int kNumFileNotebookChars = 32766;
@@ -52,6 +61,17 @@ struct NumFile {
     uint32_t fontExtra = 0;
 };
 
+// A number file's contents with its values viewed in place: what a number
+// window saves, the limbs written straight from its records.
+struct NumFileView {
+    int label = 1;
+    const BigInt* numerator = nullptr;    // null or released: written as zero
+    const BigInt* denominator = nullptr;  // null, or 1 and not negative: none written
+    std::string notebook;
+    LogFont font;
+    uint32_t fontExtra = 0;
+};
+
 // The limbs of a value record (a released record reads as zero): kOk, or
 // kNoMemory with *out empty.
 Result LimbsOf(const BigInt* v, NumLimbs* out);
@@ -69,10 +89,14 @@ Result DecodeNumFile(const char* data, std::size_t size, NumFile* out);
 // Whole files: kOk, kCannotOpenFile (cannot open or decode, or longer than
 // maxBytes, kMaxNumFileBytes unless told), kCannotSaveFile
 // (the old file left as it was), kNoMemory (the value does not fit in the
-// memory left).
-Result ReadNumFile(const std::string& path, NumFile* out,
-                   std::uint64_t maxBytes = kMaxNumFileBytes);
+// memory left), kStopped (ctx asked to stop between two blocks of limbs; a
+// save leaves the old file as it was, a read leaves *out empty). A value of
+// one block is read or written without a poll.
+Result ReadNumFile(const std::string& path, NumFile* out, std::uint64_t maxBytes = kMaxNumFileBytes,
+                   CalcContext* ctx = nullptr);
 Result WriteNumFile(const std::string& path, const NumFile& file);
+// The same bytes as EncodeNumFile of the values' limbs, without copying them.
+Result WriteNumFile(const std::string& path, const NumFileView& file, CalcContext* ctx);
 
 // The label an opened file goes to: its own when that is 1..26 and free,
 // otherwise the first free label; 0 when all 26 are in use.

@@ -3,7 +3,7 @@
 #include <QCloseEvent>
 #include <QFile>
 #include <QFileInfo>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QHideEvent>
 #include <QPlainTextEdit>
 #include <QResizeEvent>
@@ -11,12 +11,14 @@
 #include <QShowEvent>
 #include <QStyle>
 
+#include <cstdio>
+
 #include "bigint/bigint.h"
 #include "calc/digit_freq.h"
 #include "dialogs/modal.h"
 #include "dialogs/ui_text.h"
-#include "io/byte_io.h"
 #include "io/num_file.h"
+#include "io/safe_file.h"
 #include "resources/limits.h"
 #include "resources/menus_frame.h"
 #include "resources/string_ids.h"
@@ -66,12 +68,15 @@ void TNumWin::setLineDigits(int32_t digits) {
 }
 
 int32_t TNumWin::measuredLineDigits() const {
-    const int charWidth = QFontMetrics(editor()->font()).horizontalAdvance(QLatin1Char('8'));
+    // Text is laid out at fractional advances: a rounded one would let a
+    // long line run under the scroll bar.
+    const qreal charWidth =
+        QFontMetricsF(editor()->font()).horizontalAdvance(QString(10, QLatin1Char('8'))) / 10;
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
     const int frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
     const int margin = static_cast<int>(editor()->document()->documentMargin());
     const int room = width() - 2 * frame - 2 * margin - scrollBar;
-    const int digits = room / qMax(charWidth, 1) - 1;
+    const int digits = static_cast<int>(room / qMax(charWidth, qreal(1))) - 1;
     return digits < 1 ? 1 : digits;
 }
 
@@ -145,18 +150,23 @@ void TNumWin::jump() {
     if (ok && target >= 1 && target <= l.count + 1) go(target - 1);
 }
 
+Result TNumWin::run(const Work& work) {
+    if (runner_) return runner_(work);
+    CalcContext unwatched;
+    return work(&unwatched);
+}
+
+void TNumWin::reportError(Result code) {
+    if (IsError(code)) report(code);
+}
+
 void TNumWin::digitFrequencies() {
-    BigInt copy = {};
-    if (BigCopy(&copy, shownPart()) != 0) {
-        BigFree(&copy);
-        report(Result::kNoMemory);
-        return;
-    }
     std::string frequencies;
-    const Result code = DigitFrequencyText(&copy, &frequencies);
-    BigFree(&copy);
+    const BigInt* part = shownPart();
+    const Result code =
+        run([&](CalcContext* ctx) { return DigitFrequencies(part, ctx, &frequencies); });
     if (!Ok(code)) {
-        report(code);
+        reportError(code);
         return;
     }
     const std::string table = WithBreaks(frequencies.c_str(), "\n");
@@ -177,25 +187,39 @@ void TNumWin::saveAsText() {
     const QString path =
         TheModal().saveFileName(this, QString(), FileFilter(OxString(kStrTextFiles)), "txt", start);
     if (path.isEmpty()) return;
-    const std::string text = DigitLines(shownPart(), perLine, "\r\n");
-    if (!WriteWholeFile(QFile::encodeName(path).toStdString(), text))
+    // Written as it is made, a block at a time: the text of a big number is
+    // never whole in memory.
+    SafeFile file;
+    if (!file.Open(QFile::encodeName(path).toStdString())) {
         report(Result::kCannotSaveFile);
+        return;
+    }
+    const BigInt* part = shownPart();
+    const Result code = run([&](CalcContext* ctx) {
+        return PutDigitLines(part, perLine, "\r\n", ctx, [&file](const char* p, size_t n) {
+            (void)std::fwrite(p, 1, n, file.file());  // Commit answers a short write
+        });
+    });
+    if (!Ok(code)) {
+        reportError(code);  // a stop abandons the file, the old one left as it was
+        return;
+    }
+    if (!file.Commit()) report(Result::kCannotSaveFile);
 }
 
 Result TNumWin::saveNumber(const QString& path) {
-    NumFile file;
+    NumFileView file;
     // The modulus has no label of its own: its file opens in the first free one.
     file.label = label_ > 0 ? label_ : 0;
-    Result code = LimbsOf(num_, &file.numerator);
-    file.hasDenominator = !(BigIsOne(den_) && !den_->negative);
-    if (Ok(code) && file.hasDenominator) code = LimbsOf(den_, &file.denominator);
-    if (!Ok(code)) return code;
+    file.numerator = num_;
+    file.denominator = den_;
     file.notebook = notebook_->text().left(kNumFileNotebookChars).toStdString();
-    file.hasFont = true;
     file.font = font_;
     file.fontExtra = fontExtra_;
-    if (WriteNumFile(QFile::encodeName(path).toStdString(), file) != 0)
-        return Result::kCannotSaveFile;
+    const std::string name = QFile::encodeName(path).toStdString();
+    const Result code = run([&](CalcContext* ctx) { return WriteNumFile(name, file, ctx); });
+    if (code == Result::kStopped) return code;
+    if (!Ok(code)) return Result::kCannotSaveFile;
     if (path != fileName()) {
         setFileName(path);
         notebook_->setNumberFileName(QFileInfo(path).fileName());
@@ -233,11 +257,11 @@ bool TNumWin::commandEnabled(int id) {
 
 void TNumWin::command(int id) {
     switch (id) {
-    case kNumSave: report(saveNumber(fileName())); break;
+    case kNumSave: reportError(saveNumber(fileName())); break;
     case kNumSaveAs: {
         const QString path = TheModal().saveFileName(
             this, QString(), FileFilter(OxString(kStrNumberFiles)), "num", fileName());
-        if (!path.isEmpty()) report(saveNumber(path));
+        if (!path.isEmpty()) reportError(saveNumber(path));
         break;
     }
     case kNumSaveAsText: saveAsText(); break;

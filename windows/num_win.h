@@ -3,12 +3,18 @@
 // The window views a value it does not own: its owner (the main frame, over
 // the calculation model) passes the numerator and denominator records and
 // calls refill() after every change. Only the section on show is ever turned
-// into text, so numbers of millions of digits open at once. Closing the
-// window hides it. It owns its notebook and its help window.
+// into text, so numbers of millions of digits open at once. The commands that
+// go through the whole value (digit frequencies, saving, saving as text) read
+// it in place, without a copy, and run through the owner's runner, which
+// watches their polls so that Q stops them. Closing the window hides it. It
+// owns its notebook and its help window.
 #pragma once
 
 #include <QString>
 
+#include <functional>
+
+#include "bigint/context.h"
 #include "bigint/record.h"
 #include "calc/model.h"
 #include "io/logfont.h"
@@ -52,7 +58,16 @@ public:
     // fixed value (above 0) overrides that, for a predictable layout.
     void setLineDigits(int32_t digits);
 
-    // Writes the number file: kOk or kCannotSaveFile.
+    // Long work over the whole value, given the context to poll.
+    using Work = std::function<Result(CalcContext*)>;
+    // Runs work for the window and answers its code. The owner runs it
+    // watched (Q stops it, other commands wait); without a runner the work
+    // runs with a context that never stops.
+    using Runner = std::function<Result(const Work&)>;
+    void setRunner(Runner run) { runner_ = std::move(run); }
+
+    // Writes the number file: kOk, kCannotSaveFile, or kStopped (Q; the old
+    // file left as it was).
     Result saveNumber(const QString& path);
 
     // The title for the current state (also set as the window title).
@@ -86,6 +101,8 @@ private:
     void saveAsText();
     void chooseFont();
     void showHelp(const char* name);
+    Result run(const Work& work);
+    void reportError(Result code);  // quiet for a stop
 
     int label_;
     const BigInt* num_;
@@ -99,4 +116,5 @@ private:
     uint32_t fontExtra_ = 0;
     TNoteWin* notebook_;
     THelpWin* help_ = nullptr;
+    Runner runner_;
 };

@@ -1,7 +1,6 @@
 #include "windows/num_win_text.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 #include "bigint/bigint.h"
@@ -55,21 +54,64 @@ std::string FractionText(const BigInt* num, const BigInt* den, int32_t lineDigit
 }
 
 std::string DigitLines(const BigInt* v, int32_t lineDigits, const char* lineBreak) {
-    std::string digits;
-    digits.reserve(static_cast<size_t>(v->top + 1) * 4);
-    char limb[8];
-    std::snprintf(limb, sizeof limb, "%d", v->limbs[v->top]);
-    digits += limb;
-    for (int32_t i = v->top - 1; i >= 0; --i) {
-        std::snprintf(limb, sizeof limb, "%04d", v->limbs[i]);
-        digits += limb;
-    }
-    const size_t per = static_cast<size_t>(std::max(lineDigits, 1));
     std::string out;
-    out.reserve(digits.size() + (digits.size() / per + 1) * 2);
-    for (size_t at = 0; at < digits.size(); at += per) {
-        out.append(digits, at, per);
-        out += lineBreak;
-    }
+    (void)PutDigitLines(v, lineDigits, lineBreak, nullptr,  // no context: never stops
+                        [&out](const char* p, std::size_t n) { out.append(p, n); });
     return out;
+}
+
+Result PutDigitLines(const BigInt* v, int32_t lineDigits, const char* lineBreak, CalcContext* ctx,
+                     const std::function<void(const char*, std::size_t)>& put) {
+    const std::size_t per = static_cast<std::size_t>(std::max(lineDigits, 1));
+    const std::string br = lineBreak;
+    // Room past the block's end for one limb with a break after each digit,
+    // and the last break.
+    std::vector<char> buf(kDigitLinesBlock + 5 * br.size() + 8);
+    std::size_t n = 0;
+    std::size_t column = 0;
+    bool handedOn = false;
+    auto flushFull = [&]() -> bool {
+        if (n < kDigitLinesBlock) return true;
+        if (handedOn && ctx && ctx->ShouldStop()) return false;
+        put(buf.data(), kDigitLinesBlock);
+        handedOn = true;
+        n -= kDigitLinesBlock;
+        std::copy(buf.begin() + static_cast<std::ptrdiff_t>(kDigitLinesBlock),
+                  buf.begin() + static_cast<std::ptrdiff_t>(kDigitLinesBlock + n), buf.begin());
+        return true;
+    };
+    for (int32_t i = v->top; i >= 0; --i) {
+        const int l = v->limbs[i];
+        char d[4] = {char('0' + l / 1000), char('0' + l / 100 % 10), char('0' + l / 10 % 10),
+                     char('0' + l % 10)};
+        // The top limb without its leading zeros (at least one digit).
+        int from = 0;
+        if (i == v->top)
+            while (from < 3 && d[from] == '0') ++from;
+        if (column + 4 < per && from == 0) {
+            std::copy(d, d + 4, buf.begin() + static_cast<std::ptrdiff_t>(n));
+            n += 4;
+            column += 4;
+        } else {
+            for (int k = from; k < 4; ++k) {
+                buf[n++] = d[k];
+                if (++column == per) {
+                    std::copy(br.begin(), br.end(), buf.begin() + static_cast<std::ptrdiff_t>(n));
+                    n += br.size();
+                    column = 0;
+                }
+            }
+        }
+        if (!flushFull()) return Result::kStopped;
+    }
+    if (column > 0) {
+        std::copy(br.begin(), br.end(), buf.begin() + static_cast<std::ptrdiff_t>(n));
+        n += br.size();
+        if (!flushFull()) return Result::kStopped;
+    }
+    if (n > 0) {
+        if (handedOn && ctx && ctx->ShouldStop()) return Result::kStopped;
+        put(buf.data(), n);
+    }
+    return Result::kOk;
 }

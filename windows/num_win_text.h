@@ -3,10 +3,14 @@
 // `lineBreak` is "\r\n" for files and "\n" for the program's editors.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 
+#include "bigint/context.h"
 #include "bigint/record.h"
+#include "resources/result.h"
 #include "windows/num_win_layout.h"
 
 // text with every CR LF (as BigToText breaks lines) replaced by lineBreak.
@@ -28,3 +32,12 @@ std::string FractionText(const BigInt* num, const BigInt* den, int32_t lineDigit
 // The digits of a part without sign, in lines of exactly lineDigits digits
 // (the last one shorter), every line followed by lineBreak.
 std::string DigitLines(const BigInt* v, int32_t lineDigits, const char* lineBreak);
+
+// Characters DigitLines hands on at a time (the last block may be shorter).
+constexpr std::size_t kDigitLinesBlock = 65536;
+
+// DigitLines' text without gathering it: handed to put a block at a time, ctx
+// asked between blocks (a text of one block goes without a poll). kOk, or
+// kStopped with only the blocks before the stop handed on.
+Result PutDigitLines(const BigInt* v, int32_t lineDigits, const char* lineBreak, CalcContext* ctx,
+                     const std::function<void(const char*, std::size_t)>& put);

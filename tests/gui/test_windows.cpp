@@ -9,9 +9,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <string>
 
 #include "bigint/bigint.h"
+#include "io/num_file.h"
 #include "resources/limits.h"
 #include "resources/menus_frame.h"
 #include "resources/menus_table.h"
@@ -316,6 +318,66 @@ private slots:
         modal.answerFile(dir.filePath("missing/n.txt"));
         w.command(kNumSaveAsText);
         QCOMPARE(modal.lastError(), 12);
+    }
+
+    // A value of millions of digits, through the commands that go over all of
+    // it: the last section, digit frequencies, saving (watched: Q leaves the
+    // old file), reading back, saving as text, and a fraction part by part.
+    void aMillionsOfDigitsNumberThroughItsCommands() {
+        QTemporaryDir dir;
+        const std::string digits = NonZeroDigits(3000001, 7);
+        Num v(digits), one("1"), seven("7");
+        TNumWin w(nullptr, "big", 1, &v.v, &one.v, Font());
+        w.setLineDigits(72);
+        QuitAtPoll watch(0);  // counts the polls, never stops
+        QuitAtPoll* context = &watch;
+        w.setRunner([&context](const TNumWin::Work& work) { return work(context); });
+        ScriptedModal modal;
+        const QString last = QString::number(w.sectionCount() + 1);
+        modal.answerText(last);
+        w.command(kNumJump);
+        QVERIFY(w.windowTitle().endsWith("[section " + last + "/" + last + "]"));
+        QVERIFY(w.editor()->toPlainText().size() <= kTextBufferChars);
+        QVERIFY(w.editor()->toPlainText().endsWith(
+            QString::fromStdString(digits.substr(digits.size() - 30))));
+
+        w.command(kNumDigitFreq);
+        const auto nines = std::count(digits.begin(), digits.end(), '9');
+        QVERIFY(w.notebook()->text().contains(QString("9: %1 ").arg(nines, 7)));
+        QVERIFY(watch.polls() > 0);
+
+        const QString path = dir.filePath("big.num");
+        modal.answerFile(path);
+        w.command(kNumSaveAs);
+        NumFile back;
+        QCOMPARE(ReadNumFile(QFile::encodeName(path).toStdString(), &back), Result::kOk);
+        QVERIFY(std::equal(back.numerator.limbs.begin(), back.numerator.limbs.end(), v.v.limbs,
+                           v.v.limbs + v.v.top + 1));
+        const QByteArray saved = ReadAll(path);
+        QuitAtPoll quit(1);
+        context = &quit;
+        w.setFontExtra(9);  // a change the stopped save must not write
+        w.command(kNumSave);
+        QCOMPARE(ReadAll(path), saved);
+        QCOMPARE(modal.lastError(), 0);  // a stop is quiet
+        context = &watch;
+
+        modal.answerText("100");
+        modal.answerFile(dir.filePath("big.txt"));
+        w.command(kNumSaveAsText);
+        const QByteArray text = ReadAll(dir.filePath("big.txt"));
+        QCOMPARE(text.size(), 3000001 + 30001 * 2);
+        QVERIFY(text.startsWith(QByteArray::fromStdString(digits.substr(0, 100)) + "\r\n"));
+        QVERIFY(text.endsWith("\r\n" + QByteArray::fromStdString(digits.substr(3000000)) + "\r\n"));
+
+        QCOMPARE(w.refill(&v.v, &seven.v), Result::kOk);  // the value over 7
+        QVERIFY(w.windowTitle().contains("[digits: 3000001][num] [section 1/"));
+        w.command(kNumDenominator);
+        QCOMPARE(w.windowTitle(), QString("A [big.num] [digits: 1][den]"));
+        QCOMPARE(w.editor()->toPlainText(), QString("7"));
+        w.command(kNumNumerator);
+        QVERIFY(w.editor()->toPlainText().trimmed().startsWith(
+            QString::fromStdString(digits.substr(0, 60))));
     }
 
     void aLargerFontOrANarrowerWindowGivesFewerDigitsPerLine() {

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -214,4 +216,91 @@ TEST(NumFileRead, RandomCorruptionNeverBreaksTheReader) {
         ASSERT_LT(out.font.faceName[kLogFontFaceChars - 1], 1);
     }
     EXPECT_GT(opened, 0);  // damage inside limbs and text still opens
+}
+
+namespace {
+
+// A value of `limbs` random limbs (top non-zero) owned by the test.
+Num RandomValue(std::size_t limbs, bool negative, unsigned seed) {
+    std::mt19937 rng(seed);
+    std::string text = negative ? "-" : "";
+    text += static_cast<char>('1' + rng() % 9);
+    for (std::size_t i = 1; i < 4 * limbs; ++i) text += static_cast<char>('0' + rng() % 10);
+    return Num(text);
+}
+
+std::string FileBytes(const std::string& path) {
+    std::string bytes;
+    EXPECT_EQ(ReadWholeFile(path, &bytes, 1 << 30), Result::kOk);
+    return bytes;
+}
+
+}  // namespace
+
+// Saved straight from the records, a file has the bytes EncodeNumFile gives
+// for copies of their limbs, on both sides of the block size; it reads back
+// through the streaming reader to the same limbs.
+TEST(NumFileStream, RecordsWriteAndReadBackBlockByBlock) {
+    ScratchDir dir;
+    const std::string path = dir.file("view.num");
+    for (std::size_t limbs : {std::size_t{1}, kNumFileBlockLimbs, 2 * kNumFileBlockLimbs + 7}) {
+        Num num = RandomValue(limbs, true, unsigned(limbs));
+        Num den = RandomValue(limbs / 2 + 1, false, 9);
+        Num one("1");
+        for (const BigInt* d : {&den.v, &one.v, static_cast<BigInt*>(nullptr)}) {
+            NumFileView view;
+            view.label = 7;
+            view.numerator = &num.v;
+            view.denominator = d;
+            view.notebook = "note";
+            view.fontExtra = 5;
+            ASSERT_EQ(WriteNumFile(path, view, nullptr), Result::kOk);
+            NumFile copy;
+            copy.label = 7;
+            ASSERT_EQ(LimbsOf(&num.v, &copy.numerator), Result::kOk);
+            copy.hasDenominator = d != nullptr;
+            if (d) {
+                ASSERT_EQ(LimbsOf(d, &copy.denominator), Result::kOk);
+            }
+            copy.notebook = "note";
+            copy.fontExtra = 5;
+            EXPECT_EQ(FileBytes(path), EncodeNumFile(copy)) << limbs;
+            NumFile back;
+            ASSERT_EQ(ReadNumFile(path, &back), Result::kOk);
+            EXPECT_EQ(back.numerator.limbs, copy.numerator.limbs);
+            EXPECT_EQ(back.hasDenominator, d == &den.v);
+        }
+    }
+}
+
+// Q between two blocks: a save leaves the old file as it was and nothing
+// beside it, a read leaves nothing behind. A value of one block never polls.
+TEST(NumFileStream, AStopLeavesTheOldFile) {
+    ScratchDir dir;
+    const std::string path = dir.file("kept.num");
+    ASSERT_EQ(WriteNumFile(path, Sample()), Result::kOk);
+    const std::string old = FileBytes(path);
+    Num big = RandomValue(3 * kNumFileBlockLimbs, false, 1);
+    NumFileView view;
+    view.numerator = &big.v;
+    QuitAtPoll quit(2);
+    EXPECT_EQ(WriteNumFile(path, view, &quit), Result::kStopped);
+    EXPECT_EQ(quit.polls(), 2);
+    EXPECT_EQ(FileBytes(path), old);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path),
+                            std::filesystem::directory_iterator()),
+              1);
+
+    ASSERT_EQ(WriteNumFile(path, view, nullptr), Result::kOk);
+    NumFile out;
+    QuitAtPoll readQuit(1);
+    EXPECT_EQ(ReadNumFile(path, &out, kMaxNumFileBytes, &readQuit), Result::kStopped);
+    EXPECT_TRUE(out.numerator.limbs.empty());
+
+    Num small = RandomValue(kNumFileBlockLimbs, false, 2);
+    view.numerator = &small.v;
+    QuitAtPoll never(1);
+    EXPECT_EQ(WriteNumFile(path, view, &never), Result::kOk);
+    EXPECT_EQ(ReadNumFile(path, &out, kMaxNumFileBytes, &never), Result::kOk);
+    EXPECT_EQ(never.polls(), 0);
 }
