@@ -112,7 +112,15 @@ bool SetThreshold(const char* arg) {
                  {"radixDivide", &t.radixDivide},
                  {"radixBinary", &t.radixBinary},
                  {"radixBinaryLeaf", &t.radixBinaryLeaf},
-                 {"binaryNtt", &t.binaryNtt}};
+                 {"binaryNtt", &t.binaryNtt},
+                 {"productLeaf", &t.productLeaf},
+                 {"rangePrimesSieve", &t.rangePrimesSieve},
+                 {"powVector", &t.powVector},
+                 {"nttMaxLength", &t.nttMaxLength},
+                 {"ntt64Length", &t.ntt64Length},
+                 {"ntt64SixLimbs", &t.ntt64SixLimbs},
+                 {"ntt64Parallel", &t.ntt64Parallel},
+                 {"nttParallel", &t.nttParallel}};
     for (auto& e : table) {
         if (key == e.name) {
             *e.field = static_cast<int32_t>(v);
