@@ -121,8 +121,28 @@ Result MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
     return Result::kOk;
 }
 
-// m := m·n.
-Result MatMul(Run& run, Matrix* m, const Matrix& n) {
+// The longest entry of m.
+int32_t LongestEntry(const Matrix& m) {
+    int32_t l = 1;
+    for (const auto& row : m.u)
+        for (const auto& e : row) l = std::max(l, Len(e.v));
+    return l;
+}
+
+// r := the non-negative sum in acc, below B^count, as a new record.
+Result TakeSum(Run& run, NttVector* acc, int32_t count, BigInt* r) {
+    LimbBuffer p(int64_t(count) + 1);
+    if (!p.ok()) return Result::kNoMemory;
+    const Result code = NttToLimbs(run.clk, acc, count, p.get());
+    if (!Ok(code)) return code;
+    r->top = LimbsTrimTop(p.get(), count);
+    r->negative = 0;
+    r->limbs = p.Release();
+    return Result::kOk;
+}
+
+// m := m·n; nHat (or null) may hold n's transforms for the summed products.
+Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullptr) {
     Matrix r;
     if (IsIdentity(*m)) {
         Result code = Result::kOk;
@@ -130,6 +150,19 @@ Result MatMul(Run& run, Matrix* m, const Matrix& n) {
             code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
         if (!Ok(code)) return code;
         r.det = n.det;
+        Exchange(m, &r);
+        return Result::kOk;
+    }
+    const int32_t lm = LongestEntry(*m), ln = LongestEntry(n);
+    if (HgcdUseTransforms(std::min(lm, ln), std::max(lm, ln))) {
+        HgcdMatrixHat own;
+        const BigInt* const a[2][2] = {{&m->u[0][0].v, &m->u[0][1].v},
+                                       {&m->u[1][0].v, &m->u[1][1].v}};
+        const BigInt* const b[2][2] = {{&n.u[0][0].v, &n.u[0][1].v}, {&n.u[1][0].v, &n.u[1][1].v}};
+        BigInt* const c[2][2] = {{&r.u[0][0].v, &r.u[0][1].v}, {&r.u[1][0].v, &r.u[1][1].v}};
+        const Result code = HgcdMatMulNtt(run, 2, a, b, c, nHat != nullptr ? nHat : &own);
+        if (!Ok(code)) return code;
+        r.det = m->det * n.det;
         Exchange(m, &r);
         return Result::kOk;
     }
@@ -157,12 +190,67 @@ BigInt LowView(const BigInt& v, int32_t p) {
     return r;
 }
 
+// The corrections det·(u11·al − u01·bl) and det·(u00·bl − u10·al) of
+// Adjust, each one inverse transform of a difference of pointwise products;
+// mHat keeps M's transforms for the product of matrices that follows.
+Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
+                   HgcdMatrixHat* mHat, BigTemp* e) {
+    // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
+    const int32_t count = LongestEntry(m) + std::max(Len(al), Len(bl));
+    const int32_t n = NttPoints(count);
+    Result code = Result::kOk;
+    if (mHat->n != n) {
+        mHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = m.u[i / 2][i % 2].v;
+            code = NttForward(run.clk, u.limbs, Len(u), n, &mHat->u[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        mHat->n = n;
+    }
+    NttVector alHat, blHat, acc;
+    code = NttForward(run.clk, al.limbs, Len(al), n, &alHat);
+    if (Ok(code)) code = NttForward(run.clk, bl.limbs, Len(bl), n, &blHat);
+    if (Ok(code) && !acc.Reset(n)) code = Result::kNoMemory;
+    const NttVector* terms[2][4] = {{&mHat->u[1][1], &alHat, &mHat->u[0][1], &blHat},
+                                    {&mHat->u[0][0], &blHat, &mHat->u[1][0], &alHat}};
+    for (int k = 0; k < 2 && Ok(code); ++k) {
+        NttMulAccumulate(&acc, *terms[k][0], *terms[k][1], NttAccumulate::kSet);
+        NttMulAccumulate(&acc, *terms[k][2], *terms[k][3], NttAccumulate::kSub);
+        LimbBuffer limbs(count);
+        bool negative = false;
+        if (!limbs.ok()) return Result::kNoMemory;
+        code = NttToLimbsSigned(run.clk, &acc, count, limbs.get(), &negative);
+        if (!Ok(code)) return code;
+        BigInt& v = e[k].v;
+        v.top = LimbsTrimTop(limbs.get(), count - 1);
+        v.limbs = limbs.Release();
+        v.negative = !BigIsZero(&v) && negative != (m.det < 0) ? 1 : 0;
+    }
+    return code;
+}
+
 // (a; b) := M^−1·(a; b), where the tops a / B^p and b / B^p have been
 // reduced by M to A and B.
 Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B, const Matrix& m,
-              int32_t p) {
+              int32_t p, HgcdMatrixHat* mHat) {
     BigTemp na, nb;
-    if (p == 0) {
+    const int32_t lowLen = std::min(p, Len(a.v));
+    const int32_t lu = LongestEntry(m);
+    if (p > 0 && HgcdUseTransforms(std::min(lu, lowLen), std::max(lu, lowLen))) {
+        const BigInt al = LowView(a.v, p), bl = LowView(b.v, p);
+        const BigTemp* tops[2] = {&A, &B};
+        BigInt* outs[2] = {&na.v, &nb.v};
+        BigTemp e[2];
+        Result code = Corrections(run, al, bl, m, mHat, e);
+        for (int k = 0; k < 2 && Ok(code); ++k) {
+            BigTemp high;
+            code = FastShiftUp(&high.v, &tops[k]->v, p);
+            if (Ok(code)) code = FastAdd(outs[k], &high.v, &e[k].v);
+            assert(!Ok(code) || (!FastIsNegative(outs[k]) && !BigIsZero(outs[k])));
+        }
+        if (!Ok(code)) return code;
+    } else if (p == 0) {
         Result code = BigCopy(&na.v, &A.v);
         if (Ok(code)) code = BigCopy(&nb.v, &B.v);
         if (!Ok(code)) return code;
@@ -277,8 +365,9 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
     if (Ok(code)) code = SetIdentity(&top);
     if (Ok(code)) code = Hgcd(run, A, B, n, &top, &topMoved);
     if (!Ok(code) || !topMoved) return code;
-    code = Adjust(run, a, b, A, B, top, p);
-    if (Ok(code)) code = MatMul(run, m, top);
+    HgcdMatrixHat topHat;
+    code = Adjust(run, a, b, A, B, top, p, &topHat);
+    if (Ok(code)) code = MatMul(run, m, top, &topHat);
     if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
     *moved = true;
     return code;
@@ -319,6 +408,46 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
 }
 
 }  // namespace
+
+bool HgcdUseTransforms(int32_t shorter, int32_t longer) {
+    return shorter >= gFastThresholds.gcdMatrixNtt &&
+           NttPlanFits(NttPoints(shorter + longer), shorter, 2);
+}
+
+Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
+                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat) {
+    int32_t la = 1, lb = 1;
+    for (int i = 0; i < 2; ++i)
+        for (int t = 0; t < 2; ++t) {
+            if (i < rows) la = std::max(la, Len(*a[i][t]));
+            lb = std::max(lb, Len(*b[i][t]));
+        }
+    // A sum of two products is below 2·B^(la + lb − 1) <= B^(la + lb).
+    const int32_t count = la + lb;
+    const int32_t n = NttPoints(count);
+    Result code = Result::kOk;
+    if (bHat->n != n) {
+        bHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = *b[i / 2][i % 2];
+            code = NttForward(run.clk, u.limbs, Len(u), n, &bHat->u[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        bHat->n = n;
+    }
+    NttVector row[2], acc;
+    if (!acc.Reset(n)) return Result::kNoMemory;
+    for (int i = 0; i < rows && Ok(code); ++i) {
+        for (int t = 0; t < 2 && Ok(code); ++t)
+            code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        for (int j = 0; j < 2 && Ok(code); ++j) {
+            NttMulAccumulate(&acc, row[0], bHat->u[0][j], NttAccumulate::kSet);
+            NttMulAccumulate(&acc, row[1], bHat->u[1][j], NttAccumulate::kAdd);
+            code = TakeSum(run, &acc, count, r[i][j]);
+        }
+    }
+    return code;
+}
 
 Result HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
     *moved = false;

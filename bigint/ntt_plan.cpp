@@ -19,8 +19,14 @@
 #include "bigint/ntt_plan.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cassert>
+#include <chrono>
 #include <new>
+#include <system_error>
+#include <thread>
+
+#include "bigint/thresholds.h"
 
 namespace ntt {
 
@@ -141,6 +147,21 @@ uint32_t PointScale(const Mont& mt, int32_t n) {
     return static_cast<uint32_t>(uint64_t(mt.r2) * PowMod(uint64_t(n), mt.p - 2, mt.p) % mt.p);
 }
 
+namespace {
+
+// PointScale for prime i and n = 2^log, made once: short sums of products
+// would otherwise spend as long on its power as on their points.
+uint32_t KeptPointScale(int i, int32_t n) {
+    static uint32_t kept[2][kMaxLog + 1] = {};
+    int log = 0;
+    while ((int32_t(1) << log) < n) ++log;
+    uint32_t& s = kept[i][log];
+    if (s == 0) s = PointScale(Mont(kPrimes[i].p), n);
+    return s;
+}
+
+}  // namespace
+
 Coefficients::Coefficients(const uint32_t* r1, const uint32_t* r2)
     : r1_(r1),
       r2_(r2),
@@ -237,21 +258,63 @@ bool NttVector::Reset(int32_t n) {
     return true;
 }
 
+namespace {
+
+// work(i, clock) for both primes i, with both root tables made first on this
+// thread. From nttParallel points the second prime runs on a helper
+// thread, as in the products of mul_ntt.cpp: only this thread polls, and
+// when told to stop it cancels the helper and waits for it (one stage at
+// most). No thread to be had: both run here.
+template <typename Work>
+Result BothPrimes(PollClock& clk, int32_t n, RootTable* roots, Work&& work) {
+    for (int i = 0; i < 2; ++i) {
+        const Result rc = roots[i].Make(clk, i, n);
+        if (!Ok(rc)) return rc;
+    }
+    const int32_t parallelFrom = gFastThresholds.nttParallel;
+    std::thread helper;
+    std::atomic<bool> cancel{false}, helperDone{false};
+    Result helperRc = Result::kOk;
+    if (parallelFrom > 0 && n >= parallelFrom) {
+        try {
+            helper = std::thread([&] {
+                PollClock helperClock(nullptr, &cancel);
+                helperRc = work(1, helperClock);
+                helperDone.store(true, std::memory_order_release);
+            });
+        } catch (const std::system_error&) {
+        } catch (const std::bad_alloc&) {}
+    }
+    Result rc = work(0, clk);
+    if (!helper.joinable()) return Ok(rc) ? work(1, clk) : rc;
+    auto lastPoll = std::chrono::steady_clock::now();
+    while (Ok(rc) && !helperDone.load(std::memory_order_acquire)) {
+        std::this_thread::yield();
+        const auto now = std::chrono::steady_clock::now();
+        if (now - lastPoll < std::chrono::milliseconds(1)) continue;
+        lastPoll = now;
+        if (clk.Tick(gFastThresholds.pollWork)) rc = Result::kStopped;
+    }
+    if (!Ok(rc)) cancel = true;
+    helper.join();
+    return Ok(rc) ? helperRc : rc;
+}
+
+}  // namespace
+
 Result NttForward(PollClock& clk, const Limb* a, int32_t la, int32_t n, NttVector* out) {
     assert(la <= n && n <= (int32_t(1) << kMaxLog));
     if (!out->Reset(n)) return Result::kNoMemory;
-    for (int i = 0; i < 2; ++i) {
-        RootTable roots;
-        const Result rc = roots.Make(clk, i, n);
-        if (!Ok(rc)) return rc;
+    RootTable roots[2];
+    return BothPrimes(clk, n, roots, [&](int i, PollClock& clock) {
         uint32_t* f = out->prime(i);
         for (int32_t k = 0; k < la; ++k) f[k] = static_cast<uint16_t>(a[k]);
         std::fill(f + la, f + n, 0u);
         // Loading touches the array's pages: charged as two butterflies a point.
-        if (clk.Tick(2 * int64_t(n)) || !Forward(clk, Mont(kPrimes[i].p), roots.get(), f, n))
-            return Result::kStopped;
-    }
-    return Result::kOk;
+        const bool done =
+            !clock.Tick(2 * int64_t(n)) && Forward(clock, Mont(kPrimes[i].p), roots[i].get(), f, n);
+        return done ? Result::kOk : Result::kStopped;
+    });
 }
 
 void NttMulAccumulate(NttVector* acc, const NttVector& a, const NttVector& b, NttAccumulate how) {
@@ -260,7 +323,7 @@ void NttMulAccumulate(NttVector* acc, const NttVector& a, const NttVector& b, Nt
     for (int i = 0; i < 2; ++i) {
         const Mont mt(kPrimes[i].p);
         ActiveNttKernels().mulAccumulate(mt, acc->prime(i), a.prime(i), b.prime(i),
-                                         PointScale(mt, n), static_cast<int>(how), n);
+                                         KeptPointScale(i, n), static_cast<int>(how), n);
     }
 }
 
@@ -268,14 +331,11 @@ namespace {
 
 Result InverseBoth(PollClock& clk, NttVector* acc) {
     const int32_t n = acc->points();
-    for (int i = 0; i < 2; ++i) {
-        RootTable roots;
-        const Result rc = roots.Make(clk, i, n);
-        if (!Ok(rc)) return rc;
-        if (!Inverse(clk, Mont(kPrimes[i].p), roots.get(), acc->prime(i), n))
-            return Result::kStopped;
-    }
-    return Result::kOk;
+    RootTable roots[2];
+    return BothPrimes(clk, n, roots, [&](int i, PollClock& clock) {
+        const bool done = Inverse(clock, Mont(kPrimes[i].p), roots[i].get(), acc->prime(i), n);
+        return done ? Result::kOk : Result::kStopped;
+    });
 }
 
 }  // namespace
