@@ -67,6 +67,30 @@ bool AtLeast(const Limb* a, int32_t n, const Limb* b, int32_t lb) {
     return true;
 }
 
+// A linear product of `count` coefficients just past a power of two, as
+// the cyclic product at nW = half the transform it would take plus the
+// product of the operands' low w = count − nW limbs at nL >= 2w − 1
+// points: c[j] for j < w comes from the low product, c[j + nW] is the
+// cyclic coefficient less it. Worth it while nL <= nW / 2; otherwise nW is
+// the whole transform and nL 0.
+struct SplitPlan {
+    int32_t count = 0, nW = 0, w = 0, nL = 0;
+    NttVector wrap, low;  // the left factor's transforms, or the square's
+
+    void Make(int32_t coefficients) {
+        count = coefficients;
+        const int32_t n = NttPoints(count);
+        w = count - n / 2;
+        nL = w > 0 ? NttPoints(2 * w - 1) : n;
+        nW = n / 2;
+        if (nL > nW / 2) {
+            nW = n;
+            nL = 0;
+            w = 0;
+        }
+    }
+};
+
 // Residues modulo m as arrays of exactly k limbs.
 class LongModulus {
 public:
@@ -75,16 +99,21 @@ public:
     Result Prepare() {
         const int32_t k = k_;
         nSq_ = NttPoints(2 * k - 1);
-        nQ_ = NttPoints(2 * k + 3);
         nC_ = NttPoints(k + 3);
         BigTemp r;
         Result code = Reciprocal(ctx_, &m_, k, &r.v);
         if (!Ok(code)) return code;
         lr_ = r.v.top + 1;
-        if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(nQ_) + 1) &&
+        square_.Make(2 * k - 1);
+        quotient_.Make((k + 2) + lr_ - 1);
+        coefficients_.resize(size_t(std::max(square_.count, quotient_.count)));
+        lowCoefficients_.resize(size_t(std::max(square_.nL, quotient_.nL)) + 1);
+        if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(quotient_.count) + 1) &&
               cyclic_.Reset(nC_) && folded_.Reset(nC_)))
             return Result::kNoMemory;
-        code = NttForward(clk_, r.v.limbs, lr_, nQ_, &rHat_);
+        code = NttForward(clk_, r.v.limbs, lr_, quotient_.nW, &rWrap_);
+        if (Ok(code) && quotient_.nL > 0)
+            code = NttForward(clk_, r.v.limbs, std::min(lr_, quotient_.w), quotient_.nL, &rLow_);
         if (Ok(code)) code = NttForward(clk_, m_.limbs, k, nC_, &mHat_);
         return code;
     }
@@ -92,10 +121,7 @@ public:
 
     // x := x^2·f mod m, f < 10^8.
     Result SquareTimes(Limb* x, uint32_t f) {
-        Result code = NttForward(clk_, x, k_, nSq_, &work_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&work_, work_, work_, NttAccumulate::kSet);
-        code = NttToLimbs(clk_, &work_, 2 * k_ - 1, wide_.get());
+        Result code = Product(&square_, x, k_, nullptr, nullptr, wide_.get());
         if (Ok(code)) code = Reduce(wide_.get(), 2 * k_, x);
         if (Ok(code) && f != 1) TimesSmall(x, f);
         return code;
@@ -117,11 +143,8 @@ private:
     // x := X mod m for X = wide[0 … lx) < m^2 (lx <= 2k).
     Result Reduce(const Limb* X, int32_t lx, Limb* x) {
         const int32_t k = k_, nC = nC_;
-        const int32_t lt = lx - (k - 2);  // floor(X / B^(k−2)), at most k + 2 limbs
-        Result code = NttForward(clk_, X + (k - 2), lt, nQ_, &workQ_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&workQ_, workQ_, rHat_, NttAccumulate::kSet);
-        code = NttToLimbs(clk_, &workQ_, lt + lr_ - 1, product_.get());
+        const int32_t lt = lx - (k - 2);  // floor(X / B^(k−2)), k + 2 limbs
+        Result code = Product(&quotient_, X + (k - 2), lt, &rWrap_, &rLow_, product_.get());
         if (!Ok(code)) return code;
         const Limb* q = product_.get() + (k + 2);
         int32_t lq = lt + lr_ - (k + 2);
@@ -161,6 +184,30 @@ private:
             SubLimbs(x, k, r, k);
         }
         return Result::kOk;
+    }
+
+    // out[0 … count] := a·b by the plan, b given by its transforms at the
+    // plan's lengths (null: a squared).
+    Result Product(SplitPlan* s, const Limb* a, int32_t la, const NttVector* bWrap,
+                   const NttVector* bLow, Limb* out) {
+        Result code = NttForward(clk_, a, la, s->nW, &s->wrap);
+        if (!Ok(code)) return code;
+        NttMulAccumulate(&s->wrap, s->wrap, bWrap != nullptr ? *bWrap : s->wrap,
+                         NttAccumulate::kSet);
+        if (s->nL == 0) return NttToLimbs(clk_, &s->wrap, s->count, out);
+        uint64_t* c = coefficients_.data();
+        uint64_t* low = lowCoefficients_.data();
+        code = NttToCoefficients(clk_, &s->wrap, s->nW, c);
+        if (Ok(code)) code = NttForward(clk_, a, std::min(la, s->w), s->nL, &s->low);
+        if (!Ok(code)) return code;
+        NttMulAccumulate(&s->low, s->low, bLow != nullptr ? *bLow : s->low, NttAccumulate::kSet);
+        code = NttToCoefficients(clk_, &s->low, s->w, low);
+        if (!Ok(code)) return code;
+        for (int32_t j = 0; j < s->w; ++j) {
+            c[s->nW + j] = c[j] - low[j];
+            c[j] = low[j];
+        }
+        return CarryCoefficients(clk_, c, s->count, out);
     }
 
     static void AddOne(Limb* r, int32_t n) {
@@ -218,8 +265,10 @@ private:
     PollClock clk_;
     const BigInt& m_;
     const int32_t k_;
-    int32_t nSq_ = 0, nQ_ = 0, nC_ = 0, lr_ = 0;
-    NttVector rHat_, mHat_, work_, workQ_, workC_;
+    int32_t nSq_ = 0, nC_ = 0, lr_ = 0;
+    SplitPlan square_, quotient_;
+    std::vector<uint64_t> coefficients_, lowCoefficients_;
+    NttVector rWrap_, rLow_, mHat_, work_, workC_;
     LimbBuffer wide_, product_, cyclic_, folded_;
 };
 

@@ -173,8 +173,19 @@ Coefficients::Coefficients(const uint32_t* r1, const uint32_t* r2)
 // run side by side, each from a carry of 0 (the first three are seg long, the
 // last what remains); each segment's last carry is then added into the limbs
 // above it.
-Result CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk, uint64_t bias,
-                      uint64_t* top) {
+namespace {
+
+// Coefficients already joined, as a source of blocks for the carry.
+struct JoinedCoefficients {
+    const uint64_t* c;
+    void Block(int32_t from, int32_t count, uint64_t* out) const {
+        std::copy(c + from, c + from + count, out);
+    }
+};
+
+template <typename Source>
+Result CarryBlocks(const Source& c, int32_t count, Limb* p, PollClock& clk, uint64_t bias,
+                   uint64_t* top) {
     uint64_t buf[4][kBlock];
     const int32_t seg = count < 16 ? count : (count + 3) / 4;
     const int32_t last = count < 16 ? 0 : count - 3 * seg;
@@ -228,6 +239,13 @@ Result CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& 
     }
     *top = high;
     return Result::kOk;
+}
+
+}  // namespace
+
+Result CarryIntoLimbs(const Coefficients& c, int32_t count, Limb* p, PollClock& clk, uint64_t bias,
+                      uint64_t* top) {
+    return CarryBlocks(c, count, p, clk, bias, top);
 }
 
 }  // namespace ntt
@@ -391,5 +409,26 @@ Result NttToLimbsCyclic(PollClock& clk, NttVector* acc, Limb* p) {
     // at most twice (the second time it is at most 1).
     for (int32_t i = 0; top != 0; i = i + 1 == n ? 0 : i + 1)
         top = CarryStep(uint64_t(p[i]), top, p + i);
+    return Result::kOk;
+}
+
+Result NttToCoefficients(PollClock& clk, NttVector* acc, int32_t count, uint64_t* c) {
+    assert(count <= acc->points());
+    const Result rc = InverseBoth(clk, acc);
+    if (!Ok(rc)) return rc;
+    const Coefficients joined(acc->prime(0), acc->prime(1));
+    for (int32_t from = 0; from < count; from += kBlock) {
+        joined.Block(from, std::min(kBlock, count - from), c + from);
+        if (clk.Tick(kBlockWork)) return Result::kStopped;
+    }
+    return Result::kOk;
+}
+
+Result CarryCoefficients(PollClock& clk, const uint64_t* c, int32_t count, Limb* p) {
+    uint64_t top = 0;
+    const Result rc = CarryBlocks(JoinedCoefficients{c}, count, p, clk, 0, &top);
+    if (!Ok(rc)) return rc;
+    assert(top < 32768);
+    p[count] = static_cast<Limb>(top);
     return Result::kOk;
 }

@@ -65,6 +65,14 @@ Result NttToLimbs(PollClock& clk, NttVector* acc, int32_t count, Limb* p);
 // answer is kOk while |sum| < B^count. kStopped when told to stop.
 Result NttToLimbsSigned(PollClock& clk, NttVector* acc, int32_t count, Limb* p, bool* negative);
 
+// The inverse transform of acc (destroyed) joined into the exact
+// coefficients c[0 … count), count <= n, for callers that combine
+// coefficients of several transforms before carrying. kOk or kStopped.
+Result NttToCoefficients(PollClock& clk, NttVector* acc, int32_t count, uint64_t* c);
+// Non-negative coefficients c[0 … count) (each below 2^63) carried into
+// limbs p[0 … count], the top limb taking the carry. kOk or kStopped.
+Result CarryCoefficients(PollClock& clk, const uint64_t* c, int32_t count, Limb* p);
+
 // The cyclic variant: the n coefficients of a product modulo x^n − 1 (the
 // operands at most n limbs), carried around the circle into p[0 … n):
 // the product modulo B^n − 1, as a value in [0, B^n − 1] (B^n − 1 itself
