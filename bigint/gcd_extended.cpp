@@ -12,7 +12,8 @@
 //
 // While y has modInverseHalf limbs or more a round is the half-gcd of the
 // whole pair (gcd_half.h), which halves it, its matrix of about half the
-// pair's limbs joined to the row by four products: O(M(n) log n) in all.
+// pair's limbs joined to the row by four products (from gcdMatrixNtt limbs
+// six forward transforms and two inverse ones of sums): O(M(n) log n).
 // (Rounds on the top half only, as the gcd takes them, remove a quarter
 // each and so multiply the long row twice as often.) A round that decides
 // nothing (a huge quotient) is one division. Below, Lehmer's steps

@@ -22,7 +22,15 @@
 // keep the sizes. Leaves (n below gcdHalfLeaf) take Lehmer steps on work
 // arrays, with a division where the leading limbs decide nothing. Above
 // them a level costs, with k = n/4, four products of k by 2k limbs, four
-// of k by k, and seven more of k by k for M1·M2 in Strassen's form.
+// of k by k, and the product M1·M2. From gcdMatrixNtt limbs these run on
+// the transform in pieces (ntt_plan.h): each factor is transformed once and
+// each result is one inverse transform of a sum (or difference) of two
+// pointwise products, so M1·M2 costs 8 forward and 4 inverse transforms
+// (Strassen's seven products, 21) and the pair's update 6 and 2; the update
+// keeps M2's transforms for M1·M2 when the lengths agree. A sum of two
+// products per coefficient doubles the coefficient bound, still far below
+// what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
+// products go by MulRec, M1·M2 in Strassen's form past Karatsuba's size.
 //
 // The gcd calls Hgcd on the top half of its pair and applies the matrix to
 // the whole pair, each round removing about a quarter of the limbs; when
