@@ -198,14 +198,24 @@ BigInt LowView(const BigInt& v, int32_t p) {
     return r;
 }
 
-// The corrections det·(u11·al − u01·bl) and det·(u00·bl − u10·al) of
-// Adjust, each one inverse transform of a difference of pointwise products;
-// mHat keeps M's transforms for the product of matrices that follows.
-Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
-                   HgcdMatrixHat* mHat, BigTemp* e) {
-    // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
-    const int32_t count = LongestEntry(m) + std::max(Len(al), Len(bl));
-    const int32_t n = NttPoints(count);
+// Limbs from..from + len of v (within its length), as a view; zero past it.
+BigInt Slice(const BigInt& v, int32_t from, int32_t len) {
+    static Limb zero = 0;
+    BigInt r = {};
+    if (from >= Len(v)) {
+        r.limbs = &zero;
+        return r;
+    }
+    r.limbs = v.limbs + from;
+    r.top = LimbsTrimTop(r.limbs, std::min(len, Len(v) - from) - 1);
+    return r;
+}
+
+// e := det·(u11·al − u01·bl) and det·(u00·bl − u10·al) at n points, each
+// below B^count in magnitude, one inverse transform of a difference of
+// pointwise products each; mHat keeps M's transforms at n.
+Result CorrectionsAt(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
+                     HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e) {
     Result code = Result::kOk;
     if (mHat->n != n) {
         mHat->n = 0;
@@ -231,9 +241,40 @@ Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m
         code = NttToLimbsSigned(run.clk, &acc, count, limbs.get(), &negative);
         if (!Ok(code)) return code;
         BigInt& v = e[k].v;
+        BigFree(&v);
         v.top = LimbsTrimTop(limbs.get(), count - 1);
         v.limbs = limbs.Release();
         v.negative = !BigIsZero(&v) && negative != (m.det < 0) ? 1 : 0;
+    }
+    return code;
+}
+
+// The corrections of Adjust. Low parts about twice as long as M's entries
+// (the gcd's rounds, the first call of each level) go in two halves when
+// that is cheaper: 8 forward and 4 inverse transforms of lu + h points
+// against 6 and 2 of lu + 2h, which the powers of two often round up to
+// twice as many.
+Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
+                   HgcdMatrixHat* mHat, BigTemp* e) {
+    // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
+    const int32_t lu = LongestEntry(m), low = std::max(Len(al), Len(bl));
+    const int32_t count = lu + low, h = (low + 1) / 2;
+    const int32_t n = NttPoints(count), nHalf = NttPoints(lu + h);
+    if (low < 2 || 12 * int64_t(nHalf) >= 8 * int64_t(n))
+        return CorrectionsAt(run, al, bl, m, mHat, n, count, e);
+    Result code = Result::kOk;
+    BigTemp high[2];
+    for (int j = 1; j >= 0 && Ok(code); --j) {
+        const BigInt aj = Slice(al, j * h, h), bj = Slice(bl, j * h, h);
+        code = CorrectionsAt(run, aj, bj, m, mHat, nHalf, lu + h, j == 1 ? high : e);
+    }
+    // e := e + high·B^h.
+    for (int k = 0; k < 2 && Ok(code); ++k) {
+        BigTemp shifted, sum;
+        code = FastShiftUp(&shifted.v, &high[k].v, h);
+        shifted.v.negative = high[k].v.negative;
+        if (Ok(code)) code = FastAdd(&sum.v, &e[k].v, &shifted.v);
+        if (Ok(code)) BigReplace(&e[k].v, &sum.v);
     }
     return code;
 }
