@@ -12,7 +12,8 @@
 //
 // While y has modInverseHalf limbs or more a round is the half-gcd of the
 // whole pair (gcd_half.h), which halves it, its matrix of about half the
-// pair's limbs joined to the row by four products: O(M(n) log n) in all.
+// pair's limbs joined to the row by four products (from gcdMatrixNtt limbs
+// six forward transforms and two inverse ones of sums): O(M(n) log n).
 // (Rounds on the top half only, as the gcd takes them, remove a quarter
 // each and so multiply the long row twice as often.) A round that decides
 // nothing (a huge quotient) is one division. Below, Lehmer's steps
@@ -25,6 +26,7 @@
 // 10000^0), so the step to y = 0 is always a division.
 //
 // Allocation: work arrays and records from alloc.h; a refused one answers code 3.
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -47,6 +49,19 @@ struct State {
 Result RowTimes(HgcdRun& run, State* s, const BigInt* n00, const BigInt* n01, const BigInt* n10,
                 const BigInt* n11) {
     BigTemp p0, p1, q0, q1, r0, r1;
+    const int32_t lu = std::max(Len(s->u0.v), Len(s->u1.v));
+    const int32_t ln = std::max({Len(*n00), Len(*n01), Len(*n10), Len(*n11)});
+    if (HgcdUseTransforms(std::min(lu, ln), std::max(lu, ln))) {
+        const BigInt* const a[2][2] = {{&s->u0.v, &s->u1.v}, {&s->u0.v, &s->u1.v}};
+        const BigInt* const b[2][2] = {{n00, n01}, {n10, n11}};
+        BigInt* const r[2][2] = {{&r0.v, &r1.v}, {nullptr, nullptr}};
+        HgcdMatrixHat nHat;
+        const Result code = HgcdMatMulNtt(run, 1, a, b, r, &nHat);
+        if (!Ok(code)) return code;
+        BigReplace(&s->u0.v, &r0.v);
+        BigReplace(&s->u1.v, &r1.v);
+        return Result::kOk;
+    }
     Result code = run.Mul(&p0.v, &s->u0.v, n00);
     if (Ok(code)) code = run.Mul(&p1.v, &s->u1.v, n10);
     if (Ok(code)) code = FastAdd(&r0.v, &p0.v, &p1.v);

@@ -22,7 +22,15 @@
 // keep the sizes. Leaves (n below gcdHalfLeaf) take Lehmer steps on work
 // arrays, with a division where the leading limbs decide nothing. Above
 // them a level costs, with k = n/4, four products of k by 2k limbs, four
-// of k by k, and seven more of k by k for M1·M2 in Strassen's form.
+// of k by k, and the product M1·M2. From gcdMatrixNtt limbs these run on
+// the transform in pieces (ntt_plan.h): each factor is transformed once and
+// each result is one inverse transform of a sum (or difference) of two
+// pointwise products, so M1·M2 costs 8 forward and 4 inverse transforms
+// (Strassen's seven products, 21) and the pair's update 6 and 2; the update
+// keeps M2's transforms for M1·M2 when the lengths agree. A sum of two
+// products per coefficient doubles the coefficient bound, still far below
+// what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
+// products go by MulRec, M1·M2 in Strassen's form past Karatsuba's size.
 //
 // The gcd calls Hgcd on the top half of its pair and applies the matrix to
 // the whole pair, each round removing about a quarter of the limbs; when
@@ -121,8 +129,28 @@ Result MatMulStrassen(Run& run, Matrix* m, const Matrix& n) {
     return Result::kOk;
 }
 
-// m := m·n.
-Result MatMul(Run& run, Matrix* m, const Matrix& n) {
+// The longest entry of m.
+int32_t LongestEntry(const Matrix& m) {
+    int32_t l = 1;
+    for (const auto& row : m.u)
+        for (const auto& e : row) l = std::max(l, Len(e.v));
+    return l;
+}
+
+// r := the non-negative sum in acc, below B^count, as a new record.
+Result TakeSum(Run& run, NttVector* acc, int32_t count, BigInt* r) {
+    LimbBuffer p(int64_t(count) + 1);
+    if (!p.ok()) return Result::kNoMemory;
+    const Result code = NttToLimbs(run.clk, acc, count, p.get());
+    if (!Ok(code)) return code;
+    r->top = LimbsTrimTop(p.get(), count);
+    r->negative = 0;
+    r->limbs = p.Release();
+    return Result::kOk;
+}
+
+// m := m·n; nHat (or null) may hold n's transforms for the summed products.
+Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullptr) {
     Matrix r;
     if (IsIdentity(*m)) {
         Result code = Result::kOk;
@@ -130,6 +158,19 @@ Result MatMul(Run& run, Matrix* m, const Matrix& n) {
             code = BigCopy(&r.u[i / 2][i % 2].v, &n.u[i / 2][i % 2].v);
         if (!Ok(code)) return code;
         r.det = n.det;
+        Exchange(m, &r);
+        return Result::kOk;
+    }
+    const int32_t lm = LongestEntry(*m), ln = LongestEntry(n);
+    if (HgcdUseTransforms(std::min(lm, ln), std::max(lm, ln))) {
+        HgcdMatrixHat own;
+        const BigInt* const a[2][2] = {{&m->u[0][0].v, &m->u[0][1].v},
+                                       {&m->u[1][0].v, &m->u[1][1].v}};
+        const BigInt* const b[2][2] = {{&n.u[0][0].v, &n.u[0][1].v}, {&n.u[1][0].v, &n.u[1][1].v}};
+        BigInt* const c[2][2] = {{&r.u[0][0].v, &r.u[0][1].v}, {&r.u[1][0].v, &r.u[1][1].v}};
+        const Result code = HgcdMatMulNtt(run, 2, a, b, c, nHat != nullptr ? nHat : &own);
+        if (!Ok(code)) return code;
+        r.det = m->det * n.det;
         Exchange(m, &r);
         return Result::kOk;
     }
@@ -157,12 +198,108 @@ BigInt LowView(const BigInt& v, int32_t p) {
     return r;
 }
 
+// Limbs from..from + len of v (within its length), as a view; zero past it.
+BigInt Slice(const BigInt& v, int32_t from, int32_t len) {
+    static Limb zero = 0;
+    BigInt r = {};
+    if (from >= Len(v)) {
+        r.limbs = &zero;
+        return r;
+    }
+    r.limbs = v.limbs + from;
+    r.top = LimbsTrimTop(r.limbs, std::min(len, Len(v) - from) - 1);
+    return r;
+}
+
+// e := det·(u11·al − u01·bl) and det·(u00·bl − u10·al) at n points, each
+// below B^count in magnitude, one inverse transform of a difference of
+// pointwise products each; mHat keeps M's transforms at n.
+Result CorrectionsAt(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
+                     HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e) {
+    Result code = Result::kOk;
+    if (mHat->n != n) {
+        mHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = m.u[i / 2][i % 2].v;
+            code = NttForward(run.clk, u.limbs, Len(u), n, &mHat->u[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        mHat->n = n;
+    }
+    NttVector alHat, blHat, acc;
+    code = NttForward(run.clk, al.limbs, Len(al), n, &alHat);
+    if (Ok(code)) code = NttForward(run.clk, bl.limbs, Len(bl), n, &blHat);
+    if (Ok(code) && !acc.Reset(n)) code = Result::kNoMemory;
+    const NttVector* terms[2][4] = {{&mHat->u[1][1], &alHat, &mHat->u[0][1], &blHat},
+                                    {&mHat->u[0][0], &blHat, &mHat->u[1][0], &alHat}};
+    for (int k = 0; k < 2 && Ok(code); ++k) {
+        NttMulAccumulate(&acc, *terms[k][0], *terms[k][1], NttAccumulate::kSet);
+        NttMulAccumulate(&acc, *terms[k][2], *terms[k][3], NttAccumulate::kSub);
+        LimbBuffer limbs(count);
+        bool negative = false;
+        if (!limbs.ok()) return Result::kNoMemory;
+        code = NttToLimbsSigned(run.clk, &acc, count, limbs.get(), &negative);
+        if (!Ok(code)) return code;
+        BigInt& v = e[k].v;
+        BigFree(&v);
+        v.top = LimbsTrimTop(limbs.get(), count - 1);
+        v.limbs = limbs.Release();
+        v.negative = !BigIsZero(&v) && negative != (m.det < 0) ? 1 : 0;
+    }
+    return code;
+}
+
+// The corrections of Adjust. Low parts about twice as long as M's entries
+// (the gcd's rounds, the first call of each level) go in two halves when
+// that is cheaper: 8 forward and 4 inverse transforms of lu + h points
+// against 6 and 2 of lu + 2h, which the powers of two often round up to
+// twice as many.
+Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
+                   HgcdMatrixHat* mHat, BigTemp* e) {
+    // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
+    const int32_t lu = LongestEntry(m), low = std::max(Len(al), Len(bl));
+    const int32_t count = lu + low, h = (low + 1) / 2;
+    const int32_t n = NttPoints(count), nHalf = NttPoints(lu + h);
+    if (low < 2 || 12 * int64_t(nHalf) >= 8 * int64_t(n))
+        return CorrectionsAt(run, al, bl, m, mHat, n, count, e);
+    Result code = Result::kOk;
+    BigTemp high[2];
+    for (int j = 1; j >= 0 && Ok(code); --j) {
+        const BigInt aj = Slice(al, j * h, h), bj = Slice(bl, j * h, h);
+        code = CorrectionsAt(run, aj, bj, m, mHat, nHalf, lu + h, j == 1 ? high : e);
+    }
+    // e := e + high·B^h.
+    for (int k = 0; k < 2 && Ok(code); ++k) {
+        BigTemp shifted, sum;
+        code = FastShiftUp(&shifted.v, &high[k].v, h);
+        shifted.v.negative = high[k].v.negative;
+        if (Ok(code)) code = FastAdd(&sum.v, &e[k].v, &shifted.v);
+        if (Ok(code)) BigReplace(&e[k].v, &sum.v);
+    }
+    return code;
+}
+
 // (a; b) := M^−1·(a; b), where the tops a / B^p and b / B^p have been
 // reduced by M to A and B.
 Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp& B, const Matrix& m,
-              int32_t p) {
+              int32_t p, HgcdMatrixHat* mHat) {
     BigTemp na, nb;
-    if (p == 0) {
+    const int32_t lowLen = std::min(p, Len(a.v));
+    const int32_t lu = LongestEntry(m);
+    if (p > 0 && HgcdUseTransforms(std::min(lu, lowLen), std::max(lu, lowLen))) {
+        const BigInt al = LowView(a.v, p), bl = LowView(b.v, p);
+        const BigTemp* tops[2] = {&A, &B};
+        BigInt* outs[2] = {&na.v, &nb.v};
+        BigTemp e[2];
+        Result code = Corrections(run, al, bl, m, mHat, e);
+        for (int k = 0; k < 2 && Ok(code); ++k) {
+            BigTemp high;
+            code = FastShiftUp(&high.v, &tops[k]->v, p);
+            if (Ok(code)) code = FastAdd(outs[k], &high.v, &e[k].v);
+            assert(!Ok(code) || (!FastIsNegative(outs[k]) && !BigIsZero(outs[k])));
+        }
+        if (!Ok(code)) return code;
+    } else if (p == 0) {
         Result code = BigCopy(&na.v, &A.v);
         if (Ok(code)) code = BigCopy(&nb.v, &B.v);
         if (!Ok(code)) return code;
@@ -277,8 +414,9 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
     if (Ok(code)) code = SetIdentity(&top);
     if (Ok(code)) code = Hgcd(run, A, B, n, &top, &topMoved);
     if (!Ok(code) || !topMoved) return code;
-    code = Adjust(run, a, b, A, B, top, p);
-    if (Ok(code)) code = MatMul(run, m, top);
+    HgcdMatrixHat topHat;
+    code = Adjust(run, a, b, A, B, top, p, &topHat);
+    if (Ok(code)) code = MatMul(run, m, top, &topHat);
     if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
     *moved = true;
     return code;
@@ -319,6 +457,46 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
 }
 
 }  // namespace
+
+bool HgcdUseTransforms(int32_t shorter, int32_t longer) {
+    return shorter >= gFastThresholds.gcdMatrixNtt &&
+           NttPlanFits(NttPoints(shorter + longer), shorter, 2);
+}
+
+Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
+                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat) {
+    int32_t la = 1, lb = 1;
+    for (int i = 0; i < 2; ++i)
+        for (int t = 0; t < 2; ++t) {
+            if (i < rows) la = std::max(la, Len(*a[i][t]));
+            lb = std::max(lb, Len(*b[i][t]));
+        }
+    // A sum of two products is below 2·B^(la + lb − 1) <= B^(la + lb).
+    const int32_t count = la + lb;
+    const int32_t n = NttPoints(count);
+    Result code = Result::kOk;
+    if (bHat->n != n) {
+        bHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = *b[i / 2][i % 2];
+            code = NttForward(run.clk, u.limbs, Len(u), n, &bHat->u[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        bHat->n = n;
+    }
+    NttVector row[2], acc;
+    if (!acc.Reset(n)) return Result::kNoMemory;
+    for (int i = 0; i < rows && Ok(code); ++i) {
+        for (int t = 0; t < 2 && Ok(code); ++t)
+            code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        for (int j = 0; j < 2 && Ok(code); ++j) {
+            NttMulAccumulate(&acc, row[0], bHat->u[0][j], NttAccumulate::kSet);
+            NttMulAccumulate(&acc, row[1], bHat->u[1][j], NttAccumulate::kAdd);
+            code = TakeSum(run, &acc, count, r[i][j]);
+        }
+    }
+    return code;
+}
 
 Result HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
     *moved = false;

@@ -14,6 +14,7 @@
 #include "bigint/fast_ops.h"
 #include "bigint/gcd_lehmer.h"
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt_plan.h"
 
 struct HgcdMatrix {
     BigTemp u[2][2];
@@ -43,6 +44,26 @@ struct HgcdRun {
         return Result::kOk;
     }
 };
+
+// The transforms of a matrix's entries at one length, kept so that a
+// matrix used twice (the pair's update, then the product of matrices) is
+// transformed once.
+struct HgcdMatrixHat {
+    NttVector u[2][2];
+    int32_t n = 0;  // 0: none kept
+};
+
+// Whether products with factors of these lengths go by summed transforms:
+// both at least gcdMatrixNtt limbs, and within the transform's length.
+bool HgcdUseTransforms(int32_t shorter, int32_t longer);
+
+// r := a·b (rows 2), or r's top row := a's top row · b (rows 1), for
+// non-negative entries, each entry of r one inverse transform of a sum of
+// two pointwise products. bHat holds b's transforms and is reused when it
+// has the length this product needs, refreshed otherwise. r's entries are
+// written as new. kOk, kNoMemory, kStopped.
+Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
+                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat);
 
 // A number in a work array of fixed room, for the Lehmer steps of both.
 struct LimbSlot {

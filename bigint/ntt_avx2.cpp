@@ -180,6 +180,26 @@ void Pointwise(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, i
     for (int32_t i = 0; i < n; i += 8) Store(a + i, v.Mul(v.Mul(Load(a + i), Load(b + i)), f));
 }
 
+void MulAccumulate(const Mont& mt, uint32_t* acc, const uint32_t* a, const uint32_t* b,
+                   uint32_t scale, int how, int32_t n) {
+    if (n % 8 != 0) {
+        PortableNttKernels().mulAccumulate(mt, acc, a, b, scale, how, n);
+        return;
+    }
+    const V v(mt);
+    const __m256i f = Splat(scale);
+    for (int32_t i = 0; i < n; i += 8) {
+        const __m256i x = v.Mul(v.Mul(Load(a + i), Load(b + i)), f);
+        if (how == 0) {
+            Store(acc + i, x);
+        } else {
+            const __m256i y = Load(acc + i);
+            Store(acc + i, v.Fold(how == 1 ? _mm256_add_epi32(y, x)
+                                           : _mm256_sub_epi32(_mm256_add_epi32(y, v.twoP), x)));
+        }
+    }
+}
+
 // x mod p for x < 2p.
 inline __m256i Below(__m256i x, __m256i p) { return _mm256_min_epu32(x, _mm256_sub_epi32(x, p)); }
 
@@ -207,7 +227,8 @@ void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out
     PortableNttKernels().crt(c, r1 + k, r2 + k, out + k, count - k);
 }
 
-const NttKernels kAvx2 = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise, Crt};
+const NttKernels kAvx2 = {ForwardStage, InverseStage,  ForwardTail, InverseHead,
+                          Pointwise,    MulAccumulate, Crt};
 
 }  // namespace
 

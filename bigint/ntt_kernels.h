@@ -1,4 +1,4 @@
-// The butterfly kernels of the number-theoretic transform (mul_ntt.cpp), in a
+// The butterfly kernels of the number-theoretic transform (ntt_plan.cpp), in a
 // portable version and one for processors with AVX2, chosen once at run time.
 //
 // Points are residues kept lazily in [0, 2p) for primes p < 2^30; twiddles
@@ -55,6 +55,10 @@ struct NttKernels {
     // a[i] := a[i]·b[i]·scale·R^−2 (b null: a[i] squared), for the pointwise
     // product between the transforms.
     void (*pointwise)(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, int32_t n);
+    // With x = a[i]·b[i]·scale·R^−2: acc[i] := x (how 0), acc[i] + x (1) or
+    // acc[i] − x (2), for sums of products between the transforms.
+    void (*mulAccumulate)(const Mont& mt, uint32_t* acc, const uint32_t* a, const uint32_t* b,
+                          uint32_t scale, int how, int32_t n);
     // out[k] := the joined value of r1[k] and r2[k], k < count.
     void (*crt)(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out,
                 int32_t count);

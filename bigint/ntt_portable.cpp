@@ -82,6 +82,15 @@ void Pointwise(const Mont& mt, uint32_t* a, const uint32_t* b, uint32_t scale, i
     for (int32_t i = 0; i < n; ++i) a[i] = mt.Mul(mt.Mul(a[i], b[i]), scale);
 }
 
+void MulAccumulate(const Mont& mt, uint32_t* acc, const uint32_t* a, const uint32_t* b,
+                   uint32_t scale, int how, int32_t n) {
+    const uint32_t twoP = 2 * mt.p;
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t x = mt.Mul(mt.Mul(a[i], b[i]), scale);
+        acc[i] = how == 0 ? x : how == 1 ? Fold(acc[i] + x, twoP) : Fold(acc[i] + twoP - x, twoP);
+    }
+}
+
 void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out, int32_t count) {
     const uint32_t p1 = c.p1, p2 = c.m2.p;
     for (int32_t k = 0; k < count; ++k) {
@@ -95,7 +104,8 @@ void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out
     }
 }
 
-const NttKernels kPortable = {ForwardStage, InverseStage, ForwardTail, InverseHead, Pointwise, Crt};
+const NttKernels kPortable = {ForwardStage, InverseStage,  ForwardTail, InverseHead,
+                              Pointwise,    MulAccumulate, Crt};
 bool gPortable = false;
 
 }  // namespace

@@ -24,6 +24,9 @@ struct FastThresholds {
     int32_t gcdLehmer = 30;               // limbs of the smaller operand
     int32_t gcdHalf = 1000;               // limbs of the smaller operand
     int32_t gcdHalfLeaf = 600;            // limbs: half-gcd calls below this are Lehmer leaves
+    // Limbs of the shorter factor from which the half-gcd's matrix products
+    // and pair updates add products of transforms (each factor transformed once).
+    int32_t gcdMatrixNtt = 150;
     int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
@@ -74,6 +77,7 @@ struct FastThresholds {
         t.powVector = 1;
         t.gcdHalf = 6;
         t.gcdHalfLeaf = 5;
+        t.gcdMatrixNtt = 4;
         t.modInverse = 1;
         t.modInverseHalf = 6;
         t.radixDivide = 8;

@@ -1,6 +1,6 @@
 // Lehmer's gcd, the half-gcd and the inverse by the extended gcd against
 // Euclid by long division and GMP: random pairs of every shape around the
-// thresholds, large common factors, pairs built from chosen quotient
+// thresholds (products of matrices by summed transforms or not), large common factors, pairs built from chosen quotient
 // sequences (all ones; one huge quotient anywhere), the inverse's kept
 // answers.
 #include <gtest/gtest.h>
@@ -91,6 +91,17 @@ TEST(FastGcd, SizesAroundTheThresholdsAgreeWithGmp) {
         ThresholdScope scope(lowered);
         for (int32_t n : {leaf, 2 * leaf - 1, 2 * leaf, 4 * leaf + 1, 300})
             CheckGcd(Operand(n, Shape::Random), Operand(n - 1, Shape::Random), false);
+    }
+    // Matrices and pair updates by summed transforms from every size, from
+    // some, or never; the inverse's row likewise.
+    for (int32_t from : {1, 30, 1 << 30}) {
+        lowered.gcdHalfLeaf = 8;
+        lowered.gcdMatrixNtt = from;
+        ThresholdScope scope(lowered);
+        for (const Shape shape : {Shape::Random, Shape::Nines}) {
+            CheckGcd(Operand(500, shape), Operand(499, Shape::Random), false);
+            CheckInverse(Operand(499, Shape::Random), Operand(500, shape));
+        }
     }
 }
 
