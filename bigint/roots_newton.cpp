@@ -18,6 +18,8 @@
 //
 // Allocation: none of its own; its records come from the operations it
 // calls, which answer code 3 for a refused array.
+#include <initializer_list>
+
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
@@ -87,8 +89,39 @@ Result Times3(BigInt* r, const BigInt* x) {
     return !Ok(code) ? code : FastAdd(r, &twice.v, x);
 }
 
-// s, r with s³ <= a < (s + 1)³, r = a − s³, for a >= 0.
-Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
+// Leading limbs kept of each factor when a remainder's sign is bounded.
+constexpr int32_t kLead = 8;
+
+// Whether a > f1·f2·…: shown from the factors' leading kLead limbs each,
+// rounded up, so that their product bounds the true one from above. A
+// remainder of the top level, wanted only for its sign and whether it is
+// zero, is thus told positive without the product of its full length; the
+// rare cases the bound cannot decide (among them every exact root) are left
+// to the full product.
+Result ShownAbove(CalcContext* ctx, const BigInt* a, std::initializer_list<const BigInt*> factors,
+                  bool* shown) {
+    BigTemp bound, one;
+    int32_t shift = 0;
+    Result code = BigFromInt(&bound.v, 1);
+    if (Ok(code)) code = BigFromInt(&one.v, 1);
+    for (const BigInt* f : factors) {
+        const int32_t drop = f->top + 1 > kLead ? f->top + 1 - kLead : 0;
+        BigTemp lead, up, next;
+        if (Ok(code)) code = FastShiftDown(&lead.v, f, drop);
+        if (Ok(code)) code = drop > 0 ? FastAdd(&up.v, &lead.v, &one.v) : BigCopy(&up.v, &lead.v);
+        if (Ok(code)) code = FastMul(ctx, &next.v, &bound.v, &up.v);
+        if (Ok(code)) BigReplace(&bound.v, &next.v);
+        shift += drop;
+    }
+    BigTemp full;
+    if (Ok(code)) code = FastShiftUp(&full.v, &bound.v, shift);
+    if (Ok(code)) *shown = BigCompareMag(a, &full.v) < 0;
+    return code;
+}
+
+// s, r with s³ <= a < (s + 1)³, r = a − s³, for a >= 0. Unless exact, r
+// may come back as 1 in place of a remainder shown positive.
+Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exact) {
     const int32_t n = a->top + 1;
     const int32_t l = ((n + 2) / 3 - 2) / 2;
     if (l < 1 || n < gFastThresholds.cbrtNewton) {
@@ -103,7 +136,7 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     }
     BigTemp top, s1, r1, t, a1, num1, num, sq, d, q, u, ss, q2, s3, w, c, a0, ub, sum, rr;
     Result code = FastShiftDown(&top.v, a, 3 * l);
-    if (Ok(code)) code = CbrtRem(ctx, &top.v, &s1.v, &r1.v);
+    if (Ok(code)) code = CbrtRem(ctx, &top.v, &s1.v, &r1.v, true);
     BigFree(&top.v);
     // q, u = divmod(r'·β + a1, 3s'²), a1 the limbs [2l, 3l) of a.
     if (Ok(code)) code = FastShiftDown(&t.v, a, 2 * l);
@@ -119,11 +152,17 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     if (Ok(code)) code = FastAdd(&ss.v, &t.v, &q.v);
     if (Ok(code)) code = Times3(&s3.v, &t.v);
     if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
-    if (Ok(code)) code = FastMul(ctx, &q2.v, &q.v, &q.v);
-    if (Ok(code)) code = FastMul(ctx, &c.v, &q2.v, &w.v);
     if (Ok(code)) code = FastLowPart(&a0.v, a, 2 * l);
     if (Ok(code)) code = FastShiftUp(&ub.v, &u.v, 2 * l);
     if (Ok(code)) code = FastAdd(&sum.v, &ub.v, &a0.v);
+    bool shown = false;
+    if (Ok(code) && !exact) code = ShownAbove(ctx, &sum.v, {&q.v, &q.v, &w.v}, &shown);
+    if (Ok(code) && shown) {
+        BigMove(s, &ss.v);
+        return BigFromInt(r, 1);
+    }
+    if (Ok(code)) code = FastMul(ctx, &q2.v, &q.v, &q.v);
+    if (Ok(code)) code = FastMul(ctx, &c.v, &q2.v, &w.v);
     if (Ok(code)) code = FastSub(&rr.v, &sum.v, &c.v);
     // q = floor(num / 3s'²) never falls below the root's low part, and s'
     // has two limbs more than β, so it exceeds it by one at most, and rarely:
@@ -164,7 +203,7 @@ Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
 Result CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result) {
     const BigInt xm = BigMagnitudeView(x);
     BigTemp r;
-    const Result code = CbrtRem(ctx, &xm, result, &r.v);
+    const Result code = CbrtRem(ctx, &xm, result, &r.v, false);
     if (!Ok(code)) return code;
     result->negative = x->negative;
     return BigIsZero(&r.v) ? Result::kOk : kRootInexact;
