@@ -32,57 +32,6 @@ Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     return !Ok(code) ? code : FastAdd(r, x, &t.v);
 }
 
-// s, r with s² <= a < (s + 1)², r = a − s², for a >= 0.
-Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
-    const int32_t n = a->top + 1;
-    const int32_t l = (n - 1) / 4;
-    if (l == 0 || n < gFastThresholds.sqrtRecursive) {
-        BigTemp sq;
-        Result code = SqrtSchool(ctx, a, s);
-        if (Ok(code) || code == 1) code = FastMul(ctx, &sq.v, s, s);
-        return !Ok(code) ? code : FastSub(r, a, &sq.v);
-    }
-    BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
-    Result code = FastShiftDown(&top.v, a, 2 * l);
-    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v);
-    // num = r'·β + a1, divided by 2s'
-    if (Ok(code)) code = FastShiftDown(&t.v, a, l);
-    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
-    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
-    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
-    if (Ok(code)) code = FastAdd(&two.v, &s1.v, &s1.v);
-    if (Ok(code)) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
-    // s = s'·β + q;  r = u·β + a0 − q²
-    if (Ok(code)) code = FastShiftUp(&t1.v, &s1.v, l);
-    if (Ok(code)) code = FastAdd(&ss.v, &t1.v, &q.v);
-    if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
-    if (Ok(code)) code = FastLowPart(&a0.v, a, l);
-    BigFree(&t.v);
-    if (Ok(code)) code = FastShiftUp(&t.v, &u.v, l);
-    BigFree(&t1.v);
-    if (Ok(code)) code = FastAdd(&t1.v, &t.v, &a0.v);
-    if (Ok(code)) code = FastSub(&rr.v, &t1.v, &qq.v);
-    // One correction suffices in theory; the loop also guards a remainder
-    // that came out too large.
-    while (Ok(code) && FastIsNegative(&rr.v)) {
-        BigTemp s2, r2, r3;
-        code = FastAdd(&s2.v, &ss.v, &ss.v);                // 2s
-        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
-        if (Ok(code)) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
-        BigFree(&s2.v);
-        if (Ok(code)) code = AddSmall(&s2.v, &ss.v, -1);
-        if (Ok(code)) {
-            BigReplace(&rr.v, &r3.v);
-            BigReplace(&ss.v, &s2.v);
-        }
-    }
-    if (Ok(code)) {
-        BigMove(s, &ss.v);
-        BigMove(r, &rr.v);
-    }
-    return code;
-}
-
 Result Times3(BigInt* r, const BigInt* x) {
     BigTemp twice;
     const Result code = FastAdd(&twice.v, x, x);
@@ -116,6 +65,65 @@ Result ShownAbove(CalcContext* ctx, const BigInt* a, std::initializer_list<const
     BigTemp full;
     if (Ok(code)) code = FastShiftUp(&full.v, &bound.v, shift);
     if (Ok(code)) *shown = BigCompareMag(a, &full.v) < 0;
+    return code;
+}
+
+// s, r with s² <= a < (s + 1)², r = a − s², for a >= 0. Unless exact, r
+// may come back as 1 in place of a remainder shown positive.
+Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exact) {
+    const int32_t n = a->top + 1;
+    const int32_t l = (n - 1) / 4;
+    if (l == 0 || n < gFastThresholds.sqrtRecursive) {
+        BigTemp sq;
+        Result code = SqrtSchool(ctx, a, s);
+        if (Ok(code) || code == 1) code = FastMul(ctx, &sq.v, s, s);
+        return !Ok(code) ? code : FastSub(r, a, &sq.v);
+    }
+    BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
+    Result code = FastShiftDown(&top.v, a, 2 * l);
+    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v, true);
+    // num = r'·β + a1, divided by 2s'
+    if (Ok(code)) code = FastShiftDown(&t.v, a, l);
+    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
+    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
+    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
+    if (Ok(code)) code = FastAdd(&two.v, &s1.v, &s1.v);
+    if (Ok(code)) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
+    // s = s'·β + q;  r = u·β + a0 − q²
+    if (Ok(code)) code = FastShiftUp(&t1.v, &s1.v, l);
+    if (Ok(code)) code = FastAdd(&ss.v, &t1.v, &q.v);
+    if (Ok(code)) code = FastLowPart(&a0.v, a, l);
+    BigFree(&t.v);
+    if (Ok(code)) code = FastShiftUp(&t.v, &u.v, l);
+    BigFree(&t1.v);
+    if (Ok(code)) code = FastAdd(&t1.v, &t.v, &a0.v);
+    bool shown = false;
+    if (Ok(code) && !exact) code = ShownAbove(ctx, &t1.v, {&q.v, &q.v}, &shown);
+    if (Ok(code) && shown) {
+        code = BigFromInt(r, 1);
+        if (Ok(code)) BigMove(s, &ss.v);
+        return code;
+    }
+    if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
+    if (Ok(code)) code = FastSub(&rr.v, &t1.v, &qq.v);
+    // One correction suffices in theory; the loop also guards a remainder
+    // that came out too large.
+    while (Ok(code) && FastIsNegative(&rr.v)) {
+        BigTemp s2, r2, r3;
+        code = FastAdd(&s2.v, &ss.v, &ss.v);                // 2s
+        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
+        if (Ok(code)) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
+        BigFree(&s2.v);
+        if (Ok(code)) code = AddSmall(&s2.v, &ss.v, -1);
+        if (Ok(code)) {
+            BigReplace(&rr.v, &r3.v);
+            BigReplace(&ss.v, &s2.v);
+        }
+    }
+    if (Ok(code)) {
+        BigMove(s, &ss.v);
+        BigMove(r, &rr.v);
+    }
     return code;
 }
 
@@ -158,8 +166,9 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &sum.v, {&q.v, &q.v, &w.v}, &shown);
     if (Ok(code) && shown) {
-        BigMove(s, &ss.v);
-        return BigFromInt(r, 1);
+        code = BigFromInt(r, 1);
+        if (Ok(code)) BigMove(s, &ss.v);
+        return code;
     }
     if (Ok(code)) code = FastMul(ctx, &q2.v, &q.v, &q.v);
     if (Ok(code)) code = FastMul(ctx, &c.v, &q2.v, &w.v);
@@ -194,7 +203,7 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
 Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp r;
     const BigInt xm = BigMagnitudeView(x);
-    const Result code = SqrtRem(ctx, &xm, result, &r.v);
+    const Result code = SqrtRem(ctx, &xm, result, &r.v, false);
     if (!Ok(code)) return code;
     result->negative = 0;
     return BigIsZero(&r.v) ? Result::kOk : kRootInexact;
