@@ -2,11 +2,18 @@
 //
 // For a divisor d of m limbs and a quotient of L <= m limbs, k = min(m, L + 2)
 // leading limbs D of d suffice. R ≈ B^2k / D (B = 10000) is found by Newton's
-// iteration at doubling precision; then q ≈ floor(x / B^(m−2)) · R / B^(k+2)
-// is within a few units of the true quotient, and the remainder x − q·d
-// tells how many units to correct. Longer quotients are formed m limbs at a
-// time, the reciprocal computed once. A quotient costs about four products
-// of its size.
+// iteration at doubling precision, each step a product of k by k/2 limbs and
+// one of k/2 by k/2; then q ≈ floor(x / B^(m−2)) · R / B^(k+2) is within a
+// few units of the true quotient, and the remainder x − q·d tells how many
+// units to correct. Longer quotients are formed k − 2 limbs at a time, the
+// reciprocal computed once.
+//
+// Products per division of 2m by m limbs, counted by their lengths (la + lb,
+// the transform's size): a divisor seen once gets the reciprocal of its
+// leading half (steps of 0.75m + 0.5m, 0.375m + 0.25m, ...) and two blocks of
+// m/2 quotient limbs, each a product of length m and one of 1.5m. A divisor
+// seen again completes its reciprocal by one step (1.5m + m), after which a
+// division is two products of length 2m.
 //
 // Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer); a refused
 // array answers code 3.
