@@ -46,12 +46,16 @@ struct DivisorCache {
     // The prepared divisor for dm in *out. kOk, kNoMemory, kStopped (the cache is then empty).
     Result For(CalcContext* ctx, const BigInt* dm, const NewtonDivisor** out) {
         *out = &divisor;
+        Result code = Result::kOk;
         if (d.limbs && d.top == dm->top &&
-            std::memcmp(d.limbs, dm->limbs, sizeof(Limb) * size_t(d.top + 1)) == 0)
-            return Result::kOk;
+            std::memcmp(d.limbs, dm->limbs, sizeof(Limb) * size_t(d.top + 1)) == 0) {
+            code = NewtonDivisorComplete(ctx, &divisor);  // seen again: worth the full reciprocal
+            if (!Ok(code)) Release();
+            return code;
+        }
         Release();
-        Result code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
-        if (Ok(code)) code = NewtonDivisorPrepare(ctx, &d, &divisor);
+        code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
+        if (Ok(code)) code = NewtonDivisorStart(ctx, &d, &divisor);
         if (!Ok(code)) Release();
         return code;
     }

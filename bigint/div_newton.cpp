@@ -2,11 +2,18 @@
 //
 // For a divisor d of m limbs and a quotient of L <= m limbs, k = min(m, L + 2)
 // leading limbs D of d suffice. R ≈ B^2k / D (B = 10000) is found by Newton's
-// iteration at doubling precision; then q ≈ floor(x / B^(m−2)) · R / B^(k+2)
-// is within a few units of the true quotient, and the remainder x − q·d
-// tells how many units to correct. Longer quotients are formed m limbs at a
-// time, the reciprocal computed once. A quotient costs about four products
-// of its size.
+// iteration at doubling precision, each step a product of k by k/2 limbs and
+// one of k/2 by k/2; then q ≈ floor(x / B^(m−2)) · R / B^(k+2) is within a
+// few units of the true quotient, and the remainder x − q·d tells how many
+// units to correct. Longer quotients are formed k − 2 limbs at a time, the
+// reciprocal computed once.
+//
+// Products per division of 2m by m limbs, counted by their lengths (la + lb,
+// the transform's size): a divisor seen once gets the reciprocal of its
+// leading half (steps of 0.75m + 0.5m, 0.375m + 0.25m, ...) and two blocks of
+// m/2 quotient limbs, each a product of length m and one of 1.5m. A divisor
+// seen again completes its reciprocal by one step (1.5m + m), after which a
+// division is two products of length 2m.
 //
 // Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer); a refused
 // array answers code 3.
@@ -72,28 +79,29 @@ Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const Big
     return DivModSchool(ctx, X, d, q, r);
 }
 
-}  // namespace
+// Precision of the reciprocal that one Newton step takes to k limbs.
+int32_t HalfPrecision(int32_t k) { return (k + 1) / 2 + 2; }
 
-Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
-    assert(D->top + 1 == k && k >= 2);
-    const int32_t base = gFastThresholds.divNewton > 6 ? gFastThresholds.divNewton : 6;
-    if (k <= base) return ReciprocalBase(ctx, D, k, result);
-    // Rh ≈ B^2h / Dh from the leading h limbs; one Newton step
-    //   R = Rh·B^(k−h) + Rh·E / B^2h,  E = B^(k+h) − D·Rh,
-    // squares its relative error, about B^(1−h), to below B^(−k−2).
-    const int32_t h = (k + 1) / 2 + 2;
-    BigTemp dh, rh, t, power, e, et, corr, corrShift, r0;
-    Result code = FastShiftDown(&dh.v, D, k - h);
-    if (Ok(code)) code = Reciprocal(ctx, &dh.v, h, &rh.v);
-    if (Ok(code)) code = FastMul(ctx, &t.v, D, &rh.v);
+int32_t ReciprocalBaseLimit() {
+    return gFastThresholds.divNewton > 6 ? gFastThresholds.divNewton : 6;
+}
+
+// One Newton step from Rh ≈ B^2h / Dh, Dh the leading h = HalfPrecision(k)
+// limbs of D:
+//   R = Rh·B^(k−h) + Rh·E / B^2h,  E = B^(k+h) − D·Rh,
+// squares its relative error, about B^(1−h), to below B^(−k−2).
+Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh, BigInt* result) {
+    const int32_t h = HalfPrecision(k);
+    BigTemp t, power, e, et, corr, corrShift, r0;
+    Result code = FastMul(ctx, &t.v, D, rh);
     if (Ok(code)) code = FastPowerOfBase(&power.v, k + h);
     if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
     if (Ok(code)) code = FastShiftDown(&et.v, &e.v, drop);
-    if (Ok(code)) code = FastMul(ctx, &corr.v, &rh.v, &et.v);
+    if (Ok(code)) code = FastMul(ctx, &corr.v, rh, &et.v);
     if (Ok(code)) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
-    if (Ok(code)) code = FastShiftUp(&r0.v, &rh.v, k - h);
+    if (Ok(code)) code = FastShiftUp(&r0.v, rh, k - h);
     if (Ok(code)) {
         corrShift.v.negative = FastIsNegative(&e.v) ? 1 : 0;
         code = FastAdd(result, &r0.v, &corrShift.v);
@@ -101,10 +109,49 @@ Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) 
     return code;
 }
 
-Result NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
+}  // namespace
+
+Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
+    assert(D->top + 1 == k && k >= 2);
+    if (k <= ReciprocalBaseLimit()) return ReciprocalBase(ctx, D, k, result);
+    BigTemp dh, rh;
+    const int32_t h = HalfPrecision(k);
+    Result code = FastShiftDown(&dh.v, D, k - h);
+    if (Ok(code)) code = Reciprocal(ctx, &dh.v, h, &rh.v);
+    return !Ok(code) ? code : NewtonStep(ctx, D, k, &rh.v, result);
+}
+
+// A divisor used once needs no more than the reciprocal of its leading
+// half: the quotient then comes in blocks of half the divisor's length, each
+// a product of the half's length and one of 1.5 times it, where the full
+// reciprocal would cost one more Newton step and blocks of two products of
+// twice the length. A second division by it completes the reciprocal with
+// that step, so that a divisor used often pays the full one once.
+Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
+    const int32_t m = d->top + 1;
     divisor->d = d;
-    divisor->k = d->top + 1;
-    return Reciprocal(ctx, d, divisor->k, &divisor->R);
+    divisor->k = m;
+    if (m <= ReciprocalBaseLimit()) return Reciprocal(ctx, d, m, &divisor->R);
+    divisor->k = HalfPrecision(m);
+    BigTemp dh;
+    const Result code = FastShiftDown(&dh.v, d, m - divisor->k);
+    return !Ok(code) ? code : Reciprocal(ctx, &dh.v, divisor->k, &divisor->R);
+}
+
+Result NewtonDivisorComplete(CalcContext* ctx, NewtonDivisor* divisor) {
+    const int32_t m = divisor->d->top + 1;
+    if (divisor->k == m) return Result::kOk;
+    BigTemp full;
+    const Result code = NewtonStep(ctx, divisor->d, m, &divisor->R, &full.v);
+    if (!Ok(code)) return code;
+    BigReplace(&divisor->R, &full.v);
+    divisor->k = m;
+    return Result::kOk;
+}
+
+Result NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
+    const Result code = NewtonDivisorStart(ctx, d, divisor);
+    return !Ok(code) ? code : NewtonDivisorComplete(ctx, divisor);
 }
 
 Result DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
@@ -127,8 +174,10 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     const int32_t n = x->top + 1, m = d->top + 1;
     if (BigCompareMag(x, d) >= 0) return FastDivMod(ctx, x, d, quotient, remainder);
     const int32_t total = n - m + 1;
-    const int32_t block = total < m ? total : m;
     const int32_t k = divisor->k;
+    // A reciprocal of k < m leading limbs gives quotient blocks of k − 2.
+    const int32_t cap = k < m ? k - 2 : m;
+    const int32_t block = total < cap ? total : cap;
     const BigInt* R = &divisor->R;
     Result code = Result::kOk;
 

@@ -27,6 +27,10 @@ struct NewtonDivisor {
 };
 // Reciprocal of all of d (at least 2 limbs, canonical), good for any quotient.
 Result NewtonDivisorPrepare(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor);
+// The same in two steps: the reciprocal of d's leading half, enough for one
+// division, then (for a divisor seen again) the rest of it.
+Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor);
+Result NewtonDivisorComplete(CalcContext* ctx, NewtonDivisor* divisor);
 // |x| divmod d for any x >= 0 with a prepared divisor (or one made by
 // DivModNewton for quotients as long as x's).
 Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor* divisor,

@@ -1,5 +1,4 @@
-// Square roots by the recursive square root with remainder, cube roots by
-// Newton's iteration from above.
+// Square and cube roots by recursion on the leading part, with remainder.
 //
 // Square root: split a = a3·β³ + a2·β² + a1·β + a0 (β = B^l, l = (n − 1)/4
 // limbs, so a3 has more than l limbs and a3 >= β/4 holds without scaling).
@@ -7,13 +6,20 @@
 // then s = s'·β + q and r = u·β + a0 − q², corrected once when negative.
 // Cost: one division of half size and one square of quarter size per level.
 //
-// Cube root: the root y' of x's leading limbs (x without its low 3t limbs)
-// gives the upper bound (y' + 1)·B^t; one Newton step y ← (2y + x / y²) / 3
-// brings it within a few units above the root, and steps of one with the
-// cube kept by differences end on the floor of the root.
+// Cube root with remainder, the same scheme one degree up: split
+// a = a_h·β³ + a1·β² + a0 (β = B^l, l about a sixth of a's limbs less one, so
+// the root s' of a_h has two limbs more than β). With s', r' of a_h,
+// q, u = divmod(r'·β + a1, 3s'²) never falls below the low part of the root
+// and exceeds it by one at most; s = s'·β + q and
+// r = u·β² + a0 − q²·(3s'·β + q), corrected when negative. Cost per level:
+// a square of s', a division of a half-size quotient by 3s'², a square of q
+// and one product of the root's size; the remainder tells exactness, so the
+// root is never cubed.
 //
 // Allocation: none of its own; its records come from the operations it
 // calls, which answer code 3 for a refused array.
+#include <initializer_list>
+
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
@@ -26,8 +32,45 @@ Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     return !Ok(code) ? code : FastAdd(r, x, &t.v);
 }
 
-// s, r with s² <= a < (s + 1)², r = a − s², for a >= 0.
-Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
+Result Times3(BigInt* r, const BigInt* x) {
+    BigTemp twice;
+    const Result code = FastAdd(&twice.v, x, x);
+    return !Ok(code) ? code : FastAdd(r, &twice.v, x);
+}
+
+// Leading limbs kept of each factor when a remainder's sign is bounded.
+constexpr int32_t kLead = 8;
+
+// Whether a > f1·f2·…: shown from the factors' leading kLead limbs each,
+// rounded up, so that their product bounds the true one from above. A
+// remainder of the top level, wanted only for its sign and whether it is
+// zero, is thus told positive without the product of its full length; the
+// rare cases the bound cannot decide (among them every exact root) are left
+// to the full product.
+Result ShownAbove(CalcContext* ctx, const BigInt* a, std::initializer_list<const BigInt*> factors,
+                  bool* shown) {
+    BigTemp bound, one;
+    int32_t shift = 0;
+    Result code = BigFromInt(&bound.v, 1);
+    if (Ok(code)) code = BigFromInt(&one.v, 1);
+    for (const BigInt* f : factors) {
+        const int32_t drop = f->top + 1 > kLead ? f->top + 1 - kLead : 0;
+        BigTemp lead, up, next;
+        if (Ok(code)) code = FastShiftDown(&lead.v, f, drop);
+        if (Ok(code)) code = drop > 0 ? FastAdd(&up.v, &lead.v, &one.v) : BigCopy(&up.v, &lead.v);
+        if (Ok(code)) code = FastMul(ctx, &next.v, &bound.v, &up.v);
+        if (Ok(code)) BigReplace(&bound.v, &next.v);
+        shift += drop;
+    }
+    BigTemp full;
+    if (Ok(code)) code = FastShiftUp(&full.v, &bound.v, shift);
+    if (Ok(code)) *shown = BigCompareMag(a, &full.v) < 0;
+    return code;
+}
+
+// s, r with s² <= a < (s + 1)², r = a − s², for a >= 0. Unless exact, r
+// may come back as 1 in place of a remainder shown positive.
+Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exact) {
     const int32_t n = a->top + 1;
     const int32_t l = (n - 1) / 4;
     if (l == 0 || n < gFastThresholds.sqrtRecursive) {
@@ -38,7 +81,7 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     }
     BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
     Result code = FastShiftDown(&top.v, a, 2 * l);
-    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v);
+    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v, true);
     // num = r'·β + a1, divided by 2s'
     if (Ok(code)) code = FastShiftDown(&t.v, a, l);
     if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
@@ -49,12 +92,19 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     // s = s'·β + q;  r = u·β + a0 − q²
     if (Ok(code)) code = FastShiftUp(&t1.v, &s1.v, l);
     if (Ok(code)) code = FastAdd(&ss.v, &t1.v, &q.v);
-    if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
     if (Ok(code)) code = FastLowPart(&a0.v, a, l);
     BigFree(&t.v);
     if (Ok(code)) code = FastShiftUp(&t.v, &u.v, l);
     BigFree(&t1.v);
     if (Ok(code)) code = FastAdd(&t1.v, &t.v, &a0.v);
+    bool shown = false;
+    if (Ok(code) && !exact) code = ShownAbove(ctx, &t1.v, {&q.v, &q.v}, &shown);
+    if (Ok(code) && shown) {
+        code = BigFromInt(r, 1);
+        if (Ok(code)) BigMove(s, &ss.v);
+        return code;
+    }
+    if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
     if (Ok(code)) code = FastSub(&rr.v, &t1.v, &qq.v);
     // One correction suffices in theory; the loop also guards a remainder
     // that came out too large.
@@ -77,91 +127,74 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r) {
     return code;
 }
 
-// next := floor((2y + floor(x / y²)) / 3), Newton's step for the cube root;
-// never below the floor of the root, and below y while y is above it.
-Result NewtonStep(CalcContext* ctx, const BigInt* x, const BigInt* y, BigInt* next) {
-    BigTemp sq, quo, rem, twice, sum, three, r3;
-    Result code = FastMul(ctx, &sq.v, y, y);
-    if (Ok(code)) code = FastDivMod(ctx, x, &sq.v, &quo.v, &rem.v);
-    if (Ok(code)) code = FastAdd(&twice.v, y, y);
-    if (Ok(code)) code = FastAdd(&sum.v, &twice.v, &quo.v);
-    if (Ok(code)) code = BigFromInt(&three.v, 3);
-    if (Ok(code)) code = FastDivMod(ctx, &sum.v, &three.v, next, &r3.v);
-    return code;
-}
-
-// Lowers y >= floor(cbrt(x)) to it by steps of one, keeping y² and y³ by
-// differences: (y − 1)² = y² − 2y + 1, (y − 1)³ = y³ − 3y² + 3y − 1. Gives
-// up (*done false) after a few steps, leaving y where it got to.
-Result StepDownToFloor(CalcContext* ctx, const BigInt* x, BigInt* y, bool* done) {
-    constexpr int kMaxSteps = 8;
-    BigTemp sq, cube;
-    Result code = FastMul(ctx, &sq.v, y, y);
-    if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, y);
-    *done = false;
-    for (int i = 0; Ok(code) && i <= kMaxSteps; ++i) {
-        if (BigCompareMag(&cube.v, x) >= 0) {  // y³ <= x
-            *done = true;
-            break;
+// s, r with s³ <= a < (s + 1)³, r = a − s³, for a >= 0. Unless exact, r
+// may come back as 1 in place of a remainder shown positive.
+Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exact) {
+    const int32_t n = a->top + 1;
+    const int32_t l = ((n + 2) / 3 - 2) / 2;
+    if (l < 1 || n < gFastThresholds.cbrtNewton) {
+        BigTemp sq, cube;
+        Result code = CbrtSchool(ctx, a, s);
+        if (Ok(code) || code == kRootInexact) {
+            s->negative = 0;
+            code = FastMul(ctx, &sq.v, s, s);
         }
-        if (i == kMaxSteps) break;
-        BigTemp y2, y3, sq2, sq3, d, c1, c2, s1, s2, y1;
-        code = FastAdd(&y2.v, y, y);
-        if (Ok(code)) code = FastAdd(&y3.v, &y2.v, y);
-        if (Ok(code)) code = FastAdd(&sq2.v, &sq.v, &sq.v);
-        if (Ok(code)) code = FastAdd(&sq3.v, &sq2.v, &sq.v);
-        if (Ok(code)) code = FastSub(&d.v, &sq3.v, &y3.v);  // 3y² − 3y
-        if (Ok(code)) code = FastSub(&c1.v, &cube.v, &d.v);
-        if (Ok(code)) code = AddSmall(&c2.v, &c1.v, -1);
-        if (Ok(code)) code = FastSub(&s1.v, &sq.v, &y2.v);
-        if (Ok(code)) code = AddSmall(&s2.v, &s1.v, 1);
-        if (Ok(code)) code = AddSmall(&y1.v, y, -1);
+        if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, s);
+        return !Ok(code) ? code : FastSub(r, a, &cube.v);
+    }
+    BigTemp top, s1, r1, t, a1, num1, num, sq, d, q, u, ss, q2, s3, w, c, a0, ub, sum, rr;
+    Result code = FastShiftDown(&top.v, a, 3 * l);
+    if (Ok(code)) code = CbrtRem(ctx, &top.v, &s1.v, &r1.v, true);
+    BigFree(&top.v);
+    // q, u = divmod(r'·β + a1, 3s'²), a1 the limbs [2l, 3l) of a.
+    if (Ok(code)) code = FastShiftDown(&t.v, a, 2 * l);
+    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
+    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
+    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
+    if (Ok(code)) code = FastMul(ctx, &sq.v, &s1.v, &s1.v);
+    if (Ok(code)) code = Times3(&d.v, &sq.v);
+    if (Ok(code)) code = FastDivMod(ctx, &num.v, &d.v, &q.v, &u.v);
+    // s = s'·β + q;  r = u·β² + a0 − q²·(3s'·β + q)
+    BigFree(&t.v);
+    if (Ok(code)) code = FastShiftUp(&t.v, &s1.v, l);
+    if (Ok(code)) code = FastAdd(&ss.v, &t.v, &q.v);
+    if (Ok(code)) code = Times3(&s3.v, &t.v);
+    if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
+    if (Ok(code)) code = FastLowPart(&a0.v, a, 2 * l);
+    if (Ok(code)) code = FastShiftUp(&ub.v, &u.v, 2 * l);
+    if (Ok(code)) code = FastAdd(&sum.v, &ub.v, &a0.v);
+    bool shown = false;
+    if (Ok(code) && !exact) code = ShownAbove(ctx, &sum.v, {&q.v, &q.v, &w.v}, &shown);
+    if (Ok(code) && shown) {
+        code = BigFromInt(r, 1);
+        if (Ok(code)) BigMove(s, &ss.v);
+        return code;
+    }
+    if (Ok(code)) code = FastMul(ctx, &q2.v, &q.v, &q.v);
+    if (Ok(code)) code = FastMul(ctx, &c.v, &q2.v, &w.v);
+    if (Ok(code)) code = FastSub(&rr.v, &sum.v, &c.v);
+    // q = floor(num / 3s'²) never falls below the root's low part, and s'
+    // has two limbs more than β, so it exceeds it by one at most, and rarely:
+    // (s − 1)³ = s³ − (3s² − 3s + 1) then needs s² once.
+    while (Ok(code) && FastIsNegative(&rr.v)) {
+        BigTemp one, s0, sq0, t3, t3s, d1, d2, r2;
+        code = BigFromInt(&one.v, 1);
+        if (Ok(code)) code = FastSub(&s0.v, &ss.v, &one.v);
+        if (Ok(code)) code = FastMul(ctx, &sq0.v, &s0.v, &s0.v);
+        if (Ok(code)) code = Times3(&t3.v, &sq0.v);  // 3s0²
+        if (Ok(code)) code = Times3(&t3s.v, &s0.v);  // 3s0
+        if (Ok(code)) code = FastAdd(&d1.v, &t3.v, &t3s.v);
+        if (Ok(code)) code = FastAdd(&d2.v, &d1.v, &one.v);  // (s0 + 1)³ − s0³
+        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &d2.v);
         if (Ok(code)) {
-            BigReplace(&cube.v, &c2.v);
-            BigReplace(&sq.v, &s2.v);
-            BigReplace(y, &y1.v);
+            BigReplace(&ss.v, &s0.v);
+            BigReplace(&rr.v, &r2.v);
         }
     }
-    return code;
-}
-
-// floor(cbrt(x)) for x >= 0.
-Result CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
-    const int32_t n = x->top + 1;
-    if (n < gFastThresholds.cbrtNewton || n < 7) {
-        const Result code = CbrtSchool(ctx, x, y);
-        if (code == Result::kOk || code == kRootInexact) y->negative = 0;
-        return code == kRootInexact ? Result::kOk : code;
-    }
-    const int32_t t = n / 6;  // the leading part keeps about half the root's limbs
-    BigTemp lead, root, up;
-    Result code = FastShiftDown(&lead.v, x, 3 * t);
-    if (Ok(code)) code = CbrtFloor(ctx, &lead.v, &root.v);
-    if (Ok(code)) code = AddSmall(&up.v, &root.v, 1);
-    BigInt cur = {};
-    if (Ok(code)) code = FastShiftUp(&cur, &up.v, t);
-    // One step from the bound squares its relative error (below 1/y'), which
-    // leaves it a few units above the root: steps of one finish. Should more
-    // be needed, Newton's steps go on until one does not decrease.
-    bool done = false;
     if (Ok(code)) {
-        BigTemp next;
-        code = NewtonStep(ctx, x, &cur, &next.v);
-        if (Ok(code)) {
-            BigReplace(&cur, &next.v);
-            code = StepDownToFloor(ctx, x, &cur, &done);
-        }
+        BigMove(s, &ss.v);
+        BigMove(r, &rr.v);
     }
-    while (Ok(code) && !done) {
-        BigTemp next;
-        code = NewtonStep(ctx, x, &cur, &next.v);
-        if (!Ok(code) || BigCompareMag(&next.v, &cur) <= 0) break;
-        BigReplace(&cur, &next.v);
-    }
-    if (Ok(code))
-        BigMove(y, &cur);
-    else
-        BigFree(&cur);
     return code;
 }
 
@@ -170,7 +203,7 @@ Result CbrtFloor(CalcContext* ctx, const BigInt* x, BigInt* y) {
 Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
     BigTemp r;
     const BigInt xm = BigMagnitudeView(x);
-    const Result code = SqrtRem(ctx, &xm, result, &r.v);
+    const Result code = SqrtRem(ctx, &xm, result, &r.v, false);
     if (!Ok(code)) return code;
     result->negative = 0;
     return BigIsZero(&r.v) ? Result::kOk : kRootInexact;
@@ -178,11 +211,9 @@ Result SqrtRecursive(CalcContext* ctx, const BigInt* x, BigInt* result) {
 
 Result CbrtNewton(CalcContext* ctx, const BigInt* x, BigInt* result) {
     const BigInt xm = BigMagnitudeView(x);
-    BigTemp cube, sq;
-    Result code = CbrtFloor(ctx, &xm, result);
-    if (Ok(code)) code = FastMul(ctx, &sq.v, result, result);
-    if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, result);
+    BigTemp r;
+    const Result code = CbrtRem(ctx, &xm, result, &r.v, false);
     if (!Ok(code)) return code;
     result->negative = x->negative;
-    return BigCompareMag(&cube.v, &xm) == 0 ? Result::kOk : kRootInexact;
+    return BigIsZero(&r.v) ? Result::kOk : kRootInexact;
 }

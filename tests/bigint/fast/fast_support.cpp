@@ -130,10 +130,12 @@ void FromQuotients(int32_t count, int32_t where, int32_t huge, bool ones, const 
 
 void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& op,
                             const std::string& left) {
-    Num warm, counted;
-    QuitAtPoll warmUp, counting;
-    for (QuitAtPoll* c : {&warmUp, &counting}) {
-        const Result done = op(c, c == &warmUp ? &warm.v : &counted.v);
+    Num warm[2], counted;
+    QuitAtPoll warmUp, warmAgain, counting;
+    for (QuitAtPoll* c : {&warmUp, &warmAgain, &counting}) {
+        const Result done = op(c, c == &counting ? &counted.v
+                                  : c == &warmUp ? &warm[0].v
+                                                 : &warm[1].v);
         ASSERT_TRUE(done == Result::kOk || done == kRootInexact) << done;
     }
     const long polls = counting.polls();

@@ -77,9 +77,10 @@ private:
     FastThresholds saved_;
 };
 
-// Runs op (result into the given record) to make the transform's root
-// tables, then once counting polls, then stops it at its first, second,
-// middle and last polls: each stop must answer kStopped, leave the result
+// Runs op (result into the given record) twice to make the transform's root
+// tables and complete a cached divisor's reciprocal, then once counting
+// polls, then stops it at its first, second, middle and last polls: each
+// stop must answer kStopped, leave the result
 // `left` (the 1 of a failed operation, unless said) and poll no more. Set
 // nttParallel = 0 first: the wait for the transform's helper thread polls
 // by time, and the counts would not repeat.

@@ -89,4 +89,10 @@ TEST(FastDivide, RepeatedDivisorsReuseNothingStale) {
     QuitAtPoll stopping(1);
     ASSERT_EQ(DivModDispatch(&stopping, &x.v, &d.v, &q.v, &r.v), Result::kStopped);
     CheckAgainstSchool(Operand(39, Shape::Random), d2, false, true);
+    // Seen again, the divisor's half reciprocal is completed; a stop while
+    // completing it leaves nothing half made for the next division.
+    Num q2, r2;
+    QuitAtPoll stopAgain(1);
+    ASSERT_EQ(DivModDispatch(&stopAgain, &x.v, &d.v, &q2.v, &r2.v), Result::kStopped);
+    for (int i = 0; i < 2; ++i) CheckAgainstSchool(Operand(40, Shape::Random), d2, true, false);
 }

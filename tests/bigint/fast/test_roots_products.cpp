@@ -58,6 +58,45 @@ TEST(FastRoots, CubeRootsAgreeWithDigitByDigitRootsSignKept) {
     }
 }
 
+// Deep recursions against GMP: random radicands (the top level's remainder
+// then only bounded), exact powers and their neighbours (the bound cannot
+// decide; the full remainder does), negative radicands for the cube root.
+TEST(FastRoots, DeepRecursionsMatchGmpOnRandomAndExactPowers) {
+    ThresholdScope scope(FastThresholds::Lowered());
+    CalcContext ctx;
+    auto check = [&](const mpz_class& x) {
+        Num v(x.get_str()), s, c;
+        mpz_class root, rest;
+        mpz_rootrem(root.get_mpz_t(), rest.get_mpz_t(), x.get_mpz_t(), 3);
+        ASSERT_EQ(BigCbrt(&ctx, &v.v, c.Out()), rest == 0 ? Result::kOk : kRootInexact)
+            << x.get_str();
+        ASSERT_EQ(ToDecimal(&c.v), root.get_str()) << x.get_str();
+        if (x < 0) return;
+        mpz_sqrtrem(root.get_mpz_t(), rest.get_mpz_t(), x.get_mpz_t());
+        ASSERT_EQ(BigSqrt(&ctx, &v.v, s.Out()), rest == 0 ? Result::kOk : kRootInexact)
+            << x.get_str();
+        ASSERT_EQ(ToDecimal(&s.v), root.get_str()) << x.get_str();
+    };
+    for (int32_t n : {61, 97, 150, 241, 400}) {
+        for (Shape shape : kShapes) {
+            Num x;
+            SetLimbs(&x.v, Operand(n, shape), (n & 1) != 0);
+            check(Gmp(&x.v));
+        }
+    }
+    for (int32_t r : {23, 40, 77}) {
+        Num s;
+        SetLimbs(&s.v, Operand(r, Shape::Random), false);
+        const mpz_class root = Gmp(&s.v);
+        for (const mpz_class& p : {mpz_class(root * root), mpz_class(root * root * root)}) {
+            for (int delta : {-1, 0, 1}) {
+                check(p + delta);
+                check(-(p + delta));
+            }
+        }
+    }
+}
+
 TEST(FastProducts, RangeProductsByTreeAndByPrimesAgreeWithTheRunningProduct) {
     ThresholdScope scope(FastThresholds::Lowered());
     CalcContext ctx;
