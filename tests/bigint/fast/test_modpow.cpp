@@ -166,7 +166,7 @@ TEST_P(FastModPowKernels, StopsAtAnyPoll) {
     t.pollWork = 1 << 14;
     t.nttParallel = 0;
     ThresholdScope scope(t);
-    Num m, e, big("3"), small("3");
+    Num m, e, big, small("3");
     RandomBig(&m.v, 250, false);
     m.v.limbs[0] = static_cast<Limb>(m.v.limbs[0] | 1);
     RandomBig(&e.v, 60, false);
