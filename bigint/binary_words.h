@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt64.h"
 
 // An owned array of words; size() counts the words in use.
 class Words {
@@ -42,6 +43,23 @@ int32_t WordsTrim(const uint32_t* a, int32_t n);
 // square); p must not overlap the operands. kOk, kNoMemory, kStopped.
 Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p);
+
+// Products of up to `uses` operands of at most maxLa words each by one factor
+// b (kept by the caller while this lives): the factor's transform over the
+// 64-bit primes is made once where that costs less than separate products.
+class WordsByFactor {
+public:
+    // kOk, kNoMemory, kStopped.
+    Result Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa, int64_t uses);
+    // p[0..la + lb) = a·b for 1 <= la <= maxLa; same codes.
+    Result Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const;
+
+private:
+    Ntt64Factor factor_;
+    const uint32_t* b_ = nullptr;
+    int32_t lb_ = 0;
+    bool kept_ = false;
+};
 
 // a[0..n) += b[0..m)·2^shift, for a sum below 2^(32n).
 void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift);

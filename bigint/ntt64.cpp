@@ -638,6 +638,182 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     return Result::kOk;
 }
 
+// Binary products: bits [b·i, b·(i + 1)) of a word array make point i, b =
+// kBits[set]. Both operands' pieces are below 2^b, so a coefficient of the
+// convolution is below min(ca, cb)·2^(2b) for ca, cb points, and n <= 2^32
+// points keep it below P: 2^32·2^128 = 2^160 < 2^185.99 with b = 64 on the
+// primes below 2^62, 2^32·2^100 = 2^132 < 2^149.99 with b = 50 on those below
+// 2^50. A piece must be below 2p when loaded: 2^50 < 2p for the vector primes
+// (p > 2^49.99); below 2^62 a 64-bit x is x − (x >> 62)·p < 2^62 + 3·2^37.
+constexpr int kBits[2] = {64, 50};
+
+// Points from … to − 1 of the words a[0..la) cut b bits a point.
+bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64_t la, int b,
+              uint64_t* out, int64_t from, int64_t to) {
+    const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    for (int64_t i = from; i < to; ++i) {
+        const int64_t bit = i * b;
+        const int64_t w = bit >> 5;
+        if (w >= la) {
+            out[i] = 0;
+            continue;
+        }
+        Wide x = a[w];
+        if (w + 1 < la) x |= Wide(a[w + 1]) << 32;
+        if (w + 2 < la) x |= Wide(a[w + 2]) << 64;
+        const uint64_t v = static_cast<uint64_t>(x >> (bit & 31)) & mask;
+        out[i] = vec ? v : v - (v >> 62) * f.p;
+        if ((i & 4095) == 4095 && clk.Tick(4096 * kLoadPoint / 4)) return false;
+    }
+    return true;
+}
+
+// Garner's join of the residues into the bits of p[0..len): x = v1 + p1·(v2 +
+// p2·v3) below P < 2^186 in three words; the running sum of the coefficients,
+// each b bits above the last, stays below 2^187 and gives up b bits each time.
+bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64_t count, int b,
+              uint32_t* p, int64_t len) {
+    const Field& f1 = primes[0].f;
+    const Field& f2 = primes[1].f;
+    const Field& f3 = primes[2].f;
+    const uint64_t p1 = f1.p, p2 = f2.p, p3 = f3.p;
+    const uint64_t inv1R = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
+    const uint64_t p1m3R = f3.ToMont(p1 - p3);
+    const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
+    const uint64_t inv12R = f3.Pow(f3.ToMont(p12), p3 - 2);
+    uint64_t acc[3] = {0, 0, 0};
+    Wide pend = 0;  // bits not yet written, have of them (below 32 between steps)
+    int have = 0;
+    int64_t at = 0;
+    auto put = [&](uint64_t v, int bits) {
+        pend |= Wide(v) << have;
+        have += bits;
+        while (have >= 32) {
+            if (at < len)
+                p[at++] = static_cast<uint32_t>(pend);
+            else
+                assert(static_cast<uint32_t>(pend) == 0);
+            pend >>= 32;
+            have -= 32;
+        }
+    };
+    const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    for (int64_t i = 0; i < count; ++i) {
+        const uint64_t v1 = f1.Reduce(r[0][i]);
+        const uint64_t u2 = f2.Reduce(r[1][i]);
+        const uint64_t u3 = f3.Reduce(r[2][i]);
+        const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+        const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, inv1R));
+        uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
+        t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+        const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, inv12R));
+        const Wide q = Wide(v3) * p2 + v2;  // below 2^124
+        const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
+        const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
+        Wide s = Wide(acc[0]) + static_cast<uint64_t>(lo);
+        acc[0] = static_cast<uint64_t>(s);
+        s = Wide(acc[1]) + static_cast<uint64_t>(hi) + (s >> 64);
+        acc[1] = static_cast<uint64_t>(s);
+        acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(s >> 64);
+        put(acc[0] & mask, b);
+        if (b == 64) {
+            acc[0] = acc[1];
+            acc[1] = acc[2];
+            acc[2] = 0;
+        } else {
+            acc[0] = (acc[0] >> b) | (acc[1] << (64 - b));
+            acc[1] = (acc[1] >> b) | (acc[2] << (64 - b));
+            acc[2] >>= b;
+        }
+        if ((i & 1023) == 1023 && clk.Tick(1024 * kJoinPoint)) return false;
+    }
+    for (const uint64_t v : acc) put(v, 64);
+    put(0, 31);
+    while (at < len) p[at++] = 0;
+    return true;
+}
+
+// The set of primes, bits a point and points for a product of la and lb
+// words: the vector primes from kVecFrom points.
+struct BitsPlan {
+    int set = 0;
+    int bits = 64;
+    int64_t count = 0;  // coefficients of the product
+    int64_t n = 0;
+    bool parallel = false;
+};
+
+BitsPlan PlanBits(int64_t la, int64_t lb) {
+    BitsPlan q;
+    for (q.set = !gPortable && Ntt64VecAvailable() ? 1 : 0;; q.set = 0) {
+        q.bits = kBits[q.set];
+        q.count = (32 * la + q.bits - 1) / q.bits + (32 * lb + q.bits - 1) / q.bits - 1;
+        q.n = int64_t(1) << Log2(q.count);
+        if (q.set == 0 || q.n >= kVecFrom) break;
+    }
+    assert(q.n <= (int64_t(1) << kMaxLog));
+    const int32_t parallelFrom = gFastThresholds.binaryNtt64Parallel;
+    q.parallel = parallelFrom > 0 && q.n >= parallelFrom;
+    return q;
+}
+
+// The transform of a's pieces modulo prime d into out[0..n).
+Result ForwardBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, const uint32_t* a,
+                   int32_t la, uint64_t* out) {
+    const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
+        return LoadBits(c, d.f, d.vec, a, la, q.bits, out, from, to);
+    });
+    return Ok(rc) ? ForwardTop(clk, q.parallel, d, out, q.n) : rc;
+}
+
+// x := x·y·scale·R^−2 pointwise, then the inverse transform.
+Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                   const uint64_t* y, uint64_t scale) {
+    const Field& f = d.f;
+    const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
+        for (int64_t j = from; j < to; j += 4096) {
+            const int64_t end = std::min(to, j + 4096);
+            for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
+            if (c.Tick(kPointwise * (end - j))) return false;
+        }
+        return true;
+    });
+    return Ok(rc) ? InverseTop(clk, q.parallel, d, x, q.n) : rc;
+}
+
+// 1/n times R^2, for the two Montgomery products of a point.
+uint64_t Scale(const Field& f, int64_t n) {
+    return f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+}
+
+// a·b, or a·(the kept transform of b) when kept is not null (its plan q).
+Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la, const uint32_t* b,
+               int32_t lb, const uint64_t* kept, uint32_t* p) {
+    const bool square = b == nullptr && kept == nullptr;
+    Result rc = EnsureTables(q.set);
+    if (!Ok(rc)) return rc;
+    const PrimeData* primes = gPrime[q.set];
+    if (clk.Tick(q.n)) return Result::kStopped;
+    // Prime i works at buf + i·count (b's points n further on): the residues
+    // of the primes before it keep only their count coefficients.
+    const bool withB = !square && kept == nullptr;
+    Scratch<uint64_t> buf(2 * q.count + (withB ? 2 : 1) * q.n);
+    if (!buf) return Result::kNoMemory;
+    uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = primes[i];
+        uint64_t* s = r[i] + q.n;
+        rc = ForwardBits(clk, q, d, a, la, r[i]);
+        if (Ok(rc) && withB) rc = ForwardBits(clk, q, d, b, lb, s);
+        if (!Ok(rc)) break;
+        const uint64_t* other = kept ? kept + i * q.n : square ? r[i] : s;
+        rc = ProductBits(clk, q, d, r[i], other, kept ? d.f.ToMont(1) : Scale(d.f, q.n));
+    }
+    if (!Ok(rc)) return rc;
+    return JoinBits(clk, primes, r, q.count, q.bits, p, int64_t(la) + lb) ? Result::kOk
+                                                                          : Result::kStopped;
+}
+
 }  // namespace
 
 void UsePortableNtt64(bool portable) { gPortable = portable; }
@@ -652,4 +828,44 @@ Result MulNtt64(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_
 
 Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     return Run(clk, a, la, nullptr, la, p);
+}
+
+bool Ntt64VectorButterflies() { return !gPortable && Ntt64VecAvailable(); }
+
+Result Ntt64ConvolveBits(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b,
+                         int32_t lb, uint32_t* p) {
+    return RunBits(clk, PlanBits(la, b ? lb : la), a, la, b, lb, nullptr, p);
+}
+
+Ntt64Factor::~Ntt64Factor() { delete[] points_; }
+
+Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa) {
+    delete[] points_;
+    points_ = nullptr;
+    const BitsPlan q = PlanBits(maxLa, lb);
+    Result rc = EnsureTables(q.set);
+    if (!Ok(rc)) return rc;
+    points_ = new (std::nothrow) uint64_t[size_t(3 * q.n)];
+    if (points_ == nullptr) return Result::kNoMemory;
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = gPrime[q.set][i];
+        uint64_t* x = points_ + i * q.n;
+        rc = ForwardBits(clk, q, d, b, lb, x);
+        // The scale goes with the kept points: one product fewer a point.
+        const uint64_t scale = Scale(d.f, q.n);
+        for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = d.f.Mul(x[e], scale);
+    }
+    if (!Ok(rc)) {
+        delete[] points_;
+        points_ = nullptr;
+        return rc;
+    }
+    lb_ = lb;
+    maxLa_ = maxLa;
+    return Result::kOk;
+}
+
+Result Ntt64Factor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const {
+    assert(points_ != nullptr && la <= maxLa_);
+    return RunBits(clk, PlanBits(maxLa_, lb_), a, la, nullptr, lb_, points_, p);
 }

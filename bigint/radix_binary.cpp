@@ -120,6 +120,10 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         // A high block has at most min(slot, total - slot) words.
         if (!product.Allocate(int32_t(power.size() + std::min(slot, total - slot))))
             return Result::kNoMemory;
+        WordsByFactor by;
+        rc = by.Prepare(clk, power.data(), power.size(), int32_t(std::min(slot, total - slot)),
+                        blocks / 2);
+        if (!Ok(rc)) return rc;
         for (int64_t j = 0; 2 * j + 1 < blocks; ++j) {
             uint32_t* low = w + 2 * j * slot;
             uint32_t* high = low + slot;
@@ -127,8 +131,7 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
             const int32_t lh = WordsTrim(high, end - int32_t(slot));
             if (lh == 1 && high[0] == 0) continue;
             const int32_t lengths = lh + power.size();
-            if ((rc = WordsMul(clk, high, lh, power.data(), power.size(), product.data())) != 0)
-                return rc;
+            if ((rc = by.Mul(clk, high, lh, product.data())) != 0) return rc;
             std::fill(high, low + end, 0u);
             WordsAddShifted(low, end, product.data(), WordsTrim(product.data(), lengths), shift);
         }
