@@ -766,24 +766,39 @@ Result ForwardBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, const 
     return Ok(rc) ? ForwardTop(clk, q.parallel, d, out, q.n) : rc;
 }
 
-// x := x·y·scale·R^−2 pointwise, then the inverse transform.
-Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
-                   const uint64_t* y, uint64_t scale) {
+// 1/n times R^2, for the two Montgomery products of a point.
+uint64_t Scale(const Field& f, int64_t n) {
+    return f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+}
+
+// The same for the vector primes' products: 2^104/n mod p.
+uint64_t Scale52(const PrimeData& d, int64_t n) {
     const Field& f = d.f;
+    const uint64_t inv = f.FromMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+    const uint64_t once = static_cast<uint64_t>((Wide(inv) << 52) % f.p);
+    return static_cast<uint64_t>((Wide(once) << 52) % f.p);
+}
+
+// x := x·y/n pointwise (y already divided by n when kept), then the inverse
+// transform. Plain primes: two Montgomery products with R^2/n (R for kept
+// points); vector ones: products with R = 2^52, by 2^104/n.
+Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                   const uint64_t* y, bool kept) {
+    const Field& f = d.f;
+    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
     const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
         for (int64_t j = from; j < to; j += 4096) {
             const int64_t end = std::min(to, j + 4096);
-            for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
+            if (d.vec) {
+                Ntt64VecPointwise(d.v, x + j, y + j, scale, end - j);
+            } else {
+                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
+            }
             if (c.Tick(kPointwise * (end - j))) return false;
         }
         return true;
     });
     return Ok(rc) ? InverseTop(clk, q.parallel, d, x, q.n) : rc;
-}
-
-// 1/n times R^2, for the two Montgomery products of a point.
-uint64_t Scale(const Field& f, int64_t n) {
-    return f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
 }
 
 // a·b, or a·(the kept transform of b) when kept is not null (its plan q).
@@ -807,7 +822,7 @@ Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la,
         if (Ok(rc) && withB) rc = ForwardBits(clk, q, d, b, lb, s);
         if (!Ok(rc)) break;
         const uint64_t* other = kept ? kept + i * q.n : square ? r[i] : s;
-        rc = ProductBits(clk, q, d, r[i], other, kept ? d.f.ToMont(1) : Scale(d.f, q.n));
+        rc = ProductBits(clk, q, d, r[i], other, kept != nullptr);
     }
     if (!Ok(rc)) return rc;
     return JoinBits(clk, primes, r, q.count, q.bits, p, int64_t(la) + lb) ? Result::kOk
@@ -852,8 +867,13 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
         uint64_t* x = points_ + i * q.n;
         rc = ForwardBits(clk, q, d, b, lb, x);
         // The scale goes with the kept points: one product fewer a point.
-        const uint64_t scale = Scale(d.f, q.n);
-        for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = d.f.Mul(x[e], scale);
+        if (d.vec) {
+            const uint64_t scale = Scale52(d, q.n);
+            for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = Mul52(x[e], scale, d.v.p, d.v.pinv);
+        } else {
+            const uint64_t scale = Scale(d.f, q.n);
+            for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = d.f.Mul(x[e], scale);
+        }
     }
     if (!Ok(rc)) {
         delete[] points_;

@@ -163,6 +163,21 @@ void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint6
     }
 }
 
+void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64_t scale,
+                       int64_t n) {
+    const V v(c);
+    const __m512i sc = Splat(scale);
+    int64_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m512i t = v.Mul(Load(x + i), Load(y + i));
+        Store(x + i, scale != 0 ? v.Mul(t, sc) : t);
+    }
+    for (; i < n; ++i) {
+        const uint64_t t = Mul52(x[i], y[i], c.p, c.pinv);
+        x[i] = scale != 0 ? Mul52(t, scale, c.p, c.pinv) : t;
+    }
+}
+
 #pragma GCC pop_options
 
 #else
@@ -172,5 +187,6 @@ void Ntt64VecForward(const Ntt64Vec&, uint64_t*, int64_t) {}
 void Ntt64VecInverse(const Ntt64Vec&, uint64_t*, int64_t) {}
 void Ntt64VecStage(const Ntt64Vec&, bool, const uint64_t*, uint64_t, uint64_t*, int64_t, int64_t,
                    int64_t) {}
+void Ntt64VecPointwise(const Ntt64Vec&, uint64_t*, const uint64_t*, uint64_t, int64_t) {}
 
 #endif

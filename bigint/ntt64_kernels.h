@@ -36,3 +36,7 @@ void Ntt64VecInverse(const Ntt64Vec& c, uint64_t* a, int64_t n);
 // multiple of 8 apart); first[i] = w^(j0 + i) below p, w8 = w^8 below p.
 void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint64_t w8, uint64_t* a,
                    int64_t m, int64_t j0, int64_t j1);
+// x[i] := x[i]·y[i]·2^−52 mod p in [0, 2p) for x, y below 2p, then times
+// scale·2^−52 unless scale is 0.
+void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64_t scale,
+                       int64_t n);
