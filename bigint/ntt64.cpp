@@ -40,6 +40,7 @@
 #include <atomic>
 #include <cassert>
 #include <chrono>
+#include <cstring>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -651,6 +652,17 @@ constexpr int kBits[2] = {64, 50};
 bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64_t la, int b,
               uint64_t* out, int64_t from, int64_t to) {
     const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    // Up to 56 bits a point: eight bytes from the one holding its first bit,
+    // while they lie within the words.
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(a);
+    if (b <= 56) {
+        for (; from < to && (from * b) / 8 + 8 <= 4 * la; ++from) {
+            uint64_t x;
+            std::memcpy(&x, bytes + (from * b) / 8, 8);
+            out[from] = (x >> ((from * b) & 7)) & mask;
+            if ((from & 4095) == 4095 && clk.Tick(4096 * kLoadPoint / 4)) return false;
+        }
+    }
     for (int64_t i = from; i < to; ++i) {
         const int64_t bit = i * b;
         const int64_t w = bit >> 5;
@@ -698,34 +710,46 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
         }
     };
     const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
-    for (int64_t i = 0; i < count; ++i) {
-        const uint64_t v1 = f1.Reduce(r[0][i]);
-        const uint64_t u2 = f2.Reduce(r[1][i]);
-        const uint64_t u3 = f3.Reduce(r[2][i]);
-        const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
-        const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, inv1R));
-        uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
-        t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
-        const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, inv12R));
-        const Wide q = Wide(v3) * p2 + v2;  // below 2^124
-        const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
-        const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
-        Wide s = Wide(acc[0]) + static_cast<uint64_t>(lo);
-        acc[0] = static_cast<uint64_t>(s);
-        s = Wide(acc[1]) + static_cast<uint64_t>(hi) + (s >> 64);
-        acc[1] = static_cast<uint64_t>(s);
-        acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(s >> 64);
-        put(acc[0] & mask, b);
-        if (b == 64) {
-            acc[0] = acc[1];
-            acc[1] = acc[2];
-            acc[2] = 0;
-        } else {
-            acc[0] = (acc[0] >> b) | (acc[1] << (64 - b));
-            acc[1] = (acc[1] >> b) | (acc[2] << (64 - b));
-            acc[2] >>= b;
+    const bool vec = primes[0].vec;
+    const auto to52 = [](uint64_t x, uint64_t q) {
+        return static_cast<uint64_t>((Wide(x) << 52) % q);
+    };
+    const Ntt64Vec c[3] = {primes[0].v, primes[1].v, primes[2].v};
+    const uint64_t k[3] = {to52(f2.FromMont(inv1R), p2), to52(p1 % p3, p3),
+                           to52(f3.FromMont(inv12R), p3)};
+    for (int64_t from = 0; from < count; from += 1024) {
+        const int64_t to = std::min(count, from + 1024);
+        if (vec) Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
+        for (int64_t i = from; i < to; ++i) {
+            uint64_t v1 = r[0][i], v2 = r[1][i], v3 = r[2][i];
+            if (!vec) {
+                v1 = f1.Reduce(v1);
+                const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+                v2 = f2.Reduce(f2.Mul(f2.Reduce(v2) - v1m2 + p2, inv1R));
+                uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
+                t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+                v3 = f3.Reduce(f3.Mul(f3.Reduce(v3) - t + p3, inv12R));
+            }
+            const Wide q = Wide(v3) * p2 + v2;  // below 2^124
+            const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
+            const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
+            Wide sum = Wide(acc[0]) + static_cast<uint64_t>(lo);
+            acc[0] = static_cast<uint64_t>(sum);
+            sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
+            acc[1] = static_cast<uint64_t>(sum);
+            acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(sum >> 64);
+            put(acc[0] & mask, b);
+            if (b == 64) {
+                acc[0] = acc[1];
+                acc[1] = acc[2];
+                acc[2] = 0;
+            } else {
+                acc[0] = (acc[0] >> b) | (acc[1] << (64 - b));
+                acc[1] = (acc[1] >> b) | (acc[2] << (64 - b));
+                acc[2] >>= b;
+            }
         }
-        if ((i & 1023) == 1023 && clk.Tick(1024 * kJoinPoint)) return false;
+        if (clk.Tick((to - from) * kJoinPoint)) return false;
     }
     for (const uint64_t v : acc) put(v, 64);
     put(0, 31);
