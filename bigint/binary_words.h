@@ -44,6 +44,9 @@ int32_t WordsTrim(const uint32_t* a, int32_t n);
 Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p);
 
+// Limbs a leaf of the decimal-to-binary tree (radix_binary.cpp) holds.
+int32_t BinaryLeafLimbs();
+
 // Products of up to `uses` operands of at most maxLa words each by one factor
 // b (kept by the caller while this lives): the factor's transform over the
 // 64-bit primes is made once where that costs less than separate products.

@@ -1,8 +1,8 @@
 // Bases 2, 4, 8 and 16: the decimal limbs are converted to binary words once,
 // and the digits are then read straight off the bits.
 //
-// Decimal to binary, bottom up: leaves of L limbs (L =
-// gFastThresholds.radixBinaryLeaf) by Horner's rule, two limbs (a factor
+// Decimal to binary, bottom up: leaves of L limbs (L = BinaryLeafLimbs(),
+// chosen for the transform the products take) by Horner's rule, two limbs (a factor
 // 10^8) per pass over the words; then level i joins neighbouring blocks as
 // high·10^e + low, e = 4L·2^i, computed as (high·5^e)·2^e + low: the power
 // kept in binary is 5^e, 30% shorter than 10^e, and the factor 2^e is a
@@ -27,6 +27,13 @@
 
 #include "bigint/binary_words.h"
 #include "bigint/fast_paths.h"
+
+int32_t BinaryLeafLimbs() {
+    const int32_t leaf = Ntt64VectorButterflies() && gFastThresholds.binaryNtt64 > 0
+                             ? gFastThresholds.radixBinaryLeafVector
+                             : gFastThresholds.radixBinaryLeaf;
+    return leaf > 0 ? leaf : 1;
+}
 
 namespace {
 
@@ -87,7 +94,7 @@ Result Square(PollClock& clk, Words* p) {
 
 // Canonical limbs l[0..n) (n >= 1) as binary words.
 Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
-    const int32_t leaf = gFastThresholds.radixBinaryLeaf > 0 ? gFastThresholds.radixBinaryLeaf : 1;
+    const int32_t leaf = BinaryLeafLimbs();
     int64_t blocks = (int64_t(n) + leaf - 1) / leaf;
     // A single leaf needs no power: 10^4 < 2^14, so 14 bits per limb.
     Words power;
