@@ -694,19 +694,31 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
     const uint64_t inv12R = f3.Pow(f3.ToMont(p12), p3 - 2);
     uint64_t acc[3] = {0, 0, 0};
-    Wide pend = 0;  // bits not yet written, have of them (below 32 between steps)
-    int have = 0;
-    int64_t at = 0;
-    auto put = [&](uint64_t v, int bits) {
-        pend |= Wide(v) << have;
-        have += bits;
-        while (have >= 32) {
-            if (at < len)
-                p[at++] = static_cast<uint32_t>(pend);
+    // The settled bits of each coefficient are ORed into p, zeroed first: at
+    // bit pos as eight bytes from pos/8 (up to 56 bits, while inside p), else
+    // word by word.
+    std::fill(p, p + len, 0u);
+    unsigned char* bytes = reinterpret_cast<unsigned char*>(p);
+    auto put = [&](int64_t pos, uint64_t v, int bits) {
+        if (bits <= 56 && (pos >> 3) + 8 <= 4 * len) {
+            uint64_t x;
+            std::memcpy(&x, bytes + (pos >> 3), 8);
+            x |= v << (pos & 7);
+            std::memcpy(bytes + (pos >> 3), &x, 8);
+            return;
+        }
+        while (bits > 0) {
+            const int64_t w = pos >> 5;
+            const int s = static_cast<int>(pos & 31);
+            const int take = std::min(bits, 32 - s);
+            const uint64_t piece = (v & ((uint64_t(1) << take) - 1)) << s;
+            if (w < len)
+                p[w] |= static_cast<uint32_t>(piece);
             else
-                assert(static_cast<uint32_t>(pend) == 0);
-            pend >>= 32;
-            have -= 32;
+                assert(piece == 0);
+            v >>= take;
+            pos += take;
+            bits -= take;
         }
     };
     const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
@@ -738,7 +750,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
             sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
             acc[1] = static_cast<uint64_t>(sum);
             acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(sum >> 64);
-            put(acc[0] & mask, b);
+            put(i * b, acc[0] & mask, b);
             if (b == 64) {
                 acc[0] = acc[1];
                 acc[1] = acc[2];
@@ -751,9 +763,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
         }
         if (clk.Tick((to - from) * kJoinPoint)) return false;
     }
-    for (const uint64_t v : acc) put(v, 64);
-    put(0, 31);
-    while (at < len) p[at++] = 0;
+    for (int j = 0; j < 3; ++j) put(count * b + 64 * j, acc[j], 64);
     return true;
 }
 
