@@ -5,7 +5,8 @@
 // gFastThresholds.binaryNtt words of the shorter operand; above it the words
 // are cut into 16-bit halves for NttConvolve16, whose exact coefficients
 // (below 2^56) are carried back into words, unbalanced products in pieces
-// that fill their transforms. Arrays come from nothrow new; a
+// that fill their transforms; or by the transform over three 64-bit primes
+// (ntt64.h) where it costs less. Arrays come from nothrow new; a
 // failed allocation is answered with kNoMemory, never an exception.
 #pragma once
 

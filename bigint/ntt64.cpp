@@ -30,6 +30,11 @@
 // polling every millisecond and, when told to stop, cancels it and waits for
 // it (a few thousand butterflies).
 //
+// Binary products (Ntt64ConvolveBits, Ntt64Factor) cut 32-bit words into
+// pieces of 50 bits (vector primes) or 64 (plain ones), one a point; their
+// bound and join are given where they are made below. A kept factor holds
+// its three transforms (3n words) with 1/n folded in.
+//
 // Allocation: one buffer of 2·count + 2n words (count coefficients of the
 // product; squares 2·count + n) and the root tables (kept between products)
 // from nothrow new, code 3 when refused; a helper thread
