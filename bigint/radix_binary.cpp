@@ -53,8 +53,37 @@ int32_t MulAddSmall(uint32_t* a, int32_t n, uint32_t mul, uint32_t add) {
 }
 
 // The value of limbs l[0..n) into w, which has room for it; the words above
-// its length are left alone. Answers the length, 0 for zero.
+// its length are left alone. Answers the length, 0 for zero. Up to 64
+// 64-bit words (308 limbs) by four limbs (a factor 10^16 < 2^64) a pass with
+// 128-bit products, else two limbs a pass on 32-bit words.
 int32_t LeafWords(const Limb* l, int32_t n, uint32_t* w) {
+    if (n <= 308) {
+        uint64_t x[64];
+        int32_t len = 0;
+        int32_t i = n - 1;
+        for (; (i + 1) % 4 != 0; --i) {
+            const uint64_t t = (len ? x[0] : 0) * 10000 + uint64_t(l[i]);
+            x[0] = t;
+            len = t != 0;
+        }
+        for (; i > 0; i -= 4) {
+            uint64_t carry =
+                ((uint64_t(l[i]) * 10000 + uint64_t(l[i - 1])) * 10000 + uint64_t(l[i - 2])) *
+                    10000 +
+                uint64_t(l[i - 3]);
+            for (int32_t j = 0; j < len; ++j) {
+                const unsigned __int128 t =
+                    static_cast<unsigned __int128>(x[j]) * 10000000000000000u + carry;
+                x[j] = static_cast<uint64_t>(t);
+                carry = static_cast<uint64_t>(t >> 64);
+            }
+            if (carry != 0) x[len++] = carry;
+        }
+        const int32_t words = len == 0 ? 0 : 2 * len - (x[len - 1] >> 32 == 0);
+        for (int32_t j = 0; j < words; ++j)
+            w[j] = static_cast<uint32_t>(j % 2 == 0 ? x[j / 2] : x[j / 2] >> 32);
+        return words;
+    }
     int32_t len = 0;
     int32_t i = n - 1;
     if (n % 2 != 0) {
