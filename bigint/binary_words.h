@@ -5,13 +5,15 @@
 // gFastThresholds.binaryNtt words of the shorter operand; above it the words
 // are cut into 16-bit halves for NttConvolve16, whose exact coefficients
 // (below 2^56) are carried back into words, unbalanced products in pieces
-// that fill their transforms. Arrays come from nothrow new; a
+// that fill their transforms; or by the transform over three 64-bit primes
+// (ntt64.h) where it costs less. Arrays come from nothrow new; a
 // failed allocation is answered with kNoMemory, never an exception.
 #pragma once
 
 #include <cstdint>
 
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt64.h"
 
 // An owned array of words; size() counts the words in use.
 class Words {
@@ -42,6 +44,26 @@ int32_t WordsTrim(const uint32_t* a, int32_t n);
 // square); p must not overlap the operands. kOk, kNoMemory, kStopped.
 Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p);
+
+// Limbs a leaf of the decimal-to-binary tree (radix_binary.cpp) holds.
+int32_t BinaryLeafLimbs();
+
+// Products of up to `uses` operands of at most maxLa words each by one factor
+// b (kept by the caller while this lives): the factor's transform over the
+// 64-bit primes is made once where that costs less than separate products.
+class WordsByFactor {
+public:
+    // kOk, kNoMemory, kStopped.
+    Result Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa, int64_t uses);
+    // p[0..la + lb) = a·b for 1 <= la <= maxLa; same codes.
+    Result Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const;
+
+private:
+    Ntt64Factor factor_;
+    const uint32_t* b_ = nullptr;
+    int32_t lb_ = 0;
+    bool kept_ = false;
+};
 
 // a[0..n) += b[0..m)·2^shift, for a sum below 2^(32n).
 void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64_t shift);

@@ -30,6 +30,11 @@
 // polling every millisecond and, when told to stop, cancels it and waits for
 // it (a few thousand butterflies).
 //
+// Binary products (Ntt64ConvolveBits, Ntt64Factor) cut 32-bit words into
+// pieces of 50 bits (vector primes) or 64 (plain ones), one a point; their
+// bound and join are given where they are made below. A kept factor holds
+// its three transforms (3n words) with 1/n folded in.
+//
 // Allocation: one buffer of 2·count + 2n words (count coefficients of the
 // product; squares 2·count + n) and the root tables (kept between products)
 // from nothrow new, code 3 when refused; a helper thread
@@ -40,6 +45,7 @@
 #include <atomic>
 #include <cassert>
 #include <chrono>
+#include <cstring>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -638,6 +644,230 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     return Result::kOk;
 }
 
+// Binary products: bits [b·i, b·(i + 1)) of a word array make point i, b =
+// kBits[set]. Both operands' pieces are below 2^b, so a coefficient of the
+// convolution is below min(ca, cb)·2^(2b) for ca, cb points, and n <= 2^32
+// points keep it below P: 2^32·2^128 = 2^160 < 2^185.99 with b = 64 on the
+// primes below 2^62, 2^32·2^100 = 2^132 < 2^149.99 with b = 50 on those below
+// 2^50. A piece must be below 2p when loaded: 2^50 < 2p for the vector primes
+// (p > 2^49.99); below 2^62 a 64-bit x is x − (x >> 62)·p < 2^62 + 3·2^37.
+constexpr int kBits[2] = {64, 50};
+
+// Points from … to − 1 of the words a[0..la) cut b bits a point.
+bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64_t la, int b,
+              uint64_t* out, int64_t from, int64_t to) {
+    const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    // Up to 56 bits a point: eight bytes from the one holding its first bit,
+    // while they lie within the words.
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(a);
+    if (b <= 56) {
+        for (; from < to && (from * b) / 8 + 8 <= 4 * la; ++from) {
+            uint64_t x;
+            std::memcpy(&x, bytes + (from * b) / 8, 8);
+            out[from] = (x >> ((from * b) & 7)) & mask;
+            if ((from & 4095) == 4095 && clk.Tick(4096 * kLoadPoint / 4)) return false;
+        }
+    }
+    for (int64_t i = from; i < to; ++i) {
+        const int64_t bit = i * b;
+        const int64_t w = bit >> 5;
+        if (w >= la) {
+            out[i] = 0;
+            continue;
+        }
+        Wide x = a[w];
+        if (w + 1 < la) x |= Wide(a[w + 1]) << 32;
+        if (w + 2 < la) x |= Wide(a[w + 2]) << 64;
+        const uint64_t v = static_cast<uint64_t>(x >> (bit & 31)) & mask;
+        out[i] = vec ? v : v - (v >> 62) * f.p;
+        if ((i & 4095) == 4095 && clk.Tick(4096 * kLoadPoint / 4)) return false;
+    }
+    return true;
+}
+
+// Garner's join of the residues into the bits of p[0..len): x = v1 + p1·(v2 +
+// p2·v3) below P < 2^186 in three words; the running sum of the coefficients,
+// each b bits above the last, stays below 2^187 and gives up b bits each time.
+bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64_t count, int b,
+              uint32_t* p, int64_t len) {
+    const Field& f1 = primes[0].f;
+    const Field& f2 = primes[1].f;
+    const Field& f3 = primes[2].f;
+    const uint64_t p1 = f1.p, p2 = f2.p, p3 = f3.p;
+    const uint64_t inv1R = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
+    const uint64_t p1m3R = f3.ToMont(p1 - p3);
+    const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
+    const uint64_t inv12R = f3.Pow(f3.ToMont(p12), p3 - 2);
+    uint64_t acc[3] = {0, 0, 0};
+    // The settled bits of each coefficient are ORed into p, zeroed first: at
+    // bit pos as eight bytes from pos/8 (up to 56 bits, while inside p), else
+    // word by word.
+    std::fill(p, p + len, 0u);
+    unsigned char* bytes = reinterpret_cast<unsigned char*>(p);
+    auto put = [&](int64_t pos, uint64_t v, int bits) {
+        if (bits <= 56 && (pos >> 3) + 8 <= 4 * len) {
+            uint64_t x;
+            std::memcpy(&x, bytes + (pos >> 3), 8);
+            x |= v << (pos & 7);
+            std::memcpy(bytes + (pos >> 3), &x, 8);
+            return;
+        }
+        while (bits > 0) {
+            const int64_t w = pos >> 5;
+            const int s = static_cast<int>(pos & 31);
+            const int take = std::min(bits, 32 - s);
+            const uint64_t piece = (v & ((uint64_t(1) << take) - 1)) << s;
+            if (w < len)
+                p[w] |= static_cast<uint32_t>(piece);
+            else
+                assert(piece == 0);
+            v >>= take;
+            pos += take;
+            bits -= take;
+        }
+    };
+    const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    const bool vec = primes[0].vec;
+    const auto to52 = [](uint64_t x, uint64_t q) {
+        return static_cast<uint64_t>((Wide(x) << 52) % q);
+    };
+    const Ntt64Vec c[3] = {primes[0].v, primes[1].v, primes[2].v};
+    const uint64_t k[3] = {to52(f2.FromMont(inv1R), p2), to52(p1 % p3, p3),
+                           to52(f3.FromMont(inv12R), p3)};
+    for (int64_t from = 0; from < count; from += 1024) {
+        const int64_t to = std::min(count, from + 1024);
+        if (vec) Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
+        for (int64_t i = from; i < to; ++i) {
+            uint64_t v1 = r[0][i], v2 = r[1][i], v3 = r[2][i];
+            if (!vec) {
+                v1 = f1.Reduce(v1);
+                const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+                v2 = f2.Reduce(f2.Mul(f2.Reduce(v2) - v1m2 + p2, inv1R));
+                uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
+                t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+                v3 = f3.Reduce(f3.Mul(f3.Reduce(v3) - t + p3, inv12R));
+            }
+            const Wide q = Wide(v3) * p2 + v2;  // below 2^124
+            const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
+            const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
+            Wide sum = Wide(acc[0]) + static_cast<uint64_t>(lo);
+            acc[0] = static_cast<uint64_t>(sum);
+            sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
+            acc[1] = static_cast<uint64_t>(sum);
+            acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(sum >> 64);
+            put(i * b, acc[0] & mask, b);
+            if (b == 64) {
+                acc[0] = acc[1];
+                acc[1] = acc[2];
+                acc[2] = 0;
+            } else {
+                acc[0] = (acc[0] >> b) | (acc[1] << (64 - b));
+                acc[1] = (acc[1] >> b) | (acc[2] << (64 - b));
+                acc[2] >>= b;
+            }
+        }
+        if (clk.Tick((to - from) * kJoinPoint)) return false;
+    }
+    for (int j = 0; j < 3; ++j) put(count * b + 64 * j, acc[j], 64);
+    return true;
+}
+
+// The set of primes, bits a point and points for a product of la and lb
+// words: the vector primes from kVecFrom points.
+struct BitsPlan {
+    int set = 0;
+    int bits = 64;
+    int64_t count = 0;  // coefficients of the product
+    int64_t n = 0;
+    bool parallel = false;
+};
+
+BitsPlan PlanBits(int64_t la, int64_t lb) {
+    BitsPlan q;
+    for (q.set = !gPortable && Ntt64VecAvailable() ? 1 : 0;; q.set = 0) {
+        q.bits = kBits[q.set];
+        q.count = (32 * la + q.bits - 1) / q.bits + (32 * lb + q.bits - 1) / q.bits - 1;
+        q.n = int64_t(1) << Log2(q.count);
+        if (q.set == 0 || q.n >= kVecFrom) break;
+    }
+    assert(q.n <= (int64_t(1) << kMaxLog));
+    const int32_t parallelFrom = gFastThresholds.binaryNtt64Parallel;
+    q.parallel = parallelFrom > 0 && q.n >= parallelFrom;
+    return q;
+}
+
+// The transform of a's pieces modulo prime d into out[0..n).
+Result ForwardBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, const uint32_t* a,
+                   int32_t la, uint64_t* out) {
+    const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
+        return LoadBits(c, d.f, d.vec, a, la, q.bits, out, from, to);
+    });
+    return Ok(rc) ? ForwardTop(clk, q.parallel, d, out, q.n) : rc;
+}
+
+// 1/n times R^2, for the two Montgomery products of a point.
+uint64_t Scale(const Field& f, int64_t n) {
+    return f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+}
+
+// The same for the vector primes' products: 2^104/n mod p.
+uint64_t Scale52(const PrimeData& d, int64_t n) {
+    const Field& f = d.f;
+    const uint64_t inv = f.FromMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+    const uint64_t once = static_cast<uint64_t>((Wide(inv) << 52) % f.p);
+    return static_cast<uint64_t>((Wide(once) << 52) % f.p);
+}
+
+// x := x·y/n pointwise (y already divided by n when kept), then the inverse
+// transform. Plain primes: two Montgomery products with R^2/n (R for kept
+// points); vector ones: products with R = 2^52, by 2^104/n.
+Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                   const uint64_t* y, bool kept) {
+    const Field& f = d.f;
+    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
+    const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
+        for (int64_t j = from; j < to; j += 4096) {
+            const int64_t end = std::min(to, j + 4096);
+            if (d.vec) {
+                Ntt64VecPointwise(d.v, x + j, y + j, scale, end - j);
+            } else {
+                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
+            }
+            if (c.Tick(kPointwise * (end - j))) return false;
+        }
+        return true;
+    });
+    return Ok(rc) ? InverseTop(clk, q.parallel, d, x, q.n) : rc;
+}
+
+// a·b, or a·(the kept transform of b) when kept is not null (its plan q).
+Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la, const uint32_t* b,
+               int32_t lb, const uint64_t* kept, uint32_t* p) {
+    const bool square = b == nullptr && kept == nullptr;
+    Result rc = EnsureTables(q.set);
+    if (!Ok(rc)) return rc;
+    const PrimeData* primes = gPrime[q.set];
+    if (clk.Tick(q.n)) return Result::kStopped;
+    // Prime i works at buf + i·count (b's points n further on): the residues
+    // of the primes before it keep only their count coefficients.
+    const bool withB = !square && kept == nullptr;
+    Scratch<uint64_t> buf(2 * q.count + (withB ? 2 : 1) * q.n);
+    if (!buf) return Result::kNoMemory;
+    uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = primes[i];
+        uint64_t* s = r[i] + q.n;
+        rc = ForwardBits(clk, q, d, a, la, r[i]);
+        if (Ok(rc) && withB) rc = ForwardBits(clk, q, d, b, lb, s);
+        if (!Ok(rc)) break;
+        const uint64_t* other = kept ? kept + i * q.n : square ? r[i] : s;
+        rc = ProductBits(clk, q, d, r[i], other, kept != nullptr);
+    }
+    if (!Ok(rc)) return rc;
+    return JoinBits(clk, primes, r, q.count, q.bits, p, int64_t(la) + lb) ? Result::kOk
+                                                                          : Result::kStopped;
+}
+
 }  // namespace
 
 void UsePortableNtt64(bool portable) { gPortable = portable; }
@@ -652,4 +882,49 @@ Result MulNtt64(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_
 
 Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
     return Run(clk, a, la, nullptr, la, p);
+}
+
+bool Ntt64VectorButterflies() { return !gPortable && Ntt64VecAvailable(); }
+
+Result Ntt64ConvolveBits(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b,
+                         int32_t lb, uint32_t* p) {
+    return RunBits(clk, PlanBits(la, b ? lb : la), a, la, b, lb, nullptr, p);
+}
+
+Ntt64Factor::~Ntt64Factor() { delete[] points_; }
+
+Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa) {
+    delete[] points_;
+    points_ = nullptr;
+    const BitsPlan q = PlanBits(maxLa, lb);
+    Result rc = EnsureTables(q.set);
+    if (!Ok(rc)) return rc;
+    points_ = new (std::nothrow) uint64_t[size_t(3 * q.n)];
+    if (points_ == nullptr) return Result::kNoMemory;
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = gPrime[q.set][i];
+        uint64_t* x = points_ + i * q.n;
+        rc = ForwardBits(clk, q, d, b, lb, x);
+        // The scale goes with the kept points: one product fewer a point.
+        if (d.vec) {
+            const uint64_t scale = Scale52(d, q.n);
+            for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = Mul52(x[e], scale, d.v.p, d.v.pinv);
+        } else {
+            const uint64_t scale = Scale(d.f, q.n);
+            for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = d.f.Mul(x[e], scale);
+        }
+    }
+    if (!Ok(rc)) {
+        delete[] points_;
+        points_ = nullptr;
+        return rc;
+    }
+    lb_ = lb;
+    maxLa_ = maxLa;
+    return Result::kOk;
+}
+
+Result Ntt64Factor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const {
+    assert(points_ != nullptr && la <= maxLa_);
+    return RunBits(clk, PlanBits(maxLa_, lb_), a, la, nullptr, lb_, points_, p);
 }

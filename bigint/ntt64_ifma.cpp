@@ -163,6 +163,54 @@ void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint6
     }
 }
 
+void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64_t scale,
+                       int64_t n) {
+    const V v(c);
+    const __m512i sc = Splat(scale);
+    int64_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m512i t = v.Mul(Load(x + i), Load(y + i));
+        Store(x + i, scale != 0 ? v.Mul(t, sc) : t);
+    }
+    for (; i < n; ++i) {
+        const uint64_t t = Mul52(x[i], y[i], c.p, c.pinv);
+        x[i] = scale != 0 ? Mul52(t, scale, c.p, c.pinv) : t;
+    }
+}
+
+void Ntt64VecGarner(const Ntt64Vec* c, const uint64_t* k, uint64_t* r1, uint64_t* r2, uint64_t* r3,
+                    int64_t n) {
+    const V v1(c[0]), v2(c[1]), v3(c[2]);
+    const __m512i inv1 = Splat(k[0]), p1m3 = Splat(k[1]), inv12 = Splat(k[2]);
+    const __m512i twoP3 = v3.twoP;
+    int64_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m512i a = v1.Fold(Load(r1 + i), v1.p);
+        const __m512i u2 = Load(r2 + i), u3 = Load(r3 + i);
+        // a < p1 < 2p2: u2 − a + 2p2 in (0, 4p2).
+        const __m512i b =
+            v2.Fold(v2.Mul(_mm512_add_epi64(_mm512_sub_epi64(u2, a), v2.twoP), inv1), v2.p);
+        __m512i t = _mm512_add_epi64(v3.Fold(a, v3.p), v3.Mul(b, p1m3));
+        t = v3.Fold(v3.Fold(t, twoP3), v3.p);
+        const __m512i d =
+            v3.Fold(v3.Mul(_mm512_add_epi64(_mm512_sub_epi64(u3, t), v3.twoP), inv12), v3.p);
+        Store(r1 + i, a);
+        Store(r2 + i, b);
+        Store(r3 + i, d);
+    }
+    for (; i < n; ++i) {
+        const auto fold = [](uint64_t x, uint64_t p) { return x >= p ? x - p : x; };
+        const uint64_t p1 = c[0].p, p2 = c[1].p, p3 = c[2].p;
+        const uint64_t a = fold(r1[i], p1);
+        const uint64_t b = fold(Mul52(r2[i] - a + 2 * p2, k[0], p2, c[1].pinv), p2);
+        uint64_t t = fold(a, p3) + Mul52(b, k[1], p3, c[2].pinv);
+        t = fold(fold(t, 2 * p3), p3);
+        r1[i] = a;
+        r2[i] = b;
+        r3[i] = fold(Mul52(r3[i] - t + 2 * p3, k[2], p3, c[2].pinv), p3);
+    }
+}
+
 #pragma GCC pop_options
 
 #else
@@ -172,5 +220,7 @@ void Ntt64VecForward(const Ntt64Vec&, uint64_t*, int64_t) {}
 void Ntt64VecInverse(const Ntt64Vec&, uint64_t*, int64_t) {}
 void Ntt64VecStage(const Ntt64Vec&, bool, const uint64_t*, uint64_t, uint64_t*, int64_t, int64_t,
                    int64_t) {}
+void Ntt64VecPointwise(const Ntt64Vec&, uint64_t*, const uint64_t*, uint64_t, int64_t) {}
+void Ntt64VecGarner(const Ntt64Vec*, const uint64_t*, uint64_t*, uint64_t*, uint64_t*, int64_t) {}
 
 #endif

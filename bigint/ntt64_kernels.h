@@ -36,3 +36,14 @@ void Ntt64VecInverse(const Ntt64Vec& c, uint64_t* a, int64_t n);
 // multiple of 8 apart); first[i] = w^(j0 + i) below p, w8 = w^8 below p.
 void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint64_t w8, uint64_t* a,
                    int64_t m, int64_t j0, int64_t j1);
+// x[i] := x[i]·y[i]·2^−52 mod p in [0, 2p) for x, y below 2p, then times
+// scale·2^−52 unless scale is 0.
+void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64_t scale,
+                       int64_t n);
+// Garner's first steps on residues r1, r2, r3 below 2p_i of three vector
+// primes (c[0..3)): r1 := v1 = r1 mod p1, r2 := v2 = (r2 − v1)/p1 mod p2, r3 :=
+// v3 = (r3 − v1 − p1·v2)/(p1·p2) mod p3, so that the value is v1 + p1·v2 +
+// p1·p2·v3. k holds 1/p1 mod p2, p1 mod p3 and 1/(p1·p2) mod p3, each times
+// 2^52. Needs p1 > p2 > p3 > p1/2.
+void Ntt64VecGarner(const Ntt64Vec* c, const uint64_t* k, uint64_t* r1, uint64_t* r2, uint64_t* r3,
+                    int64_t n);

@@ -1,8 +1,8 @@
 // Bases 2, 4, 8 and 16: the decimal limbs are converted to binary words once,
 // and the digits are then read straight off the bits.
 //
-// Decimal to binary, bottom up: leaves of L limbs (L =
-// gFastThresholds.radixBinaryLeaf) by Horner's rule, two limbs (a factor
+// Decimal to binary, bottom up: leaves of L limbs (L = BinaryLeafLimbs(),
+// chosen for the transform the products take) by Horner's rule, two limbs (a factor
 // 10^8) per pass over the words; then level i joins neighbouring blocks as
 // high·10^e + low, e = 4L·2^i, computed as (high·5^e)·2^e + low: the power
 // kept in binary is 5^e, 30% shorter than 10^e, and the factor 2^e is a
@@ -13,7 +13,9 @@
 // S_i, and the shorter last block stays below 10^(4L) to the power of its
 // leaves, so it fits the words that remain. Besides that array the
 // conversion holds one power (with its square while that is made) and one
-// product, none longer than the number, plus the transform's buffers.
+// product, none longer than the number, plus the transform's buffers (and,
+// where a level's products share the power's transform over the 64-bit
+// primes, those 3n points).
 // Cost O(M(n) log n).
 //
 // Binary to digits: k = log2(base) bits per digit from the least significant
@@ -27,6 +29,13 @@
 
 #include "bigint/binary_words.h"
 #include "bigint/fast_paths.h"
+
+int32_t BinaryLeafLimbs() {
+    const int32_t leaf = Ntt64VectorButterflies() && gFastThresholds.binaryNtt64 > 0
+                             ? gFastThresholds.radixBinaryLeafVector
+                             : gFastThresholds.radixBinaryLeaf;
+    return leaf > 0 ? leaf : 1;
+}
 
 namespace {
 
@@ -44,8 +53,37 @@ int32_t MulAddSmall(uint32_t* a, int32_t n, uint32_t mul, uint32_t add) {
 }
 
 // The value of limbs l[0..n) into w, which has room for it; the words above
-// its length are left alone. Answers the length, 0 for zero.
+// its length are left alone. Answers the length, 0 for zero. Up to 64
+// 64-bit words (308 limbs) by four limbs (a factor 10^16 < 2^64) a pass with
+// 128-bit products, else two limbs a pass on 32-bit words.
 int32_t LeafWords(const Limb* l, int32_t n, uint32_t* w) {
+    if (n <= 308) {
+        uint64_t x[64];
+        int32_t len = 0;
+        int32_t i = n - 1;
+        for (; (i + 1) % 4 != 0; --i) {
+            const uint64_t t = (len ? x[0] : 0) * 10000 + uint64_t(l[i]);
+            x[0] = t;
+            len = t != 0;
+        }
+        for (; i > 0; i -= 4) {
+            uint64_t carry =
+                ((uint64_t(l[i]) * 10000 + uint64_t(l[i - 1])) * 10000 + uint64_t(l[i - 2])) *
+                    10000 +
+                uint64_t(l[i - 3]);
+            for (int32_t j = 0; j < len; ++j) {
+                const unsigned __int128 t =
+                    static_cast<unsigned __int128>(x[j]) * 10000000000000000u + carry;
+                x[j] = static_cast<uint64_t>(t);
+                carry = static_cast<uint64_t>(t >> 64);
+            }
+            if (carry != 0) x[len++] = carry;
+        }
+        const int32_t words = len == 0 ? 0 : 2 * len - (x[len - 1] >> 32 == 0);
+        for (int32_t j = 0; j < words; ++j)
+            w[j] = static_cast<uint32_t>(j % 2 == 0 ? x[j / 2] : x[j / 2] >> 32);
+        return words;
+    }
     int32_t len = 0;
     int32_t i = n - 1;
     if (n % 2 != 0) {
@@ -87,7 +125,7 @@ Result Square(PollClock& clk, Words* p) {
 
 // Canonical limbs l[0..n) (n >= 1) as binary words.
 Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
-    const int32_t leaf = gFastThresholds.radixBinaryLeaf > 0 ? gFastThresholds.radixBinaryLeaf : 1;
+    const int32_t leaf = BinaryLeafLimbs();
     int64_t blocks = (int64_t(n) + leaf - 1) / leaf;
     // A single leaf needs no power: 10^4 < 2^14, so 14 bits per limb.
     Words power;
@@ -120,6 +158,10 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         // A high block has at most min(slot, total - slot) words.
         if (!product.Allocate(int32_t(power.size() + std::min(slot, total - slot))))
             return Result::kNoMemory;
+        WordsByFactor by;
+        rc = by.Prepare(clk, power.data(), power.size(), int32_t(std::min(slot, total - slot)),
+                        blocks / 2);
+        if (!Ok(rc)) return rc;
         for (int64_t j = 0; 2 * j + 1 < blocks; ++j) {
             uint32_t* low = w + 2 * j * slot;
             uint32_t* high = low + slot;
@@ -127,8 +169,7 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
             const int32_t lh = WordsTrim(high, end - int32_t(slot));
             if (lh == 1 && high[0] == 0) continue;
             const int32_t lengths = lh + power.size();
-            if ((rc = WordsMul(clk, high, lh, power.data(), power.size(), product.data())) != 0)
-                return rc;
+            if ((rc = by.Mul(clk, high, lh, product.data())) != 0) return rc;
             std::fill(high, low + end, 0u);
             WordsAddShifted(low, end, product.data(), WordsTrim(product.data(), lengths), shift);
         }

@@ -42,7 +42,21 @@ struct FastThresholds {
     // 10^(180·2^i) and the power 5^(180·2^i) it is multiplied by have 63.5·2^i
     // 16-bit halves together: their transform of 64·2^i points is unpadded.
     int32_t radixBinaryLeaf = 45;
+    // The same where the products take the 64-bit primes' vector butterflies
+    // (50 bits a point): with 68, a block (29·2^i words) and its power (20·2^i)
+    // make 31.2·2^i points, nearly filling 32·2^i.
+    int32_t radixBinaryLeafVector = 68;
     int32_t binaryNtt = 200;  // 32-bit words of the shorter factor for the transform product
+    // 32-bit words of the shorter factor from which binary products may go to
+    // the transform over three 64-bit primes instead, when its power-of-two
+    // length costs less (0: never), with its vector butterflies and with the
+    // plain ones (those were measured 2.3 times slower than the 16-bit
+    // transform: never).
+    int32_t binaryNtt64 = 150;
+    int32_t binaryNtt64Plain = 0;
+    // Its points from which those binary products run on two threads (0:
+    // never): their thread starts cost more than they save below.
+    int32_t binaryNtt64Parallel = 1 << 17;
     // Limbs of a product (la + lb) that one transform takes: the primes have
     // roots of unity for up to 2^25 points. Longer products go to the 64-bit
     // transform; clamped to 2^25 + 1 where it is read.
@@ -83,7 +97,10 @@ struct FastThresholds {
         t.radixDivide = 8;
         t.radixBinary = 1;
         t.radixBinaryLeaf = 3;
+        t.radixBinaryLeafVector = 3;
         t.binaryNtt = 4;
+        t.binaryNtt64 = 8;
+        t.binaryNtt64Plain = 8;
         t.nttParallel = 64;
         t.pollWork = 256;
         return t;

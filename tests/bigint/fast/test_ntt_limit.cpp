@@ -174,3 +174,67 @@ TEST(Ntt64, StopsAtItsFirstMiddleAndLastPollAndOnTwoThreads) {
         ExpectProduct(&ctx, a, b);
     }
 }
+
+namespace {
+
+mpz_class FromWords(const std::vector<uint32_t>& w) {
+    mpz_class x;
+    mpz_import(x.get_mpz_t(), w.size(), -1, 4, 0, 0, w.data());
+    return x;
+}
+
+// Words all ones (each point's piece at its bound, the coefficients at
+// theirs) or random.
+std::vector<uint32_t> WordOperand(int32_t n, bool ones, uint32_t seed) {
+    std::vector<uint32_t> w(size_t(n), ~0u);
+    uint64_t x = seed * 0x9E3779B97F4A7C15u + 1;
+    if (!ones)
+        for (uint32_t& v : w) v = static_cast<uint32_t>((x = x * 6364136223846793005u + 1) >> 32);
+    return w;
+}
+
+}  // namespace
+
+TEST(Ntt64, BinaryProductsAroundThePointCountsOnBothButterfliesAndThreads) {
+    // Words cut 50 bits a point (vector primes, from 256 points) or 64 (plain
+    // ones): lengths whose point counts fall just below and above powers of
+    // two and the vector's first length, squares, one factor kept for several
+    // products of shorter and longer operands.
+    CalcContext ctx;
+    for (bool portable : {true, false}) {
+        UsePortableNtt64(portable);
+        for (int32_t parallel : {0, 256}) {
+            FastThresholds t;
+            t.binaryNtt64Parallel = parallel;
+            ThresholdScope scope(t);
+            PollClock clk(&ctx);
+            for (int32_t la : {1, 2, 3, 31, 32, 33, 199, 200, 201, 400, 401, 1601, 3000}) {
+                for (int32_t lb : {1, 2, la / 2 + 1, la}) {
+                    if (lb > la) continue;
+                    for (bool ones : {true, false}) {
+                        const auto a = WordOperand(la, ones, 1), b = WordOperand(lb, ones, 2);
+                        std::vector<uint32_t> p(size_t(la + lb));
+                        ASSERT_EQ(Ntt64ConvolveBits(clk, a.data(), la, b.data(), lb, p.data()),
+                                  Result::kOk);
+                        EXPECT_TRUE(FromWords(p) == FromWords(a) * FromWords(b))
+                            << la << " x " << lb << (portable ? " plain" : "");
+                        std::vector<uint32_t> sq(size_t(2 * la));
+                        ASSERT_EQ(Ntt64ConvolveBits(clk, a.data(), la, nullptr, la, sq.data()),
+                                  Result::kOk);
+                        EXPECT_TRUE(FromWords(sq) == FromWords(a) * FromWords(a)) << la;
+                    }
+                }
+            }
+            const auto b = WordOperand(700, true, 3);
+            Ntt64Factor kept;
+            ASSERT_EQ(kept.Prepare(clk, b.data(), 700, 1000), Result::kOk);
+            for (int32_t la : {1, 500, 999, 1000}) {
+                const auto a = WordOperand(la, la % 2 == 0, 4);
+                std::vector<uint32_t> p(size_t(la + 700));
+                ASSERT_EQ(kept.Mul(clk, a.data(), la, p.data()), Result::kOk);
+                EXPECT_TRUE(FromWords(p) == FromWords(a) * FromWords(b)) << "kept, " << la;
+            }
+        }
+    }
+    UsePortableNtt64(false);
+}

@@ -36,7 +36,9 @@ std::vector<FastThresholds> ThresholdSets() {
     for (int32_t leaf : {1, 2, 3}) {
         FastThresholds t = FastThresholds::Lowered();
         t.radixBinaryLeaf = leaf;
+        t.radixBinaryLeafVector = leaf;
         t.binaryNtt = leaf == 3 ? 4 : 1;
+        t.binaryNtt64 = leaf == 2 ? 1 : 8;
         sets.push_back(t);
     }
     sets.push_back(FastThresholds());
@@ -87,22 +89,29 @@ TEST(FastRadixBinary, ShiftedSumCarriesPastTheShiftedTop) {
 }
 
 TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
+    // The 64-bit primes' vector butterflies (where the processor has them)
+    // and the plain ones, which the products leave to the 16-bit transform.
     for (const FastThresholds& t : ThresholdSets()) {
-        ThresholdScope scope(t);
-        const int32_t leaf = t.radixBinaryLeaf;
-        std::vector<int32_t> sizes = {1, 2, 700};
-        for (int32_t blocks : {1, 2, 3, 4, 7, 8, 9, 16, 33, 64})
-            for (int32_t d : {-1, 0, 1}) sizes.push_back(blocks * leaf + d);
-        for (int32_t n : sizes) {
-            if (n < 1) continue;
-            for (Shape shape : {Shape::Random, Shape::RunsOfZeroAndNine, Shape::TopTenThousand}) {
-                Num v;
-                SetLimbs(&v.v, Operand(n, shape), false);
-                CheckDigits(&v.v, n <= 60,
-                            std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
+        for (bool portable : {false, true}) {
+            UsePortableNtt64(portable);
+            ThresholdScope scope(t);
+            const int32_t leaf = BinaryLeafLimbs();
+            std::vector<int32_t> sizes = {1, 2, 700};
+            for (int32_t blocks : {1, 2, 3, 4, 7, 8, 9, 16, 33, 64})
+                for (int32_t d : {-1, 0, 1}) sizes.push_back(blocks * leaf + d);
+            for (int32_t n : sizes) {
+                if (n < 1) continue;
+                for (Shape shape :
+                     {Shape::Random, Shape::RunsOfZeroAndNine, Shape::TopTenThousand}) {
+                    Num v;
+                    SetLimbs(&v.v, Operand(n, shape), false);
+                    CheckDigits(&v.v, n <= 60,
+                                std::to_string(n) + " limbs, leaf " + std::to_string(leaf));
+                }
             }
         }
     }
+    UsePortableNtt64(false);
 }
 
 TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
