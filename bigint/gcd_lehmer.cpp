@@ -1,11 +1,11 @@
 // Greatest common divisor by Lehmer's method.
 //
-// The leading four or five limbs of a and b (a number below 9·10^18) run
-// Euclid's algorithm on machine integers for as long as the quotients they
-// give are those of the full numbers (Knuth's test with the cofactors on both
-// sides); the cofactors, below 3·10^9 in magnitude, then replace a and b by
+// The leading nine limbs of a and b (a number below 10^36, in 128-bit
+// integers) run Euclid's algorithm for as long as the quotients they give
+// are those of the full numbers (Knuth's test with the cofactors on both
+// sides); the cofactors, at most 10^18 in magnitude, then replace a and b by
 // two linear combinations in one pass over their limbs. Each pass removes
-// seven to nine digits, where long division removes one quotient limb per
+// about seventeen digits, where long division removes one quotient limb per
 // pass. When the leading limbs cannot decide a quotient (a far longer than
 // b, or a single huge quotient) one full division step is taken instead.
 //
@@ -13,6 +13,7 @@
 #include "bigint/gcd_lehmer.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <utility>
 
@@ -23,11 +24,48 @@
 
 namespace {
 
+using Wide = __int128;
+
 // Leading limbs of v (len limbs) at positions n − count … n − 1 (missing limbs 0).
-int64_t Leading(const Limb* v, int32_t len, int32_t n, int32_t count) {
-    int64_t r = 0;
+Wide Leading(const Limb* v, int32_t len, int32_t n, int32_t count) {
+    Wide r = 0;
     for (int32_t i = n - 1; i >= n - count; --i) r = r * kLimbBase + (i >= 0 && i < len ? v[i] : 0);
     return r;
+}
+
+// Leading limbs in a window: nine limbs (below 10^36) leave cofactors up to
+// about 10^18, twice the digits of a 64-bit window per pass.
+constexpr int32_t kWindow = 9;
+// Cofactors past this are refused, which keeps LehmerCombine's terms in range.
+constexpr int64_t kCofactorLimit = 1000000000000000000;
+
+// *q := num / den for num >= 0, den > 0; false when the quotient is too
+// large for the cofactors to take. Past 63 bits a double's estimate,
+// corrected by the exact remainder, stands in for a 128-bit division.
+bool Quotient(Wide num, Wide den, int64_t* q) {
+    if (den <= 0 || num < 0) return false;
+    if (num < den) {
+        *q = 0;
+        return true;
+    }
+    if (num <= INT64_MAX) {
+        *q = int64_t(num) / int64_t(den);
+        return true;
+    }
+    const double estimate = double(num) / double(den);
+    if (estimate > 1e15) return false;
+    int64_t e = int64_t(estimate);
+    Wide r = num - Wide(e) * den;
+    while (r < 0) {
+        --e;
+        r += den;
+    }
+    while (r >= den) {
+        ++e;
+        r -= den;
+    }
+    *q = e;
+    return true;
 }
 
 }  // namespace
@@ -36,28 +74,31 @@ LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t 
                               int32_t floorLimbs) {
     LehmerCofactors c;
     if (lx - ly >= 2) return c;
-    // Five limbs when they stay below 9·10^18, else four: the more digits,
-    // the more quotients one pass settles.
-    const int32_t count = x[lx - 1] < 900 ? 5 : 4;
-    int64_t xh = Leading(x, lx, lx, count), yh = Leading(y, ly, lx, count);
+    const int32_t count = kWindow;
+    Wide xh = Leading(x, lx, lx, count), yh = Leading(y, ly, lx, count);
     // The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
     // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
     // (B = 10000, k = lx − count): yh − max(|C|, |D|) >= B^(floor − k)
-    // keeps it at least B^floor. Floors more than four limbs above the
-    // leading window cannot be shown that way.
-    int64_t least = 0;
+    // keeps it at least B^floor. Floors more than eight limbs above the
+    // bottom of the window cannot be shown that way.
+    Wide least = 0;
     if (floorLimbs >= 0) {
         const int32_t above = floorLimbs - (lx - count);
-        if (above > 4) return c;
+        if (above > 8) return c;
         least = 1;
         for (int32_t i = 0; i < above; ++i) least *= kLimbBase;
     }
     int64_t A = 1, B = 0, C = 0, D = 1;
     int32_t steps = 0;
     while (yh + C != 0 && yh + D != 0) {
-        const int64_t q = (xh + A) / (yh + C);
-        if (q != (xh + B) / (yh + D)) break;
-        const int64_t nextC = A - q * C, nextD = B - q * D, nextY = xh - q * yh;
+        int64_t q = 0, q2 = 0;
+        if (!Quotient(xh + A, yh + C, &q) || !Quotient(xh + B, yh + D, &q2) || q != q2) break;
+        const Wide wideC = Wide(A) - Wide(q) * C, wideD = Wide(B) - Wide(q) * D;
+        if (wideC > kCofactorLimit || wideC < -kCofactorLimit || wideD > kCofactorLimit ||
+            wideD < -kCofactorLimit)
+            break;
+        const int64_t nextC = int64_t(wideC), nextD = int64_t(wideD);
+        const Wide nextY = xh - Wide(q) * yh;
         if (least > 0 && nextY - std::max(std::abs(nextC), std::abs(nextD)) < least) break;
         A = C;
         C = nextC;
@@ -75,16 +116,19 @@ LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t 
     return c;
 }
 
-// The pass takes two limbs at a time (digits below 10^8): a term stays below
-// 6·10^17 in magnitude, so adding kBias (a multiple of 10^8) makes it
-// non-negative and the carry is an unsigned division by a constant.
+// The pass takes two limbs at a time (digits below 10^8) and the cofactors
+// as two such digits, A = Ah·10^8 + Al with |Ah| <= 10^10: a term
+// Al·x_i + Bl·y_i + Ah·x_(i−1) + Bh·y_(i−1) + carry stays below 2.1·10^18
+// in magnitude, and adding kBias (a multiple of 10^8 above that) makes it
+// non-negative, so the carry is an unsigned division by a constant.
 void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Limb* y, int32_t ly,
                    Limb* s, int32_t* ls, Limb* t, int32_t* lt) {
     constexpr int64_t kPair = int64_t(kLimbBase) * kLimbBase;
     constexpr int64_t kBias = kPair << 35;
     constexpr int64_t kBiasCarry = kBias / kPair;
-    const int64_t A = c.A, B = c.B, C = c.C, D = c.D;
-    int64_t c1 = 0, c2 = 0;
+    const int64_t Al = c.A % kPair, Ah = c.A / kPair, Bl = c.B % kPair, Bh = c.B / kPair;
+    const int64_t Cl = c.C % kPair, Ch = c.C / kPair, Dl = c.D % kPair, Dh = c.D / kPair;
+    int64_t c1 = 0, c2 = 0, px = 0, py = 0;
     auto pair = [](const Limb* v, int32_t len, int32_t i) -> int64_t {
         const int64_t low = i < len ? v[i] : 0;
         return i + 1 < len ? low + int64_t(v[i + 1]) * kLimbBase : low;
@@ -93,8 +137,10 @@ void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Li
     int32_t i = 0;
     for (; i < n; i += 2) {
         const int64_t xi = pair(x, lx, i), yi = pair(y, ly, i);
-        const uint64_t u1 = uint64_t(A * xi + B * yi + c1 + kBias);
-        const uint64_t u2 = uint64_t(C * xi + D * yi + c2 + kBias);
+        const uint64_t u1 = uint64_t(Al * xi + Bl * yi + Ah * px + Bh * py + c1 + kBias);
+        const uint64_t u2 = uint64_t(Cl * xi + Dl * yi + Ch * px + Dh * py + c2 + kBias);
+        px = xi;
+        py = yi;
         const uint64_t q1 = u1 / uint64_t(kPair), q2 = u2 / uint64_t(kPair);
         const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)),
                        r2 = uint32_t(u2 - q2 * uint64_t(kPair));
@@ -105,6 +151,8 @@ void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Li
         c1 = int64_t(q1) - kBiasCarry;
         c2 = int64_t(q2) - kBiasCarry;
     }
+    c1 += Ah * px + Bh * py;
+    c2 += Ch * px + Dh * py;
     auto finish = [i](Limb* out, int64_t carry) {
         int32_t k = i;
         while (carry > 0) {

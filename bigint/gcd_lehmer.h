@@ -1,10 +1,10 @@
 // Lehmer's step, shared by Lehmer's gcd and the leaves of the half-gcd.
 //
-// One step runs Euclid's algorithm on the leading four or five limbs of
+// One step runs Euclid's algorithm on the leading nine limbs of
 // x >= y > 0 for as long as the quotients are certainly those of the full
 // numbers, and answers the cofactors: after the step the pair is
 // (A·x + B·y, C·x + D·y), the two remainders that follow `steps` quotients.
-// The cofactors stay below 3·10^9 in magnitude and alternate in sign.
+// The cofactors are at most 10^18 in magnitude and alternate in sign.
 #pragma once
 
 #include <cstdint>
@@ -24,8 +24,8 @@ LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t 
                               int32_t floorLimbs);
 
 // s := A·x + B·y and t := C·x + D·y for combinations known to be
-// non-negative, in one pass over max(lx, ly) limbs; |A| … |D| below 3·10^9.
-// s and t alias neither input and hold max(lx, ly) + 4 limbs, or one more
+// non-negative, in one pass over max(lx, ly) limbs; |A| … |D| at most 10^18.
+// s and t alias neither input and hold max(lx, ly) + 6 limbs, or one more
 // than max(lx, ly) when both results are below 10000^max(lx, ly); their
 // lengths come back in *ls and *lt, without leading zero limbs.
 void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Limb* y, int32_t ly,
