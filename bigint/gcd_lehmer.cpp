@@ -70,24 +70,12 @@ bool Quotient(Wide num, Wide den, int64_t* q) {
 
 }  // namespace
 
-LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t ly,
-                              int32_t floorLimbs) {
+namespace {
+
+// Euclid's steps on the leading windows xh >= yh, with `least` > 0 the
+// bound the remainders' windows must keep (0: none).
+LehmerCofactors LeadingSteps(Wide xh, Wide yh, Wide least) {
     LehmerCofactors c;
-    if (lx - ly >= 2) return c;
-    const int32_t count = kWindow;
-    Wide xh = Leading(x, lx, lx, count), yh = Leading(y, ly, lx, count);
-    // The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
-    // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
-    // (B = 10000, k = lx − count): yh − max(|C|, |D|) >= B^(floor − k)
-    // keeps it at least B^floor. Floors more than eight limbs above the
-    // bottom of the window cannot be shown that way.
-    Wide least = 0;
-    if (floorLimbs >= 0) {
-        const int32_t above = floorLimbs - (lx - count);
-        if (above > 8) return c;
-        least = 1;
-        for (int32_t i = 0; i < above; ++i) least *= kLimbBase;
-    }
     int64_t A = 1, B = 0, C = 0, D = 1;
     int32_t steps = 0;
     while (yh + C != 0 && yh + D != 0) {
@@ -114,6 +102,47 @@ LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t 
     c.D = D;
     c.steps = steps;
     return c;
+}
+
+// B^(floor − k) for a window whose bottom is at limb k, or -1 when the
+// floor is more than eight limbs above it; 0 without a floor.
+Wide FloorInWindow(int32_t floorLimbs, int32_t k) {
+    if (floorLimbs < 0) return 0;
+    const int32_t above = floorLimbs - k;
+    if (above > 8) return -1;
+    Wide least = 1;
+    for (int32_t i = 0; i < above; ++i) least *= kLimbBase;
+    return least;
+}
+
+}  // namespace
+
+// The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
+// B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
+// (B = 10000, k the window's bottom limb): yh − max(|C|, |D|) >= B^(floor − k)
+// keeps it at least B^floor.
+LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t ly,
+                              int32_t floorLimbs) {
+    if (lx - ly >= 2) return LehmerCofactors();
+    const Wide least = FloorInWindow(floorLimbs, lx - kWindow);
+    if (least < 0) return LehmerCofactors();
+    return LeadingSteps(Leading(x, lx, lx, kWindow), Leading(y, ly, lx, kWindow), least);
+}
+
+LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t* y, int32_t ly,
+                                   int32_t floorLimbs) {
+    if (lx - ly >= 2) return LehmerCofactors();
+    // Five words while they stay below 10^38 (in a signed 128-bit integer), else four.
+    const int32_t count = x[lx - 1] < 1000000 ? 5 : 4;
+    const Wide least = FloorInWindow(floorLimbs, 2 * (lx - count));
+    if (least < 0) return LehmerCofactors();
+    constexpr Wide kWord = Wide(kLimbBase) * kLimbBase;
+    Wide xh = 0, yh = 0;
+    for (int32_t i = lx - 1; i >= lx - count; --i) {
+        xh = xh * kWord + (i >= 0 ? x[i] : 0);
+        yh = yh * kWord + (i >= 0 && i < ly ? y[i] : 0);
+    }
+    return LeadingSteps(xh, yh, least);
 }
 
 // The pass takes two limbs at a time (digits below 10^8) and the cofactors
@@ -158,6 +187,42 @@ void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Li
         while (carry > 0) {
             out[k++] = static_cast<Limb>(carry % kLimbBase);
             carry /= kLimbBase;
+        }
+        while (k > 1 && out[k - 1] == 0) --k;
+        return k;
+    };
+    *ls = finish(s, c1);
+    *lt = finish(t, c2);
+}
+
+void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx, const uint32_t* y,
+                        int32_t ly, uint32_t* s, int32_t* ls, uint32_t* t, int32_t* lt) {
+    constexpr int64_t kWord = int64_t(kLimbBase) * kLimbBase;
+    constexpr int64_t kBias = kWord << 35;
+    constexpr int64_t kBiasCarry = kBias / kWord;
+    const int64_t Al = c.A % kWord, Ah = c.A / kWord, Bl = c.B % kWord, Bh = c.B / kWord;
+    const int64_t Cl = c.C % kWord, Ch = c.C / kWord, Dl = c.D % kWord, Dh = c.D / kWord;
+    int64_t c1 = 0, c2 = 0, px = 0, py = 0;
+    const int32_t n = std::max(lx, ly);
+    for (int32_t i = 0; i < n; ++i) {
+        const int64_t xi = i < lx ? x[i] : 0, yi = i < ly ? y[i] : 0;
+        const uint64_t u1 = uint64_t(Al * xi + Bl * yi + Ah * px + Bh * py + c1 + kBias);
+        const uint64_t u2 = uint64_t(Cl * xi + Dl * yi + Ch * px + Dh * py + c2 + kBias);
+        px = xi;
+        py = yi;
+        const uint64_t q1 = u1 / uint64_t(kWord), q2 = u2 / uint64_t(kWord);
+        s[i] = uint32_t(u1 - q1 * uint64_t(kWord));
+        t[i] = uint32_t(u2 - q2 * uint64_t(kWord));
+        c1 = int64_t(q1) - kBiasCarry;
+        c2 = int64_t(q2) - kBiasCarry;
+    }
+    c1 += Ah * px + Bh * py;
+    c2 += Ch * px + Dh * py;
+    auto finish = [n](uint32_t* out, int64_t carry) {
+        int32_t k = n;
+        while (carry > 0) {
+            out[k++] = uint32_t(carry % kWord);
+            carry /= kWord;
         }
         while (k > 1 && out[k - 1] == 0) --k;
         return k;

@@ -8,7 +8,9 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
+#include "bigint/alloc.h"
 #include "bigint/record.h"
 
 struct LehmerCofactors {
@@ -30,3 +32,47 @@ LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t 
 // lengths come back in *ls and *lt, without leading zero limbs.
 void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Limb* y, int32_t ly,
                    Limb* s, int32_t* ls, Limb* t, int32_t* lt);
+
+// The same steps on numbers in base 10^8 (uint32 words, least significant
+// first): the leaves keep their work arrays so, which spares the pass the
+// pairing and splitting of limbs. Floors stay in limbs.
+LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t* y, int32_t ly,
+                                   int32_t floorLimbs);
+// As LehmerCombine; s and t hold max(lx, ly) + 3 words.
+void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx, const uint32_t* y,
+                        int32_t ly, uint32_t* s, int32_t* ls, uint32_t* t, int32_t* lt);
+
+// A number in base 10^8 in a work array of fixed room (the array comes
+// from AllocLimbs, two limbs a word, and is only ever read as words).
+struct WordSlot {
+    LimbBuffer buffer;
+    int32_t len = 1;  // words, without leading zero words
+
+    uint32_t* get() const { return reinterpret_cast<uint32_t*>(buffer.get()); }
+    bool Reset(int32_t room) { return buffer.Reset(2 * int64_t(room)); }
+    void Swap(WordSlot& o) {
+        buffer.Swap(o.buffer);
+        std::swap(len, o.len);
+    }
+    // Limbs of the value, without leading zeros.
+    int32_t Limbs() const { return 2 * len - (get()[len - 1] < uint32_t(kLimbBase) ? 1 : 0); }
+    // v (n >= 1 limbs) into the words; the room must hold (n + 1) / 2.
+    void FromLimbs(const Limb* v, int32_t n) {
+        uint32_t* w = get();
+        len = (n + 1) / 2;
+        for (int32_t i = 0; i < len; ++i) {
+            const uint32_t low = uint16_t(v[2 * i]);
+            w[i] = 2 * i + 1 < n ? low + uint32_t(uint16_t(v[2 * i + 1])) * kLimbBase : low;
+        }
+        while (len > 1 && w[len - 1] == 0) --len;
+    }
+    // The value as limbs into out, which holds 2·len limbs; answers the top.
+    int32_t ToLimbs(Limb* out) const {
+        const uint32_t* w = get();
+        for (int32_t i = 0; i < len; ++i) {
+            out[2 * i] = static_cast<Limb>(w[i] % kLimbBase);
+            out[2 * i + 1] = static_cast<Limb>(w[i] / kLimbBase);
+        }
+        return Limbs() - 1;
+    }
+};
