@@ -327,28 +327,6 @@ Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp&
     return Result::kOk;
 }
 
-// A word slot's value as a record.
-Result StoreWords(const WordSlot& w, BigInt* v) {
-    LimbBuffer limbs(2 * int64_t(w.len));
-    if (!limbs.ok()) return Result::kNoMemory;
-    const int32_t top = w.ToLimbs(limbs.get());
-    BigFree(v);
-    return BigFromLimbs(v, limbs.get(), top, 0);
-}
-
-// (r0, r1) := (|D|·r0 + |C|·r1, |B|·r0 + |A|·r1), as ApplyQuotients.
-void ApplyQuotientsWords(const LehmerCofactors& c, WordSlot& r0, WordSlot& r1, WordSlot& t0,
-                         WordSlot& t1) {
-    LehmerCofactors q;
-    q.A = c.D < 0 ? -c.D : c.D;
-    q.B = c.C < 0 ? -c.C : c.C;
-    q.C = c.B < 0 ? -c.B : c.B;
-    q.D = c.A < 0 ? -c.A : c.A;
-    LehmerCombineWords(q, r0.get(), r0.len, r1.get(), r1.len, t0.get(), &t0.len, t1.get(), &t1.len);
-    r0.Swap(t0);
-    r1.Swap(t1);
-}
-
 // Steps under the floor B^s on a >= b >= B^s while a has more than
 // stopLen limbs: Lehmer's step, or one division where the leading limbs
 // decide nothing. m receives the steps; *blocked tells that the next
@@ -384,15 +362,15 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
             x.Swap(sx);
             y.Swap(sy);
             // M := M·Q, Q the steps' quotient matrices multiplied out.
-            for (auto& row : u) ApplyQuotientsWords(c, row[0], row[1], t0, t1);
+            for (auto& row : u) ApplyQuotients(c, row[0], row[1], t0, t1);
             if (c.steps % 2 != 0) det = -det;
             *moved = true;
             continue;
         }
         // (x, y) := (y, x mod y), M := M·[q 1; 1 0], on records.
         BigTemp xv, yv, q, r;
-        code = StoreWords(x, &xv.v);
-        if (Ok(code)) code = StoreWords(y, &yv.v);
+        code = x.Store(&xv.v);
+        if (Ok(code)) code = y.Store(&yv.v);
         if (Ok(code)) code = FastDivMod(run.ctx, &xv.v, &yv.v, &q.v, &r.v);
         if (!Ok(code)) break;
         if (!AtLeastPower(r.v, s)) {
@@ -403,8 +381,8 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
         y.FromLimbs(r.v.limbs, Len(r.v));
         for (auto& row : u) {
             BigTemp u0, u1, product, sum;
-            code = StoreWords(row[0], &u0.v);
-            if (Ok(code)) code = StoreWords(row[1], &u1.v);
+            code = row[0].Store(&u0.v);
+            if (Ok(code)) code = row[1].Store(&u1.v);
             if (Ok(code)) code = run.Mul(&product.v, &q.v, &u0.v);
             if (Ok(code)) code = FastAdd(&sum.v, &product.v, &u1.v);
             if (!Ok(code)) break;
@@ -415,10 +393,9 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
         det = -det;
         *moved = true;
     }
-    if (Ok(code)) code = StoreWords(x, &a.v);
-    if (Ok(code)) code = StoreWords(y, &b.v);
-    for (int i = 0; i < 4 && Ok(code); ++i)
-        code = StoreWords(u[i / 2][i % 2], &m->u[i / 2][i % 2].v);
+    if (Ok(code)) code = x.Store(&a.v);
+    if (Ok(code)) code = y.Store(&b.v);
+    for (int i = 0; i < 4 && Ok(code); ++i) code = u[i / 2][i % 2].Store(&m->u[i / 2][i % 2].v);
     m->det = det;
     return code;
 }

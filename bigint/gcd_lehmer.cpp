@@ -1,13 +1,14 @@
 // Greatest common divisor by Lehmer's method.
 //
-// The leading nine limbs of a and b (a number below 10^36, in 128-bit
-// integers) run Euclid's algorithm for as long as the quotients they give
-// are those of the full numbers (Knuth's test with the cofactors on both
-// sides); the cofactors, at most 10^18 in magnitude, then replace a and b by
-// two linear combinations in one pass over their limbs. Each pass removes
-// about seventeen digits, where long division removes one quotient limb per
-// pass. When the leading limbs cannot decide a quotient (a far longer than
-// b, or a single huge quotient) one full division step is taken instead.
+// The numbers are kept in base-10^8 words. Their leading four or five
+// words (a number below 10^38, in 128-bit integers) run Euclid's algorithm
+// for as long as the quotients they give are those of the full numbers
+// (Knuth's test with the cofactors on both sides); the cofactors, at most
+// 10^18 in magnitude, then replace a and b by two linear combinations in one
+// pass over their words. Each pass removes about fifteen to seventeen
+// digits, where long division removes one quotient limb per pass. When the
+// leading words cannot decide a quotient (a far longer than b, or a single
+// huge quotient) one full division step is taken instead.
 //
 // Allocation: work arrays from alloc.h (LimbBuffer); a refused one answers code 3.
 #include "bigint/gcd_lehmer.h"
@@ -26,17 +27,7 @@ namespace {
 
 using Wide = __int128;
 
-// Leading limbs of v (len limbs) at positions n − count … n − 1 (missing limbs 0).
-Wide Leading(const Limb* v, int32_t len, int32_t n, int32_t count) {
-    Wide r = 0;
-    for (int32_t i = n - 1; i >= n - count; --i) r = r * kLimbBase + (i >= 0 && i < len ? v[i] : 0);
-    return r;
-}
-
-// Leading limbs in a window: nine limbs (below 10^36) leave cofactors up to
-// about 10^18, twice the digits of a 64-bit window per pass.
-constexpr int32_t kWindow = 9;
-// Cofactors past this are refused, which keeps LehmerCombine's terms in range.
+// Cofactors past this are refused, which keeps the pass's terms in range.
 constexpr int64_t kCofactorLimit = 1000000000000000000;
 
 // *q := num / den for num >= 0, den > 0; false when the quotient is too
@@ -67,10 +58,6 @@ bool Quotient(Wide num, Wide den, int64_t* q) {
     *q = e;
     return true;
 }
-
-}  // namespace
-
-namespace {
 
 // Euclid's steps on the leading windows xh >= yh, with `least` > 0 the
 // bound the remainders' windows must keep (0: none).
@@ -121,14 +108,6 @@ Wide FloorInWindow(int32_t floorLimbs, int32_t k) {
 // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
 // (B = 10000, k the window's bottom limb): yh − max(|C|, |D|) >= B^(floor − k)
 // keeps it at least B^floor.
-LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t ly,
-                              int32_t floorLimbs) {
-    if (lx - ly >= 2) return LehmerCofactors();
-    const Wide least = FloorInWindow(floorLimbs, lx - kWindow);
-    if (least < 0) return LehmerCofactors();
-    return LeadingSteps(Leading(x, lx, lx, kWindow), Leading(y, ly, lx, kWindow), least);
-}
-
 LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t* y, int32_t ly,
                                    int32_t floorLimbs) {
     if (lx - ly >= 2) return LehmerCofactors();
@@ -145,56 +124,11 @@ LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t
     return LeadingSteps(xh, yh, least);
 }
 
-// The pass takes two limbs at a time (digits below 10^8) and the cofactors
-// as two such digits, A = Ah·10^8 + Al with |Ah| <= 10^10: a term
-// Al·x_i + Bl·y_i + Ah·x_(i−1) + Bh·y_(i−1) + carry stays below 2.1·10^18
-// in magnitude, and adding kBias (a multiple of 10^8 above that) makes it
-// non-negative, so the carry is an unsigned division by a constant.
-void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Limb* y, int32_t ly,
-                   Limb* s, int32_t* ls, Limb* t, int32_t* lt) {
-    constexpr int64_t kPair = int64_t(kLimbBase) * kLimbBase;
-    constexpr int64_t kBias = kPair << 35;
-    constexpr int64_t kBiasCarry = kBias / kPair;
-    const int64_t Al = c.A % kPair, Ah = c.A / kPair, Bl = c.B % kPair, Bh = c.B / kPair;
-    const int64_t Cl = c.C % kPair, Ch = c.C / kPair, Dl = c.D % kPair, Dh = c.D / kPair;
-    int64_t c1 = 0, c2 = 0, px = 0, py = 0;
-    auto pair = [](const Limb* v, int32_t len, int32_t i) -> int64_t {
-        const int64_t low = i < len ? v[i] : 0;
-        return i + 1 < len ? low + int64_t(v[i + 1]) * kLimbBase : low;
-    };
-    const int32_t n = std::max(lx, ly);
-    int32_t i = 0;
-    for (; i < n; i += 2) {
-        const int64_t xi = pair(x, lx, i), yi = pair(y, ly, i);
-        const uint64_t u1 = uint64_t(Al * xi + Bl * yi + Ah * px + Bh * py + c1 + kBias);
-        const uint64_t u2 = uint64_t(Cl * xi + Dl * yi + Ch * px + Dh * py + c2 + kBias);
-        px = xi;
-        py = yi;
-        const uint64_t q1 = u1 / uint64_t(kPair), q2 = u2 / uint64_t(kPair);
-        const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)),
-                       r2 = uint32_t(u2 - q2 * uint64_t(kPair));
-        s[i] = static_cast<Limb>(r1 % kLimbBase);
-        s[i + 1] = static_cast<Limb>(r1 / kLimbBase);
-        t[i] = static_cast<Limb>(r2 % kLimbBase);
-        t[i + 1] = static_cast<Limb>(r2 / kLimbBase);
-        c1 = int64_t(q1) - kBiasCarry;
-        c2 = int64_t(q2) - kBiasCarry;
-    }
-    c1 += Ah * px + Bh * py;
-    c2 += Ch * px + Dh * py;
-    auto finish = [i](Limb* out, int64_t carry) {
-        int32_t k = i;
-        while (carry > 0) {
-            out[k++] = static_cast<Limb>(carry % kLimbBase);
-            carry /= kLimbBase;
-        }
-        while (k > 1 && out[k - 1] == 0) --k;
-        return k;
-    };
-    *ls = finish(s, c1);
-    *lt = finish(t, c2);
-}
-
+// The cofactors go in as two base-10^8 digits, A = Ah·10^8 + Al with
+// |Ah| <= 10^10: a term Al·x_i + Bl·y_i + Ah·x_(i−1) + Bh·y_(i−1) + carry
+// stays below 2.1·10^18 in magnitude, and adding kBias (a multiple of 10^8
+// above that) makes it non-negative, so the carry is an unsigned division
+// by a constant.
 void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx, const uint32_t* y,
                         int32_t ly, uint32_t* s, int32_t* ls, uint32_t* t, int32_t* lt) {
     constexpr int64_t kWord = int64_t(kLimbBase) * kLimbBase;
@@ -231,87 +165,60 @@ void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx,
     *lt = finish(t, c2);
 }
 
-namespace {
-
-struct Number {
-    LimbBuffer limbs;
-    int32_t len = 0;
-};
-
-Result FromRecord(const BigInt* v, int32_t room, Number* n) {
-    if (!n->limbs.Reset(room)) return Result::kNoMemory;
-    CopyLimbs(n->limbs.get(), v->limbs, v->top + 1);
-    n->len = v->top + 1;
-    return Result::kOk;
+Result WordSlot::Store(BigInt* v) const {
+    LimbBuffer limbs(2 * int64_t(len));
+    if (!limbs.ok()) return Result::kNoMemory;
+    const int32_t top = ToLimbs(limbs.get());
+    BigFree(v);
+    return BigFromLimbs(v, limbs.get(), top, 0);
 }
-
-// a := a mod b by one division (a >= b > 0).
-Result DivisionStep(CalcContext* ctx, Number* a, const Number& b) {
-    BigInt av = {}, bv = {};
-    av.limbs = a->limbs.get();
-    av.top = a->len - 1;
-    bv.limbs = b.limbs.get();
-    bv.top = b.len - 1;
-    BigTemp q, r;
-    const Result code = FastDivMod(ctx, &av, &bv, &q.v, &r.v);
-    if (!Ok(code)) return code;
-    CopyLimbs(a->limbs.get(), r.v.limbs, r.v.top + 1);
-    a->len = r.v.top + 1;
-    return Result::kOk;
-}
-
-bool IsZero(const Number& x) { return x.len == 1 && x.limbs[0] == 0; }
-
-void Exchange(Number* x, Number* y) {
-    x->limbs.Swap(y->limbs);
-    std::swap(x->len, y->len);
-}
-
-}  // namespace
 
 Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     const int32_t room = a->top + 2;
-    Number x, y, s, t;
-    Result code = FromRecord(a, room, &x);
-    if (Ok(code)) code = FromRecord(b, room, &y);
-    if (Ok(code) && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = Result::kNoMemory;
+    WordSlot x, y, s, t;
+    Result code = x.Load(*a, room);
+    if (Ok(code)) code = y.Load(*b, room);
+    if (Ok(code) && (!s.Reset((room + 1) / 2 + 4) || !t.Reset((room + 1) / 2 + 4)))
+        code = Result::kNoMemory;
     PollClock clk(ctx);
     const int32_t small = gFastThresholds.gcdLehmer;
-    while (Ok(code) && !IsZero(y) && y.len >= small) {
-        if (clk.Tick(4 * int64_t(x.len))) {
+    while (Ok(code) && !y.IsZero() && y.Limbs() >= small) {
+        if (clk.Tick(4 * int64_t(x.Limbs()))) {
             code = Result::kStopped;
             break;
         }
         // x >= y > 0 here.
-        const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, -1);
+        const LehmerCofactors c = LehmerLeadingWords(x.get(), x.len, y.get(), y.len, -1);
         if (c.steps == 0) {
-            code = DivisionStep(ctx, &x, y);
-            Exchange(&x, &y);
+            // x := x mod y by one division, then the pair exchanged.
+            BigTemp xv, yv, q, r;
+            code = x.Store(&xv.v);
+            if (Ok(code)) code = y.Store(&yv.v);
+            if (Ok(code)) code = FastDivMod(ctx, &xv.v, &yv.v, &q.v, &r.v);
+            if (Ok(code)) x.FromLimbs(r.v.limbs, r.v.top + 1);
+            x.Swap(y);
             continue;
         }
-        // Both results are below x, so x.len + 1 limbs of room suffice.
-        LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, s.limbs.get(), &s.len,
-                      t.limbs.get(), &t.len);
-        Exchange(&x, &s);
-        Exchange(&y, &t);
+        // Both results are below x, so x's room suffices.
+        LehmerCombineWords(c, x.get(), x.len, y.get(), y.len, s.get(), &s.len, t.get(), &t.len);
+        x.Swap(s);
+        y.Swap(t);
     }
     // The rest by long division, on numbers below the threshold.
+    BigTemp xv, yv;
+    if (Ok(code)) code = x.Store(&xv.v);
+    if (Ok(code)) code = y.Store(&yv.v);
     if (Ok(code)) {
-        BigInt xv = {}, yv = {};
-        xv.limbs = x.limbs.get();
-        xv.top = x.len - 1;
-        yv.limbs = y.limbs.get();
-        yv.top = y.len - 1;
-        if (IsZero(y)) {
-            code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+        if (BigIsZero(&yv.v)) {
+            code = BigFromLimbs(result, xv.v.limbs, xv.v.top, 0);
         } else {
-            const int order = BigCompareMag(&xv, &yv);
+            const int order = BigCompareMag(&xv.v, &yv.v);
             if (order == 0)
-                code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+                code = BigFromLimbs(result, xv.v.limbs, xv.v.top, 0);
             else if (order < 0)
-                code = GcdSchool(ctx, &xv, &yv, result);
+                code = GcdSchool(ctx, &xv.v, &yv.v, result);
             else
-                code = GcdSchool(ctx, &yv, &xv, result);
+                code = GcdSchool(ctx, &yv.v, &xv.v, result);
         }
     }
     return code;
