@@ -10,7 +10,9 @@
 // The cofactors are at most 10^18 in magnitude and alternate in sign.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <utility>
 
 #include "bigint/alloc.h"
@@ -37,16 +39,25 @@ LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t
 void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx, const uint32_t* y,
                         int32_t ly, uint32_t* s, int32_t* ls, uint32_t* t, int32_t* lt);
 
-// A number in base 10^8 in a work array of fixed room (the array comes
-// from AllocLimbs, two limbs a word, and is only ever read as words).
-struct WordSlot {
-    LimbBuffer buffer;
+// A number in base 10^8 in a work array of fixed room (nothrow new, as
+// every array of the folder).
+class WordSlot {
+public:
+    WordSlot() = default;
+    ~WordSlot() { delete[] words_; }
+    WordSlot(const WordSlot&) = delete;
+    WordSlot& operator=(const WordSlot&) = delete;
+
     int32_t len = 1;  // words, without leading zero words
 
-    uint32_t* get() const { return reinterpret_cast<uint32_t*>(buffer.get()); }
-    bool Reset(int32_t room) { return buffer.Reset(2 * int64_t(room)); }
+    uint32_t* get() const { return words_; }
+    bool Reset(int32_t room) {
+        delete[] words_;
+        words_ = new (std::nothrow) uint32_t[size_t(room)];
+        return words_ != nullptr;
+    }
     void Swap(WordSlot& o) {
-        buffer.Swap(o.buffer);
+        std::swap(words_, o.words_);
         std::swap(len, o.len);
     }
     // v into fresh words with room for roomLimbs limbs plus the pass's slack.
@@ -79,4 +90,7 @@ struct WordSlot {
         }
         return Limbs() - 1;
     }
+
+private:
+    uint32_t* words_ = nullptr;
 };
