@@ -43,7 +43,11 @@ bool Quotient(Wide num, Wide den, int64_t* q) {
         *q = int64_t(num) / int64_t(den);
         return true;
     }
-    const double estimate = double(num) / double(den);
+    // Each conversion in two halves, cheaper than the library's.
+    auto toDouble = [](Wide v) {
+        return double(int64_t(v >> 64)) * 18446744073709551616.0 + double(uint64_t(v));
+    };
+    const double estimate = toDouble(num) / toDouble(den);
     if (estimate > 1e15) return false;
     int64_t e = int64_t(estimate);
     Wide r = num - Wide(e) * den;
