@@ -140,20 +140,26 @@ void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx,
     constexpr int64_t kBiasCarry = kBias / kWord;
     const int64_t Al = c.A % kWord, Ah = c.A / kWord, Bl = c.B % kWord, Bh = c.B / kWord;
     const int64_t Cl = c.C % kWord, Ch = c.C / kWord, Dl = c.D % kWord, Dh = c.D / kWord;
-    int64_t c1 = 0, c2 = 0, px = 0, py = 0;
-    const int32_t n = std::max(lx, ly);
-    for (int32_t i = 0; i < n; ++i) {
-        const int64_t xi = i < lx ? x[i] : 0, yi = i < ly ? y[i] : 0;
-        const uint64_t u1 = uint64_t(Al * xi + Bl * yi + Ah * px + Bh * py + c1 + kBias);
-        const uint64_t u2 = uint64_t(Cl * xi + Dl * yi + Ch * px + Dh * py + c2 + kBias);
+    // The carries are kept biased (q − kBiasCarry is the true carry), which
+    // takes the bias's subtraction off the chain from one word to the next.
+    constexpr int64_t kOffset = kBias - kBiasCarry;
+    uint64_t q1 = kBiasCarry, q2 = kBiasCarry;
+    int64_t px = 0, py = 0;
+    auto step = [&](int32_t i, int64_t xi, int64_t yi) {
+        const uint64_t u1 = uint64_t(Al * xi + Bl * yi + Ah * px + Bh * py + kOffset) + q1;
+        const uint64_t u2 = uint64_t(Cl * xi + Dl * yi + Ch * px + Dh * py + kOffset) + q2;
         px = xi;
         py = yi;
-        const uint64_t q1 = u1 / uint64_t(kWord), q2 = u2 / uint64_t(kWord);
+        q1 = u1 / uint64_t(kWord);
+        q2 = u2 / uint64_t(kWord);
         s[i] = uint32_t(u1 - q1 * uint64_t(kWord));
         t[i] = uint32_t(u2 - q2 * uint64_t(kWord));
-        c1 = int64_t(q1) - kBiasCarry;
-        c2 = int64_t(q2) - kBiasCarry;
-    }
+    };
+    const int32_t n = std::max(lx, ly), common = std::min(lx, ly);
+    int32_t i = 0;
+    for (; i < common; ++i) step(i, x[i], y[i]);
+    for (; i < n; ++i) step(i, i < lx ? x[i] : 0, i < ly ? y[i] : 0);
+    int64_t c1 = int64_t(q1) - kBiasCarry, c2 = int64_t(q2) - kBiasCarry;
     c1 += Ah * px + Bh * py;
     c2 += Ch * px + Dh * py;
     auto finish = [n](uint32_t* out, int64_t carry) {
