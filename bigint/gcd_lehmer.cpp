@@ -39,10 +39,6 @@ bool Quotient(Wide num, Wide den, int64_t* q) {
         *q = 0;
         return true;
     }
-    if (num <= INT64_MAX) {
-        *q = int64_t(num) / int64_t(den);
-        return true;
-    }
     // Each conversion in two halves, cheaper than the library's.
     auto toDouble = [](Wide v) {
         return double(int64_t(v >> 64)) * 18446744073709551616.0 + double(uint64_t(v));
@@ -70,8 +66,13 @@ LehmerCofactors LeadingSteps(Wide xh, Wide yh, Wide least) {
     int64_t A = 1, B = 0, C = 0, D = 1;
     int32_t steps = 0;
     while (yh + C != 0 && yh + D != 0) {
-        int64_t q = 0, q2 = 0;
-        if (!Quotient(xh + A, yh + C, &q) || !Quotient(xh + B, yh + D, &q2) || q != q2) break;
+        // Knuth's test: the same quotient for (xh + A)/(yh + C) and
+        // (xh + B)/(yh + D), the second checked by its remainder. With
+        // |yh + D − (yh + C)| <= 2·10^18 the product q·(yh + D) stays in range.
+        int64_t q = 0;
+        if (!Quotient(xh + A, yh + C, &q)) break;
+        const Wide den2 = yh + D, rest2 = xh + B - Wide(q) * den2;
+        if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
         const Wide wideC = Wide(A) - Wide(q) * C, wideD = Wide(B) - Wide(q) * D;
         if (wideC > kCofactorLimit || wideC < -kCofactorLimit || wideD > kCofactorLimit ||
             wideD < -kCofactorLimit)
