@@ -14,7 +14,6 @@
 #include "bigint/gcd_lehmer.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <utility>
 
@@ -30,23 +29,26 @@ using Wide = __int128;
 // Cofactors past this are refused, which keeps the pass's terms in range.
 constexpr int64_t kCofactorLimit = 1000000000000000000;
 
+// Conversions of 128-bit integers in two halves, cheaper than the library's.
+double ToDouble(Wide v) {
+    return double(int64_t(v >> 64)) * 18446744073709551616.0 + double(uint64_t(v));
+}
+double ToDouble(int64_t v) { return double(v); }
+
 // *q := num / den for num >= 0, den > 0; false when the quotient is too
-// large for the cofactors to take. Past 63 bits a double's estimate,
-// corrected by the exact remainder, stands in for a 128-bit division.
-bool Quotient(Wide num, Wide den, int64_t* q) {
+// large for the cofactors to take. A double's estimate, corrected by the
+// exact remainder, stands in for the division.
+template <typename T>
+bool Quotient(T num, T den, int64_t* q) {
     if (den <= 0 || num < 0) return false;
     if (num < den) {
         *q = 0;
         return true;
     }
-    // Each conversion in two halves, cheaper than the library's.
-    auto toDouble = [](Wide v) {
-        return double(int64_t(v >> 64)) * 18446744073709551616.0 + double(uint64_t(v));
-    };
-    const double estimate = toDouble(num) / toDouble(den);
+    const double estimate = ToDouble(num) / ToDouble(den);
     if (estimate > 1e15) return false;
     int64_t e = int64_t(estimate);
-    Wide r = num - Wide(e) * den;
+    T r = num - T(e) * den;
     while (r < 0) {
         --e;
         r += den;
@@ -59,26 +61,35 @@ bool Quotient(Wide num, Wide den, int64_t* q) {
     return true;
 }
 
+// Windows below this (with cofactors up to 10^18 added) go on in 64-bit integers.
+constexpr int64_t kNarrow = int64_t(1) << 61;
+
 // Euclid's steps on the leading windows xh >= yh, with `least` > 0 the
-// bound the remainders' windows must keep (0: none).
-LehmerCofactors LeadingSteps(Wide xh, Wide yh, Wide least) {
-    LehmerCofactors c;
-    int64_t A = 1, B = 0, C = 0, D = 1;
-    int32_t steps = 0;
+// bound the remainders' windows must keep (0: none), taking c's cofactors
+// on. With T = Wide the steps stop (*narrowed true) once both windows fit
+// 64-bit integers.
+template <typename T>
+void LeadingSteps(T& xh, T& yh, T least, LehmerCofactors* c, bool* narrowed) {
+    int64_t A = c->A, B = c->B, C = c->C, D = c->D;
+    int32_t steps = c->steps;
     while (yh + C != 0 && yh + D != 0) {
+        if (narrowed != nullptr && xh < kNarrow && least < kNarrow) {
+            *narrowed = true;
+            break;
+        }
         // Knuth's test: the same quotient for (xh + A)/(yh + C) and
         // (xh + B)/(yh + D), the second checked by its remainder. With
         // |yh + D − (yh + C)| <= 2·10^18 the product q·(yh + D) stays in range.
         int64_t q = 0;
-        if (!Quotient(xh + A, yh + C, &q)) break;
-        const Wide den2 = yh + D, rest2 = xh + B - Wide(q) * den2;
+        if (!Quotient<T>(xh + A, yh + C, &q)) break;
+        const Wide den2 = Wide(yh) + D, rest2 = Wide(xh) + B - Wide(q) * den2;
         if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
         const Wide wideC = Wide(A) - Wide(q) * C, wideD = Wide(B) - Wide(q) * D;
         if (wideC > kCofactorLimit || wideC < -kCofactorLimit || wideD > kCofactorLimit ||
             wideD < -kCofactorLimit)
             break;
         const int64_t nextC = int64_t(wideC), nextD = int64_t(wideD);
-        const Wide nextY = xh - Wide(q) * yh;
+        const T nextY = xh - T(q) * yh;
         if (least > 0 && nextY - std::max(std::abs(nextC), std::abs(nextD)) < least) break;
         A = C;
         C = nextC;
@@ -88,11 +99,22 @@ LehmerCofactors LeadingSteps(Wide xh, Wide yh, Wide least) {
         yh = nextY;
         ++steps;
     }
-    c.A = A;
-    c.B = B;
-    c.C = C;
-    c.D = D;
-    c.steps = steps;
+    c->A = A;
+    c->B = B;
+    c->C = C;
+    c->D = D;
+    c->steps = steps;
+}
+
+// The steps on 128-bit windows, on 64-bit ones once they fit.
+LehmerCofactors LeadingSteps(Wide xh, Wide yh, Wide least) {
+    LehmerCofactors c;
+    bool narrowed = false;
+    LeadingSteps<Wide>(xh, yh, least, &c, &narrowed);
+    if (narrowed) {
+        int64_t x64 = int64_t(xh), y64 = int64_t(yh);
+        LeadingSteps<int64_t>(x64, y64, int64_t(least), &c, nullptr);
+    }
     return c;
 }
 
