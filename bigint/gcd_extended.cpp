@@ -109,8 +109,8 @@ Result HalfRounds(HgcdRun& run, State* s) {
 // Lehmer's steps down to y = 0, the row carried along; every array has the
 // room of m's limbs plus the combination's slack, since nothing outgrows m.
 Result LehmerSteps(HgcdRun& run, State* s, int32_t room) {
-    LimbSlot x, y, u0, u1, t0, t1;
-    LimbSlot* work[4] = {&x, &y, &u0, &u1};
+    WordSlot x, y, u0, u1, t0, t1;
+    WordSlot* work[4] = {&x, &y, &u0, &u1};
     BigInt* kept[4] = {&s->x.v, &s->y.v, &s->u0.v, &s->u1.v};
     auto load = [&]() -> Result {
         for (int i = 0; i < 4; ++i)
@@ -123,18 +123,18 @@ Result LehmerSteps(HgcdRun& run, State* s, int32_t room) {
         return Result::kOk;
     };
     Result code = load();
-    if (Ok(code) && !(t0.limbs.Reset(room) && t1.limbs.Reset(room))) code = Result::kNoMemory;
-    while (Ok(code) && !(y.len == 1 && y.limbs[0] == 0)) {
-        if (run.clk.Tick(4 * (int64_t(x.len) + u0.len))) return Result::kStopped;
-        const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, 0);
+    if (Ok(code) && !(t0.Reset((room + 1) / 2 + 4) && t1.Reset((room + 1) / 2 + 4)))
+        code = Result::kNoMemory;
+    while (Ok(code) && !y.IsZero()) {
+        if (run.clk.Tick(8 * (int64_t(x.len) + u0.len))) return Result::kStopped;
+        const LehmerCofactors c = LehmerLeadingWords(x.get(), x.len, y.get(), y.len, 0);
         if (c.steps == 0) {
             code = store();
             if (Ok(code)) code = DivisionStep(run, s);
             if (Ok(code)) code = load();
             continue;
         }
-        LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, t0.limbs.get(), &t0.len,
-                      t1.limbs.get(), &t1.len);
+        LehmerCombineWords(c, x.get(), x.len, y.get(), y.len, t0.get(), &t0.len, t1.get(), &t1.len);
         x.Swap(t0);
         y.Swap(t1);
         ApplyQuotients(c, u0, u1, t0, t1);

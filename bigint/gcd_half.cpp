@@ -331,35 +331,34 @@ Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp&
 // stopLen limbs: Lehmer's step, or one division where the leading limbs
 // decide nothing. m receives the steps; *blocked tells that the next
 // remainder falls below B^s, so no step is left. Every array is allocated
-// once: the pair only shrinks, and the entries stay below a / B^s.
+// once, in words of 10^8: the pair only shrinks, and the entries stay below
+// a / B^s.
 Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
             bool* blocked) {
     *moved = false;
     *blocked = false;
-    const int32_t room = Len(a.v) + 8;
-    LimbSlot x, y, sx, sy, u[2][2], t0, t1;
-    Result code = x.Load(a.v, room);
-    if (Ok(code)) code = y.Load(b.v, room);
-    for (int i = 0; i < 4 && Ok(code); ++i) {
-        code = u[i / 2][i % 2].limbs.Reset(room) ? Result::kOk : Result::kNoMemory;
-        if (Ok(code)) u[i / 2][i % 2].limbs[0] = i == 0 || i == 3 ? 1 : 0;
-    }
-    if (Ok(code) && !(sx.limbs.Reset(room) && sy.limbs.Reset(room) && t0.limbs.Reset(room) &&
-                      t1.limbs.Reset(room)))
-        code = Result::kNoMemory;
+    const int32_t room = (Len(a.v) + 1) / 2 + 4;
+    WordSlot x, y, sx, sy, u[2][2], t0, t1;
+    Result code = Result::kOk;
+    for (WordSlot* w : {&x, &y, &sx, &sy, &u[0][0], &u[0][1], &u[1][0], &u[1][1], &t0, &t1})
+        if (Ok(code) && !w->Reset(room)) code = Result::kNoMemory;
+    if (!Ok(code)) return code;
+    x.FromLimbs(a.v.limbs, Len(a.v));
+    y.FromLimbs(b.v.limbs, Len(b.v));
+    for (int i = 0; i < 4; ++i) u[i / 2][i % 2].get()[0] = i == 0 || i == 3 ? 1 : 0;
     int det = 1;
-    while (Ok(code) && x.len > stopLen) {
-        if (run.clk.Tick(8 * int64_t(x.len))) return Result::kStopped;
+    while (Ok(code) && x.Limbs() > stopLen) {
+        if (run.clk.Tick(8 * int64_t(x.Limbs()))) return Result::kStopped;
         // Every step keeps y at least B^s; the test keeps a pair that broke
         // the rule from being divided down to zero.
-        if (y.len <= s) {
+        if (y.Limbs() <= s) {
             *blocked = true;
             break;
         }
-        const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, s);
+        const LehmerCofactors c = LehmerLeadingWords(x.get(), x.len, y.get(), y.len, s);
         if (c.steps > 0) {
-            LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, sx.limbs.get(), &sx.len,
-                          sy.limbs.get(), &sy.len);
+            LehmerCombineWords(c, x.get(), x.len, y.get(), y.len, sx.get(), &sx.len, sy.get(),
+                               &sy.len);
             x.Swap(sx);
             y.Swap(sy);
             // M := M·Q, Q the steps' quotient matrices multiplied out.
@@ -368,26 +367,26 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
             *moved = true;
             continue;
         }
-        // (x, y) := (y, x mod y), M := M·[q 1; 1 0].
-        BigTemp q, r;
-        const BigInt xv = x.View(), yv = y.View();
-        code = FastDivMod(run.ctx, &xv, &yv, &q.v, &r.v);
+        // (x, y) := (y, x mod y), M := M·[q 1; 1 0], on records.
+        BigTemp xv, yv, q, r;
+        code = x.Store(&xv.v);
+        if (Ok(code)) code = y.Store(&yv.v);
+        if (Ok(code)) code = FastDivMod(run.ctx, &xv.v, &yv.v, &q.v, &r.v);
         if (!Ok(code)) break;
         if (!AtLeastPower(r.v, s)) {
             *blocked = true;
             break;
         }
         x.Swap(y);
-        CopyLimbs(y.limbs.get(), r.v.limbs, r.v.top + 1);
-        y.len = r.v.top + 1;
+        y.FromLimbs(r.v.limbs, Len(r.v));
         for (auto& row : u) {
-            BigTemp product, sum;
-            const BigInt u0 = row[0].View(), u1 = row[1].View();
-            code = run.Mul(&product.v, &q.v, &u0);
-            if (Ok(code)) code = FastAdd(&sum.v, &product.v, &u1);
+            BigTemp u0, u1, product, sum;
+            code = row[0].Store(&u0.v);
+            if (Ok(code)) code = row[1].Store(&u1.v);
+            if (Ok(code)) code = run.Mul(&product.v, &q.v, &u0.v);
+            if (Ok(code)) code = FastAdd(&sum.v, &product.v, &u1.v);
             if (!Ok(code)) break;
-            CopyLimbs(t0.limbs.get(), sum.v.limbs, sum.v.top + 1);
-            t0.len = sum.v.top + 1;
+            t0.FromLimbs(sum.v.limbs, Len(sum.v));
             row[1].Swap(row[0]);
             row[0].Swap(t0);
         }

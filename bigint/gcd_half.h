@@ -65,47 +65,19 @@ bool HgcdUseTransforms(int32_t shorter, int32_t longer);
 Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
                      const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat);
 
-// A number in a work array of fixed room, for the Lehmer steps of both.
-struct LimbSlot {
-    LimbBuffer limbs;
-    int32_t len = 1;
-
-    Result Load(const BigInt& v, int32_t room) {
-        if (!limbs.Reset(room)) return Result::kNoMemory;
-        CopyLimbs(limbs.get(), v.limbs, v.top + 1);
-        len = v.top + 1;
-        return Result::kOk;
-    }
-    BigInt View() const {
-        BigInt v = {};
-        v.limbs = limbs.get();
-        v.top = len - 1;
-        return v;
-    }
-    Result Store(BigInt* v) const {
-        BigFree(v);
-        return BigFromLimbs(v, limbs.get(), len - 1, 0);
-    }
-    void Swap(LimbSlot& o) {
-        limbs.Swap(o.limbs);
-        std::swap(len, o.len);
-    }
-};
-
 // (r0, r1) := (|D|·r0 + |C|·r1, |B|·r0 + |A|·r1) for the cofactors of some
 // Lehmer steps: a row of cofactors times the steps' quotient matrices
 // multiplied out, the inverse of the cofactors' matrix without its signs.
 // t0 and t1 are scratch of the rows' room; the steps flip the determinant
 // when their count is odd.
-inline void ApplyQuotients(const LehmerCofactors& c, LimbSlot& r0, LimbSlot& r1, LimbSlot& t0,
-                           LimbSlot& t1) {
+inline void ApplyQuotients(const LehmerCofactors& c, WordSlot& r0, WordSlot& r1, WordSlot& t0,
+                           WordSlot& t1) {
     LehmerCofactors q;
     q.A = c.D < 0 ? -c.D : c.D;
     q.B = c.C < 0 ? -c.C : c.C;
     q.C = c.B < 0 ? -c.B : c.B;
     q.D = c.A < 0 ? -c.A : c.A;
-    LehmerCombine(q, r0.limbs.get(), r0.len, r1.limbs.get(), r1.len, t0.limbs.get(), &t0.len,
-                  t1.limbs.get(), &t1.len);
+    LehmerCombineWords(q, r0.get(), r0.len, r1.get(), r1.len, t0.get(), &t0.len, t1.get(), &t1.len);
     r0.Swap(t0);
     r1.Swap(t1);
 }

@@ -1,13 +1,14 @@
 // Greatest common divisor by Lehmer's method.
 //
-// The leading four or five limbs of a and b (a number below 9·10^18) run
-// Euclid's algorithm on machine integers for as long as the quotients they
-// give are those of the full numbers (Knuth's test with the cofactors on both
-// sides); the cofactors, below 3·10^9 in magnitude, then replace a and b by
-// two linear combinations in one pass over their limbs. Each pass removes
-// seven to nine digits, where long division removes one quotient limb per
-// pass. When the leading limbs cannot decide a quotient (a far longer than
-// b, or a single huge quotient) one full division step is taken instead.
+// The numbers are kept in base-10^8 words. Their leading four or five
+// words (a number below 10^38, in 128-bit integers) run Euclid's algorithm
+// for as long as the quotients they give are those of the full numbers
+// (Knuth's test with the cofactors on both sides); the cofactors, at most
+// 10^18 in magnitude, then replace a and b by two linear combinations in one
+// pass over their words. Each pass removes about fifteen to seventeen
+// digits, where long division removes one quotient limb per pass. When the
+// leading words cannot decide a quotient (a far longer than b, or a single
+// huge quotient) one full division step is taken instead.
 //
 // Allocation: work arrays from alloc.h (LimbBuffer); a refused one answers code 3.
 #include "bigint/gcd_lehmer.h"
@@ -23,41 +24,72 @@
 
 namespace {
 
-// Leading limbs of v (len limbs) at positions n − count … n − 1 (missing limbs 0).
-int64_t Leading(const Limb* v, int32_t len, int32_t n, int32_t count) {
-    int64_t r = 0;
-    for (int32_t i = n - 1; i >= n - count; --i) r = r * kLimbBase + (i >= 0 && i < len ? v[i] : 0);
-    return r;
+using Wide = __int128;
+
+// Cofactors past this are refused, which keeps the pass's terms in range.
+constexpr int64_t kCofactorLimit = 1000000000000000000;
+
+// Conversions of 128-bit integers in two halves, cheaper than the library's.
+double ToDouble(Wide v) {
+    return double(int64_t(v >> 64)) * 18446744073709551616.0 + double(uint64_t(v));
+}
+double ToDouble(int64_t v) { return double(v); }
+
+// *q := num / den for num >= 0, den > 0; false when the quotient is too
+// large for the cofactors to take. A double's estimate, corrected by the
+// exact remainder, stands in for the division.
+template <typename T>
+bool Quotient(T num, T den, int64_t* q) {
+    if (den <= 0 || num < 0) return false;
+    if (num < den) {
+        *q = 0;
+        return true;
+    }
+    const double estimate = ToDouble(num) / ToDouble(den);
+    if (estimate > 1e15) return false;
+    int64_t e = int64_t(estimate);
+    T r = num - T(e) * den;
+    while (r < 0) {
+        --e;
+        r += den;
+    }
+    while (r >= den) {
+        ++e;
+        r -= den;
+    }
+    *q = e;
+    return true;
 }
 
-}  // namespace
+// Windows below this (with cofactors up to 10^18 added) go on in 64-bit integers.
+constexpr int64_t kNarrow = int64_t(1) << 61;
 
-LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t ly,
-                              int32_t floorLimbs) {
-    LehmerCofactors c;
-    if (lx - ly >= 2) return c;
-    // Five limbs when they stay below 9·10^18, else four: the more digits,
-    // the more quotients one pass settles.
-    const int32_t count = x[lx - 1] < 900 ? 5 : 4;
-    int64_t xh = Leading(x, lx, lx, count), yh = Leading(y, ly, lx, count);
-    // The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
-    // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
-    // (B = 10000, k = lx − count): yh − max(|C|, |D|) >= B^(floor − k)
-    // keeps it at least B^floor. Floors more than four limbs above the
-    // leading window cannot be shown that way.
-    int64_t least = 0;
-    if (floorLimbs >= 0) {
-        const int32_t above = floorLimbs - (lx - count);
-        if (above > 4) return c;
-        least = 1;
-        for (int32_t i = 0; i < above; ++i) least *= kLimbBase;
-    }
-    int64_t A = 1, B = 0, C = 0, D = 1;
-    int32_t steps = 0;
+// Euclid's steps on the leading windows xh >= yh, with `least` > 0 the
+// bound the remainders' windows must keep (0: none), taking c's cofactors
+// on. With T = Wide the steps stop (*narrowed true) once both windows fit
+// 64-bit integers.
+template <typename T>
+void LeadingSteps(T& xh, T& yh, T least, LehmerCofactors* c, bool* narrowed) {
+    int64_t A = c->A, B = c->B, C = c->C, D = c->D;
+    int32_t steps = c->steps;
     while (yh + C != 0 && yh + D != 0) {
-        const int64_t q = (xh + A) / (yh + C);
-        if (q != (xh + B) / (yh + D)) break;
-        const int64_t nextC = A - q * C, nextD = B - q * D, nextY = xh - q * yh;
+        if (narrowed != nullptr && xh < kNarrow && least < kNarrow) {
+            *narrowed = true;
+            break;
+        }
+        // Knuth's test: the same quotient for (xh + A)/(yh + C) and
+        // (xh + B)/(yh + D), the second checked by its remainder. With
+        // |yh + D − (yh + C)| <= 2·10^18 the product q·(yh + D) stays in range.
+        int64_t q = 0;
+        if (!Quotient<T>(xh + A, yh + C, &q)) break;
+        const Wide den2 = Wide(yh) + D, rest2 = Wide(xh) + B - Wide(q) * den2;
+        if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
+        const Wide wideC = Wide(A) - Wide(q) * C, wideD = Wide(B) - Wide(q) * D;
+        if (wideC > kCofactorLimit || wideC < -kCofactorLimit || wideD > kCofactorLimit ||
+            wideD < -kCofactorLimit)
+            break;
+        const int64_t nextC = int64_t(wideC), nextD = int64_t(wideD);
+        const T nextY = xh - T(q) * yh;
         if (least > 0 && nextY - std::max(std::abs(nextC), std::abs(nextD)) < least) break;
         A = C;
         C = nextC;
@@ -67,49 +99,97 @@ LehmerCofactors LehmerLeading(const Limb* x, int32_t lx, const Limb* y, int32_t 
         yh = nextY;
         ++steps;
     }
-    c.A = A;
-    c.B = B;
-    c.C = C;
-    c.D = D;
-    c.steps = steps;
+    c->A = A;
+    c->B = B;
+    c->C = C;
+    c->D = D;
+    c->steps = steps;
+}
+
+// The steps on 128-bit windows, on 64-bit ones once they fit.
+LehmerCofactors LeadingSteps(Wide xh, Wide yh, Wide least) {
+    LehmerCofactors c;
+    bool narrowed = false;
+    LeadingSteps<Wide>(xh, yh, least, &c, &narrowed);
+    if (narrowed) {
+        int64_t x64 = int64_t(xh), y64 = int64_t(yh);
+        LeadingSteps<int64_t>(x64, y64, int64_t(least), &c, nullptr);
+    }
     return c;
 }
 
-// The pass takes two limbs at a time (digits below 10^8): a term stays below
-// 6·10^17 in magnitude, so adding kBias (a multiple of 10^8) makes it
-// non-negative and the carry is an unsigned division by a constant.
-void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Limb* y, int32_t ly,
-                   Limb* s, int32_t* ls, Limb* t, int32_t* lt) {
-    constexpr int64_t kPair = int64_t(kLimbBase) * kLimbBase;
-    constexpr int64_t kBias = kPair << 35;
-    constexpr int64_t kBiasCarry = kBias / kPair;
-    const int64_t A = c.A, B = c.B, C = c.C, D = c.D;
-    int64_t c1 = 0, c2 = 0;
-    auto pair = [](const Limb* v, int32_t len, int32_t i) -> int64_t {
-        const int64_t low = i < len ? v[i] : 0;
-        return i + 1 < len ? low + int64_t(v[i + 1]) * kLimbBase : low;
-    };
-    const int32_t n = std::max(lx, ly);
-    int32_t i = 0;
-    for (; i < n; i += 2) {
-        const int64_t xi = pair(x, lx, i), yi = pair(y, ly, i);
-        const uint64_t u1 = uint64_t(A * xi + B * yi + c1 + kBias);
-        const uint64_t u2 = uint64_t(C * xi + D * yi + c2 + kBias);
-        const uint64_t q1 = u1 / uint64_t(kPair), q2 = u2 / uint64_t(kPair);
-        const uint32_t r1 = uint32_t(u1 - q1 * uint64_t(kPair)),
-                       r2 = uint32_t(u2 - q2 * uint64_t(kPair));
-        s[i] = static_cast<Limb>(r1 % kLimbBase);
-        s[i + 1] = static_cast<Limb>(r1 / kLimbBase);
-        t[i] = static_cast<Limb>(r2 % kLimbBase);
-        t[i + 1] = static_cast<Limb>(r2 / kLimbBase);
-        c1 = int64_t(q1) - kBiasCarry;
-        c2 = int64_t(q2) - kBiasCarry;
+// B^(floor − k) for a window whose bottom is at limb k, or -1 when the
+// floor is more than eight limbs above it; 0 without a floor.
+Wide FloorInWindow(int32_t floorLimbs, int32_t k) {
+    if (floorLimbs < 0) return 0;
+    const int32_t above = floorLimbs - k;
+    if (above > 8) return -1;
+    Wide least = 1;
+    for (int32_t i = 0; i < above; ++i) least *= kLimbBase;
+    return least;
+}
+
+}  // namespace
+
+// The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
+// B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
+// (B = 10000, k the window's bottom limb): yh − max(|C|, |D|) >= B^(floor − k)
+// keeps it at least B^floor.
+LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t* y, int32_t ly,
+                                   int32_t floorLimbs) {
+    if (lx - ly >= 2) return LehmerCofactors();
+    // Five words while they stay below 10^38 (in a signed 128-bit integer), else four.
+    const int32_t count = x[lx - 1] < 1000000 ? 5 : 4;
+    const Wide least = FloorInWindow(floorLimbs, 2 * (lx - count));
+    if (least < 0) return LehmerCofactors();
+    constexpr Wide kWord = Wide(kLimbBase) * kLimbBase;
+    Wide xh = 0, yh = 0;
+    for (int32_t i = lx - 1; i >= lx - count; --i) {
+        xh = xh * kWord + (i >= 0 ? x[i] : 0);
+        yh = yh * kWord + (i >= 0 && i < ly ? y[i] : 0);
     }
-    auto finish = [i](Limb* out, int64_t carry) {
-        int32_t k = i;
+    return LeadingSteps(xh, yh, least);
+}
+
+// The cofactors go in as two base-10^8 digits, A = Ah·10^8 + Al with
+// |Ah| <= 10^10: a term Al·x_i + Bl·y_i + Ah·x_(i−1) + Bh·y_(i−1) + carry
+// stays below 2.1·10^18 in magnitude, and adding kBias (a multiple of 10^8
+// above that) makes it non-negative, so the carry is an unsigned division
+// by a constant.
+void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx, const uint32_t* y,
+                        int32_t ly, uint32_t* s, int32_t* ls, uint32_t* t, int32_t* lt) {
+    constexpr int64_t kWord = int64_t(kLimbBase) * kLimbBase;
+    constexpr int64_t kBias = kWord << 35;
+    constexpr int64_t kBiasCarry = kBias / kWord;
+    const int64_t Al = c.A % kWord, Ah = c.A / kWord, Bl = c.B % kWord, Bh = c.B / kWord;
+    const int64_t Cl = c.C % kWord, Ch = c.C / kWord, Dl = c.D % kWord, Dh = c.D / kWord;
+    // The carries are kept biased (q − kBiasCarry is the true carry), which
+    // takes the bias's subtraction off the chain from one word to the next.
+    constexpr int64_t kOffset = kBias - kBiasCarry;
+    uint64_t q1 = kBiasCarry, q2 = kBiasCarry;
+    int64_t px = 0, py = 0;
+    auto step = [&](int32_t i, int64_t xi, int64_t yi) {
+        const uint64_t u1 = uint64_t(Al * xi + Bl * yi + Ah * px + Bh * py + kOffset) + q1;
+        const uint64_t u2 = uint64_t(Cl * xi + Dl * yi + Ch * px + Dh * py + kOffset) + q2;
+        px = xi;
+        py = yi;
+        q1 = u1 / uint64_t(kWord);
+        q2 = u2 / uint64_t(kWord);
+        s[i] = uint32_t(u1 - q1 * uint64_t(kWord));
+        t[i] = uint32_t(u2 - q2 * uint64_t(kWord));
+    };
+    const int32_t n = std::max(lx, ly), common = std::min(lx, ly);
+    int32_t i = 0;
+    for (; i < common; ++i) step(i, x[i], y[i]);
+    for (; i < n; ++i) step(i, i < lx ? x[i] : 0, i < ly ? y[i] : 0);
+    int64_t c1 = int64_t(q1) - kBiasCarry, c2 = int64_t(q2) - kBiasCarry;
+    c1 += Ah * px + Bh * py;
+    c2 += Ch * px + Dh * py;
+    auto finish = [n](uint32_t* out, int64_t carry) {
+        int32_t k = n;
         while (carry > 0) {
-            out[k++] = static_cast<Limb>(carry % kLimbBase);
-            carry /= kLimbBase;
+            out[k++] = uint32_t(carry % kWord);
+            carry /= kWord;
         }
         while (k > 1 && out[k - 1] == 0) --k;
         return k;
@@ -118,87 +198,60 @@ void LehmerCombine(const LehmerCofactors& c, const Limb* x, int32_t lx, const Li
     *lt = finish(t, c2);
 }
 
-namespace {
-
-struct Number {
-    LimbBuffer limbs;
-    int32_t len = 0;
-};
-
-Result FromRecord(const BigInt* v, int32_t room, Number* n) {
-    if (!n->limbs.Reset(room)) return Result::kNoMemory;
-    CopyLimbs(n->limbs.get(), v->limbs, v->top + 1);
-    n->len = v->top + 1;
-    return Result::kOk;
+Result WordSlot::Store(BigInt* v) const {
+    LimbBuffer limbs(2 * int64_t(len));
+    if (!limbs.ok()) return Result::kNoMemory;
+    const int32_t top = ToLimbs(limbs.get());
+    BigFree(v);
+    return BigFromLimbs(v, limbs.get(), top, 0);
 }
-
-// a := a mod b by one division (a >= b > 0).
-Result DivisionStep(CalcContext* ctx, Number* a, const Number& b) {
-    BigInt av = {}, bv = {};
-    av.limbs = a->limbs.get();
-    av.top = a->len - 1;
-    bv.limbs = b.limbs.get();
-    bv.top = b.len - 1;
-    BigTemp q, r;
-    const Result code = FastDivMod(ctx, &av, &bv, &q.v, &r.v);
-    if (!Ok(code)) return code;
-    CopyLimbs(a->limbs.get(), r.v.limbs, r.v.top + 1);
-    a->len = r.v.top + 1;
-    return Result::kOk;
-}
-
-bool IsZero(const Number& x) { return x.len == 1 && x.limbs[0] == 0; }
-
-void Exchange(Number* x, Number* y) {
-    x->limbs.Swap(y->limbs);
-    std::swap(x->len, y->len);
-}
-
-}  // namespace
 
 Result GcdLehmer(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     const int32_t room = a->top + 2;
-    Number x, y, s, t;
-    Result code = FromRecord(a, room, &x);
-    if (Ok(code)) code = FromRecord(b, room, &y);
-    if (Ok(code) && (!s.limbs.Reset(room) || !t.limbs.Reset(room))) code = Result::kNoMemory;
+    WordSlot x, y, s, t;
+    Result code = x.Load(*a, room);
+    if (Ok(code)) code = y.Load(*b, room);
+    if (Ok(code) && (!s.Reset((room + 1) / 2 + 4) || !t.Reset((room + 1) / 2 + 4)))
+        code = Result::kNoMemory;
     PollClock clk(ctx);
     const int32_t small = gFastThresholds.gcdLehmer;
-    while (Ok(code) && !IsZero(y) && y.len >= small) {
-        if (clk.Tick(4 * int64_t(x.len))) {
+    while (Ok(code) && !y.IsZero() && y.Limbs() >= small) {
+        if (clk.Tick(4 * int64_t(x.Limbs()))) {
             code = Result::kStopped;
             break;
         }
         // x >= y > 0 here.
-        const LehmerCofactors c = LehmerLeading(x.limbs.get(), x.len, y.limbs.get(), y.len, -1);
+        const LehmerCofactors c = LehmerLeadingWords(x.get(), x.len, y.get(), y.len, -1);
         if (c.steps == 0) {
-            code = DivisionStep(ctx, &x, y);
-            Exchange(&x, &y);
+            // x := x mod y by one division, then the pair exchanged.
+            BigTemp xv, yv, q, r;
+            code = x.Store(&xv.v);
+            if (Ok(code)) code = y.Store(&yv.v);
+            if (Ok(code)) code = FastDivMod(ctx, &xv.v, &yv.v, &q.v, &r.v);
+            if (Ok(code)) x.FromLimbs(r.v.limbs, r.v.top + 1);
+            x.Swap(y);
             continue;
         }
-        // Both results are below x, so x.len + 1 limbs of room suffice.
-        LehmerCombine(c, x.limbs.get(), x.len, y.limbs.get(), y.len, s.limbs.get(), &s.len,
-                      t.limbs.get(), &t.len);
-        Exchange(&x, &s);
-        Exchange(&y, &t);
+        // Both results are below x, so x's room suffices.
+        LehmerCombineWords(c, x.get(), x.len, y.get(), y.len, s.get(), &s.len, t.get(), &t.len);
+        x.Swap(s);
+        y.Swap(t);
     }
     // The rest by long division, on numbers below the threshold.
+    BigTemp xv, yv;
+    if (Ok(code)) code = x.Store(&xv.v);
+    if (Ok(code)) code = y.Store(&yv.v);
     if (Ok(code)) {
-        BigInt xv = {}, yv = {};
-        xv.limbs = x.limbs.get();
-        xv.top = x.len - 1;
-        yv.limbs = y.limbs.get();
-        yv.top = y.len - 1;
-        if (IsZero(y)) {
-            code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+        if (BigIsZero(&yv.v)) {
+            code = BigFromLimbs(result, xv.v.limbs, xv.v.top, 0);
         } else {
-            const int order = BigCompareMag(&xv, &yv);
+            const int order = BigCompareMag(&xv.v, &yv.v);
             if (order == 0)
-                code = BigFromLimbs(result, xv.limbs, xv.top, 0);
+                code = BigFromLimbs(result, xv.v.limbs, xv.v.top, 0);
             else if (order < 0)
-                code = GcdSchool(ctx, &xv, &yv, result);
+                code = GcdSchool(ctx, &xv.v, &yv.v, result);
             else
-                code = GcdSchool(ctx, &yv, &xv, result);
+                code = GcdSchool(ctx, &yv.v, &xv.v, result);
         }
     }
     return code;

@@ -196,3 +196,39 @@ TEST(FastGcdAndInverse, QuotientsAllOneAndSingleHugeQuotients) {
         }
     }
 }
+
+// A divisor of at most three limbs goes by one pass of word remainders: odd
+// and even lengths of the long operand, divisors at the edges of the pair
+// and single-limb steps, common factors, and the kept signs through BigGcd.
+TEST(FastGcd, ShortOperandsAgreeWithGmpAndStop) {
+    const std::vector<std::vector<Limb>> divisors = {{1},
+                                                     {7},
+                                                     {9999},
+                                                     {0, 1},
+                                                     {9999, 9999},
+                                                     {0, 0, 1},
+                                                     {9999, 9999, 9999},
+                                                     {1234, 5678, 9012},
+                                                     {0, 0, 0, 1}};
+    for (const int32_t n : {1, 4, 5, 2001, 40000}) {
+        const std::vector<Limb> a = Operand(n, Shape::Random);
+        for (const std::vector<Limb>& d : divisors) {
+            CheckGcd(a, d, n < 3000);
+            CheckGcd(NaiveProduct(a, d), d, false);
+            CheckGcd(NaiveProduct(a, d), NaiveProduct(d, {3}), false);
+        }
+    }
+    CalcContext ctx;
+    Num big, seven("-7"), g;
+    RandomBig(&big.v, 5000, false);
+    ASSERT_EQ(BigMul(&ctx, &big.v, &big.v, &seven.v), Result::kOk);
+    ASSERT_EQ(BigGcd(&ctx, &seven.v, &big.v, g.Out()), Result::kOk);
+    EXPECT_EQ(ToDecimal(&g.v), "7");
+    // A long operand stops at any of the pass's polls.
+    FastThresholds t = FastThresholds::Lowered();
+    t.nttParallel = 0;
+    ThresholdScope scope(t);
+    RandomBig(&big.v, 300000, false);
+    ExpectStopsAtEveryPoll(
+        [&](CalcContext* c, BigInt* r) { return BigGcd(c, &big.v, &seven.v, r); });
+}
