@@ -219,16 +219,16 @@ TEST(FastGcd, ShortOperandsAgreeWithGmpAndStop) {
         }
     }
     CalcContext ctx;
-    Num big, seven("-7"), g;
+    Num big, product, seven("-7"), g;
     RandomBig(&big.v, 5000, false);
-    ASSERT_EQ(BigMul(&ctx, &big.v, &big.v, &seven.v), Result::kOk);
-    ASSERT_EQ(BigGcd(&ctx, &seven.v, &big.v, g.Out()), Result::kOk);
+    ASSERT_EQ(BigMul(&ctx, &product.v, &big.v, &seven.v), Result::kOk);
+    ASSERT_EQ(BigGcd(&ctx, &seven.v, &product.v, g.Out()), Result::kOk);
     EXPECT_EQ(ToDecimal(&g.v), "7");
     // A long operand stops at any of the pass's polls.
     FastThresholds t = FastThresholds::Lowered();
     t.nttParallel = 0;
     ThresholdScope scope(t);
-    RandomBig(&big.v, 300000, false);
+    RandomBig(big.Out(), 300000, false);
     ExpectStopsAtEveryPoll(
         [&](CalcContext* c, BigInt* r) { return BigGcd(c, &big.v, &seven.v, r); });
 }
