@@ -97,7 +97,8 @@ int32_t PieceLength(int32_t la, int32_t lb, bool inPlace = false) {
         const int64_t piece = fill - lb;
         if (piece < lb) continue;
         if (piece >= la) break;
-        const double cost = double((la + piece - 1) / piece) * TransformCost(fill);
+        const int64_t pieces = (la + piece - 1) / piece;
+        const double cost = double(pieces) * TransformCost(fill);
         if (cost < bestCost) {
             best = int32_t(piece);
             bestCost = cost;
