@@ -17,10 +17,12 @@
 //
 // Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer); a refused
 // array answers code 3.
+#include <algorithm>
 #include <cassert>
 
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
+#include "bigint/ntt_plan.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -28,6 +30,82 @@ namespace {
 // More corrections than this would mean a wrong estimate: the rest is left
 // to long division, which is right whatever the estimate was.
 constexpr int kMaxCorrections = 16;
+
+// a[0 … n) += b[0 … lb), lb <= n; the carry out.
+int AddInto(Limb* a, int32_t n, const Limb* b, int32_t lb) {
+    int carry = 0;
+    for (int32_t i = 0; i < n && (i < lb || carry != 0); ++i) {
+        const int v = a[i] + (i < lb ? b[i] : 0) + carry;
+        carry = v >= kLimbBase ? 1 : 0;
+        a[i] = static_cast<Limb>(v - carry * kLimbBase);
+    }
+    return carry;
+}
+
+// a[0 … n) −= b[0 … n); the borrow out.
+int SubFrom(Limb* a, int32_t n, const Limb* b) {
+    int borrow = 0;
+    for (int32_t i = 0; i < n; ++i) {
+        const int v = a[i] - b[i] - borrow;
+        borrow = v < 0 ? 1 : 0;
+        a[i] = static_cast<Limb>(v + borrow * kLimbBase);
+    }
+    return borrow;
+}
+
+// The points n of a cyclic product that yields X − a·b, for a difference
+// known to be below B^bound in magnitude, from residues modulo B^n − 1; 0
+// when the linear product is no longer, the two primes cannot carry it, or
+// it is long enough for the three-prime transform.
+int32_t WrapPoints(int32_t la, int32_t lb, int32_t bound) {
+    const int32_t shorter = std::min(la, lb);
+    if (shorter < gFastThresholds.mulNtt) return 0;
+    const int32_t n = NttPoints(std::max({bound + 1, la, lb}));
+    if (n >= NttPoints(la + lb - 1) || n >= gFastThresholds.ntt64Length ||
+        n > (1 << ntt::kMaxLog) || !NttPlanFits(n, shorter, 1))
+        return 0;
+    return n;
+}
+
+// out := X − a·b (X, a, b non-negative, a and b at most n limbs) from
+// residues modulo B^n − 1, for a difference below B^(n−1) in magnitude: a
+// residue with a top limb of 5000 or more stands for a negative difference.
+// bHat is b's transform at n points, or null.
+Result SubWrapped(CalcContext* ctx, const BigInt* X, const BigInt* a, const BigInt* b,
+                  const NttVector* bHat, int32_t n, BigInt* out) {
+    PollClock clk(ctx);
+    NttVector aHat, own;
+    Result code = NttForward(clk, a->limbs, a->top + 1, n, &aHat);
+    if (Ok(code) && bHat == nullptr) {
+        code = NttForward(clk, b->limbs, b->top + 1, n, &own);
+        bHat = &own;
+    }
+    if (!Ok(code)) return code;
+    NttMulAccumulate(&aHat, aHat, *bHat, NttAccumulate::kSet);
+    LimbBuffer prod(n), r(n, true);
+    if (!prod.ok() || !r.ok()) return Result::kNoMemory;
+    code = NttToLimbsCyclic(clk, &aHat, prod.get());
+    if (!Ok(code)) return code;
+    // X modulo B^n − 1: its limbs fold onto the bottom n at a time, a carry
+    // out of the top coming back in as 1.
+    const Limb one = 1;
+    for (int32_t from = 0; from <= X->top; from += n)
+        if (AddInto(r.get(), n, X->limbs + from, std::min(n, X->top + 1 - from)) != 0)
+            AddInto(r.get(), n, &one, 1);
+    // A borrow took B^n, one more than the modulus: take the 1 back.
+    if (SubFrom(r.get(), n, prod.get()) != 0)
+        for (int32_t i = 0; i < n; ++i) {
+            const bool was = r.get()[i] == 0;
+            r.get()[i] = static_cast<Limb>(was ? kLimbBase - 1 : r.get()[i] - 1);
+            if (!was) break;
+        }
+    const bool negative = r.get()[n - 1] >= kLimbBase / 2;
+    if (negative)
+        for (int32_t i = 0; i < n; ++i) r.get()[i] = static_cast<Limb>(kLimbBase - 1 - r.get()[i]);
+    const int32_t top = LimbsTrimTop(r.get(), n - 1);
+    const bool zero = top == 0 && r.get()[0] == 0;
+    return BigFromLimbs(out, r.get(), top, negative && !zero ? 1 : 0);
+}
 
 Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     BigTemp power, rem;
@@ -37,17 +115,29 @@ Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* resu
     return code;
 }
 
+// The divisor's transform for the blocks' remainders, when they are worth a
+// cyclic product (n points; 0 for none).
+struct WrapDivisor {
+    NttVector hat;
+    int32_t n = 0;
+};
+
 // The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
 // the reciprocal of d's leading k limbs. q and r written as new.
 Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
-                   BigInt* q, BigInt* r) {
+                   const WrapDivisor& wrap, BigInt* q, BigInt* r) {
     const int32_t m = d->top + 1;
     BigTemp xt, prod, qd;
     Result code = FastShiftDown(&xt.v, X, m - 2);
     if (Ok(code)) code = FastMul(ctx, &prod.v, &xt.v, R);
     if (Ok(code)) code = FastShiftDown(q, &prod.v, k + 2);
-    if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
-    if (Ok(code)) code = FastSub(r, X, &qd.v);
+    // q is within a few units of the quotient, so |X − q·d| < B^(m+2).
+    if (Ok(code) && wrap.n > 0 && q->top < wrap.n) {
+        code = SubWrapped(ctx, X, q, d, &wrap.hat, wrap.n, r);
+    } else {
+        if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
+        if (Ok(code)) code = FastSub(r, X, &qd.v);
+    }
     for (int i = 0; Ok(code); ++i) {
         const bool low = FastIsNegative(r);
         if (!low && BigCompareMag(r, d) > 0) break;  // 0 <= r < d
@@ -93,9 +183,15 @@ int32_t ReciprocalBaseLimit() {
 Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh, BigInt* result) {
     const int32_t h = HalfPrecision(k);
     BigTemp t, power, e, et, corr, corrShift, r0;
-    Result code = FastMul(ctx, &t.v, D, rh);
-    if (Ok(code)) code = FastPowerOfBase(&power.v, k + h);
-    if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
+    Result code = FastPowerOfBase(&power.v, k + h);
+    // Rh within a few units of B^2h / Dh puts |E| below 2·B^(k+1).
+    const int32_t n = WrapPoints(k, rh->top + 1, k + 2);
+    if (Ok(code) && n > 0) {
+        code = SubWrapped(ctx, &power.v, D, rh, nullptr, n, &e.v);
+    } else {
+        if (Ok(code)) code = FastMul(ctx, &t.v, D, rh);
+        if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
+    }
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
     if (Ok(code)) code = FastShiftDown(&et.v, &e.v, drop);
@@ -180,6 +276,13 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     const int32_t block = total < cap ? total : cap;
     const BigInt* R = &divisor->R;
     Result code = Result::kOk;
+    WrapDivisor wrap;
+    wrap.n = WrapPoints(block, m, m + 2);
+    if (wrap.n > 0) {
+        PollClock clk(ctx);
+        code = NttForward(clk, d->limbs, m, wrap.n, &wrap.hat);
+        if (!Ok(code)) return code;
+    }
 
     // rem starts as x's leading m − 1 limbs (below d); each block appends the
     // next c limbs of x and yields c limbs of quotient.
@@ -202,7 +305,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
             CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
             code = BigFromLimbs(&piece.v, joined.get(), LimbsTrimTop(joined.get(), c + rem.top), 0);
         }
-        if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
+        if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, wrap, &qb.v, &rb.v);
         if (Ok(code)) {
             assert(qb.v.top < c || BigIsZero(&qb.v));
             CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);
