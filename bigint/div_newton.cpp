@@ -107,6 +107,22 @@ Result SubWrapped(CalcContext* ctx, const BigInt* X, const BigInt* a, const BigI
     return BigFromLimbs(out, r.get(), top, negative && !zero ? 1 : 0);
 }
 
+// out := a·b, b given by its transform at n points, n at least the
+// product's a->top + b->top + 1 coefficients.
+Result MulTransformed(CalcContext* ctx, const BigInt* a, const BigInt* b, const NttVector& bHat,
+                      int32_t n, BigInt* out) {
+    PollClock clk(ctx);
+    NttVector aHat;
+    Result code = NttForward(clk, a->limbs, a->top + 1, n, &aHat);
+    if (!Ok(code)) return code;
+    NttMulAccumulate(&aHat, aHat, bHat, NttAccumulate::kSet);
+    const int32_t count = a->top + b->top + 1;
+    LimbBuffer p(int64_t(count) + 1);
+    if (!p.ok()) return Result::kNoMemory;
+    code = NttToLimbs(clk, &aHat, count, p.get());
+    return !Ok(code) ? code : BigFromLimbs(out, p.get(), LimbsTrimTop(p.get(), count), 0);
+}
+
 Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     BigTemp power, rem;
     Result code = FastPowerOfBase(&power.v, 2 * k);
@@ -185,9 +201,14 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
     BigTemp t, power, e, et, corr, corrShift, r0;
     Result code = FastPowerOfBase(&power.v, k + h);
     // Rh within a few units of B^2h / Dh puts |E| below 2·B^(k+1).
+    // Rh's transform then serves the correction's product too, whose
+    // k − h + 5 by h + 2 limbs mostly fit the same n points.
     const int32_t n = WrapPoints(k, rh->top + 1, k + 2);
+    NttVector rhHat;
     if (Ok(code) && n > 0) {
-        code = SubWrapped(ctx, &power.v, D, rh, nullptr, n, &e.v);
+        PollClock clk(ctx);
+        code = NttForward(clk, rh->limbs, rh->top + 1, n, &rhHat);
+        if (Ok(code)) code = SubWrapped(ctx, &power.v, D, rh, &rhHat, n, &e.v);
     } else {
         if (Ok(code)) code = FastMul(ctx, &t.v, D, rh);
         if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
@@ -195,7 +216,11 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
     if (Ok(code)) code = FastShiftDown(&et.v, &e.v, drop);
-    if (Ok(code)) code = FastMul(ctx, &corr.v, rh, &et.v);
+    if (Ok(code) && n > 0 && et.v.top + rh->top + 1 <= n) {
+        code = MulTransformed(ctx, &et.v, rh, rhHat, n, &corr.v);
+    } else if (Ok(code)) {
+        code = FastMul(ctx, &corr.v, rh, &et.v);
+    }
     if (Ok(code)) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
     if (Ok(code)) code = FastShiftUp(&r0.v, rh, k - h);
     if (Ok(code)) {
