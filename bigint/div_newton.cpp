@@ -15,8 +15,18 @@
 // seen again completes its reciprocal by one step (1.5m + m), after which a
 // division is two products of length 2m.
 //
-// Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer); a refused
-// array answers code 3.
+// Two products are wanted only in part and come from cyclic transforms
+// (ntt_plan.h) of about half the linear product's points: the remainder
+// X − q·d, below B^(m+2) in magnitude since q is within a few units, is read
+// from q·d modulo B^n − 1 with n the power of two from m + 3 (d transformed
+// once per division), and the Newton step's error E = B^(k+h) − D·Rh, below
+// 2·B^(k+1), from D·Rh modulo B^n − 1 with n from k + 3, Rh's transform
+// serving the correction's product too. Only where the two-prime transform
+// would make the linear product (its lengths below gFastThresholds.ntt64Length)
+// and n is shorter than that product's transform.
+//
+// Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer),
+// transforms from ntt_plan's nothrow vectors; a refused array answers code 3.
 #include <algorithm>
 #include <cassert>
 
