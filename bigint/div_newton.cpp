@@ -157,8 +157,9 @@ Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const Big
     Result code = FastShiftDown(&xt.v, X, m - 2);
     if (Ok(code)) code = FastMul(ctx, &prod.v, &xt.v, R);
     if (Ok(code)) code = FastShiftDown(q, &prod.v, k + 2);
-    // q is within a few units of the quotient, so |X − q·d| < B^(m+2).
-    if (Ok(code) && wrap.n > 0 && q->top < wrap.n) {
+    // q is within a few units of the quotient, so |X − q·d| < B^(m+2); a short
+    // q (the first block) takes the linear product.
+    if (Ok(code) && wrap.n > 0 && WrapPoints(q->top + 1, m, m + 2) == wrap.n) {
         code = SubWrapped(ctx, X, q, d, &wrap.hat, wrap.n, r);
     } else {
         if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
