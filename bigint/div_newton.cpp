@@ -18,12 +18,15 @@
 // Two products are wanted only in part and come from cyclic transforms
 // (ntt_plan.h) of about half the linear product's points: the remainder
 // X − q·d, below B^(m+2) in magnitude since q is within a few units, is read
-// from q·d modulo B^n − 1 with n the power of two from m + 3 (d transformed
-// once per division), and the Newton step's error E = B^(k+h) − D·Rh, below
+// from q·d modulo B^n − 1 with n the power of two from m + 3, and the Newton step's error E = B^(k+h) − D·Rh, below
 // 2·B^(k+1), from D·Rh modulo B^n − 1 with n from k + 3, Rh's transform
 // serving the correction's product too. Only where the two-prime transform
 // would make the linear product (its lengths below gFastThresholds.ntt64Length)
-// and n is shorter than that product's transform.
+// and n is shorter than that product's transform. The transforms of d (at
+// those n points) and of R (for the estimates' products) are kept in the
+// NewtonDivisor, so that a divisor used again, as base conversion and the
+// dispatcher's cache use theirs, is not transformed again; a short first
+// block takes linear products instead.
 //
 // Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer),
 // transforms from ntt_plan's nothrow vectors; a refused array answers code 3.
@@ -144,9 +147,22 @@ Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* resu
 // The divisor's transform for the blocks' remainders, when they are worth a
 // cyclic product (n points; 0 for none).
 struct WrapDivisor {
-    NttVector hat;
+    const NttVector* hat = nullptr;
     int32_t n = 0;
+    const NttVector* rHat = nullptr;
+    int32_t rn = 0;
 };
+
+// The points of a transform of b kept for products by factors of la limbs,
+// or 0 when such a product is not the two primes' to make.
+int32_t KeptPoints(int32_t la, int32_t lb) {
+    const int32_t shorter = std::min(la, lb);
+    if (shorter < gFastThresholds.mulNtt || la + lb >= gFastThresholds.ntt64Length ||
+        la + lb - 1 > (1 << ntt::kMaxLog))
+        return 0;
+    const int32_t n = NttPoints(la + lb - 1);
+    return NttPlanFits(n, shorter, 1) ? n : 0;
+}
 
 // The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
 // the reciprocal of d's leading k limbs. q and r written as new.
@@ -155,12 +171,16 @@ Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const Big
     const int32_t m = d->top + 1;
     BigTemp xt, prod, qd;
     Result code = FastShiftDown(&xt.v, X, m - 2);
-    if (Ok(code)) code = FastMul(ctx, &prod.v, &xt.v, R);
+    if (Ok(code) && wrap.rn > 0 && KeptPoints(xt.v.top + 1, R->top + 1) == wrap.rn) {
+        code = MulTransformed(ctx, &xt.v, R, *wrap.rHat, wrap.rn, &prod.v);
+    } else if (Ok(code)) {
+        code = FastMul(ctx, &prod.v, &xt.v, R);
+    }
     if (Ok(code)) code = FastShiftDown(q, &prod.v, k + 2);
     // q is within a few units of the quotient, so |X − q·d| < B^(m+2); a short
     // q (the first block) takes the linear product.
     if (Ok(code) && wrap.n > 0 && WrapPoints(q->top + 1, m, m + 2) == wrap.n) {
-        code = SubWrapped(ctx, X, q, d, &wrap.hat, wrap.n, r);
+        code = SubWrapped(ctx, X, q, d, wrap.hat, wrap.n, r);
     } else {
         if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
         if (Ok(code)) code = FastSub(r, X, &qd.v);
@@ -261,6 +281,7 @@ Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) 
 // that step, so that a divisor used often pays the full one once.
 Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
     const int32_t m = d->top + 1;
+    divisor->ForgetTransforms();
     divisor->d = d;
     divisor->k = m;
     if (m <= ReciprocalBaseLimit()) return Reciprocal(ctx, d, m, &divisor->R);
@@ -277,6 +298,7 @@ Result NewtonDivisorComplete(CalcContext* ctx, NewtonDivisor* divisor) {
     const Result code = NewtonStep(ctx, divisor->d, m, &divisor->R, &full.v);
     if (!Ok(code)) return code;
     BigReplace(&divisor->R, &full.v);
+    divisor->rPoints = 0;
     divisor->k = m;
     return Result::kOk;
 }
@@ -312,13 +334,25 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     const int32_t block = total < cap ? total : cap;
     const BigInt* R = &divisor->R;
     Result code = Result::kOk;
+    // d's and R's transforms, kept in the divisor for the next division by it.
     WrapDivisor wrap;
     wrap.n = WrapPoints(block, m, m + 2);
-    if (wrap.n > 0) {
-        PollClock clk(ctx);
-        code = NttForward(clk, d->limbs, m, wrap.n, &wrap.hat);
+    wrap.rn = KeptPoints(block + 2, R->top + 1);
+    PollClock clk(ctx);
+    if (wrap.n > 0 && divisor->dPoints != wrap.n) {
+        divisor->dPoints = 0;
+        code = NttForward(clk, d->limbs, m, wrap.n, &divisor->dHat);
         if (!Ok(code)) return code;
+        divisor->dPoints = wrap.n;
     }
+    if (wrap.rn > 0 && divisor->rPoints != wrap.rn) {
+        divisor->rPoints = 0;
+        code = NttForward(clk, R->limbs, R->top + 1, wrap.rn, &divisor->rHat);
+        if (!Ok(code)) return code;
+        divisor->rPoints = wrap.rn;
+    }
+    wrap.hat = &divisor->dHat;
+    wrap.rHat = &divisor->rHat;
 
     // rem starts as x's leading m − 1 limbs (below d); each block appends the
     // next c limbs of x and yields c limbs of quotient.
