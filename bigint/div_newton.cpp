@@ -337,7 +337,11 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     // d's and R's transforms, kept in the divisor for the next division by it.
     WrapDivisor wrap;
     wrap.n = WrapPoints(block, m, m + 2);
-    wrap.rn = KeptPoints(block + 2, R->top + 1);
+    // R's own transform pays for a second block or a divisor used again
+    // (one whose reciprocal is whole); a half reciprocal, used once, lets its
+    // transforms go at the end.
+    const bool again = k == m;
+    wrap.rn = again || total > block ? KeptPoints(block + 2, R->top + 1) : 0;
     PollClock clk(ctx);
     if (wrap.n > 0 && divisor->dPoints != wrap.n) {
         divisor->dPoints = 0;
@@ -383,6 +387,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
             done += c;
         }
     }
+    if (!again) divisor->ForgetTransforms();
     if (Ok(code)) code = BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), total - 1), 0);
     if (Ok(code)) {
         BigMove(remainder, &rem);

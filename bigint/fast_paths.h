@@ -25,7 +25,7 @@ struct NewtonDivisor {
     // none); Start and Complete drop them, Forget frees them.
     mutable NttVector dHat, rHat;
     mutable int32_t dPoints = 0, rPoints = 0;
-    void ForgetTransforms() {
+    void ForgetTransforms() const {
         dPoints = rPoints = 0;
         (void)dHat.Reset(0);
         (void)rHat.Reset(0);
