@@ -25,8 +25,10 @@
 // and n is shorter than that product's transform. The transforms of d (at
 // those n points) and of R (for the estimates' products) are kept in the
 // NewtonDivisor, so that a divisor used again, as base conversion and the
-// dispatcher's cache use theirs, is not transformed again; a short first
-// block takes linear products instead.
+// dispatcher's cache use theirs, is not transformed again (at most the
+// transforms for 2^20 − 1 coefficients, 8 MB for R and 4 MB for d, held with
+// the divisor; a half reciprocal used once lets them go at the end of its
+// division); a short first block takes linear products instead.
 //
 // Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer),
 // transforms from ntt_plan's nothrow vectors; a refused array answers code 3.
