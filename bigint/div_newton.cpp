@@ -27,8 +27,8 @@
 // NewtonDivisor, so that a divisor used again, as base conversion and the
 // dispatcher's cache use theirs, is not transformed again (at most the
 // transforms for 2^20 − 1 coefficients, 8 MB for R and 4 MB for d, held with
-// the divisor; a half reciprocal used once lets them go at the end of its
-// division); a short first block takes linear products instead.
+// the divisor; one used once keeps none past its division and takes R's
+// product linearly); a short first block takes linear products instead.
 //
 // Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer),
 // transforms from ntt_plan's nothrow vectors; a refused array answers code 3.
@@ -284,6 +284,7 @@ Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) 
 Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
     const int32_t m = d->top + 1;
     divisor->ForgetTransforms();
+    divisor->reused = false;
     divisor->d = d;
     divisor->k = m;
     if (m <= ReciprocalBaseLimit()) return Reciprocal(ctx, d, m, &divisor->R);
@@ -295,6 +296,7 @@ Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divi
 
 Result NewtonDivisorComplete(CalcContext* ctx, NewtonDivisor* divisor) {
     const int32_t m = divisor->d->top + 1;
+    divisor->reused = true;
     if (divisor->k == m) return Result::kOk;
     BigTemp full;
     const Result code = NewtonStep(ctx, divisor->d, m, &divisor->R, &full.v);
@@ -339,11 +341,11 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     // d's and R's transforms, kept in the divisor for the next division by it.
     WrapDivisor wrap;
     wrap.n = WrapPoints(block, m, m + 2);
-    // R's own transform pays for a second block or a divisor used again
-    // (one whose reciprocal is whole); a half reciprocal, used once, lets its
-    // transforms go at the end.
-    const bool again = k == m;
-    wrap.rn = again || total > block ? KeptPoints(block + 2, R->top + 1) : 0;
+    // R's own transform pays for a divisor used again; one used once takes
+    // the linear product, which needs less memory, and lets d's transform go
+    // at the end.
+    const bool again = divisor->reused;
+    wrap.rn = again ? KeptPoints(block + 2, R->top + 1) : 0;
     PollClock clk(ctx);
     if (wrap.n > 0 && divisor->dPoints != wrap.n) {
         divisor->dPoints = 0;

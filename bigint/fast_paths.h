@@ -25,6 +25,7 @@ struct NewtonDivisor {
     // none); Start and Complete drop them, Forget frees them.
     mutable NttVector dHat, rHat;
     mutable int32_t dPoints = 0, rPoints = 0;
+    bool reused = false;  // by Complete (and Prepare): the transforms are kept
     void ForgetTransforms() const {
         dPoints = rPoints = 0;
         (void)dHat.Reset(0);
