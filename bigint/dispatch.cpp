@@ -41,6 +41,7 @@ struct DivisorCache {
         BigFree(&d);
         BigFree(&divisor.R);
         divisor.d = nullptr;
+        divisor.ForgetTransforms();
     }
 
     // The prepared divisor for dm in *out. kOk, kNoMemory, kStopped (the cache is then empty).

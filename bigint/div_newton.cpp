@@ -15,12 +15,29 @@
 // seen again completes its reciprocal by one step (1.5m + m), after which a
 // division is two products of length 2m.
 //
-// Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer); a refused
-// array answers code 3.
+// Two products are wanted only in part and come from cyclic transforms
+// (ntt_plan.h) of about half the linear product's points: the remainder
+// X − q·d, below B^(m+2) in magnitude since q is within a few units, is read
+// from q·d modulo B^n − 1 with n the power of two from m + 3, and the Newton step's error E = B^(k+h) − D·Rh, below
+// 2·B^(k+1), from D·Rh modulo B^n − 1 with n from k + 3, Rh's transform
+// serving the correction's product too. Only where the two-prime transform
+// would make the linear product (its lengths below gFastThresholds.ntt64Length)
+// and n is shorter than that product's transform. The transforms of d (at
+// those n points) and of R (for the estimates' products) are kept in the
+// NewtonDivisor, so that a divisor used again, as base conversion and the
+// dispatcher's cache use theirs, is not transformed again (at most the
+// transforms for 2^20 − 1 coefficients, 8 MB for R and 4 MB for d, held with
+// the divisor; one used once keeps none past its division and takes R's
+// product linearly); a short first block takes linear products instead.
+//
+// Allocation: records and work arrays from alloc.h (BigTemp, LimbBuffer),
+// transforms from ntt_plan's nothrow vectors; a refused array answers code 3.
+#include <algorithm>
 #include <cassert>
 
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
+#include "bigint/ntt_plan.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -28,6 +45,98 @@ namespace {
 // More corrections than this would mean a wrong estimate: the rest is left
 // to long division, which is right whatever the estimate was.
 constexpr int kMaxCorrections = 16;
+
+// a[0 … n) += b[0 … lb), lb <= n; the carry out.
+int AddInto(Limb* a, int32_t n, const Limb* b, int32_t lb) {
+    int carry = 0;
+    for (int32_t i = 0; i < n && (i < lb || carry != 0); ++i) {
+        const int v = a[i] + (i < lb ? b[i] : 0) + carry;
+        carry = v >= kLimbBase ? 1 : 0;
+        a[i] = static_cast<Limb>(v - carry * kLimbBase);
+    }
+    return carry;
+}
+
+// a[0 … n) −= b[0 … n); the borrow out.
+int SubFrom(Limb* a, int32_t n, const Limb* b) {
+    int borrow = 0;
+    for (int32_t i = 0; i < n; ++i) {
+        const int v = a[i] - b[i] - borrow;
+        borrow = v < 0 ? 1 : 0;
+        a[i] = static_cast<Limb>(v + borrow * kLimbBase);
+    }
+    return borrow;
+}
+
+// The points n of a cyclic product that yields X − a·b, for a difference
+// known to be below B^bound in magnitude, from residues modulo B^n − 1; 0
+// when the linear product is no longer, the two primes cannot carry it, or
+// it is long enough for the three-prime transform.
+int32_t WrapPoints(int32_t la, int32_t lb, int32_t bound) {
+    const int32_t shorter = std::min(la, lb);
+    if (shorter < gFastThresholds.mulNtt) return 0;
+    const int32_t n = NttPoints(std::max({bound + 1, la, lb}));
+    if (n >= NttPoints(la + lb - 1) || n >= gFastThresholds.ntt64Length ||
+        n > (1 << ntt::kMaxLog) || !NttPlanFits(n, shorter, 1))
+        return 0;
+    return n;
+}
+
+// out := X − a·b (X, a, b non-negative, a and b at most n limbs) from
+// residues modulo B^n − 1, for a difference below B^(n−1) in magnitude: a
+// residue with a top limb of 5000 or more stands for a negative difference.
+// bHat is b's transform at n points, or null.
+Result SubWrapped(CalcContext* ctx, const BigInt* X, const BigInt* a, const BigInt* b,
+                  const NttVector* bHat, int32_t n, BigInt* out) {
+    PollClock clk(ctx);
+    NttVector aHat, own;
+    Result code = NttForward(clk, a->limbs, a->top + 1, n, &aHat);
+    if (Ok(code) && bHat == nullptr) {
+        code = NttForward(clk, b->limbs, b->top + 1, n, &own);
+        bHat = &own;
+    }
+    if (!Ok(code)) return code;
+    NttMulAccumulate(&aHat, aHat, *bHat, NttAccumulate::kSet);
+    LimbBuffer prod(n), r(n, true);
+    if (!prod.ok() || !r.ok()) return Result::kNoMemory;
+    code = NttToLimbsCyclic(clk, &aHat, prod.get());
+    if (!Ok(code)) return code;
+    // X modulo B^n − 1: its limbs fold onto the bottom n at a time, a carry
+    // out of the top coming back in as 1.
+    const Limb one = 1;
+    for (int32_t from = 0; from <= X->top; from += n)
+        if (AddInto(r.get(), n, X->limbs + from, std::min(n, X->top + 1 - from)) != 0)
+            AddInto(r.get(), n, &one, 1);
+    // A borrow took B^n, one more than the modulus: take the 1 back.
+    if (SubFrom(r.get(), n, prod.get()) != 0)
+        for (int32_t i = 0; i < n; ++i) {
+            const bool was = r.get()[i] == 0;
+            r.get()[i] = static_cast<Limb>(was ? kLimbBase - 1 : r.get()[i] - 1);
+            if (!was) break;
+        }
+    const bool negative = r.get()[n - 1] >= kLimbBase / 2;
+    if (negative)
+        for (int32_t i = 0; i < n; ++i) r.get()[i] = static_cast<Limb>(kLimbBase - 1 - r.get()[i]);
+    const int32_t top = LimbsTrimTop(r.get(), n - 1);
+    const bool zero = top == 0 && r.get()[0] == 0;
+    return BigFromLimbs(out, r.get(), top, negative && !zero ? 1 : 0);
+}
+
+// out := a·b, b given by its transform at n points, n at least the
+// product's a->top + b->top + 1 coefficients.
+Result MulTransformed(CalcContext* ctx, const BigInt* a, const BigInt* b, const NttVector& bHat,
+                      int32_t n, BigInt* out) {
+    PollClock clk(ctx);
+    NttVector aHat;
+    Result code = NttForward(clk, a->limbs, a->top + 1, n, &aHat);
+    if (!Ok(code)) return code;
+    NttMulAccumulate(&aHat, aHat, bHat, NttAccumulate::kSet);
+    const int32_t count = a->top + b->top + 1;
+    LimbBuffer p(int64_t(count) + 1);
+    if (!p.ok()) return Result::kNoMemory;
+    code = NttToLimbs(clk, &aHat, count, p.get());
+    return !Ok(code) ? code : BigFromLimbs(out, p.get(), LimbsTrimTop(p.get(), count), 0);
+}
 
 Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     BigTemp power, rem;
@@ -37,17 +146,47 @@ Result ReciprocalBase(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* resu
     return code;
 }
 
+// The divisor's transform for the blocks' remainders, when they are worth a
+// cyclic product (n points; 0 for none).
+struct WrapDivisor {
+    const NttVector* hat = nullptr;
+    int32_t n = 0;
+    const NttVector* rHat = nullptr;
+    int32_t rn = 0;
+};
+
+// The points of a transform of b kept for products by factors of la limbs,
+// or 0 when such a product is not the two primes' to make.
+int32_t KeptPoints(int32_t la, int32_t lb) {
+    const int32_t shorter = std::min(la, lb);
+    if (shorter < gFastThresholds.mulNtt || la + lb >= gFastThresholds.ntt64Length ||
+        la + lb - 1 > (1 << ntt::kMaxLog))
+        return 0;
+    const int32_t n = NttPoints(la + lb - 1);
+    return NttPlanFits(n, shorter, 1) ? n : 0;
+}
+
 // The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
 // the reciprocal of d's leading k limbs. q and r written as new.
 Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
-                   BigInt* q, BigInt* r) {
+                   const WrapDivisor& wrap, BigInt* q, BigInt* r) {
     const int32_t m = d->top + 1;
     BigTemp xt, prod, qd;
     Result code = FastShiftDown(&xt.v, X, m - 2);
-    if (Ok(code)) code = FastMul(ctx, &prod.v, &xt.v, R);
+    if (Ok(code) && wrap.rn > 0 && KeptPoints(xt.v.top + 1, R->top + 1) == wrap.rn) {
+        code = MulTransformed(ctx, &xt.v, R, *wrap.rHat, wrap.rn, &prod.v);
+    } else if (Ok(code)) {
+        code = FastMul(ctx, &prod.v, &xt.v, R);
+    }
     if (Ok(code)) code = FastShiftDown(q, &prod.v, k + 2);
-    if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
-    if (Ok(code)) code = FastSub(r, X, &qd.v);
+    // q is within a few units of the quotient, so |X − q·d| < B^(m+2); a short
+    // q (the first block) takes the linear product.
+    if (Ok(code) && wrap.n > 0 && WrapPoints(q->top + 1, m, m + 2) == wrap.n) {
+        code = SubWrapped(ctx, X, q, d, wrap.hat, wrap.n, r);
+    } else {
+        if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
+        if (Ok(code)) code = FastSub(r, X, &qd.v);
+    }
     for (int i = 0; Ok(code); ++i) {
         const bool low = FastIsNegative(r);
         if (!low && BigCompareMag(r, d) > 0) break;  // 0 <= r < d
@@ -93,13 +232,28 @@ int32_t ReciprocalBaseLimit() {
 Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh, BigInt* result) {
     const int32_t h = HalfPrecision(k);
     BigTemp t, power, e, et, corr, corrShift, r0;
-    Result code = FastMul(ctx, &t.v, D, rh);
-    if (Ok(code)) code = FastPowerOfBase(&power.v, k + h);
-    if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
+    Result code = FastPowerOfBase(&power.v, k + h);
+    // Rh within a few units of B^2h / Dh puts |E| below 2·B^(k+1).
+    // Rh's transform then serves the correction's product too, whose
+    // k − h + 5 by h + 2 limbs mostly fit the same n points.
+    const int32_t n = WrapPoints(k, rh->top + 1, k + 2);
+    NttVector rhHat;
+    if (Ok(code) && n > 0) {
+        PollClock clk(ctx);
+        code = NttForward(clk, rh->limbs, rh->top + 1, n, &rhHat);
+        if (Ok(code)) code = SubWrapped(ctx, &power.v, D, rh, &rhHat, n, &e.v);
+    } else {
+        if (Ok(code)) code = FastMul(ctx, &t.v, D, rh);
+        if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
+    }
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
     if (Ok(code)) code = FastShiftDown(&et.v, &e.v, drop);
-    if (Ok(code)) code = FastMul(ctx, &corr.v, rh, &et.v);
+    if (Ok(code) && n > 0 && et.v.top + rh->top + 1 <= n) {
+        code = MulTransformed(ctx, &et.v, rh, rhHat, n, &corr.v);
+    } else if (Ok(code)) {
+        code = FastMul(ctx, &corr.v, rh, &et.v);
+    }
     if (Ok(code)) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
     if (Ok(code)) code = FastShiftUp(&r0.v, rh, k - h);
     if (Ok(code)) {
@@ -129,6 +283,8 @@ Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) 
 // that step, so that a divisor used often pays the full one once.
 Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divisor) {
     const int32_t m = d->top + 1;
+    divisor->ForgetTransforms();
+    divisor->reused = false;
     divisor->d = d;
     divisor->k = m;
     if (m <= ReciprocalBaseLimit()) return Reciprocal(ctx, d, m, &divisor->R);
@@ -140,11 +296,13 @@ Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divi
 
 Result NewtonDivisorComplete(CalcContext* ctx, NewtonDivisor* divisor) {
     const int32_t m = divisor->d->top + 1;
+    divisor->reused = true;
     if (divisor->k == m) return Result::kOk;
     BigTemp full;
     const Result code = NewtonStep(ctx, divisor->d, m, &divisor->R, &full.v);
     if (!Ok(code)) return code;
     BigReplace(&divisor->R, &full.v);
+    divisor->rPoints = 0;
     divisor->k = m;
     return Result::kOk;
 }
@@ -180,6 +338,29 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     const int32_t block = total < cap ? total : cap;
     const BigInt* R = &divisor->R;
     Result code = Result::kOk;
+    // d's and R's transforms, kept in the divisor for the next division by it.
+    WrapDivisor wrap;
+    wrap.n = WrapPoints(block, m, m + 2);
+    // R's own transform pays for a divisor used again; one used once takes
+    // the linear product, which needs less memory, and lets d's transform go
+    // at the end.
+    const bool again = divisor->reused;
+    wrap.rn = again ? KeptPoints(block + 2, R->top + 1) : 0;
+    PollClock clk(ctx);
+    if (wrap.n > 0 && divisor->dPoints != wrap.n) {
+        divisor->dPoints = 0;
+        code = NttForward(clk, d->limbs, m, wrap.n, &divisor->dHat);
+        if (!Ok(code)) return code;
+        divisor->dPoints = wrap.n;
+    }
+    if (wrap.rn > 0 && divisor->rPoints != wrap.rn) {
+        divisor->rPoints = 0;
+        code = NttForward(clk, R->limbs, R->top + 1, wrap.rn, &divisor->rHat);
+        if (!Ok(code)) return code;
+        divisor->rPoints = wrap.rn;
+    }
+    wrap.hat = &divisor->dHat;
+    wrap.rHat = &divisor->rHat;
 
     // rem starts as x's leading m − 1 limbs (below d); each block appends the
     // next c limbs of x and yields c limbs of quotient.
@@ -202,7 +383,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
             CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
             code = BigFromLimbs(&piece.v, joined.get(), LimbsTrimTop(joined.get(), c + rem.top), 0);
         }
-        if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, &qb.v, &rb.v);
+        if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, wrap, &qb.v, &rb.v);
         if (Ok(code)) {
             assert(qb.v.top < c || BigIsZero(&qb.v));
             CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);
@@ -210,6 +391,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
             done += c;
         }
     }
+    if (!again) divisor->ForgetTransforms();
     if (Ok(code)) code = BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), total - 1), 0);
     if (Ok(code)) {
         BigMove(remainder, &rem);

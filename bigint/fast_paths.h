@@ -6,6 +6,7 @@
 #include <string>
 
 #include "bigint/fast_ops.h"
+#include "bigint/ntt_plan.h"
 
 // Quotient and remainder of magnitudes |x| > |d| > 1 by a Newton reciprocal
 // of d; quotient and remainder non-negative. kOk, kNoMemory, kStopped.
@@ -20,6 +21,16 @@ struct NewtonDivisor {
     const BigInt* d = nullptr;  // not owned
     BigInt R = {};
     int32_t k = 0;  // leading limbs of d behind R
+    // Transforms of d and R kept from one division to the next (0 points:
+    // none); Start and Complete drop them, Forget frees them.
+    mutable NttVector dHat, rHat;
+    mutable int32_t dPoints = 0, rPoints = 0;
+    bool reused = false;  // by Complete (and Prepare): the transforms are kept
+    void ForgetTransforms() const {
+        dPoints = rPoints = 0;
+        (void)dHat.Reset(0);
+        (void)rHat.Reset(0);
+    }
     NewtonDivisor() = default;
     ~NewtonDivisor() { BigFree(&R); }
     NewtonDivisor(const NewtonDivisor&) = delete;

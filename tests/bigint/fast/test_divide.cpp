@@ -96,3 +96,27 @@ TEST(FastDivide, RepeatedDivisorsReuseNothingStale) {
     ASSERT_EQ(DivModDispatch(&stopAgain, &x.v, &d.v, &q2.v, &r2.v), Result::kStopped);
     for (int i = 0; i < 2; ++i) CheckAgainstSchool(Operand(40, Shape::Random), d2, true, false);
 }
+
+TEST(FastDivide, WrappedRemaindersAroundTheTransformLengths) {
+    // From the product threshold on, q·d and the Newton step's D·Rh come
+    // modulo B^n − 1 with n the power of two above m + 2; divisors whose
+    // length puts m + 3 on either side of a power of two, B^m − 1 and
+    // B^(m−1) + 1 (the modulus itself and its neighbour), and dividends on
+    // both sides of an exact multiple, each divisor seen once and again.
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t m : {12, 13, 14, 28, 29, 30, 31, 45, 60, 61, 62}) {
+        std::vector<Limb> sparse(m, 0);
+        sparse[0] = 1;
+        sparse[m - 1] = 1;
+        for (const std::vector<Limb>& d : {Operand(m, Shape::Random), Operand(m, Shape::Nines),
+                                           sparse, Operand(m, Shape::TopTenThousand)}) {
+            for (int32_t lq : {m / 2, m - 2, m + 1, 2 * m + 3}) {
+                const std::vector<Limb> prod = NaiveProduct(Operand(lq, Shape::Random), d);
+                CheckAgainstSchool(prod, d, false, false);
+                CheckAgainstSchool(MinusOne(prod), d, false, false);
+                CheckAgainstSchool(Operand(m + lq, Shape::Nines), d, false, false);
+                CheckAgainstSchool(Operand(m + lq, Shape::Random), d, true, true);
+            }
+        }
+    }
+}
