@@ -97,21 +97,6 @@ TEST(FastRoots, DeepRecursionsMatchGmpOnRandomAndExactPowers) {
     }
 }
 
-TEST(FastProducts, RangeProductsByTreeAndByPrimesAgreeWithTheRunningProduct) {
-    ThresholdScope scope(FastThresholds::Lowered());
-    CalcContext ctx;
-    struct Range {
-        int32_t c, n;
-    };
-    for (Range r : {Range{0, 4}, Range{0, 5}, Range{3, 40}, Range{99990, 100017},
-                    Range{99999000, 99999999}, Range{0, 777}, Range{300, 1000}, Range{1, 4099}}) {
-        Num a, b;
-        ASSERT_EQ(RangeProductSchool(&ctx, r.c, r.n, &a.v), Result::kOk);
-        ASSERT_EQ(RangeProductDispatch(&ctx, r.c, r.n, &b.v), Result::kOk);
-        EXPECT_EQ(ToDecimal(&b.v), ToDecimal(&a.v)) << r.c << ".." << r.n;
-    }
-}
-
 // Both ways of forming the coefficient, on either side of the threshold, with
 // the sign of a negative n: C(-n, k) = (-1)^k C(n + k - 1, k); then a
 // factorial and a binomial at the shipped thresholds.
