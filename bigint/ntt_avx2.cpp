@@ -228,8 +228,8 @@ void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out
     PortableNttKernels().crt(c, r1 + k, r2 + k, out + k, count - k);
 }
 
-const NttKernels kAvx2 = {ForwardStage, InverseStage,  ForwardTail, InverseHead,
-                          Pointwise,    MulAccumulate, Crt};
+const NttKernels kAvx2 = {ForwardStage, InverseStage, nullptr,       nullptr, ForwardTail,
+                          InverseHead,  Pointwise,    MulAccumulate, Crt};
 
 }  // namespace
 
@@ -332,7 +332,56 @@ void MulAccumulate16(const Mont& mt, uint32_t* acc, const uint32_t* a, const uin
     }
 }
 
-const NttKernels kAvx512 = {ForwardStage16, InverseStage16,  ForwardTail, InverseHead,
+// Pairs of stages: four rows a quarter of a block apart, loaded once.
+template <typename Butterflies>
+void OnQuads16(const uint32_t* roots, uint32_t* a, int32_t n, int32_t m, Butterflies butterflies) {
+    const int32_t h = m / 2;
+    for (int32_t s = 0; s < n; s += 2 * m) {
+        uint32_t* x = a + s;
+        for (int32_t j = 0; j < h; j += 16) {
+            __m512i r[4] = {Load16(x + j), Load16(x + j + h), Load16(x + j + m),
+                            Load16(x + j + m + h)};
+            butterflies(r, Load16(roots + m + j), Load16(roots + m + h + j), Load16(roots + h + j));
+            Store16(x + j, r[0]);
+            Store16(x + j + h, r[1]);
+            Store16(x + j + m, r[2]);
+            Store16(x + j + m + h, r[3]);
+        }
+    }
+}
+
+void ForwardStage2(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    const V16 v(mt);
+    const auto dif = [&](__m512i& x, __m512i& y, __m512i w) {
+        const __m512i u = x, t = y;
+        x = v.Fold(_mm512_add_epi32(u, t));
+        y = v.Mul(_mm512_add_epi32(_mm512_sub_epi32(u, t), v.twoP), w);
+    };
+    OnQuads16(roots, a, n, m, [&](__m512i* r, __m512i w0, __m512i w1, __m512i w2) {
+        dif(r[0], r[2], w0);
+        dif(r[1], r[3], w1);
+        dif(r[0], r[1], w2);
+        dif(r[2], r[3], w2);
+    });
+}
+
+void InverseStage2(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m) {
+    const V16 v(mt);
+    const auto dit = [&](__m512i& x, __m512i& y, __m512i w) {
+        const __m512i u = x, t = v.Mul(y, w);
+        x = v.Fold(_mm512_add_epi32(u, t));
+        y = v.Fold(_mm512_add_epi32(_mm512_sub_epi32(u, t), v.twoP));
+    };
+    OnQuads16(roots, a, n, m, [&](__m512i* r, __m512i w0, __m512i w1, __m512i w2) {
+        dit(r[0], r[1], w2);
+        dit(r[2], r[3], w2);
+        dit(r[0], r[2], w0);
+        dit(r[1], r[3], w1);
+    });
+}
+
+const NttKernels kAvx512 = {ForwardStage16, InverseStage16,  ForwardStage2,
+                            InverseStage2,  ForwardTail,     InverseHead,
                             Pointwise,      MulAccumulate16, Crt};
 
 }  // namespace
