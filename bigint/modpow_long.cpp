@@ -8,8 +8,11 @@
 // floor(X / m) (div_newton.cpp), one forward and one inverse by R's kept
 // transform; and q·m is needed only modulo B^N − 1 for N >= k + 3 points:
 // X − q·m lies in (−B^(k+1), B^(k+1)), so its residue modulo B^N − 1, half
-// a product's length, gives it with its sign. A few additions or
-// subtractions of m finish.
+// a product's length, gives it with its sign. When k + 3 is just past a
+// power of two, N is half that and the low k + 2 − N limbs of q·m come from
+// a short product instead (B^N − 1 and B^(k+2−N) are coprime): for 5000 limbs
+// 4096 + 2048 points rather than 8192. A few additions or subtractions of m
+// finish.
 //
 // A base below 10^8 multiplies linearly: after each square a one bit of the
 // exponent multiplies by the base (at most two limbs) and a quotient from the
@@ -108,14 +111,27 @@ public:
         quotient_.Make((k + 2) + lr_ - 1);
         coefficients_.resize(size_t(std::max(square_.count, quotient_.count)));
         lowCoefficients_.resize(size_t(std::max(square_.nL, quotient_.nL)) + 1);
+        // q·m modulo B^nC − 1 for nC the half transform and exactly modulo
+        // B^j, j = k + 2 − nC, by the product of the low j limbs: the two
+        // moduli are coprime and their product (B^nC − 1)·B^j > 2·B^(k+1).
+        // Worth it while that product takes at most a quarter of nC's points.
+        const int32_t j = k + 2 - nC_ / 2;
+        if (j > 0 && NttPoints(2 * j - 1) <= nC_ / 4) {
+            nC_ /= 2;
+            lowQ_ = j;
+            nLowQ_ = NttPoints(2 * j - 1);
+        }
         if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(quotient_.count) + 1) &&
-              cyclic_.Reset(nC_) && folded_.Reset(nC_)))
+              cyclic_.Reset(nC_) && folded_.Reset(std::max(nC_, k + 2)) &&
+              lowProduct_.Reset(2 * int64_t(lowQ_) + 1) && qFolded_.Reset(nC_)))
             return Result::kNoMemory;
         code = NttForward(clk_, r.v.limbs, lr_, quotient_.nW, &rWrap_);
         if (Ok(code) && quotient_.nL > 0)
             code = NttForward(clk_, r.v.limbs, std::min(lr_, quotient_.w), quotient_.nL, &rLow_);
-        if (Ok(code)) code = NttForward(clk_, m_.limbs, k, nC_, &mHat_);
-        return code;
+        if (Ok(code) && lowQ_ > 0) code = NttForward(clk_, m_.limbs, lowQ_, nLowQ_, &mLow_);
+        if (!Ok(code)) return code;
+        FoldCyclic(m_.limbs, k, nC_, qFolded_.get());
+        return NttForward(clk_, qFolded_.get(), nC_, nC_, &mHat_);
     }
     int32_t limbs() const { return k_; }
 
@@ -149,33 +165,42 @@ private:
         const Limb* q = product_.get() + (k + 2);
         int32_t lq = lt + lr_ - (k + 2);
         while (lq > 1 && q[lq - 1] == 0) --lq;
-        if (lq > nC) return ReduceExactly(X, lx, x);
-        code = NttForward(clk_, q, lq, nC, &workC_);
+        if (lq > 2 * nC || lq > k + 1) return ReduceExactly(X, lx, x);
+        const Limb* qc = q;
+        if (lq > nC) {
+            FoldCyclic(q, lq, nC, qFolded_.get());
+            qc = qFolded_.get();
+        }
+        code = NttForward(clk_, qc, std::min(lq, nC), nC, &workC_);
         if (!Ok(code)) return code;
         NttMulAccumulate(&workC_, workC_, mHat_, NttAccumulate::kSet);
         code = NttToLimbsCyclic(clk_, &workC_, cyclic_.get());
         if (!Ok(code)) return code;
-        // X modulo B^nC − 1: its limbs from nC on fold onto the bottom.
-        Limb* r = folded_.get();
-        const int32_t low = std::min(lx, nC);
-        std::copy(X, X + low, r);
-        std::fill(r + low, r + nC, Limb(0));
-        if (lx > nC && AddLimbs(r, nC, X + nC, lx - nC) != 0) AddOne(r, nC);
         // r := X − q·m modulo B^nC − 1, in [0, B^nC − 1]: a borrow takes
         // B^nC − 1 back on.
+        Limb* r = folded_.get();
+        FoldCyclic(X, lx, nC, r);
         if (SubLimbs(r, nC, cyclic_.get(), nC) != 0) {
             const Limb one = 1;
             SubLimbs(r, nC, &one, 1);
         }
-        // |X − q·m| < B^(k+1): a negative difference shows as a top of nines.
-        const bool negative = r[nC - 1] >= kLimbBase / 2;
-        if (negative)
-            for (int32_t i = 0; i < nC; ++i) r[i] = static_cast<Limb>(kLimbBase - 1 - r[i]);
+        int32_t rl = nC;
+        bool negative = false;
+        if (lowQ_ == 0) {
+            // |X − q·m| < B^(k+1): a negative difference shows as a top of nines.
+            negative = r[nC - 1] >= kLimbBase / 2;
+            if (negative)
+                for (int32_t i = 0; i < nC; ++i) r[i] = static_cast<Limb>(kLimbBase - 1 - r[i]);
+        } else {
+            code = JoinLow(X, q, lq, r, &negative);
+            if (!Ok(code)) return code;
+            rl = k + 2;
+        }
         // Now r = |X − q·m|: subtract m while it is at least m.
         int corrections = 0;
-        while (AtLeast(r, nC, m_.limbs, k)) {
+        while (AtLeast(r, rl, m_.limbs, k)) {
             if (++corrections > kMaxCorrections) return ReduceExactly(X, lx, x);
-            SubLimbs(r, nC, m_.limbs, k);
+            SubLimbs(r, rl, m_.limbs, k);
         }
         // x = r, or m − r for a negative difference (0 when r is).
         std::copy(r, r + k, x);
@@ -184,6 +209,45 @@ private:
             SubLimbs(x, k, r, k);
         }
         return Result::kOk;
+    }
+
+    // r[0 … k + 2) := |D| for D = X − q·m, from a = D modulo B^nC − 1 in
+    // r[0 … nC) and D modulo B^j by the low product, j = k + 2 − nC: V = a +
+    // (B^nC − 1)·t with t = (a − D) mod B^j (B^nC − 1 = −1 modulo B^j) is D
+    // modulo M = (B^nC − 1)·B^j, in [0, M). |D| < B^(k+1) <= M / 2, so a
+    // non-zero limb k + 1 (V > M − B^(k+1)) means D = V − M: *negative.
+    Result JoinLow(const Limb* X, const Limb* q, int32_t lq, Limb* r, bool* negative) {
+        const int32_t j = lowQ_, nC = nC_;
+        const int32_t lql = std::min(lq, j);
+        Result code = NttForward(clk_, q, lql, nLowQ_, &workLow_);
+        if (!Ok(code)) return code;
+        NttMulAccumulate(&workLow_, workLow_, mLow_, NttAccumulate::kSet);
+        Limb* t = lowProduct_.get();
+        code = NttToLimbs(clk_, &workLow_, lql + j - 1, t);
+        if (!Ok(code)) return code;
+        // t := a − (X − q·m) = a − X + q·m modulo B^j.
+        (void)AddLimbs(t, j, r, j);
+        (void)SubLimbs(t, j, X, j);
+        std::copy(t, t + j, r + nC);
+        (void)SubLimbs(r, nC + j, t, j);  // V >= 0: no borrow out
+        *negative = r[k_ + 1] != 0;
+        if (*negative) {
+            // M − V = (B^(k+2) − 1 − V) + 1 − B^j.
+            for (int32_t i = 0; i < k_ + 2; ++i) r[i] = static_cast<Limb>(kLimbBase - 1 - r[i]);
+            const Limb one = 1;
+            (void)AddLimbs(r, k_ + 2, &one, 1);
+            (void)SubLimbs(r + j, k_ + 2 - j, &one, 1);
+        }
+        return Result::kOk;
+    }
+
+    // out[0 … n) := a[0 … la) modulo B^n − 1 (la <= 3n), in [0, B^n − 1].
+    static void FoldCyclic(const Limb* a, int32_t la, int32_t n, Limb* out) {
+        const int32_t low = std::min(la, n);
+        std::copy(a, a + low, out);
+        std::fill(out + low, out + n, Limb(0));
+        for (int32_t from = n; from < la; from += n)
+            if (AddLimbs(out, n, a + from, std::min(la - from, n)) != 0) AddOne(out, n);
     }
 
     // out[0 … count] := a·b by the plan, b given by its transforms at the
@@ -266,10 +330,11 @@ private:
     const BigInt& m_;
     const int32_t k_;
     int32_t nSq_ = 0, nC_ = 0, lr_ = 0;
+    int32_t lowQ_ = 0, nLowQ_ = 0;  // j and its product's points, or 0: no low product
     SplitPlan square_, quotient_;
     std::vector<uint64_t> coefficients_, lowCoefficients_;
-    NttVector rWrap_, rLow_, mHat_, work_, workC_;
-    LimbBuffer wide_, product_, cyclic_, folded_;
+    NttVector rWrap_, rLow_, mHat_, mLow_, work_, workC_, workLow_;
+    LimbBuffer wide_, product_, cyclic_, folded_, lowProduct_, qFolded_;
 };
 
 // The exponent's bits from the top: squares, and a linear product by the

@@ -47,6 +47,11 @@ struct NttKernels {
     // One stage of half length m >= 8 over a[0 … n).
     void (*forwardStage)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
     void (*inverseStage)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
+    // The stages of half lengths m and m / 2 (m >= 32) in one pass over
+    // a[0 … n), in the order of their transform (the inverse: m / 2 first);
+    // null where the set has none.
+    void (*forwardStage2)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
+    void (*inverseStage2)(const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n, int32_t m);
     // The stages of half length 4, 2 and 1 (those below n) over a[0 … n),
     // n >= 2 a power of two: last of the forward transform, first of the
     // inverse.

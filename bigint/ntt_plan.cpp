@@ -79,7 +79,15 @@ bool InverseRec(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t*
     const NttKernels& k = ActiveNttKernels();
     if (n <= kCacheBlock) {
         if (n >= 2) k.inverseHead(mt, roots, a, n);
-        for (int32_t m = 8; m < n; m <<= 1) k.inverseStage(mt, roots, a, n, m);
+        for (int32_t m = 8; m < n;) {
+            if (k.inverseStage2 != nullptr && m >= 16 && 2 * m < n) {
+                k.inverseStage2(mt, roots, a, n, 2 * m);
+                m <<= 2;
+            } else {
+                k.inverseStage(mt, roots, a, n, m);
+                m <<= 1;
+            }
+        }
         return !clk.Tick(int64_t(n / 2) * 14);
     }
     if (!InverseRec(clk, mt, roots, a, n / 2) || !InverseRec(clk, mt, roots, a + n / 2, n / 2))
@@ -128,7 +136,15 @@ Result RootTable::Make(PollClock& clk, int index, int32_t n) {
 bool Forward(PollClock& clk, const Mont& mt, const uint32_t* roots, uint32_t* a, int32_t n) {
     const NttKernels& k = ActiveNttKernels();
     if (n <= kCacheBlock) {
-        for (int32_t m = n / 2; m >= 8; m >>= 1) k.forwardStage(mt, roots, a, n, m);
+        for (int32_t m = n / 2; m >= 8;) {
+            if (k.forwardStage2 != nullptr && m >= 32) {
+                k.forwardStage2(mt, roots, a, n, m);
+                m >>= 2;
+            } else {
+                k.forwardStage(mt, roots, a, n, m);
+                m >>= 1;
+            }
+        }
         if (n >= 2) k.forwardTail(mt, roots, a, n);
         return !clk.Tick(int64_t(n / 2) * 14);
     }

@@ -104,8 +104,8 @@ void Crt(const CrtPair& c, const uint32_t* r1, const uint32_t* r2, uint64_t* out
     }
 }
 
-const NttKernels kPortable = {ForwardStage, InverseStage,  ForwardTail, InverseHead,
-                              Pointwise,    MulAccumulate, Crt};
+const NttKernels kPortable = {ForwardStage, InverseStage, nullptr,       nullptr, ForwardTail,
+                              InverseHead,  Pointwise,    MulAccumulate, Crt};
 bool gPortable = false;
 
 }  // namespace

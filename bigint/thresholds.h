@@ -30,7 +30,7 @@ struct FastThresholds {
     int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
-    int32_t powMontgomery = 1200;  // limbs of a modulus below which powers run on words
+    int32_t powMontgomery = 1800;  // limbs of a modulus below which powers run on words
     // 64-bit words of a modulus's odd part from which those powers take the
     // 52-bit vector products, where the processor has them
     int32_t powVector = 10;

@@ -82,7 +82,7 @@ TEST(FastNttPlan, LongModularPowersMatchGmp) {
     t.powMontgomery = 0;
     ThresholdScope scope(t);
     CalcContext ctx;
-    for (int32_t k : {8, 9, 40, 130}) {
+    for (int32_t k : {8, 9, 40, 126, 130, 142, 143}) {
         // Random, a power of 10000 (its reciprocal one limb longer), all nines.
         for (int shape = 0; shape < 3; ++shape) {
             std::vector<Limb> mv = shape == 0 ? Operand(k, Shape::Random)
