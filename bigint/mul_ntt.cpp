@@ -21,17 +21,14 @@
 // refused); a helper thread that cannot be started, for want of memory or
 // of a thread, leaves both primes to the calling thread.
 #include <algorithm>
-#include <atomic>
 #include <cassert>
-#include <chrono>
 #include <new>
-#include <system_error>
-#include <thread>
 
 #include "bigint/mul_kernels.h"
 #include "bigint/ntt_kernels.h"
 #include "bigint/ntt_plan.h"
 #include "bigint/thresholds.h"
+#include "bigint/two_threads.h"
 
 using namespace ntt;
 
@@ -85,42 +82,14 @@ Result Run(PollClock& clk, const In* a, int32_t la, const In* b, int32_t lb, Fin
     Result rc = roots1.Make(clk, 0, n);
     if (Ok(rc)) rc = roots2.Make(clk, 1, n);
     if (!Ok(rc)) return rc;
-    std::thread helper;
-    std::atomic<bool> cancel{false}, helperDone{false};
-    Result helperRc = Result::kOk;
-    if (parallel) {
-        uint32_t* fb2 = fb + n;
-        try {
-            helper = std::thread([&, fb2] {
-                PollClock helperClock(nullptr, &cancel);
-                helperRc = Convolve(helperClock, kP2, roots2.get(), a, la, b, lb, fa, fb2, n);
-                helperDone.store(true, std::memory_order_release);
-            });
-        } catch (const std::system_error&) {
-            // No thread to be had: both primes run here.
-        } catch (const std::bad_alloc&) {
-            // No memory for the thread's state: the same.
-        }
-    }
-    rc = Convolve(clk, kP1, roots1.get(), a, la, b, lb, r1, fb, n);
-    if (helper.joinable()) {
-        // The helper is usually a moment behind: wait by yielding, not by
-        // sleeping, and poll every millisecond in case it lags far (the
-        // other core busy).
-        auto lastPoll = std::chrono::steady_clock::now();
-        while (Ok(rc) && !helperDone.load(std::memory_order_acquire)) {
-            std::this_thread::yield();
-            const auto now = std::chrono::steady_clock::now();
-            if (now - lastPoll < std::chrono::milliseconds(1)) continue;
-            lastPoll = now;
-            if (clk.Tick(gFastThresholds.pollWork)) rc = Result::kStopped;
-        }
-        if (!Ok(rc)) cancel = true;
-        helper.join();
-        if (Ok(rc)) rc = helperRc;
-    } else if (Ok(rc)) {
-        rc = Convolve(clk, kP2, roots2.get(), a, la, b, lb, fa, fb, n);
-    }
+    // The second prime takes a buffer of its own for b when it may run
+    // beside the first.
+    rc = OnTwoThreads(
+        clk, parallel,
+        [&](PollClock& c) { return Convolve(c, kP1, roots1.get(), a, la, b, lb, r1, fb, n); },
+        [&](PollClock& c) {
+            return Convolve(c, kP2, roots2.get(), a, la, b, lb, fa, parallel ? fb + n : fb, n);
+        });
     if (!Ok(rc)) return rc;
 
     return finish(Coefficients(r1, fa), clk);

@@ -19,14 +19,11 @@
 #include "bigint/ntt_plan.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cassert>
-#include <chrono>
 #include <new>
-#include <system_error>
-#include <thread>
 
 #include "bigint/thresholds.h"
+#include "bigint/two_threads.h"
 
 namespace ntt {
 
@@ -295,10 +292,8 @@ bool NttVector::Reset(int32_t n) {
 namespace {
 
 // work(i, clock) for both primes i, with both root tables made first on this
-// thread. From nttParallel points the second prime runs on a helper
-// thread, as in the products of mul_ntt.cpp: only this thread polls, and
-// when told to stop it cancels the helper and waits for it (one stage at
-// most). No thread to be had: both run here.
+// thread; from nttParallel points the second prime runs on a helper thread,
+// as in the products of mul_ntt.cpp.
 template <typename Work>
 Result BothPrimes(PollClock& clk, int32_t n, RootTable* roots, Work&& work) {
     for (int i = 0; i < 2; ++i) {
@@ -306,32 +301,9 @@ Result BothPrimes(PollClock& clk, int32_t n, RootTable* roots, Work&& work) {
         if (!Ok(rc)) return rc;
     }
     const int32_t parallelFrom = gFastThresholds.nttParallel;
-    std::thread helper;
-    std::atomic<bool> cancel{false}, helperDone{false};
-    Result helperRc = Result::kOk;
-    if (parallelFrom > 0 && n >= parallelFrom) {
-        try {
-            helper = std::thread([&] {
-                PollClock helperClock(nullptr, &cancel);
-                helperRc = work(1, helperClock);
-                helperDone.store(true, std::memory_order_release);
-            });
-        } catch (const std::system_error&) {
-        } catch (const std::bad_alloc&) {}
-    }
-    Result rc = work(0, clk);
-    if (!helper.joinable()) return Ok(rc) ? work(1, clk) : rc;
-    auto lastPoll = std::chrono::steady_clock::now();
-    while (Ok(rc) && !helperDone.load(std::memory_order_acquire)) {
-        std::this_thread::yield();
-        const auto now = std::chrono::steady_clock::now();
-        if (now - lastPoll < std::chrono::milliseconds(1)) continue;
-        lastPoll = now;
-        if (clk.Tick(gFastThresholds.pollWork)) rc = Result::kStopped;
-    }
-    if (!Ok(rc)) cancel = true;
-    helper.join();
-    return Ok(rc) ? helperRc : rc;
+    return OnTwoThreads(
+        clk, parallelFrom > 0 && n >= parallelFrom, [&](PollClock& c) { return work(0, c); },
+        [&](PollClock& c) { return work(1, c); });
 }
 
 }  // namespace
