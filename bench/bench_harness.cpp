@@ -54,6 +54,20 @@ std::string MpzText(const mpz_t z) {
     return mpz_get_str(buf.data(), 10, z);
 }
 
+std::vector<std::string> GcdInputs(int32_t digits) {
+    mpz_t g, a, b;
+    mpz_inits(g, a, b, nullptr);
+    const int32_t gd = std::max(1, digits / 200);
+    mpz_set_str(g, Digits(gd, 6).c_str(), 10);
+    mpz_set_str(a, Digits(digits - gd, 7).c_str(), 10);
+    mpz_set_str(b, Digits(digits - gd, 8).c_str(), 10);
+    mpz_mul(a, a, g);
+    mpz_mul(b, b, g);
+    std::vector<std::string> texts{MpzText(a), MpzText(b)};
+    mpz_clears(g, a, b, nullptr);
+    return texts;
+}
+
 Ours::~Ours() {
     for (auto& v : vals) BigFree(&v);
 }

@@ -53,6 +53,9 @@ constexpr uint64_t kFnvStart = 1469598103934665603ull;
 uint64_t Fnv(const char* s, size_t n, uint64_t h = kFnvStart);
 // n random decimal digits, no leading zero.
 std::string Digits(int32_t n, uint64_t seed);
+// Two numbers of the given digits sharing a factor of a two-hundredth of
+// them, as decimal text.
+std::vector<std::string> GcdInputs(int32_t digits);
 // z as decimal text.
 std::string MpzText(const mpz_t z);
 

@@ -172,24 +172,11 @@ const std::vector<ScriptRow>& Rows() {
                          return 0;
                      }});
 
-        // Two numbers sharing a factor of a two-hundredth of their digits.
         const int32_t gcdDigits = Scaled(200000);
         v.push_back({"cli-gcd",
                      "[GCD] of two 200000-digit numbers",
                      1.5,
-                     [=] {
-                         mpz_t g, a, b;
-                         mpz_inits(g, a, b, nullptr);
-                         const int32_t gd = std::max(1, gcdDigits / 200);
-                         mpz_set_str(g, Digits(gd, 6).c_str(), 10);
-                         mpz_set_str(a, Digits(gcdDigits - gd, 7).c_str(), 10);
-                         mpz_set_str(b, Digits(gcdDigits - gd, 8).c_str(), 10);
-                         mpz_mul(a, a, g);
-                         mpz_mul(b, b, g);
-                         Texts texts{MpzText(a), MpzText(b)};
-                         mpz_clears(g, a, b, nullptr);
-                         return texts;
-                     },
+                     [=] { return GcdInputs(gcdDigits); },
                      {"read A $0", "read B $1", "[GCD](A,B)"},
                      [](mpz_ptr const* out, mpz_srcptr const* in) {
                          mpz_gcd(out[0], in[0], in[1]);

@@ -68,21 +68,8 @@ std::vector<Workload> KernelWorkloads() {
         "binomial", "binomial(1000000, 500000)", 1.0,
         [=](Ours* o, BigInt* v) { return BigBinomial(&o->ctx, v, o->Int(binN), o->Int(binN / 2)); },
         [=](mpz_t v) { mpz_bin_uiui(v, binN, binN / 2); }));
-    // Two 200000-digit numbers sharing a factor of 1000 digits.
     const int32_t gcdDigits = Scaled(200000);
-    auto gcdInputs = [=] {
-        mpz_t g, a, b;
-        mpz_inits(g, a, b, nullptr);
-        const int32_t gd = std::max(1, gcdDigits / 200);
-        mpz_set_str(g, Digits(gd, 6).c_str(), 10);
-        mpz_set_str(a, Digits(gcdDigits - gd, 7).c_str(), 10);
-        mpz_set_str(b, Digits(gcdDigits - gd, 8).c_str(), 10);
-        mpz_mul(a, a, g);
-        mpz_mul(b, b, g);
-        Texts texts{MpzText(a), MpzText(b)};
-        mpz_clears(g, a, b, nullptr);
-        return texts;
-    };
+    auto gcdInputs = [=] { return GcdInputs(gcdDigits); };
     w.push_back(Decimal(
         "gcd", "gcd of two 200000-digit numbers", 1.5, gcdInputs, 1,
         [](CalcContext* c, BigInt* const* in, BigInt* const* out) {
