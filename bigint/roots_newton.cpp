@@ -14,7 +14,10 @@
 // r = u·β² + a0 − q²·(3s'·β + q), corrected when negative. Cost per level:
 // a square of s', a division of a half-size quotient by 3s'², a square of q
 // and one product of the root's size; the remainder tells exactness, so the
-// root is never cubed.
+// root is never cubed. The top level, wanting only the remainder's sign,
+// first divides by the leading l + 8 limbs of 3s'² for six limbs past q,
+// which bound u from below; the full division runs only when that bound and
+// q's leading limbs cannot show r > 0 (exact cubes, about 1 in 10^8 others).
 //
 // Allocation: none of its own; its records come from the operations it
 // calls, which answer code 3 for a refused array.
@@ -127,6 +130,52 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     return code;
 }
 
+// Guard limbs of the top level's quotient and the units its estimate may
+// be off by.
+constexpr int32_t kGuard = 6;
+constexpr int32_t kSlack = 3;
+
+// The top level wants the remainder u of num / d only to tell r > 0, and
+// r = u·β² + a0 − q²·(3s'·β + q) is positive unless u lies in the lowest
+// 1/B² or so of its range. So T = floor(num·B^6 / d) is estimated from d's
+// leading l + 8 limbs (a quotient as long as q, a remainder of half d's
+// length): its low limbs bound u/d from below, its high ones are q unless
+// they sit within kSlack units of a boundary. shown tells s was set and r is
+// positive; otherwise the caller divides in full (exact cubes among them).
+Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, const BigInt* s1,
+                        int32_t l, BigInt* s, bool* shown) {
+    const int32_t m = d->top + 1 - (l + 8);
+    const int32_t shift = m - kGuard;
+    if (m < 2 || shift + 2 * l < 0) return Result::kOk;
+    BigTemp xt, dt, est, rem, q, frac, t, w, ss, lead, low, s3;
+    Result code = shift >= 0 ? FastShiftDown(&xt.v, num, shift) : FastShiftUp(&xt.v, num, -shift);
+    if (Ok(code)) code = FastShiftDown(&dt.v, d, m);
+    if (Ok(code)) code = FastDivMod(ctx, &xt.v, &dt.v, &est.v, &rem.v);
+    if (Ok(code)) code = FastShiftDown(&q.v, &est.v, kGuard);
+    if (Ok(code)) code = FastLowPart(&frac.v, &est.v, kGuard);
+    if (!Ok(code)) return code;
+    // The fraction's two leading limbs f2: with T within kSlack units of est,
+    // q is exact when 1 <= f2 <= B² − 2, and u/d >= (f2 − 1)/B².
+    const auto limbAt = [&](int32_t i) { return i <= frac.v.top ? int32_t{frac.v.limbs[i]} : 0; };
+    const int32_t f2 = limbAt(kGuard - 1) * kLimbBase + limbAt(kGuard - 2);
+    if (f2 < 1 || f2 > kLimbBase * kLimbBase - 2) return Result::kOk;
+    // u >= (f2 − 1)·dt·B^(m − 2).
+    BigTemp fl;
+    code = BigFromInt(&fl.v, f2 - 1);
+    if (Ok(code)) code = FastMul(ctx, &lead.v, &fl.v, &dt.v);
+    if (Ok(code)) code = FastShiftUp(&low.v, &lead.v, m - 2 + 2 * l);
+    if (Ok(code)) code = FastShiftUp(&t.v, s1, l);
+    if (Ok(code)) code = Times3(&s3.v, &t.v);
+    if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
+    if (Ok(code)) code = ShownAbove(ctx, &low.v, {&q.v, &q.v, &w.v}, shown);
+    if (Ok(code) && *shown) {
+        code = FastAdd(&ss.v, &t.v, &q.v);
+        if (Ok(code)) BigMove(s, &ss.v);
+        if (!Ok(code)) *shown = false;
+    }
+    return code;
+}
+
 // s, r with s³ <= a < (s + 1)³, r = a − s³, for a >= 0. Unless exact, r
 // may come back as 1 in place of a remainder shown positive.
 Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exact) {
@@ -153,6 +202,11 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
     if (Ok(code)) code = FastMul(ctx, &sq.v, &s1.v, &s1.v);
     if (Ok(code)) code = Times3(&d.v, &sq.v);
+    if (Ok(code) && !exact) {
+        bool shown = false;
+        code = TopQuotientShown(ctx, &num.v, &d.v, &s1.v, l, s, &shown);
+        if (Ok(code) && shown) return BigFromInt(r, 1);
+    }
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &d.v, &q.v, &u.v);
     // s = s'·β + q;  r = u·β² + a0 − q²·(3s'·β + q)
     BigFree(&t.v);

@@ -84,14 +84,21 @@ TEST(FastRoots, DeepRecursionsMatchGmpOnRandomAndExactPowers) {
             check(Gmp(&x.v));
         }
     }
-    for (int32_t r : {23, 40, 77}) {
+    for (int32_t r : {23, 40, 77, 120}) {
         Num s;
         SetLimbs(&s.v, Operand(r, Shape::Random), false);
-        const mpz_class root = Gmp(&s.v);
-        for (const mpz_class& p : {mpz_class(root * root), mpz_class(root * root * root)}) {
-            for (int delta : {-1, 0, 1}) {
-                check(p + delta);
-                check(-(p + delta));
+        // Low limbs all 9s put the top level's u/d near 1/B² for cubes and
+        // their neighbours, where the cube root's bound from the truncated
+        // quotient has to decide.
+        mpz_class nines, high = Gmp(&s.v);
+        mpz_ui_pow_ui(nines.get_mpz_t(), 10000, static_cast<unsigned long>(r / 2 + 1));
+        high = high / nines * nines + nines - 1;
+        for (const mpz_class& root : {Gmp(&s.v), high}) {
+            for (const mpz_class& p : {mpz_class(root * root), mpz_class(root * root * root)}) {
+                for (int delta : {-1, 0, 1}) {
+                    check(p + delta);
+                    check(-(p + delta));
+                }
             }
         }
     }
