@@ -130,17 +130,16 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     return code;
 }
 
-// Guard limbs of the top level's quotient and the units its estimate may
-// be off by.
+// Guard limbs of the top level's quotient (its estimate may be off by three
+// units).
 constexpr int32_t kGuard = 6;
-constexpr int32_t kSlack = 3;
 
 // The top level wants the remainder u of num / d only to tell r > 0, and
 // r = u·β² + a0 − q²·(3s'·β + q) is positive unless u lies in the lowest
 // 1/B² or so of its range. So T = floor(num·B^6 / d) is estimated from d's
 // leading l + 8 limbs (a quotient as long as q, a remainder of half d's
 // length): its low limbs bound u/d from below, its high ones are q unless
-// they sit within kSlack units of a boundary. shown tells s was set and r is
+// they sit within three units of a boundary. shown tells s was set and r is
 // positive; otherwise the caller divides in full (exact cubes among them).
 Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, const BigInt* s1,
                         int32_t l, BigInt* s, bool* shown) {
@@ -154,7 +153,7 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     if (Ok(code)) code = FastShiftDown(&q.v, &est.v, kGuard);
     if (Ok(code)) code = FastLowPart(&frac.v, &est.v, kGuard);
     if (!Ok(code)) return code;
-    // The fraction's two leading limbs f2: with T within kSlack units of est,
+    // The fraction's two leading limbs f2: with T within three units of est,
     // q is exact when 1 <= f2 <= B² − 2, and u/d >= (f2 − 1)/B².
     const auto limbAt = [&](int32_t i) { return i <= frac.v.top ? int32_t{frac.v.limbs[i]} : 0; };
     const int32_t f2 = limbAt(kGuard - 1) * kLimbBase + limbAt(kGuard - 2);
