@@ -56,9 +56,14 @@ Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y
         BigSetFailed(result);
         return Result::kNoMemory;
     }
-    if (top < 0 || BigFromLimbs(result, product.get(), top, negative) != 0) {
+    if (top < 0) {
         BigSetFailed(result);
         return Result::kStopped;
     }
+    // The product's array becomes the result's (a few limbs longer than
+    // needed): a copy of a long product would be a pass with no poll.
+    result->limbs = product.Release();
+    result->top = top;
+    result->negative = negative;
     return Result::kOk;
 }
