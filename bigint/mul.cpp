@@ -46,7 +46,8 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
 Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y) {
     if (BigIsZero(x) || BigIsZero(y)) return BigFromInt(result, 0);
     const uint8_t negative = x->negative != y->negative;
-    LimbBuffer product(static_cast<int64_t>(x->top) + y->top + 10, true);
+    // MulLimbs zeroes the limbs it uses.
+    LimbBuffer product(static_cast<int64_t>(x->top) + y->top + 10);
     if (!product.ok()) {
         BigSetFailed(result);
         return Result::kNoMemory;
