@@ -396,7 +396,10 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
         if (Ok(code)) {
             CopyLimbs(joined.get(), x->limbs + low, c);
             CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
-            code = BigFromLimbs(&piece.v, joined.get(), LimbsTrimTop(joined.get(), c + rem.top), 0);
+            // The joined array becomes the piece's: one pass fewer.
+            piece.v.top = LimbsTrimTop(joined.get(), c + rem.top);
+            piece.v.negative = 0;
+            piece.v.limbs = joined.Release();
             code = Charge(ctx, code, &piece.v);
         }
         if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, wrap, &qb.v, &rb.v);
