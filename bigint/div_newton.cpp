@@ -38,6 +38,7 @@
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/ntt_plan.h"
+#include "bigint/poll_clock.h"
 #include "bigint/thresholds.h"
 
 namespace {
@@ -166,27 +167,40 @@ int32_t KeptPoints(int32_t la, int32_t lb) {
     return NttPlanFits(n, shorter, 1) ? n : 0;
 }
 
+// The copies, shifts and additions between the products have no polls of
+// their own: each is charged after it is made, a few units a limb (its pages
+// first touched), so that a block of 10^7 limbs still polls every few ms.
+constexpr int64_t kLinearLimb = 4;
+
+// Charges the linear passes that made v; kStopped when told to stop.
+Result Charge(CalcContext* ctx, Result code, const BigInt* v) {
+    if (!Ok(code)) return code;
+    PollClock clk(ctx);
+    return clk.Tick(kLinearLimb * (int64_t(v->top) + 1)) ? Result::kStopped : Result::kOk;
+}
+
 // The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
 // the reciprocal of d's leading k limbs. q and r written as new.
 Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
                    const WrapDivisor& wrap, BigInt* q, BigInt* r) {
     const int32_t m = d->top + 1;
     BigTemp xt, prod, qd;
-    Result code = FastShiftDown(&xt.v, X, m - 2);
+    Result code = Charge(ctx, FastShiftDown(&xt.v, X, m - 2), &xt.v);
     if (Ok(code) && wrap.rn > 0 && KeptPoints(xt.v.top + 1, R->top + 1) == wrap.rn) {
         code = MulTransformed(ctx, &xt.v, R, *wrap.rHat, wrap.rn, &prod.v);
     } else if (Ok(code)) {
-        code = FastMul(ctx, &prod.v, &xt.v, R);
+        code = Charge(ctx, FastMul(ctx, &prod.v, &xt.v, R), &prod.v);
     }
-    if (Ok(code)) code = FastShiftDown(q, &prod.v, k + 2);
+    if (Ok(code)) code = Charge(ctx, FastShiftDown(q, &prod.v, k + 2), q);
     // q is within a few units of the quotient, so |X − q·d| < B^(m+2); a short
     // q (the first block) takes the linear product.
     if (Ok(code) && wrap.n > 0 && WrapPoints(q->top + 1, m, m + 2) == wrap.n) {
         code = SubWrapped(ctx, X, q, d, wrap.hat, wrap.n, r);
     } else {
-        if (Ok(code)) code = FastMul(ctx, &qd.v, q, d);
+        if (Ok(code)) code = Charge(ctx, FastMul(ctx, &qd.v, q, d), &qd.v);
         if (Ok(code)) code = FastSub(r, X, &qd.v);
     }
+    if (Ok(code)) code = Charge(ctx, code, X);
     for (int i = 0; Ok(code); ++i) {
         const bool low = FastIsNegative(r);
         if (!low && BigCompareMag(r, d) > 0) break;  // 0 <= r < d
@@ -248,14 +262,15 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
     }
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
-    if (Ok(code)) code = FastShiftDown(&et.v, &e.v, drop);
+    if (Ok(code)) code = Charge(ctx, FastShiftDown(&et.v, &e.v, drop), &et.v);
     if (Ok(code) && n > 0 && et.v.top + rh->top + 1 <= n) {
         code = MulTransformed(ctx, &et.v, rh, rhHat, n, &corr.v);
     } else if (Ok(code)) {
         code = FastMul(ctx, &corr.v, rh, &et.v);
     }
-    if (Ok(code)) code = FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop);
-    if (Ok(code)) code = FastShiftUp(&r0.v, rh, k - h);
+    if (Ok(code))
+        code = Charge(ctx, FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop), &corrShift.v);
+    if (Ok(code)) code = Charge(ctx, FastShiftUp(&r0.v, rh, k - h), &r0.v);
     if (Ok(code)) {
         corrShift.v.negative = FastIsNegative(&e.v) ? 1 : 0;
         code = FastAdd(result, &r0.v, &corrShift.v);
@@ -381,7 +396,11 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
         if (Ok(code)) {
             CopyLimbs(joined.get(), x->limbs + low, c);
             CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
-            code = BigFromLimbs(&piece.v, joined.get(), LimbsTrimTop(joined.get(), c + rem.top), 0);
+            // The joined array becomes the piece's: one pass fewer.
+            piece.v.top = LimbsTrimTop(joined.get(), c + rem.top);
+            piece.v.negative = 0;
+            piece.v.limbs = joined.Release();
+            code = Charge(ctx, code, &piece.v);
         }
         if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, wrap, &qb.v, &rb.v);
         if (Ok(code)) {
@@ -389,6 +408,7 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
             CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);
             BigReplace(&rem, &rb.v);
             done += c;
+            code = Charge(ctx, code, &qb.v);
         }
     }
     if (!again) divisor->ForgetTransforms();

@@ -40,13 +40,14 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
     return p[k] >= 1 ? k : k - 1;
 }
 
-// The rows, and so the polls, run over y's limbs. A stop and a failed result
-// allocation both answer -1 and leave the result 1; a product whose work
-// arrays are refused answers 3, the result also 1.
+// The rows, and so the polls, run over y's limbs. A stop answers -1 and
+// leaves the result 1; a product whose arrays (the result's, allocated first,
+// or the kernels' work) are refused answers 3, the result also 1.
 Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y) {
     if (BigIsZero(x) || BigIsZero(y)) return BigFromInt(result, 0);
     const uint8_t negative = x->negative != y->negative;
-    LimbBuffer product(static_cast<int64_t>(x->top) + y->top + 10, true);
+    // MulLimbs zeroes the limbs it uses.
+    LimbBuffer product(static_cast<int64_t>(x->top) + y->top + 10);
     if (!product.ok()) {
         BigSetFailed(result);
         return Result::kNoMemory;
@@ -56,9 +57,14 @@ Result BigMul(CalcContext* ctx, BigInt* result, const BigInt* x, const BigInt* y
         BigSetFailed(result);
         return Result::kNoMemory;
     }
-    if (top < 0 || BigFromLimbs(result, product.get(), top, negative) != 0) {
+    if (top < 0) {
         BigSetFailed(result);
         return Result::kStopped;
     }
+    // The product's array becomes the result's (a few limbs longer than
+    // needed): a copy of a long product would be a pass with no poll.
+    result->limbs = product.Release();
+    result->top = top;
+    result->negative = negative;
     return Result::kOk;
 }

@@ -77,9 +77,17 @@ int32_t MulLimbs(CalcContext* ctx, const Limb* a, int32_t ta, const Limb* b, int
     }
     const bool square = a == b && ta == tb;
     const int32_t la = ta + 1, lb = tb + 1;
+    // p zeroed here, a slice at a time with a poll between: the first touch
+    // of a product's hundreds of MB takes tens of ms.
+    PollClock clk(ctx);
+    constexpr int64_t kSlice = int64_t(1) << 20;
+    for (int64_t from = 0; from < int64_t(la) + lb; from += kSlice) {
+        const int64_t end = std::min(int64_t(la) + lb, from + kSlice);
+        std::fill(p + from, p + end, Limb(0));
+        if (end - from == kSlice && clk.Tick(kSlice)) return -1;
+    }
     if (lb < (square ? gFastThresholds.sqrKaratsuba : gFastThresholds.mulKaratsuba))
         return LimbsMul(ctx, a, b, p, ta, tb);
-    PollClock clk(ctx);
     const Result rc = square ? SqrRec(clk, a, la, p) : MulRec(clk, a, la, b, lb, p);
     if (rc == Result::kStopped) return -1;
     if (rc == Result::kNoMemory) {

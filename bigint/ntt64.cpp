@@ -41,6 +41,10 @@
 // that cannot be started leaves both halves to the calling thread.
 #include "bigint/ntt64.h"
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 #include <algorithm>
 #include <atomic>
 #include <cassert>
@@ -568,6 +572,29 @@ private:
     uint64_t p1d_[3] = {}, p12d_[6] = {};
 };
 
+// Gives the pages of a spent work array back a slice at a time, polling
+// between slices: unmapping hundreds of MB at once takes tens of ms. The
+// array's later free then has little left to do. False when told to stop.
+bool Release(PollClock& clk, uint64_t* a, int64_t count) {
+#ifdef __linux__
+    constexpr uintptr_t kPage = 4096;
+    constexpr int64_t kSlice = int64_t(1) << 21;  // words, 16 MB
+    if (count < 2 * kSlice) return true;
+    const uintptr_t from = (reinterpret_cast<uintptr_t>(a) + kPage - 1) & ~(kPage - 1);
+    const uintptr_t to = reinterpret_cast<uintptr_t>(a + count) & ~(kPage - 1);
+    for (uintptr_t at = from; at < to; at += kSlice * 8) {
+        const uintptr_t end = std::min(to, at + kSlice * 8);
+        madvise(reinterpret_cast<void*>(at), end - at, MADV_DONTNEED);
+        if (clk.Tick(kSlice)) return false;
+    }
+#else
+    (void)clk;
+    (void)a;
+    (void)count;
+#endif
+    return true;
+}
+
 Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     const int64_t len = int64_t(la) + lb;
     auto points = [&](int k) { return (la + k - 1) / k + (lb + k - 1) / k - 1; };
@@ -641,7 +668,8 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     join.Settle(left[1], &top);
     assert(top < 32768);
     p[len - 1] = static_cast<Limb>(top);
-    return Result::kOk;
+    return Release(clk, buf.get(), 2 * count + (square ? 1 : 2) * n) ? Result::kOk
+                                                                     : Result::kStopped;
 }
 
 // Binary products: bits [b·i, b·(i + 1)) of a word array make point i, b =

@@ -244,6 +244,8 @@ Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r) {
         const int32_t q = std::min(piece, ls - off);
         CopyLimbs(copy.get(), s.get() + off, q);
         ZeroLimbs(s.get() + off, q);
+        // The copy, the zeros and the last piece's addition poll nowhere else.
+        if (clk.Tick(4 * (int64_t(q) + ly))) return Result::kStopped;
         code = q >= ly ? MulRec(clk, copy.get(), q, y->limbs, ly, product.get())
                        : MulRec(clk, y->limbs, ly, copy.get(), q, product.get());
         if (Ok(code))

@@ -53,3 +53,39 @@ TEST(FastStops, QStopsEveryFastPathAtAnyPoll) {
         }
     }
 }
+
+// With a poll at every tick, a stop at any poll of a Newton division and of a
+// square root, the copies and shifts between their products included, ends
+// the operation there with nothing written.
+TEST(FastStops, StopsAtEveryPollOfTheNewtonPasses) {
+    FastThresholds t = FastThresholds::Lowered();
+    t.nttParallel = 0;
+    t.pollWork = 1;
+    ThresholdScope scope(t);
+    Num x, d, rest;
+    RandomBig(&x.v, 900, true);
+    RandomBig(&d.v, 300, true);
+    const std::function<Result(CalcContext*, BigInt*)> ops[] = {
+        [&](CalcContext* c, BigInt* r) { return BigDivMod(c, &x.v, &d.v, r, rest.Out()); },
+        [&](CalcContext* c, BigInt* r) { return BigSqrt(c, &x.v, r); },
+    };
+    for (const auto& op : ops) {
+        // The divisor cache keeps the reciprocal of the first run: count the
+        // polls of the third.
+        long polls = 0;
+        for (int run = 0; run < 3; ++run) {
+            QuitAtPoll counting;
+            Num full;
+            const Result done = op(&counting, &full.v);
+            ASSERT_TRUE(Ok(done) || done == kRootInexact) << done;
+            polls = counting.polls();
+        }
+        for (long at = 1; at <= polls; at += 1 + polls / 400) {
+            QuitAtPoll stop(at);
+            Num r;
+            ASSERT_EQ(op(&stop, &r.v), Result::kStopped) << "poll " << at << " of " << polls;
+            ASSERT_EQ(stop.polls(), at) << "poll " << at << " of " << polls;
+            ASSERT_TRUE(BigIsZero(&r.v) || ToDecimal(&r.v) == "1") << at;
+        }
+    }
+}
