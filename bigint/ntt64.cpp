@@ -46,16 +46,13 @@
 #endif
 
 #include <algorithm>
-#include <atomic>
 #include <cassert>
-#include <chrono>
 #include <cstring>
 #include <new>
-#include <system_error>
-#include <thread>
 
 #include "bigint/ntt64_kernels.h"
 #include "bigint/thresholds.h"
+#include "bigint/two_threads.h"
 
 namespace {
 
@@ -331,36 +328,10 @@ bool Inverse(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
 // answers false when told to stop.
 template <typename F0, typename F1>
 Result Both(PollClock& clk, bool parallel, F0&& f0, F1&& f1) {
-    if (!parallel) return f0(clk) && f1(clk) ? Result::kOk : Result::kStopped;
-    std::atomic<bool> cancel{false}, done{false};
-    bool helperOk = true;
-    std::thread helper;
-    try {
-        helper = std::thread([&] {
-            PollClock helperClock(nullptr, &cancel);
-            helperOk = f1(helperClock);
-            done.store(true, std::memory_order_release);
-        });
-    } catch (const std::system_error&) {
-        // No thread to be had: both halves run here.
-    } catch (const std::bad_alloc&) {
-        // No memory for the thread's state: the same.
-    }
-    bool ok = f0(clk);
-    if (!helper.joinable()) return ok && f1(clk) ? Result::kOk : Result::kStopped;
-    // The helper is usually a moment behind: wait by yielding, polling every
-    // millisecond in case it lags far (the other core busy).
-    auto lastPoll = std::chrono::steady_clock::now();
-    while (ok && !done.load(std::memory_order_acquire)) {
-        std::this_thread::yield();
-        const auto now = std::chrono::steady_clock::now();
-        if (now - lastPoll < std::chrono::milliseconds(1)) continue;
-        lastPoll = now;
-        if (clk.Tick(gFastThresholds.pollWork)) ok = false;
-    }
-    if (!ok) cancel = true;
-    helper.join();
-    return ok && helperOk ? Result::kOk : Result::kStopped;
+    auto code = [](bool ok) { return ok ? Result::kOk : Result::kStopped; };
+    return OnTwoThreads(
+        clk, parallel, [&](PollClock& c) { return code(f0(c)); },
+        [&](PollClock& c) { return code(f1(c)); });
 }
 
 // f(clock, from, to) over [0, count), cut at mid (a multiple of 8) when
