@@ -32,22 +32,6 @@ namespace {
 // scratch is refused: 8192 limbs by 8192, well under a second.
 constexpr int64_t kFallbackWork = int64_t(1) << 26;
 
-// a·b for la >= 2·lb: pieces of a of lb limbs (the last may be shorter),
-// each a balanced product, added into place.
-Result MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
-    Scratch<Limb> t(2 * int64_t(lb));
-    if (!t) return Result::kNoMemory;
-    std::fill(p, p + la + lb, Limb(0));
-    for (int32_t off = 0; off < la; off += lb) {
-        const int32_t piece = std::min(lb, la - off);
-        const Result rc = piece >= lb ? MulRec(clk, a + off, piece, b, lb, t.get())
-                                      : MulRec(clk, b, lb, a + off, piece, t.get());
-        if (!Ok(rc)) return rc;
-        LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), piece + lb));
-    }
-    return Result::kOk;
-}
-
 }  // namespace
 
 Result MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
@@ -55,7 +39,7 @@ Result MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t 
     const FastThresholds& t = gFastThresholds;
     if (lb < t.mulKaratsuba) return MulBasecase(clk, a, la, b, lb, p);
     if (lb < t.mulNtt) {
-        if (la >= 2 * lb) return MulPieces(clk, a, la, b, lb, p);
+        if (la >= 2 * lb) return MulPieces(clk, a, la, b, lb, lb, p);
         return MulKaratsuba(clk, a, la, b, lb, p);
     }
     if (la + lb < t.ntt64Length && la + lb <= NttMaxLength()) return MulNtt(clk, a, la, b, lb, p);
@@ -96,4 +80,19 @@ int32_t MulLimbs(CalcContext* ctx, const Limb* a, int32_t ta, const Limb* b, int
         return LimbsMul(ctx, a, b, p, ta, tb);
     }
     return p[la + lb - 1] >= 1 ? la + lb - 1 : la + lb - 2;
+}
+
+Result MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
+                 int32_t piece, Limb* p) {
+    Scratch<Limb> t(int64_t(piece) + lb);
+    if (!t) return Result::kNoMemory;
+    std::fill(p, p + la + lb, Limb(0));
+    for (int32_t off = 0; off < la; off += piece) {
+        const int32_t q = std::min(piece, la - off);
+        const Result rc = q >= lb ? MulRec(clk, a + off, q, b, lb, t.get())
+                                  : MulRec(clk, b, lb, a + off, q, t.get());
+        if (!Ok(rc)) return rc;
+        LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), q + lb));
+    }
+    return Result::kOk;
 }

@@ -42,6 +42,11 @@ private:
 Result MulRec(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
 Result SqrRec(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 
+// p := a·b (la + lb limbs) piece by piece of a: pieces of `piece` limbs
+// (the last may be shorter), each product added into place.
+Result MulPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
+                 int32_t piece, Limb* p);
+
 Result MulBasecase(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p);
 Result SqrBasecase(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 // Requires lb > la / 2.

@@ -107,22 +107,6 @@ int32_t PieceLength(int32_t la, int32_t lb, bool inPlace = false) {
     return best;
 }
 
-// p := a·b (la + lb limbs) piece by piece of a.
-Result MulByPieces(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
-                   int32_t piece, Limb* p) {
-    Scratch<Limb> t(int64_t(piece) + lb);
-    if (!t) return Result::kNoMemory;
-    ZeroLimbs(p, la + lb);
-    for (int32_t off = 0; off < la; off += piece) {
-        const int32_t q = std::min(piece, la - off);
-        const Result code = q >= lb ? MulRec(clk, a + off, q, b, lb, t.get())
-                                    : MulRec(clk, b, lb, a + off, q, t.get());
-        if (!Ok(code)) return code;
-        LimbsAddInto(p + off, la + lb - off, t.get(), LimbsTrim(t.get(), q + lb));
-    }
-    return Result::kOk;
-}
-
 // r := a·b of la >= 1 and lb >= 1 normalised limbs, in r's own array.
 Result MulArrays(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, BigInt* r) {
     if (la < lb) {
@@ -132,7 +116,7 @@ Result MulArrays(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32
     LimbBuffer p(int64_t(la) + lb);
     if (!p.ok()) return Result::kNoMemory;
     const int32_t piece = PieceLength(la, lb);
-    const Result code = piece < la             ? MulByPieces(clk, a, la, b, lb, piece, p.get())
+    const Result code = piece < la             ? MulPieces(clk, a, la, b, lb, piece, p.get())
                         : (a == b && la == lb) ? SqrRec(clk, a, la, p.get())
                                                : MulRec(clk, a, la, b, lb, p.get());
     if (!Ok(code)) return code;
