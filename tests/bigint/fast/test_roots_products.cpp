@@ -91,7 +91,7 @@ TEST(FastRoots, DeepRecursionsMatchGmpOnRandomAndExactPowers) {
         // their neighbours, where the cube root's bound from the truncated
         // quotient has to decide.
         mpz_class nines, high = Gmp(&s.v);
-        mpz_ui_pow_ui(nines.get_mpz_t(), 10000, static_cast<unsigned long>(r / 2 + 1));
+        mpz_ui_pow_ui(nines.get_mpz_t(), 10000, static_cast<unsigned long>(r) / 2 + 1);
         high = high / nines * nines + nines - 1;
         for (const mpz_class& root : {Gmp(&s.v), high}) {
             for (const mpz_class& p : {mpz_class(root * root), mpz_class(root * root * root)}) {
