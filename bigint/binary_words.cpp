@@ -150,12 +150,6 @@ int64_t TransformPoints(int64_t la, int64_t lb) {
     return n;
 }
 
-int64_t Log2(int64_t n) {
-    int64_t k = 0;
-    while ((int64_t(1) << k) < n) ++k;
-    return k;
-}
-
 // The same for the transform over three 64-bit primes, 50 bits a point with
 // the vector butterflies (64 with the plain ones, counted alike): nine
 // transforms (six for a square) of n points, each point-stage about 2.4
@@ -164,7 +158,7 @@ int64_t Ntt64Work(int64_t la, int64_t lb, bool square) {
     const int64_t bits = Ntt64VectorButterflies() ? 50 : 64;
     int64_t n = 1;
     while (n < (32 * la + bits - 1) / bits + (32 * lb + bits - 1) / bits - 1) n <<= 1;
-    return (square ? 2 : 3) * n * Log2(n) * 12 / 5;
+    return (square ? 2 : 3) * n * CeilLog2(n) * 12 / 5;
 }
 
 // Words of a (la >= lb) for the first piece when a is cut into pieces each
@@ -180,12 +174,12 @@ int32_t PieceWords(int64_t la, int64_t lb, int64_t* work) {
         return 0;
     }
     const int64_t n = TransformPoints(la, lb);
-    *work = 3 * n * Log2(n);
+    *work = 3 * n * CeilLog2(n);
     const int64_t piece = n / 4 - lb;
     if (piece < 1 || piece < lb / 2 || piece >= la) return 0;
     int64_t rest = 0;
     PieceWords(la - piece, lb, &rest);
-    const int64_t cut = 3 * (n / 2) * Log2(n / 2) + rest;
+    const int64_t cut = 3 * (n / 2) * CeilLog2(n / 2) + rest;
     if (cut >= *work) return 0;
     *work = cut;
     return int32_t(piece);
@@ -201,7 +195,7 @@ Result MulOrdered(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t*
     int32_t h = b != nullptr ? PieceWords(la, lb, &work) : 0;
     const int32_t from64 = Ntt64From();
     if (from64 > 0 && lb >= from64) {
-        if (b == nullptr) work = 2 * TransformPoints(la, lb) * Log2(TransformPoints(la, lb));
+        if (b == nullptr) work = 2 * TransformPoints(la, lb) * CeilLog2(TransformPoints(la, lb));
         if (Ntt64Work(la, lb, b == nullptr) < work) return Ntt64ConvolveBits(clk, a, la, b, lb, p);
     }
     if (h == 0 && 2 * (int64_t(la) + lb) <= NttMaxLength())

@@ -65,6 +65,13 @@ int32_t NttMaxLength();
 Result NttConvolve16(PollClock& clk, const uint16_t* a, int32_t la, const uint16_t* b, int32_t lb,
                      uint64_t* c);
 
+// The least k with 2^k >= n (0 for n <= 1): transform lengths.
+inline int CeilLog2(int64_t n) {
+    int k = 0;
+    while ((int64_t(1) << k) < n) ++k;
+    return k;
+}
+
 // p[0..lp) += t[0..lt), lt <= lp, carries propagated; the top limb of p takes
 // the final carry unreduced.
 void LimbsAddInto(Limb* p, int32_t lp, const Limb* t, int32_t lt);

@@ -122,12 +122,6 @@ constexpr int64_t kPointwise = 8;
 
 inline uint64_t Fold(uint64_t x, uint64_t twoP) { return x >= twoP ? x - twoP : x; }
 
-int Log2(int64_t n) {
-    int l = 0;
-    while ((int64_t(1) << l) < n) ++l;
-    return l;
-}
-
 struct PrimeData {
     Field f;
     // Of order 2^l and their inverses, Montgomery form (R = 2^52 for the
@@ -180,7 +174,7 @@ Result EnsureTables(int set) {
         for (int l = kMaxLog; l >= 0; --l) {
             d.root[l] = d.vec ? To52(d.f, w) : w;
             d.rootInv[l] = d.vec ? To52(d.f, wi) : wi;
-            if (l == Log2(2 * kRow)) {
+            if (l == CeilLog2(2 * kRow)) {
                 FillRow(d.f, w, d.vec, d.row);
                 FillRow(d.f, wi, d.vec, d.rowInv);
             }
@@ -293,7 +287,7 @@ bool VecStage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t w, uint
 // Stage of half length m over a[0, 2m), butterflies j0 … j1 − 1.
 bool Stage(PollClock& clk, const PrimeData& d, bool inverse, uint64_t* a, int64_t m, int64_t j0,
            int64_t j1) {
-    const uint64_t w = (inverse ? d.rootInv : d.root)[Log2(2 * m)];
+    const uint64_t w = (inverse ? d.rootInv : d.root)[CeilLog2(2 * m)];
     if (d.vec) return VecStage(clk, d, inverse, w, a, m, j0, j1);
     return inverse ? BigStage<true>(clk, d.f, w, a, m, j0, j1)
                    : BigStage<false>(clk, d.f, w, a, m, j0, j1);
@@ -305,7 +299,7 @@ bool Forward(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
             Ntt64VecForward(d.v, a, n);
         else
             ForwardSmall(d.f, d.row, a, n);
-        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * Log2(n));
+        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * CeilLog2(n));
     }
     return Stage(clk, d, false, a, n / 2, 0, n / 2) && Forward(clk, d, a, n / 2) &&
            Forward(clk, d, a + n / 2, n / 2);
@@ -317,7 +311,7 @@ bool Inverse(PollClock& clk, const PrimeData& d, uint64_t* a, int64_t n) {
             Ntt64VecInverse(d.v, a, n);
         else
             InverseSmall(d.f, d.rowInv, a, n);
-        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * Log2(n));
+        return !clk.Tick((d.vec ? kVecButterfly : kButterfly) * (n / 2) * CeilLog2(n));
     }
     return Inverse(clk, d, a, n / 2) && Inverse(clk, d, a + n / 2, n / 2) &&
            Stage(clk, d, true, a, n / 2, 0, n / 2);
@@ -571,12 +565,12 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     auto points = [&](int k) { return (la + k - 1) / k + (lb + k - 1) / k - 1; };
     // The vector primes take four limbs a point.
     int k = 4;
-    int64_t count = points(k), n = int64_t(1) << Log2(count);
+    int64_t count = points(k), n = int64_t(1) << CeilLog2(count);
     const int set = !gPortable && n >= kVecFrom && Ntt64VecAvailable() ? 1 : 0;
     if (set == 0) {
         for (k = 6;; k = Ntt64LimbsPerPoint(n)) {
             count = points(k);
-            n = int64_t(1) << Log2(count);
+            n = int64_t(1) << CeilLog2(count);
             if (Ntt64LimbsPerPoint(n) >= k) break;
         }
     }
@@ -786,7 +780,7 @@ BitsPlan PlanBits(int64_t la, int64_t lb) {
     for (q.set = !gPortable && Ntt64VecAvailable() ? 1 : 0;; q.set = 0) {
         q.bits = kBits[q.set];
         q.count = (32 * la + q.bits - 1) / q.bits + (32 * lb + q.bits - 1) / q.bits - 1;
-        q.n = int64_t(1) << Log2(q.count);
+        q.n = int64_t(1) << CeilLog2(q.count);
         if (q.set == 0 || q.n >= kVecFrom) break;
     }
     assert(q.n <= (int64_t(1) << kMaxLog));
