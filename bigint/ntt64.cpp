@@ -396,6 +396,21 @@ inline void Digits(uint64_t v, uint64_t* d) {
     d[D - 1] = v;
 }
 
+// The constants of Garner's steps, in Montgomery form: p1^−1 modulo p2,
+// p1 modulo p3 and (p1·p2)^−1 modulo p3.
+struct Garner {
+    uint64_t inv1R, p1m3R, inv12R;
+    explicit Garner(const PrimeData* primes) {
+        const Field& f2 = primes[1].f;
+        const Field& f3 = primes[2].f;
+        const uint64_t p1 = primes[0].f.p, p2 = f2.p, p3 = f3.p;
+        inv1R = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
+        p1m3R = f3.ToMont(p1 - p3);
+        const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
+        inv12R = f3.Pow(f3.ToMont(p12), p3 - 2);
+    }
+};
+
 // Garner's join of the three residues into base-10^8 digits, carried into
 // limbs. A coefficient x = v1 + p1·v2 + p1·p2·v3 (v_i below p_i) is summed in
 // D digits of 10^8 each for v_i (D = 3 for primes below 2^62, 2 below 2^50):
@@ -405,14 +420,8 @@ class Join {
 public:
     Join(const PrimeData* primes, const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k,
          Limb* p, int64_t len)
-        : primes_(primes), r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len) {
-        const Field& f2 = primes[1].f;
-        const Field& f3 = primes[2].f;
-        const uint64_t p1 = primes[0].f.p, p2 = f2.p, p3 = f3.p;
-        inv1R_ = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
-        p1m3R_ = f3.ToMont(p1 - p3);
-        const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
-        inv12R_ = f3.Pow(f3.ToMont(p12), p3 - 2);
+        : primes_(primes), r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len), garner_(primes) {
+        const uint64_t p1 = primes[0].f.p, p2 = primes[1].f.p;
         Digits<3>(p1, p1d_);
         Wide prod = Wide(p1) * p2;
         for (uint64_t& d : p12d_) {
@@ -448,10 +457,10 @@ private:
             const uint64_t u2 = f2.Reduce(r_[1][i]);
             const uint64_t u3 = f3.Reduce(r_[2][i]);
             const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
-            const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, inv1R_));
-            uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R_);
+            const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, garner_.inv1R));
+            uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, garner_.p1m3R);
             t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
-            const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, inv12R_));
+            const uint64_t v3 = f3.Reduce(f3.Mul(u3 - t + p3, garner_.inv12R));
             uint64_t a[D], b[D], c[D];
             Digits<D>(v1, a);
             Digits<D>(v2, b);
@@ -533,7 +542,7 @@ private:
     int half_;
     Limb* p_;
     int64_t len_;
-    uint64_t inv1R_ = 0, p1m3R_ = 0, inv12R_ = 0;
+    Garner garner_;
     uint64_t p1d_[3] = {}, p12d_[6] = {};
 };
 
@@ -687,10 +696,8 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const Field& f2 = primes[1].f;
     const Field& f3 = primes[2].f;
     const uint64_t p1 = f1.p, p2 = f2.p, p3 = f3.p;
-    const uint64_t inv1R = f2.Pow(f2.ToMont(p1 - p2), p2 - 2);
-    const uint64_t p1m3R = f3.ToMont(p1 - p3);
-    const uint64_t p12 = f3.FromMont(f3.Reduce(f3.Mul(f3.ToMont(p1 - p3), f3.ToMont(p2 - p3))));
-    const uint64_t inv12R = f3.Pow(f3.ToMont(p12), p3 - 2);
+    const Garner g(primes);
+    const uint64_t inv1R = g.inv1R, p1m3R = g.p1m3R, inv12R = g.inv12R;
     uint64_t acc[3] = {0, 0, 0};
     // The settled bits of each coefficient are ORed into p, zeroed first: at
     // bit pos as eight bytes from pos/8 (up to 56 bits, while inside p), else
