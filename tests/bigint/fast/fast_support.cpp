@@ -1,5 +1,7 @@
 #include "fast_support.h"
 
+#include "bigint/dispatch.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -133,6 +135,7 @@ void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& 
     Num warm[2], counted;
     QuitAtPoll warmUp, warmAgain, counting;
     for (QuitAtPoll* c : {&warmUp, &warmAgain, &counting}) {
+        ReleaseDivisorCache();
         const Result done = op(c, c == &counting ? &counted.v
                                   : c == &warmUp ? &warm[0].v
                                                  : &warm[1].v);
@@ -143,6 +146,7 @@ void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& 
     for (long stopAt : {1L, 2L, polls / 3, polls / 2, polls - 1, polls}) {
         QuitAtPoll stop(stopAt);
         Num r;
+        ReleaseDivisorCache();
         EXPECT_EQ(op(&stop, &r.v), Result::kStopped) << "poll " << stopAt << " of " << polls;
         EXPECT_EQ(ToDecimal(&r.v), left) << "poll " << stopAt << " of " << polls;
         EXPECT_EQ(stop.polls(), stopAt);

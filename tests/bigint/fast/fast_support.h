@@ -78,12 +78,14 @@ private:
 };
 
 // Runs op (result into the given record) twice to make the transform's root
-// tables and complete a cached divisor's reciprocal, then once counting
-// polls, then stops it at its first, second, middle and last polls: each
-// stop must answer kStopped, leave the result
-// `left` (the 1 of a failed operation, unless said) and poll no more. Set
-// nttParallel = 0 first: the wait for the transform's helper thread polls
-// by time, and the counts would not repeat.
+// tables, then once counting polls, then stops it at its first, second,
+// middle and last polls: each stop must answer kStopped, leave the result
+// `left` (the 1 of a failed operation, unless said) and poll no more. Every
+// run starts from an empty divisor cache: a stop inside a division leaves
+// that division's divisor cached, and the next run would find it (a square
+// root's level, say) and poll fewer times. Set nttParallel = 0 first: the
+// wait for the transform's helper thread polls by time, and the counts
+// would not repeat.
 void ExpectStopsAtEveryPoll(const std::function<Result(CalcContext*, BigInt*)>& op,
                             const std::string& left = "1");
 

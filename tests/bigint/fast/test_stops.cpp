@@ -22,8 +22,8 @@ TEST(FastStops, QStopsEveryFastPathAtAnyPoll) {
         RandomBig(&e.v, lowered ? 30 : 300, false);
         RandomBig(&dividend.v, lowered ? 300 : 80000, true);
         RandomBig(&divisor.v, lowered ? 150 : 40000, true);
-        // A divisor seen again keeps its transforms, and products from prime
-        // factorisations are fast: these sizes still poll often enough.
+        // Products from prime factorisations are fast: these sizes still poll
+        // often enough.
         const Num range(lowered ? "3000" : "60000"), half(lowered ? "1500" : "150000"),
             wide(lowered ? "3000" : "300000");
         const struct {
