@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <random>
+#include <utility>
 
 #include "calc/compiler.h"
 
@@ -62,28 +63,28 @@ int CalcModel::FirstFreeLabel() const {
 Result CalcModel::StoreValue(int label, const std::string& inscription, const BigInt* numerator,
                              const BigInt* denominator) {
     if (label < 1 || label > kLabelCount) return Result::kOutOfBounds;
+    NumberValue copy;
+    if (BigCopy(&copy.numerator, numerator) != 0 || BigCopy(&copy.denominator, denominator) != 0)
+        return Result::kNoMemory;
+    return TakeValue(label, inscription, &copy);
+}
+
+Result CalcModel::TakeValue(int label, const std::string& inscription, NumberValue* value) {
+    if (label < 1 || label > kLabelCount) return Result::kOutOfBounds;
     // Everything that can fail comes first, so that a failure leaves the old
     // value in place.
     std::string text;
     std::unique_ptr<NumberValue>& slot = slots_[label - 1];
-    const bool made = !slot;
     try {
         text = inscription;
         if (!slot) slot = std::make_unique<NumberValue>();
     } catch (const std::bad_alloc&) {
         return Result::kNoMemory;
     }
-    BigInt num = {}, den = {};
-    if (BigCopy(&num, numerator) != 0 || BigCopy(&den, denominator) != 0) {
-        BigFree(&num);
-        BigFree(&den);
-        if (made) slot.reset();
-        return Result::kNoMemory;
-    }
-    BigFree(&slot->numerator);
-    BigFree(&slot->denominator);
-    slot->numerator = num;
-    slot->denominator = den;
+    std::swap(slot->numerator, value->numerator);
+    std::swap(slot->denominator, value->denominator);
+    BigFree(&value->numerator);
+    BigFree(&value->denominator);
     slot->inscription.swap(text);
     NotifyVariable(label);
     return Result::kOk;
@@ -95,11 +96,10 @@ Result CalcModel::EvaluateFormula(const std::string& formula, NumberValue* resul
     Result code = Compile(formula);
     if (Ok(code)) code = Evaluate(ctx_, *this, tree_.get());
     if (Ok(code)) {
-        BigFree(&result->numerator);
-        BigFree(&result->denominator);
-        if (BigCopy(&result->numerator, &tree_->numerator) != 0 ||
-            BigCopy(&result->denominator, &tree_->denominator) != 0)
-            code = Result::kNoMemory;
+        // The root's records are its own (a letter at the root is copied):
+        // they become the result, and the tree frees what result held.
+        std::swap(result->numerator, tree_->numerator);
+        std::swap(result->denominator, tree_->denominator);
     }
     tree_.reset();
     return code;
@@ -110,7 +110,7 @@ Result CalcModel::Calculate(int label, const std::string& formula) {
     NumberValue value;
     Result code = EvaluateFormula(formula, &value);
     if (!Ok(code)) return code;
-    return StoreValue(label, formula, &value.numerator, &value.denominator);
+    return TakeValue(label, formula, &value);
 }
 
 bool CalcModel::ModulusMode() const { return ctx_->modulusMode; }

@@ -98,6 +98,10 @@ public:
     // slot's old value; kOutOfBounds for a label outside 1..26.
     Result StoreValue(int label, const std::string& inscription, const BigInt* numerator,
                       const BigInt* denominator);
+    // The same, taking value's records instead of copying them (a value of
+    // hundreds of megabytes is stored without a second copy or a pass that
+    // does not poll): on kOk value is left empty, on a failure as it was.
+    Result TakeValue(int label, const std::string& inscription, NumberValue* value);
 
     // ---- Formulas -----------------------------------------------------
     // Compiles into the current tree (none after a failure).

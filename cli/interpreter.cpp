@@ -270,7 +270,7 @@ Result Interpreter::Read(const std::string& args) {
     NumberValue value;
     Result code = ReadDecimalFile(words[1], &value.numerator, model_.Context());
     if (Ok(code)) code = BigFromInt(&value.denominator, 1);
-    if (Ok(code)) code = model_.StoreValue(label, words[1], &value.numerator, &value.denominator);
+    if (Ok(code)) code = model_.TakeValue(label, words[1], &value);
     return code;
 }
 
