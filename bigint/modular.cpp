@@ -94,7 +94,6 @@ Result BackSubstitute(CalcContext* ctx, const Chain& chain, int32_t size, BigInt
     int32_t tx = 0, ty = 0;
     uint8_t negative = 0;
     for (const QuotientLink* q = chain.head; q; q = q->next) {
-        ZeroLimbs(product.get(), tx + q->top + 2);
         int32_t tp = MulLimbs(ctx, x.get(), tx, q->limbs, q->top, product.get());
         if (tp == kMulNoMemory) return Result::kNoMemory;
         if (tp < 0) return Result::kStopped;

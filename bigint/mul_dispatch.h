@@ -1,6 +1,6 @@
 // The one multiplication entry for limb arrays, choosing the algorithm by size.
 //
-// p must hold ta + tb + 2 limbs, zeroed; a and b are normalised magnitudes
+// p must hold ta + tb + 2 limbs (zeroed here); a and b are normalised magnitudes
 // (a top limb of 10000 from LimbsAdd is accepted). Answers the top of the
 // product, -1 when the context asked to stop, or kMulNoMemory when the fast
 // kernels' scratch could not be had and the schoolbook product, which needs
