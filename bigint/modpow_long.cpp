@@ -30,6 +30,7 @@
 
 #include "bigint/fast_paths.h"
 #include "bigint/modpow_window.h"
+#include "bigint/ntt64_plan.h"
 #include "bigint/ntt_plan.h"
 
 namespace {
@@ -94,6 +95,15 @@ struct SplitPlan {
     }
 };
 
+// A residue's transform kept for products by it, on the transform in use.
+struct KeptTransform {
+    NttVector v;
+    Ntt64Vector w;
+};
+
+// Points of the 64-bit transform holding `limbs` limbs.
+int32_t Points64(int32_t limbs) { return (limbs + kNtt64PlanLimbs - 1) / kNtt64PlanLimbs; }
+
 // Residues modulo m as arrays of exactly k limbs.
 class LongModulus {
 public:
@@ -101,12 +111,13 @@ public:
 
     Result Prepare() {
         const int32_t k = k_;
-        nSq_ = NttPoints(2 * k - 1);
-        nC_ = NttPoints(k + 3);
         BigTemp r;
         Result code = Reciprocal(ctx_, &m_, k, &r.v);
         if (!Ok(code)) return code;
         lr_ = r.v.top + 1;
+        if (wide64_) return Prepare64(r.v);
+        nSq_ = NttPoints(2 * k - 1);
+        nC_ = NttPoints(k + 3);
         square_.Make(2 * k - 1);
         quotient_.Make((k + 2) + lr_ - 1);
         coefficients_.resize(size_t(std::max(square_.count, quotient_.count)));
@@ -137,30 +148,91 @@ public:
 
     // x := x^2·f mod m, f < 10^8.
     Result SquareTimes(Limb* x, uint32_t f) {
-        Result code = Product(&square_, x, k_, nullptr, nullptr, wide_.get());
+        Result code;
+        if (wide64_) {
+            code = Ntt64PlanForward(clk_, x, k_, nSq64_, &work64_);
+            if (Ok(code)) {
+                Ntt64PlanMul(clk_, &work64_, work64_);
+                code = Ntt64PlanToLimbs(clk_, &work64_, 2 * k_, wide_.get());
+            }
+        } else {
+            code = Product(&square_, x, k_, nullptr, nullptr, wide_.get());
+        }
         if (Ok(code)) code = Reduce(wide_.get(), 2 * k_, x);
         if (Ok(code) && f != 1) TimesSmall(x, f);
         return code;
     }
 
     // out := the transform of a residue, for MulTransformed.
-    Result Transform(const Limb* y, NttVector* out) { return NttForward(clk_, y, k_, nSq_, out); }
+    Result Transform(const Limb* y, KeptTransform* out) {
+        if (wide64_) return Ntt64PlanForward(clk_, y, k_, nSq64_, &out->w);
+        return NttForward(clk_, y, k_, nSq_, &out->v);
+    }
 
     // x := x·y mod m, yHat from Transform.
-    Result MulTransformed(Limb* x, const NttVector& yHat) {
-        Result code = NttForward(clk_, x, k_, nSq_, &work_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&work_, work_, yHat, NttAccumulate::kSet);
-        code = NttToLimbs(clk_, &work_, 2 * k_ - 1, wide_.get());
+    Result MulTransformed(Limb* x, const KeptTransform& yHat) {
+        Result code;
+        if (wide64_) {
+            code = Ntt64PlanForward(clk_, x, k_, nSq64_, &work64_);
+            if (!Ok(code)) return code;
+            Ntt64PlanMul(clk_, &work64_, yHat.w);
+            code = Ntt64PlanToLimbs(clk_, &work64_, 2 * k_, wide_.get());
+        } else {
+            code = NttForward(clk_, x, k_, nSq_, &work_);
+            if (!Ok(code)) return code;
+            NttMulAccumulate(&work_, work_, yHat.v, NttAccumulate::kSet);
+            code = NttToLimbs(clk_, &work_, 2 * k_ - 1, wide_.get());
+        }
         return Ok(code) ? Reduce(wide_.get(), 2 * k_, x) : code;
     }
 
 private:
+    // The same on the 64-bit transform, four limbs a point: the square and
+    // the quotient's product whole (their split gains less there), q·m
+    // modulo B^nC − 1 for nC = 4·points >= k + 3, without the low product.
+    Result Prepare64(const BigInt& r) {
+        const int32_t k = k_;
+        nSq64_ = Ntt64PlanPoints(2 * int64_t(Points64(k)) - 1);
+        nQ64_ = Ntt64PlanPoints(int64_t(Points64(k + 2)) + Points64(lr_) - 1);
+        nC64_ = Ntt64PlanPoints(Points64(k + 3));
+        nC_ = kNtt64PlanLimbs * nC64_;
+        if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(k) + 2 + lr_) &&
+              cyclic_.Reset(nC_) && folded_.Reset(std::max(nC_, k + 2)) && qFolded_.Reset(nC_)))
+            return Result::kNoMemory;
+        Result code = Ntt64PlanForward(clk_, r.limbs, lr_, nQ64_, &r64_);
+        if (!Ok(code)) return code;
+        FoldCyclic(m_.limbs, k, nC_, qFolded_.get());
+        return Ntt64PlanForward(clk_, qFolded_.get(), nC_, nC64_, &m64_);
+    }
+
+    // out[0 … lt + lr) := t·R.
+    Result QuotientProduct(const Limb* t, int32_t lt, Limb* out) {
+        if (!wide64_) return Product(&quotient_, t, lt, &rWrap_, &rLow_, out);
+        Result code = Ntt64PlanForward(clk_, t, lt, nQ64_, &work64_);
+        if (!Ok(code)) return code;
+        Ntt64PlanMul(clk_, &work64_, r64_);
+        return Ntt64PlanToLimbs(clk_, &work64_, lt + lr_, out);
+    }
+
+    // out[0 … nC) := q·m modulo B^nC − 1 for q of lq <= nC limbs.
+    Result CyclicByM(const Limb* q, int32_t lq, Limb* out) {
+        if (wide64_) {
+            Result code = Ntt64PlanForward(clk_, q, lq, nC64_, &workC64_);
+            if (!Ok(code)) return code;
+            Ntt64PlanMul(clk_, &workC64_, m64_);
+            return Ntt64PlanToLimbsCyclic(clk_, &workC64_, out);
+        }
+        Result code = NttForward(clk_, q, lq, nC_, &workC_);
+        if (!Ok(code)) return code;
+        NttMulAccumulate(&workC_, workC_, mHat_, NttAccumulate::kSet);
+        return NttToLimbsCyclic(clk_, &workC_, out);
+    }
+
     // x := X mod m for X = wide[0 … lx) < m^2 (lx <= 2k).
     Result Reduce(const Limb* X, int32_t lx, Limb* x) {
         const int32_t k = k_, nC = nC_;
         const int32_t lt = lx - (k - 2);  // floor(X / B^(k−2)), k + 2 limbs
-        Result code = Product(&quotient_, X + (k - 2), lt, &rWrap_, &rLow_, product_.get());
+        Result code = QuotientProduct(X + (k - 2), lt, product_.get());
         if (!Ok(code)) return code;
         const Limb* q = product_.get() + (k + 2);
         int32_t lq = lt + lr_ - (k + 2);
@@ -171,10 +243,7 @@ private:
             FoldCyclic(q, lq, nC, qFolded_.get());
             qc = qFolded_.get();
         }
-        code = NttForward(clk_, qc, std::min(lq, nC), nC, &workC_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&workC_, workC_, mHat_, NttAccumulate::kSet);
-        code = NttToLimbsCyclic(clk_, &workC_, cyclic_.get());
+        code = CyclicByM(qc, std::min(lq, nC), cyclic_.get());
         if (!Ok(code)) return code;
         // r := X − q·m modulo B^nC − 1, in [0, B^nC − 1]: a borrow takes
         // B^nC − 1 back on.
@@ -329,11 +398,15 @@ private:
     PollClock clk_;
     const BigInt& m_;
     const int32_t k_;
+    // The 64-bit transform where it has its vector butterflies.
+    const bool wide64_ = Ntt64PlanAvailable();
     int32_t nSq_ = 0, nC_ = 0, lr_ = 0;
-    int32_t lowQ_ = 0, nLowQ_ = 0;  // j and its product's points, or 0: no low product
+    int32_t nSq64_ = 0, nQ64_ = 0, nC64_ = 0;  // its points
+    int32_t lowQ_ = 0, nLowQ_ = 0;             // j and its product's points, or 0: no low product
     SplitPlan square_, quotient_;
     std::vector<uint64_t> coefficients_, lowCoefficients_;
     NttVector rWrap_, rLow_, mHat_, mLow_, work_, workC_, workLow_;
+    Ntt64Vector r64_, m64_, work64_, workC64_;
     LimbBuffer wide_, product_, cyclic_, folded_, lowProduct_, qFolded_;
 };
 
@@ -354,13 +427,13 @@ Result PowerSmallBase(LongModulus& mod, uint32_t f, const std::vector<bool>& bit
 Result PowerWindow(LongModulus& mod, const Limb* b, const std::vector<bool>& bits, Limb* x) {
     const int32_t k = mod.limbs();
     const int w = WindowBits(bits.size());
-    std::vector<NttVector> odd(size_t(1) << (w - 1));
+    std::vector<KeptTransform> odd(size_t(1) << (w - 1));
     LimbBuffer square(k), power(k);
     if (!square.ok() || !power.ok()) return Result::kNoMemory;
     std::copy(b, b + k, square.get());
     std::copy(b, b + k, power.get());
     Result code = mod.SquareTimes(square.get(), 1);
-    NttVector squareHat;
+    KeptTransform squareHat;
     if (Ok(code) && odd.size() > 1) code = mod.Transform(square.get(), &squareHat);
     for (size_t j = 0; j < odd.size() && Ok(code); ++j) {
         if (j > 0) code = mod.MulTransformed(power.get(), squareHat);

@@ -886,6 +886,17 @@ Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
 
 bool Ntt64VectorButterflies() { return !gPortable && Ntt64VecAvailable(); }
 
+const Ntt64Vec* Ntt64VecPrimes() {
+    static Ntt64Vec primes[3];
+    if (!Ok(EnsureTables(1))) return nullptr;
+    for (int i = 0; i < 3; ++i) primes[i] = gPrime[1][i].v;
+    return primes;
+}
+
+bool Ntt64VecTransform(PollClock& clk, int i, bool inverse, uint64_t* a, int64_t n) {
+    return inverse ? Inverse(clk, gPrime[1][i], a, n) : Forward(clk, gPrime[1][i], a, n);
+}
+
 Result Ntt64ConvolveBits(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b,
                          int32_t lb, uint32_t* p) {
     return RunBits(clk, PlanBits(la, b ? lb : la), a, la, b, lb, nullptr, p);
