@@ -95,6 +95,26 @@ struct SplitPlan {
     }
 };
 
+// The same on the 64-bit transform, in its points; `joined` takes the two
+// parts' coefficients.
+struct SplitPlan64 {
+    int32_t count = 0, nW = 0, w = 0, nL = 0;
+    Ntt64Vector wrap, low, joined;
+
+    void Make(int64_t coefficients) {
+        count = static_cast<int32_t>(coefficients);
+        const int32_t n = Ntt64PlanPoints(count);
+        w = count - n / 2;
+        nL = w > 0 ? Ntt64PlanPoints(2 * int64_t(w) - 1) : n;
+        nW = n / 2;
+        if (nL > nW / 2) {
+            nW = n;
+            nL = 0;
+            w = 0;
+        }
+    }
+};
+
 // A residue's transform kept for products by it, on the transform in use.
 struct KeptTransform {
     NttVector v;
@@ -150,11 +170,7 @@ public:
     Result SquareTimes(Limb* x, uint32_t f) {
         Result code;
         if (wide64_) {
-            code = Ntt64PlanForward(clk_, x, k_, nSq64_, &work64_);
-            if (Ok(code)) {
-                Ntt64PlanMul(clk_, &work64_, work64_);
-                code = Ntt64PlanToLimbs(clk_, &work64_, 2 * k_, wide_.get());
-            }
+            code = Product64(&square64_, x, k_, nullptr, nullptr, 2 * k_, wide_.get());
         } else {
             code = Product(&square_, x, k_, nullptr, nullptr, wide_.get());
         }
@@ -193,13 +209,17 @@ private:
     Result Prepare64(const BigInt& r) {
         const int32_t k = k_;
         nSq64_ = Ntt64PlanPoints(2 * int64_t(Points64(k)) - 1);
-        nQ64_ = Ntt64PlanPoints(int64_t(Points64(k + 2)) + Points64(lr_) - 1);
+        square64_.Make(2 * int64_t(Points64(k)) - 1);
+        quotient64_.Make(int64_t(Points64(k + 2)) + Points64(lr_) - 1);
         nC64_ = Ntt64PlanPoints(Points64(k + 3));
         nC_ = kNtt64PlanLimbs * nC64_;
         if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(k) + 2 + lr_) &&
               cyclic_.Reset(nC_) && folded_.Reset(std::max(nC_, k + 2)) && qFolded_.Reset(nC_)))
             return Result::kNoMemory;
-        Result code = Ntt64PlanForward(clk_, r.limbs, lr_, nQ64_, &r64_);
+        Result code = Ntt64PlanForward(clk_, r.limbs, lr_, quotient64_.nW, &r64_);
+        if (Ok(code) && quotient64_.nL > 0)
+            code = Ntt64PlanForward(clk_, r.limbs, std::min(lr_, kNtt64PlanLimbs * quotient64_.w),
+                                    quotient64_.nL, &rLow64_);
         if (!Ok(code)) return code;
         FoldCyclic(m_.limbs, k, nC_, qFolded_.get());
         return Ntt64PlanForward(clk_, qFolded_.get(), nC_, nC64_, &m64_);
@@ -208,10 +228,21 @@ private:
     // out[0 … lt + lr) := t·R.
     Result QuotientProduct(const Limb* t, int32_t lt, Limb* out) {
         if (!wide64_) return Product(&quotient_, t, lt, &rWrap_, &rLow_, out);
-        Result code = Ntt64PlanForward(clk_, t, lt, nQ64_, &work64_);
+        return Product64(&quotient64_, t, lt, &r64_, &rLow64_, lt + lr_, out);
+    }
+
+    // out[0 … len) := a·b (the product's limbs) by the plan, b given by its
+    // transforms at the plan's lengths (null: a squared).
+    Result Product64(SplitPlan64* s, const Limb* a, int32_t la, const Ntt64Vector* bWrap,
+                     const Ntt64Vector* bLow, int32_t len, Limb* out) {
+        Result code = Ntt64PlanForward(clk_, a, la, s->nW, &s->wrap);
         if (!Ok(code)) return code;
-        Ntt64PlanMul(clk_, &work64_, r64_);
-        return Ntt64PlanToLimbs(clk_, &work64_, lt + lr_, out);
+        Ntt64PlanMul(clk_, &s->wrap, bWrap != nullptr ? *bWrap : s->wrap);
+        if (s->nL == 0) return Ntt64PlanToLimbs(clk_, &s->wrap, len, out);
+        code = Ntt64PlanForward(clk_, a, std::min(la, kNtt64PlanLimbs * s->w), s->nL, &s->low);
+        if (!Ok(code)) return code;
+        Ntt64PlanMul(clk_, &s->low, bLow != nullptr ? *bLow : s->low);
+        return Ntt64PlanToLimbsSplit(clk_, &s->wrap, &s->low, s->w, &s->joined, len, out);
     }
 
     // out[0 … nC) := q·m modulo B^nC − 1 for q of lq <= nC limbs.
@@ -401,12 +432,13 @@ private:
     // The 64-bit transform where it has its vector butterflies.
     const bool wide64_ = Ntt64PlanAvailable();
     int32_t nSq_ = 0, nC_ = 0, lr_ = 0;
-    int32_t nSq64_ = 0, nQ64_ = 0, nC64_ = 0;  // its points
-    int32_t lowQ_ = 0, nLowQ_ = 0;             // j and its product's points, or 0: no low product
+    int32_t nSq64_ = 0, nC64_ = 0;  // its points
+    SplitPlan64 square64_, quotient64_;
+    int32_t lowQ_ = 0, nLowQ_ = 0;  // j and its product's points, or 0: no low product
     SplitPlan square_, quotient_;
     std::vector<uint64_t> coefficients_, lowCoefficients_;
     NttVector rWrap_, rLow_, mHat_, mLow_, work_, workC_, workLow_;
-    Ntt64Vector r64_, m64_, work64_, workC64_;
+    Ntt64Vector r64_, rLow64_, m64_, work64_, workC64_;
     LimbBuffer wide_, product_, cyclic_, folded_, lowProduct_, qFolded_;
 };
 

@@ -194,12 +194,17 @@ Result Ntt64PlanForward(PollClock& clk, const Limb* a, int32_t la, int32_t n, Nt
 void Ntt64PlanMul(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& b) {
     const Ntt64Vec* c = Ntt64VecPrimes();  // made by the forward transforms
     const int32_t n = acc->points();
-    for (int i = 0; i < 3; ++i) {
-        const uint64_t p = c[i].p;
-        // 1/n = p − (p − 1)/n modulo p, n dividing p − 1; times 2^104.
-        const uint64_t scale = Times2To52(Times2To52(p - (p - 1) / uint64_t(n), p), p);
-        Ntt64VecPointwise(c[i], acc->prime(i), b.prime(i), scale, n);
+    // 1/n = p − (p − 1)/n modulo p, n dividing p − 1; times 2^104. Kept
+    // for each length (the arithmetic runs on one thread).
+    static uint64_t scales[32][3];
+    uint64_t* scale = scales[CeilLog2(n)];
+    if (scale[0] == 0) {
+        for (int i = 0; i < 3; ++i) {
+            const uint64_t p = c[i].p;
+            scale[i] = Times2To52(Times2To52(p - (p - 1) / uint64_t(n), p), p);
+        }
     }
+    for (int i = 0; i < 3; ++i) Ntt64VecPointwise(c[i], acc->prime(i), b.prime(i), scale[i], n);
     (void)clk.Tick(kPointwise * n);
 }
 
@@ -209,6 +214,31 @@ Result Ntt64PlanToLimbs(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p) 
     uint64_t* r[3] = {acc->prime(0), acc->prime(1), acc->prime(2)};
     return JoinDigits(clk, Ntt64VecPrimes(), r, count, p, len, nullptr) ? Result::kOk
                                                                         : Result::kStopped;
+}
+
+Result Ntt64PlanToLimbsSplit(PollClock& clk, Ntt64Vector* wrap, Ntt64Vector* low, int32_t w,
+                             Ntt64Vector* joined, int32_t len, Limb* p) {
+    const int32_t nW = wrap->points();
+    if (!joined->Reset(Ntt64PlanPoints(int64_t(nW) + w))) return Result::kNoMemory;
+    if (!Inverse(clk, wrap) || !Inverse(clk, low)) return Result::kStopped;
+    const Ntt64Vec* c = Ntt64VecPrimes();
+    // c[j] = low[j] and c[nW + j] = wrap[j] − low[j] for j < w, c[j] = wrap[j]
+    // between; residues below 2p.
+    uint64_t* r[3];
+    for (int i = 0; i < 3; ++i) {
+        const uint64_t p2 = 2 * c[i].p;
+        const uint64_t* x = wrap->prime(i);
+        const uint64_t* y = low->prime(i);
+        r[i] = joined->prime(i);
+        std::copy(x + w, x + nW, r[i] + w);
+        for (int32_t j = 0; j < w; ++j) {
+            const uint64_t d = x[j] - y[j] + p2;
+            r[i][nW + j] = d >= p2 ? d - p2 : d;
+            r[i][j] = y[j];
+        }
+    }
+    const int64_t count = std::min<int64_t>(int64_t(nW) + w, (len + kNtt64PlanLimbs - 1) / 4);
+    return JoinDigits(clk, c, r, count, p, len, nullptr) ? Result::kOk : Result::kStopped;
 }
 
 Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p) {

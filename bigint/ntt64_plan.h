@@ -55,6 +55,15 @@ void Ntt64PlanMul(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& b);
 // := the product modulo B^len. kOk or kStopped.
 Result Ntt64PlanToLimbs(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p);
 
+// A product of count coefficients just past a power of two, in two parts:
+// wrap, the product modulo x^nW − 1 (nW points), and low, the product of the
+// operands' low w points at >= 2w − 1 points (both multiplied), count <= nW
+// + w. Their coefficients are joined into `joined` (reset here to at least
+// count points) and carried: p[0 … len) := the product modulo B^len. wrap and
+// low are destroyed. kOk, kNoMemory, kStopped.
+Result Ntt64PlanToLimbsSplit(PollClock& clk, Ntt64Vector* wrap, Ntt64Vector* low, int32_t w,
+                             Ntt64Vector* joined, int32_t len, Limb* p);
+
 // The cyclic variant: for operands of at most 4n limbs, p[0 … 4n) := the
 // product modulo B^4n − 1, as a value in [0, B^4n − 1]. kOk or kStopped.
 Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p);
