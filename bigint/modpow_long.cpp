@@ -21,6 +21,12 @@
 // forward and one inverse. Moduli of fewer than kFastLimbs limbs take
 // products and divisions by the dispatcher.
 //
+// Where the 64-bit transform has its vector butterflies (ntt64_plan.h) the
+// same steps run on it, four limbs a point on three primes rather than one
+// on two: a quarter of the points, eight to a vector. The square and the quotient's product split as above
+// (in points); q·m takes a whole cyclic transform of nC = 4·points >= k + 3
+// limbs. For 5000 limbs: 2048 + 1024 points per product, 2048 for q·m.
+//
 // Allocation: work arrays and transforms from nothrow new (code 3 when
 // refused); the short moduli's residues live in std::vector, under
 // CatchNoMemory.

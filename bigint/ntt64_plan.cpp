@@ -72,7 +72,7 @@ inline void PutLimb(Limb* p, int64_t i, int64_t len, uint64_t v) {
 constexpr int kOver = 12;
 bool JoinDigits(PollClock& clk, const Ntt64Vec* c, uint64_t* const* r, int64_t count, Limb* p,
                 int64_t len, Limb* over) {
-    const JoinConstants jc(c);
+    static const JoinConstants jc(c);  // the primes never change
     uint64_t w[6] = {};
     for (int64_t from = 0; from < count; from += kJoinBlock) {
         const int64_t to = std::min(count, from + kJoinBlock);
