@@ -24,8 +24,8 @@
 // Where the 64-bit transform has its vector butterflies (ntt64_plan.h) the
 // same steps run on it, four limbs a point on three primes rather than one
 // on two: a quarter of the points, eight to a vector. The square and the quotient's product split as above
-// (in points); q·m takes a whole cyclic transform of nC = 4·points >= k + 3
-// limbs. For 5000 limbs: 2048 + 1024 points per product, 2048 for q·m.
+// (in points), and so does q·m's: 2048 + 1024 points for each product and
+// 1024 + 512 for q·m at 5000 limbs.
 //
 // Allocation: work arrays and transforms from nothrow new (code 3 when
 // refused); the short moduli's residues live in std::vector, under
@@ -209,20 +209,29 @@ public:
     }
 
 private:
-    // The same on the 64-bit transform, four limbs a point: the square and
-    // the quotient's product whole (their split gains less there), q·m
-    // modulo B^nC − 1 for nC = 4·points >= k + 3, without the low product.
+    // The same on the 64-bit transform, four limbs a point: the split plans
+    // counted in points, q·m modulo B^nC − 1 for nC = 4·points >= k + 3 or
+    // half that with the low product.
     Result Prepare64(const BigInt& r) {
         const int32_t k = k_;
         nSq64_ = Ntt64PlanPoints(2 * int64_t(Points64(k)) - 1);
         square64_.Make(2 * int64_t(Points64(k)) - 1);
         quotient64_.Make(int64_t(Points64(k + 2)) + Points64(lr_) - 1);
         nC64_ = Ntt64PlanPoints(Points64(k + 3));
+        // Half the cyclic length and the low product, as in Prepare.
+        const int32_t j = k + 2 - kNtt64PlanLimbs * (nC64_ / 2);
+        if (j > 0 && Ntt64PlanPoints(2 * int64_t(Points64(j)) - 1) <= nC64_ / 4) {
+            nC64_ /= 2;
+            lowQ_ = j;
+            nLowQ_ = Ntt64PlanPoints(2 * int64_t(Points64(j)) - 1);
+        }
         nC_ = kNtt64PlanLimbs * nC64_;
         if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(k) + 2 + lr_) &&
-              cyclic_.Reset(nC_) && folded_.Reset(std::max(nC_, k + 2)) && qFolded_.Reset(nC_)))
+              cyclic_.Reset(nC_) && folded_.Reset(std::max(nC_, k + 2)) && qFolded_.Reset(nC_) &&
+              lowProduct_.Reset(int64_t(lowQ_) + 1)))
             return Result::kNoMemory;
         Result code = Ntt64PlanForward(clk_, r.limbs, lr_, quotient64_.nW, &r64_);
+        if (Ok(code) && lowQ_ > 0) code = Ntt64PlanForward(clk_, m_.limbs, lowQ_, nLowQ_, &mLow64_);
         if (Ok(code) && quotient64_.nL > 0)
             code = Ntt64PlanForward(clk_, r.limbs, std::min(lr_, kNtt64PlanLimbs * quotient64_.w),
                                     quotient64_.nL, &rLow64_);
@@ -325,11 +334,19 @@ private:
     Result JoinLow(const Limb* X, const Limb* q, int32_t lq, Limb* r, bool* negative) {
         const int32_t j = lowQ_, nC = nC_;
         const int32_t lql = std::min(lq, j);
-        Result code = NttForward(clk_, q, lql, nLowQ_, &workLow_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&workLow_, workLow_, mLow_, NttAccumulate::kSet);
         Limb* t = lowProduct_.get();
-        code = NttToLimbs(clk_, &workLow_, lql + j - 1, t);
+        Result code;
+        if (wide64_) {
+            code = Ntt64PlanForward(clk_, q, lql, nLowQ_, &workLow64_);
+            if (!Ok(code)) return code;
+            Ntt64PlanMul(clk_, &workLow64_, mLow64_);
+            code = Ntt64PlanToLimbs(clk_, &workLow64_, j, t);  // modulo B^j is enough
+        } else {
+            code = NttForward(clk_, q, lql, nLowQ_, &workLow_);
+            if (!Ok(code)) return code;
+            NttMulAccumulate(&workLow_, workLow_, mLow_, NttAccumulate::kSet);
+            code = NttToLimbs(clk_, &workLow_, lql + j - 1, t);
+        }
         if (!Ok(code)) return code;
         // t := a − (X − q·m) = a − X + q·m modulo B^j.
         (void)AddLimbs(t, j, r, j);
@@ -444,7 +461,7 @@ private:
     SplitPlan square_, quotient_;
     std::vector<uint64_t> coefficients_, lowCoefficients_;
     NttVector rWrap_, rLow_, mHat_, mLow_, work_, workC_, workLow_;
-    Ntt64Vector r64_, rLow64_, m64_, work64_, workC64_;
+    Ntt64Vector r64_, rLow64_, m64_, mLow64_, work64_, workC64_, workLow64_;
     LimbBuffer wide_, product_, cyclic_, folded_, lowProduct_, qFolded_;
 };
 

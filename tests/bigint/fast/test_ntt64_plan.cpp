@@ -75,8 +75,8 @@ TEST(FastNtt64Plan, ProductsSquaresAndCyclicProductsMatchGmp) {
 
 // Moduli around the 64-bit transform's point counts (its square's points
 // double from 129 limbs, q·m's cyclic length from 254; at 300 the square and
-// the quotient's product are split in two parts), on it and on the two-prime
-// transform.
+// the quotient's product are split in two parts, from 511 to 638 q·m is
+// half cyclic and half low product), on it and on the two-prime transform.
 TEST(FastNtt64Plan, LongModularPowersOnBothTransformsMatchGmp) {
     FastThresholds t = FastThresholds::Lowered();
     t.powMontgomery = 0;
@@ -84,7 +84,7 @@ TEST(FastNtt64Plan, LongModularPowersOnBothTransformsMatchGmp) {
     CalcContext ctx;
     for (const bool portable : {false, true}) {
         UsePortableNtt64(portable);
-        for (const int32_t k : {8, 61, 128, 129, 253, 254, 255, 300, 511}) {
+        for (const int32_t k : {8, 61, 128, 129, 253, 254, 255, 300, 511, 600}) {
             for (const Shape shape : {Shape::Random, Shape::Nines, Shape::Zeros}) {
                 Num m, e, r;
                 SetLimbs(&m.v, Operand(k, shape), false);
