@@ -243,21 +243,24 @@ private:
     // out[0 … lt + lr) := t·R.
     Result QuotientProduct(const Limb* t, int32_t lt, Limb* out) {
         if (!wide64_) return Product(&quotient_, t, lt, &rWrap_, &rLow_, out);
-        return Product64(&quotient64_, t, lt, &r64_, &rLow64_, lt + lr_, out);
+        // Only limbs k + 2 on are read: the coefficients below limb k − 4
+        // are left out, which can take one unit off q.
+        return Product64(&quotient64_, t, lt, &r64_, &rLow64_, lt + lr_, out, (k_ - 4) / 4);
     }
 
     // out[0 … len) := a·b (the product's limbs) by the plan, b given by its
-    // transforms at the plan's lengths (null: a squared).
+    // transforms at the plan's lengths (null: a squared); its coefficients
+    // from `first` on (ntt64_plan.h).
     Result Product64(SplitPlan64* s, const Limb* a, int32_t la, const Ntt64Vector* bWrap,
-                     const Ntt64Vector* bLow, int32_t len, Limb* out) {
+                     const Ntt64Vector* bLow, int32_t len, Limb* out, int32_t first = 0) {
         Result code = Ntt64PlanForward(clk_, a, la, s->nW, &s->wrap);
         if (!Ok(code)) return code;
         Ntt64PlanMul(clk_, &s->wrap, bWrap != nullptr ? *bWrap : s->wrap);
-        if (s->nL == 0) return Ntt64PlanToLimbs(clk_, &s->wrap, len, out);
+        if (s->nL == 0) return Ntt64PlanToLimbs(clk_, &s->wrap, len, out, first);
         code = Ntt64PlanForward(clk_, a, std::min(la, kNtt64PlanLimbs * s->w), s->nL, &s->low);
         if (!Ok(code)) return code;
         Ntt64PlanMul(clk_, &s->low, bLow != nullptr ? *bLow : s->low);
-        return Ntt64PlanToLimbsSplit(clk_, &s->wrap, &s->low, s->w, &s->joined, len, out);
+        return Ntt64PlanToLimbsSplit(clk_, &s->wrap, &s->low, s->w, &s->joined, len, out, first);
     }
 
     // out[0 … nC) := q·m modulo B^nC − 1 for q of lq <= nC limbs.

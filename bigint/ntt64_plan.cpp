@@ -64,17 +64,19 @@ inline void PutLimb(Limb* p, int64_t i, int64_t len, uint64_t v) {
     if (i < len) p[i] = static_cast<Limb>(v);
 }
 
-// Coefficients 0 … count − 1 (after Garner's steps, in r[0..3)) summed into
-// limbs, each two base-10^8 digits above the last. Limbs at and above len are
+// Coefficients first … count − 1 (after Garner's steps, in r[0..3)) summed
+// into limbs, each two base-10^8 digits above the last; the limbs below
+// coefficient first are zeros. Limbs at and above len are
 // dropped (the product modulo B^len); those of the pending digits past the
 // last coefficient go to p up to len and then to over[0 … kOver) when over
 // is not null. False when told to stop.
 constexpr int kOver = 12;
-bool JoinDigits(PollClock& clk, const Ntt64Vec* c, uint64_t* const* r, int64_t count, Limb* p,
-                int64_t len, Limb* over) {
+bool JoinDigits(PollClock& clk, const Ntt64Vec* c, uint64_t* const* r, int64_t first, int64_t count,
+                Limb* p, int64_t len, Limb* over) {
     static const JoinConstants jc(c);  // the primes never change
     uint64_t w[6] = {};
-    for (int64_t from = 0; from < count; from += kJoinBlock) {
+    std::fill(p, p + std::min(len, kNtt64PlanLimbs * first), Limb(0));
+    for (int64_t from = first; from < count; from += kJoinBlock) {
         const int64_t to = std::min(count, from + kJoinBlock);
         Ntt64VecGarner(c, jc.k, r[0] + from, r[1] + from, r[2] + from, to - from);
         for (int64_t i = from; i < to; ++i) {
@@ -208,16 +210,18 @@ void Ntt64PlanMul(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& b) {
     (void)clk.Tick(kPointwise * n);
 }
 
-Result Ntt64PlanToLimbs(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p) {
+Result Ntt64PlanToLimbs(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p, int32_t first) {
     if (!Inverse(clk, acc)) return Result::kStopped;
     const int64_t count = std::min<int64_t>(acc->points(), (len + kNtt64PlanLimbs - 1) / 4);
     uint64_t* r[3] = {acc->prime(0), acc->prime(1), acc->prime(2)};
-    return JoinDigits(clk, Ntt64VecPrimes(), r, count, p, len, nullptr) ? Result::kOk
-                                                                        : Result::kStopped;
+    return JoinDigits(clk, Ntt64VecPrimes(), r, std::min<int64_t>(first, count), count, p, len,
+                      nullptr)
+               ? Result::kOk
+               : Result::kStopped;
 }
 
 Result Ntt64PlanToLimbsSplit(PollClock& clk, Ntt64Vector* wrap, Ntt64Vector* low, int32_t w,
-                             Ntt64Vector* joined, int32_t len, Limb* p) {
+                             Ntt64Vector* joined, int32_t len, Limb* p, int32_t first) {
     const int32_t nW = wrap->points();
     if (!joined->Reset(Ntt64PlanPoints(int64_t(nW) + w))) return Result::kNoMemory;
     if (!Inverse(clk, wrap) || !Inverse(clk, low)) return Result::kStopped;
@@ -238,7 +242,9 @@ Result Ntt64PlanToLimbsSplit(PollClock& clk, Ntt64Vector* wrap, Ntt64Vector* low
         }
     }
     const int64_t count = std::min<int64_t>(int64_t(nW) + w, (len + kNtt64PlanLimbs - 1) / 4);
-    return JoinDigits(clk, c, r, count, p, len, nullptr) ? Result::kOk : Result::kStopped;
+    return JoinDigits(clk, c, r, std::min<int64_t>(first, count), count, p, len, nullptr)
+               ? Result::kOk
+               : Result::kStopped;
 }
 
 Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p) {
@@ -246,7 +252,7 @@ Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p) {
     const int64_t n = acc->points(), len = kNtt64PlanLimbs * n;
     uint64_t* r[3] = {acc->prime(0), acc->prime(1), acc->prime(2)};
     Limb over[kOver];
-    if (!JoinDigits(clk, Ntt64VecPrimes(), r, n, p, len, over)) return Result::kStopped;
+    if (!JoinDigits(clk, Ntt64VecPrimes(), r, 0, n, p, len, over)) return Result::kStopped;
     // B^len = 1 modulo B^len − 1: what lies above goes back in at limb 0; a
     // carry out of the top goes round once more (and then stops: the value
     // is then at most kOver limbs long).

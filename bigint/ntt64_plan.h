@@ -52,17 +52,21 @@ Result Ntt64PlanForward(PollClock& clk, const Limb* a, int32_t la, int32_t n, Nt
 void Ntt64PlanMul(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& b);
 
 // The inverse transform of acc (destroyed), joined and carried: p[0 … len)
-// := the product modulo B^len. kOk or kStopped.
-Result Ntt64PlanToLimbs(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p);
+// := the product modulo B^len; first as for the split product below. kOk or
+// kStopped.
+Result Ntt64PlanToLimbs(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p, int32_t first = 0);
 
 // A product of count coefficients just past a power of two, in two parts:
 // wrap, the product modulo x^nW − 1 (nW points), and low, the product of the
 // operands' low w points at >= 2w − 1 points (both multiplied), count <= nW
 // + w. Their coefficients are joined into `joined` (reset here to at least
 // count points) and carried: p[0 … len) := the product modulo B^len. wrap and
-// low are destroyed. kOk, kNoMemory, kStopped.
+// low are destroyed. With first > 0 the coefficients below it are left out
+// (for callers that need only the product's top: the sum left out is below
+// B^(4·first + 6) for coefficients below 10^40), and the limbs below
+// 4·first are zeros. kOk, kNoMemory, kStopped.
 Result Ntt64PlanToLimbsSplit(PollClock& clk, Ntt64Vector* wrap, Ntt64Vector* low, int32_t w,
-                             Ntt64Vector* joined, int32_t len, Limb* p);
+                             Ntt64Vector* joined, int32_t len, Limb* p, int32_t first = 0);
 
 // The cyclic variant: for operands of at most 4n limbs, p[0 … 4n) := the
 // product modulo B^4n − 1, as a value in [0, B^4n − 1]. kOk or kStopped.
