@@ -33,7 +33,9 @@
 // Binary products (Ntt64ConvolveBits, Ntt64Factor) cut 32-bit words into
 // pieces of 50 bits (vector primes) or 64 (plain ones), one a point; their
 // bound and join are given where they are made below. A kept factor holds
-// its three transforms (3n words) with 1/n folded in.
+// its three transforms (3n words) with 1/n folded in. The vector primes'
+// tables and whole transforms are also lent to the piece-wise interface of
+// ntt64_plan.cpp (Ntt64VecPrimes, Ntt64VecTransform).
 //
 // Allocation: one buffer of 2·count + 2n words (count coefficients of the
 // product; squares 2·count + n) and the root tables (kept between products)
