@@ -890,8 +890,10 @@ bool Ntt64VectorButterflies() { return !gPortable && Ntt64VecAvailable(); }
 
 const Ntt64Vec* Ntt64VecPrimes() {
     static Ntt64Vec primes[3];
-    if (!Ok(EnsureTables(1))) return nullptr;
-    for (int i = 0; i < 3; ++i) primes[i] = gPrime[1][i].v;
+    if (primes[0].p == 0) {
+        if (!Ok(EnsureTables(1))) return nullptr;
+        for (int i = 0; i < 3; ++i) primes[i] = gPrime[1][i].v;
+    }
     return primes;
 }
 
