@@ -21,6 +21,12 @@
 // forward and one inverse. Moduli of fewer than kFastLimbs limbs take
 // products and divisions by the dispatcher.
 //
+// Where the 64-bit transform has its vector butterflies (ntt64_plan.h) the
+// same steps run on it, four limbs a point on three primes rather than one
+// on two: a quarter of the points, eight to a vector. The square and the quotient's product split as above
+// (in points), and so does q·m's: 2048 + 1024 points for each product and
+// 1024 + 512 for q·m at 5000 limbs.
+//
 // Allocation: work arrays and transforms from nothrow new (code 3 when
 // refused); the short moduli's residues live in std::vector, under
 // CatchNoMemory.
@@ -30,6 +36,7 @@
 
 #include "bigint/fast_paths.h"
 #include "bigint/modpow_window.h"
+#include "bigint/ntt64_plan.h"
 #include "bigint/ntt_plan.h"
 
 namespace {
@@ -94,6 +101,35 @@ struct SplitPlan {
     }
 };
 
+// The same on the 64-bit transform, in its points; `joined` takes the two
+// parts' coefficients.
+struct SplitPlan64 {
+    int32_t count = 0, nW = 0, w = 0, nL = 0;
+    Ntt64Vector wrap, low, joined;
+
+    void Make(int64_t coefficients) {
+        count = static_cast<int32_t>(coefficients);
+        const int32_t n = Ntt64PlanPoints(count);
+        w = count - n / 2;
+        nL = w > 0 ? Ntt64PlanPoints(2 * int64_t(w) - 1) : n;
+        nW = n / 2;
+        if (nL > nW / 2) {
+            nW = n;
+            nL = 0;
+            w = 0;
+        }
+    }
+};
+
+// A residue's transform kept for products by it, on the transform in use.
+struct KeptTransform {
+    NttVector v;
+    Ntt64Vector w;
+};
+
+// Points of the 64-bit transform holding `limbs` limbs.
+int32_t Points64(int32_t limbs) { return (limbs + kNtt64PlanLimbs - 1) / kNtt64PlanLimbs; }
+
 // Residues modulo m as arrays of exactly k limbs.
 class LongModulus {
 public:
@@ -101,12 +137,13 @@ public:
 
     Result Prepare() {
         const int32_t k = k_;
-        nSq_ = NttPoints(2 * k - 1);
-        nC_ = NttPoints(k + 3);
         BigTemp r;
         Result code = Reciprocal(ctx_, &m_, k, &r.v);
         if (!Ok(code)) return code;
         lr_ = r.v.top + 1;
+        if (wide64_) return Prepare64(r.v);
+        nSq_ = NttPoints(2 * k - 1);
+        nC_ = NttPoints(k + 3);
         square_.Make(2 * k - 1);
         quotient_.Make((k + 2) + lr_ - 1);
         coefficients_.resize(size_t(std::max(square_.count, quotient_.count)));
@@ -137,30 +174,114 @@ public:
 
     // x := x^2·f mod m, f < 10^8.
     Result SquareTimes(Limb* x, uint32_t f) {
-        Result code = Product(&square_, x, k_, nullptr, nullptr, wide_.get());
+        Result code;
+        if (wide64_) {
+            code = Product64(&square64_, x, k_, nullptr, nullptr, 2 * k_, wide_.get());
+        } else {
+            code = Product(&square_, x, k_, nullptr, nullptr, wide_.get());
+        }
         if (Ok(code)) code = Reduce(wide_.get(), 2 * k_, x);
         if (Ok(code) && f != 1) TimesSmall(x, f);
         return code;
     }
 
     // out := the transform of a residue, for MulTransformed.
-    Result Transform(const Limb* y, NttVector* out) { return NttForward(clk_, y, k_, nSq_, out); }
+    Result Transform(const Limb* y, KeptTransform* out) {
+        if (wide64_) return Ntt64PlanForward(clk_, y, k_, nSq64_, &out->w);
+        return NttForward(clk_, y, k_, nSq_, &out->v);
+    }
 
     // x := x·y mod m, yHat from Transform.
-    Result MulTransformed(Limb* x, const NttVector& yHat) {
-        Result code = NttForward(clk_, x, k_, nSq_, &work_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&work_, work_, yHat, NttAccumulate::kSet);
-        code = NttToLimbs(clk_, &work_, 2 * k_ - 1, wide_.get());
+    Result MulTransformed(Limb* x, const KeptTransform& yHat) {
+        Result code;
+        if (wide64_) {
+            code = Ntt64PlanForward(clk_, x, k_, nSq64_, &work64_);
+            if (!Ok(code)) return code;
+            Ntt64PlanMul(clk_, &work64_, yHat.w);
+            code = Ntt64PlanToLimbs(clk_, &work64_, 2 * k_, wide_.get());
+        } else {
+            code = NttForward(clk_, x, k_, nSq_, &work_);
+            if (!Ok(code)) return code;
+            NttMulAccumulate(&work_, work_, yHat.v, NttAccumulate::kSet);
+            code = NttToLimbs(clk_, &work_, 2 * k_ - 1, wide_.get());
+        }
         return Ok(code) ? Reduce(wide_.get(), 2 * k_, x) : code;
     }
 
 private:
+    // The same on the 64-bit transform, four limbs a point: the split plans
+    // counted in points, q·m modulo B^nC − 1 for nC = 4·points >= k + 3 or
+    // half that with the low product.
+    Result Prepare64(const BigInt& r) {
+        const int32_t k = k_;
+        nSq64_ = Ntt64PlanPoints(2 * int64_t(Points64(k)) - 1);
+        square64_.Make(2 * int64_t(Points64(k)) - 1);
+        quotient64_.Make(int64_t(Points64(k + 2)) + Points64(lr_) - 1);
+        nC64_ = Ntt64PlanPoints(Points64(k + 3));
+        // Half the cyclic length and the low product, as in Prepare.
+        const int32_t j = k + 2 - kNtt64PlanLimbs * (nC64_ / 2);
+        if (j > 0 && Ntt64PlanPoints(2 * int64_t(Points64(j)) - 1) <= nC64_ / 4) {
+            nC64_ /= 2;
+            lowQ_ = j;
+            nLowQ_ = Ntt64PlanPoints(2 * int64_t(Points64(j)) - 1);
+        }
+        nC_ = kNtt64PlanLimbs * nC64_;
+        if (!(wide_.Reset(2 * int64_t(k) + 8) && product_.Reset(int64_t(k) + 2 + lr_) &&
+              cyclic_.Reset(nC_) && folded_.Reset(std::max(nC_, k + 2)) && qFolded_.Reset(nC_) &&
+              lowProduct_.Reset(int64_t(lowQ_) + 1)))
+            return Result::kNoMemory;
+        Result code = Ntt64PlanForward(clk_, r.limbs, lr_, quotient64_.nW, &r64_);
+        if (Ok(code) && lowQ_ > 0) code = Ntt64PlanForward(clk_, m_.limbs, lowQ_, nLowQ_, &mLow64_);
+        if (Ok(code) && quotient64_.nL > 0)
+            code = Ntt64PlanForward(clk_, r.limbs, std::min(lr_, kNtt64PlanLimbs * quotient64_.w),
+                                    quotient64_.nL, &rLow64_);
+        if (!Ok(code)) return code;
+        FoldCyclic(m_.limbs, k, nC_, qFolded_.get());
+        return Ntt64PlanForward(clk_, qFolded_.get(), nC_, nC64_, &m64_);
+    }
+
+    // out[0 … lt + lr) := t·R.
+    Result QuotientProduct(const Limb* t, int32_t lt, Limb* out) {
+        if (!wide64_) return Product(&quotient_, t, lt, &rWrap_, &rLow_, out);
+        // Only limbs k + 2 on are read: the coefficients below limb k − 4
+        // are left out, which can take one unit off q.
+        return Product64(&quotient64_, t, lt, &r64_, &rLow64_, lt + lr_, out, (k_ - 4) / 4);
+    }
+
+    // out[0 … len) := a·b (the product's limbs) by the plan, b given by its
+    // transforms at the plan's lengths (null: a squared); its coefficients
+    // from `first` on (ntt64_plan.h).
+    Result Product64(SplitPlan64* s, const Limb* a, int32_t la, const Ntt64Vector* bWrap,
+                     const Ntt64Vector* bLow, int32_t len, Limb* out, int32_t first = 0) {
+        Result code = Ntt64PlanForward(clk_, a, la, s->nW, &s->wrap);
+        if (!Ok(code)) return code;
+        Ntt64PlanMul(clk_, &s->wrap, bWrap != nullptr ? *bWrap : s->wrap);
+        if (s->nL == 0) return Ntt64PlanToLimbs(clk_, &s->wrap, len, out, first);
+        code = Ntt64PlanForward(clk_, a, std::min(la, kNtt64PlanLimbs * s->w), s->nL, &s->low);
+        if (!Ok(code)) return code;
+        Ntt64PlanMul(clk_, &s->low, bLow != nullptr ? *bLow : s->low);
+        return Ntt64PlanToLimbsSplit(clk_, &s->wrap, &s->low, s->w, &s->joined, len, out, first);
+    }
+
+    // out[0 … nC) := q·m modulo B^nC − 1 for q of lq <= nC limbs.
+    Result CyclicByM(const Limb* q, int32_t lq, Limb* out) {
+        if (wide64_) {
+            Result code = Ntt64PlanForward(clk_, q, lq, nC64_, &workC64_);
+            if (!Ok(code)) return code;
+            Ntt64PlanMul(clk_, &workC64_, m64_);
+            return Ntt64PlanToLimbsCyclic(clk_, &workC64_, out);
+        }
+        Result code = NttForward(clk_, q, lq, nC_, &workC_);
+        if (!Ok(code)) return code;
+        NttMulAccumulate(&workC_, workC_, mHat_, NttAccumulate::kSet);
+        return NttToLimbsCyclic(clk_, &workC_, out);
+    }
+
     // x := X mod m for X = wide[0 … lx) < m^2 (lx <= 2k).
     Result Reduce(const Limb* X, int32_t lx, Limb* x) {
         const int32_t k = k_, nC = nC_;
         const int32_t lt = lx - (k - 2);  // floor(X / B^(k−2)), k + 2 limbs
-        Result code = Product(&quotient_, X + (k - 2), lt, &rWrap_, &rLow_, product_.get());
+        Result code = QuotientProduct(X + (k - 2), lt, product_.get());
         if (!Ok(code)) return code;
         const Limb* q = product_.get() + (k + 2);
         int32_t lq = lt + lr_ - (k + 2);
@@ -171,10 +292,7 @@ private:
             FoldCyclic(q, lq, nC, qFolded_.get());
             qc = qFolded_.get();
         }
-        code = NttForward(clk_, qc, std::min(lq, nC), nC, &workC_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&workC_, workC_, mHat_, NttAccumulate::kSet);
-        code = NttToLimbsCyclic(clk_, &workC_, cyclic_.get());
+        code = CyclicByM(qc, std::min(lq, nC), cyclic_.get());
         if (!Ok(code)) return code;
         // r := X − q·m modulo B^nC − 1, in [0, B^nC − 1]: a borrow takes
         // B^nC − 1 back on.
@@ -219,11 +337,19 @@ private:
     Result JoinLow(const Limb* X, const Limb* q, int32_t lq, Limb* r, bool* negative) {
         const int32_t j = lowQ_, nC = nC_;
         const int32_t lql = std::min(lq, j);
-        Result code = NttForward(clk_, q, lql, nLowQ_, &workLow_);
-        if (!Ok(code)) return code;
-        NttMulAccumulate(&workLow_, workLow_, mLow_, NttAccumulate::kSet);
         Limb* t = lowProduct_.get();
-        code = NttToLimbs(clk_, &workLow_, lql + j - 1, t);
+        Result code;
+        if (wide64_) {
+            code = Ntt64PlanForward(clk_, q, lql, nLowQ_, &workLow64_);
+            if (!Ok(code)) return code;
+            Ntt64PlanMul(clk_, &workLow64_, mLow64_);
+            code = Ntt64PlanToLimbs(clk_, &workLow64_, j, t);  // modulo B^j is enough
+        } else {
+            code = NttForward(clk_, q, lql, nLowQ_, &workLow_);
+            if (!Ok(code)) return code;
+            NttMulAccumulate(&workLow_, workLow_, mLow_, NttAccumulate::kSet);
+            code = NttToLimbs(clk_, &workLow_, lql + j - 1, t);
+        }
         if (!Ok(code)) return code;
         // t := a − (X − q·m) = a − X + q·m modulo B^j.
         (void)AddLimbs(t, j, r, j);
@@ -329,11 +455,16 @@ private:
     PollClock clk_;
     const BigInt& m_;
     const int32_t k_;
+    // The 64-bit transform where it has its vector butterflies.
+    const bool wide64_ = Ntt64PlanAvailable();
     int32_t nSq_ = 0, nC_ = 0, lr_ = 0;
+    int32_t nSq64_ = 0, nC64_ = 0;  // its points
+    SplitPlan64 square64_, quotient64_;
     int32_t lowQ_ = 0, nLowQ_ = 0;  // j and its product's points, or 0: no low product
     SplitPlan square_, quotient_;
     std::vector<uint64_t> coefficients_, lowCoefficients_;
     NttVector rWrap_, rLow_, mHat_, mLow_, work_, workC_, workLow_;
+    Ntt64Vector r64_, rLow64_, m64_, mLow64_, work64_, workC64_, workLow64_;
     LimbBuffer wide_, product_, cyclic_, folded_, lowProduct_, qFolded_;
 };
 
@@ -354,13 +485,13 @@ Result PowerSmallBase(LongModulus& mod, uint32_t f, const std::vector<bool>& bit
 Result PowerWindow(LongModulus& mod, const Limb* b, const std::vector<bool>& bits, Limb* x) {
     const int32_t k = mod.limbs();
     const int w = WindowBits(bits.size());
-    std::vector<NttVector> odd(size_t(1) << (w - 1));
+    std::vector<KeptTransform> odd(size_t(1) << (w - 1));
     LimbBuffer square(k), power(k);
     if (!square.ok() || !power.ok()) return Result::kNoMemory;
     std::copy(b, b + k, square.get());
     std::copy(b, b + k, power.get());
     Result code = mod.SquareTimes(square.get(), 1);
-    NttVector squareHat;
+    KeptTransform squareHat;
     if (Ok(code) && odd.size() > 1) code = mod.Transform(square.get(), &squareHat);
     for (size_t j = 0; j < odd.size() && Ok(code); ++j) {
         if (j > 0) code = mod.MulTransformed(power.get(), squareHat);

@@ -33,7 +33,9 @@
 // Binary products (Ntt64ConvolveBits, Ntt64Factor) cut 32-bit words into
 // pieces of 50 bits (vector primes) or 64 (plain ones), one a point; their
 // bound and join are given where they are made below. A kept factor holds
-// its three transforms (3n words) with 1/n folded in.
+// its three transforms (3n words) with 1/n folded in. The vector primes'
+// tables and whole transforms are also lent to the piece-wise interface of
+// ntt64_plan.cpp (Ntt64VecPrimes, Ntt64VecTransform).
 //
 // Allocation: one buffer of 2·count + 2n words (count coefficients of the
 // product; squares 2·count + n) and the root tables (kept between products)
@@ -885,6 +887,19 @@ Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p) {
 }
 
 bool Ntt64VectorButterflies() { return !gPortable && Ntt64VecAvailable(); }
+
+const Ntt64Vec* Ntt64VecPrimes() {
+    static Ntt64Vec primes[3];
+    if (primes[0].p == 0) {
+        if (!Ok(EnsureTables(1))) return nullptr;
+        for (int i = 0; i < 3; ++i) primes[i] = gPrime[1][i].v;
+    }
+    return primes;
+}
+
+bool Ntt64VecTransform(PollClock& clk, int i, bool inverse, uint64_t* a, int64_t n) {
+    return inverse ? Inverse(clk, gPrime[1][i], a, n) : Forward(clk, gPrime[1][i], a, n);
+}
 
 Result Ntt64ConvolveBits(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b,
                          int32_t lb, uint32_t* p) {

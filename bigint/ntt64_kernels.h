@@ -27,6 +27,15 @@ inline uint64_t Mul52(uint64_t x, uint64_t y, uint64_t p, uint64_t pinv) {
 
 // True when the processor (and the compiler) have AVX-512 IFMA.
 bool Ntt64VecAvailable();
+
+// For the piece-wise transform (ntt64_plan.cpp), from ntt64.cpp: the three
+// vector primes, largest first, their tables made on first use (null when
+// refused), and the whole transform of 64 <= n points modulo prime i, n a
+// power of two (false when told to stop). The forward transform leaves the
+// points in its own order, which the inverse takes back.
+class PollClock;
+const Ntt64Vec* Ntt64VecPrimes();
+bool Ntt64VecTransform(PollClock& clk, int i, bool inverse, uint64_t* a, int64_t n);
 // All stages of a transform of 64 <= n points, n a power of two within the
 // tables. The forward transform leaves each 64-point tile transposed (as 8×8)
 // and the inverse takes it so: the pointwise product does not mind.
