@@ -55,13 +55,15 @@ class WordsByFactor {
 public:
     // kOk, kNoMemory, kStopped.
     Result Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa, int64_t uses);
-    // p[0..la + lb) = a·b for 1 <= la <= maxLa; same codes.
+    // p[0..la + lb) = a·b for la >= 1 (through the kept transform where
+    // la <= maxLa and that costs less); same codes.
     Result Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const;
 
 private:
     Ntt64Factor factor_;
     const uint32_t* b_ = nullptr;
     int32_t lb_ = 0;
+    int32_t maxLa_ = 0;
     bool kept_ = false;
 };
 

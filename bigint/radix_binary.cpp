@@ -123,6 +123,34 @@ Result Square(PollClock& clk, Words* p) {
     return Result::kOk;
 }
 
+// The top join of three blocks at slots of s words: block 2 (below
+// 10^(2e)) times (5^e)^2, by the factor 5^e twice, then added in at bit 2e
+// of the value that blocks 0 and 1 make. That spares the square of 5^e and
+// a product by it that the next level would take, for a product by 5^e (of
+// the words of block 2 and 5^e, no longer than one of the level's own when
+// block 2 is short, which it is unless the count of leaves is just below a
+// power of two).
+Result JoinLast(PollClock& clk, const WordsByFactor& by, int32_t powerWords, uint32_t* w, int64_t s,
+                int64_t total, int64_t shift, Words* out) {
+    uint32_t* last = w + 2 * s;
+    const int32_t end = int32_t(total - 2 * s);
+    const int32_t ll = WordsTrim(last, end);
+    if (ll > 1 || last[0] != 0) {
+        Words once, twice;
+        if (!once.Allocate(ll + powerWords)) return Result::kNoMemory;
+        Result rc = by.Mul(clk, last, ll, once.data());
+        if (!Ok(rc)) return rc;
+        once.Trim();
+        if (!twice.Allocate(once.size() + powerWords)) return Result::kNoMemory;
+        if ((rc = by.Mul(clk, once.data(), once.size(), twice.data())) != 0) return rc;
+        twice.Trim();
+        std::fill(last, last + end, 0u);
+        WordsAddShifted(w, int32_t(total), twice.data(), twice.size(), 2 * shift);
+    }
+    out->Trim();
+    return Result::kOk;
+}
+
 // Canonical limbs l[0..n) (n >= 1) as binary words.
 Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
     const int32_t leaf = BinaryLeafLimbs();
@@ -159,8 +187,9 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         if (!product.Allocate(int32_t(power.size() + std::min(slot, total - slot))))
             return Result::kNoMemory;
         WordsByFactor by;
+        // Three blocks: the last one is multiplied by this power twice (below).
         rc = by.Prepare(clk, power.data(), power.size(), int32_t(std::min(slot, total - slot)),
-                        blocks / 2);
+                        blocks == 3 ? 3 : blocks / 2);
         if (!Ok(rc)) return rc;
         for (int64_t j = 0; 2 * j + 1 < blocks; ++j) {
             uint32_t* low = w + 2 * j * slot;
@@ -174,6 +203,7 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
             WordsAddShifted(low, end, product.data(), WordsTrim(product.data(), lengths), shift);
         }
         product.Release();
+        if (blocks == 3) return JoinLast(clk, by, power.size(), w, slot, total, shift, out);
         blocks = (blocks + 1) / 2;
     }
     out->Trim();

@@ -6,6 +6,7 @@
 
 #include <cctype>
 
+#include "bigint/binary_rows.h"
 #include "bigint/binary_words.h"
 #include "bigint/dispatch.h"
 #include "fast_support.h"
@@ -90,10 +91,12 @@ TEST(FastRadixBinary, ShiftedSumCarriesPastTheShiftedTop) {
 
 TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
     // The 64-bit primes' vector butterflies (where the processor has them)
-    // and the plain ones, which the products leave to the 16-bit transform.
+    // and the plain ones, which the products leave to the 16-bit transform;
+    // with them the schoolbook rows on mulx and in C++.
     for (const FastThresholds& t : ThresholdSets()) {
         for (bool portable : {false, true}) {
             UsePortableNtt64(portable);
+            UsePortableRows(portable);
             ThresholdScope scope(t);
             const int32_t leaf = BinaryLeafLimbs();
             std::vector<int32_t> sizes = {1, 2, 700};
@@ -112,6 +115,7 @@ TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
         }
     }
     UsePortableNtt64(false);
+    UsePortableRows(false);
 }
 
 TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
