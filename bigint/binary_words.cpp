@@ -63,7 +63,20 @@ void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64
     uint64_t carry = 0;
     uint32_t below = 0;  // the previous word of b, whose top s bits move up
     int64_t k = at;
-    for (int32_t i = 0; i <= m && k < n; ++i, ++k) {
+    int32_t i = 0;
+    // Two words a turn as one 64-bit word while b and a have them.
+    for (; i + 2 <= m && k + 2 <= n; i += 2, k += 2) {
+        uint64_t v, x;
+        std::memcpy(&v, b + i, 8);
+        std::memcpy(&x, a + k, 8);
+        const uint64_t piece = s == 0 ? v : (v << s) | (below >> (32 - s));
+        below = static_cast<uint32_t>(v >> 32);
+        const unsigned __int128 t = static_cast<unsigned __int128>(x) + piece + carry;
+        x = static_cast<uint64_t>(t);
+        std::memcpy(a + k, &x, 8);
+        carry = static_cast<uint64_t>(t >> 64);
+    }
+    for (; i <= m && k < n; ++i, ++k) {
         const uint32_t v = i < m ? b[i] : 0;
         const uint32_t piece = s == 0 ? v : (v << s) | (below >> (32 - s));
         below = v;

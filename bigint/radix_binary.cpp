@@ -7,7 +7,8 @@
 // high·10^e + low, e = 4L·2^i, computed as (high·5^e)·2^e + low: the power
 // kept in binary is 5^e, 30% shorter than 10^e, and the factor 2^e is a
 // shifted addition. 5^(2e) is the square of 5^e, made when the next level
-// has something to join, and 5^e is released then. Block j of level i sits
+// has something to join, and 5^e is released then; with three blocks left,
+// the last one is multiplied by 5^e twice instead (JoinLast). Block j of level i sits
 // at word j·S_i of one array, S_0 = the word length of 10^(4L) and
 // S_(i+1) = 2·S_i: a block's value is below 10^e, whose length is at most
 // S_i, and the shorter last block stays below 10^(4L) to the power of its
@@ -19,11 +20,13 @@
 // Cost O(M(n) log n).
 //
 // Binary to digits: k = log2(base) bits per digit from the least significant
-// end (base 8 takes bits across word boundaries), linear.
+// end (base 8 takes bits across word boundaries; base 16 a byte's two digits
+// from a table), linear.
 //
 // Allocation: words from nothrow new (binary_words.h); the one container,
 // the digit text, is sized once under a catch that answers code 3.
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 
@@ -210,6 +213,35 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
     return Result::kOk;
 }
 
+// The hexadecimal digits of w, d of them (the top word's without leading
+// zeros and eight for each word below), into out[0..d): a byte's two digits
+// from one table. Polled every 4096 words.
+bool HexDigits(PollClock& clk, const Words& w, int64_t d, char* out) {
+    static const struct Table {
+        char pair[256][2];
+        Table() : pair() {
+            static const char kDigits[] = "0123456789ABCDEF";
+            for (int b = 0; b < 256; ++b) {
+                pair[b][0] = kDigits[b >> 4];
+                pair[b][1] = kDigits[b & 15];
+            }
+        }
+    } kTable;
+    const int32_t n = w.size();
+    char* at = out + d;
+    for (int32_t from = 0; from + 1 < n; from += 4096) {
+        const int32_t to = std::min(n - 1, from + 4096);
+        for (int32_t i = from; i < to; ++i) {
+            uint32_t v = w.data()[i];
+            at -= 8;
+            for (int k = 3; k >= 0; --k, v >>= 8) std::memcpy(at + 2 * k, kTable.pair[v & 255], 2);
+        }
+        if (clk.Tick(int64_t(to - from) * 8)) return false;
+    }
+    for (uint32_t v = w.data()[n - 1]; at > out; v >>= 4) *--at = "0123456789ABCDEF"[v & 15];
+    return true;
+}
+
 // The digits of w in base 2^bits, most significant first, no leading zeros.
 Result WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text) {
     static const char kDigits[] = "0123456789ABCDEF";
@@ -229,6 +261,11 @@ Result WordsToDigits(PollClock& clk, const Words& w, int bits, std::string* text
         return Result::kNoMemory;
     } catch (const std::length_error&) {
         return Result::kNoMemory;
+    }
+    if (bits == 4) {
+        if (!HexDigits(clk, w, digits, &out[0])) return Result::kStopped;
+        text->swap(out);
+        return Result::kOk;
     }
     const uint32_t mask = (1u << bits) - 1;
     uint64_t acc = 0;  // bits not yet written, have of them

@@ -161,16 +161,19 @@ TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
     FastThresholds t = FastThresholds::Lowered();
     t.nttParallel = 0;
     ThresholdScope scope(t);
-    QuitAtPoll warmUp, counting;
-    ASSERT_EQ(BigToRadixDispatch(&warmUp, &v.v, 8, &text), Result::kOk);
-    ASSERT_EQ(BigToRadixDispatch(&counting, &v.v, 8, &text), Result::kOk);
-    ASSERT_GE(counting.polls(), 10);
-    // First poll (leaves), the middle (products), the last (digits).
-    for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
-        QuitAtPoll stopping(stopAt);
-        EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, 8, &text), Result::kStopped)
-            << "stop at poll " << stopAt;
-        EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+    // Base 8 takes its digits bit by bit, base 16 a byte at a time.
+    for (int base : {8, 16}) {
+        QuitAtPoll warmUp, counting;
+        ASSERT_EQ(BigToRadixDispatch(&warmUp, &v.v, base, &text), Result::kOk);
+        ASSERT_EQ(BigToRadixDispatch(&counting, &v.v, base, &text), Result::kOk);
+        ASSERT_GE(counting.polls(), 10);
+        // First poll (leaves), the middle (products), the last (digits).
+        for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
+            QuitAtPoll stopping(stopAt);
+            EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, base, &text), Result::kStopped)
+                << "base " << base << ", stop at poll " << stopAt;
+            EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+        }
     }
 }
 
