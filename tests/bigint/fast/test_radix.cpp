@@ -4,6 +4,7 @@
 // the powers of two less one).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 
 #include "bigint/binary_rows.h"
@@ -203,4 +204,32 @@ TEST(FastRadix, PowersOfTheBaseAndTheirNeighboursOutInOtherBases) {
             }
         }
     }
+}
+
+// Texts longer than the chunks that the first pass takes whole when they are
+// plain digits: digits only, letters in one chunk (read one by one), and a
+// digit too large for the base far on, which must leave the text as the
+// character-by-character pass leaves it.
+TEST(FastRadix, LongTextsChunkByChunk) {
+    CalcContext ctx;
+    const int32_t n = 150000;  // two full chunks of 2^16 and a part
+    for (int from : {8, 10, 16}) {
+        std::string text(size_t(n), '0');
+        for (char& c : text) c = static_cast<char>('0' + Rng()() % unsigned(std::min(from, 10)));
+        text[0] = '1';
+        if (from == 16) text[70000] = 'a';
+        const mpz_class z(text, from);
+        std::string got = text;
+        ASSERT_EQ(ConvertBase(&ctx, from, 16, &got), Result::kOk) << from;
+        std::string want = z.get_str(16);
+        for (char& c : want) c = static_cast<char>(std::toupper(c));
+        EXPECT_EQ(got, want) << "from base " << from;
+    }
+    std::string text(size_t(n), '7');
+    const size_t bad = 140000;
+    text[bad] = '9';
+    std::string want = text;
+    for (size_t j = 0; j < bad; ++j) want[j] = static_cast<char>(want[j] - '0' + 10);
+    EXPECT_EQ(ConvertBase(&ctx, 8, 16, &text), Result::kCannotUnderstand);
+    EXPECT_EQ(text, want);
 }
