@@ -21,6 +21,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include "bigint/binary_rows.h"
@@ -98,9 +99,17 @@ using Wide = unsigned __int128;
 Result WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                      uint32_t* p) {
     const int32_t na = (la + 1) / 2, nb = (lb + 1) / 2;
-    Scratch<uint64_t> buf(2 * (int64_t(na) + nb));
-    if (!buf) return Result::kNoMemory;
-    uint64_t* x = buf.get();
+    // The tree's lower levels make hundreds of short products: theirs on the
+    // stack (4 KB).
+    const int64_t need = 2 * (int64_t(na) + nb);
+    uint64_t local[512];
+    std::unique_ptr<uint64_t[]> heap;
+    uint64_t* x = local;
+    if (need > 512) {
+        heap.reset(new (std::nothrow) uint64_t[size_t(need)]);
+        if (!heap) return Result::kNoMemory;
+        x = heap.get();
+    }
     uint64_t* y = x + na;
     uint64_t* r = y + nb;
     // Little-endian: two words are the 64-bit word they make.
