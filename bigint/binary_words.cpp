@@ -1,5 +1,6 @@
-// Products of binary words: schoolbook rows on 64-bit words with 128-bit
-// products (a·b + r + carry < 2^128), or the 16-bit transform convolution.
+// Products of binary words: schoolbook rows on 64-bit words (pairs of words
+// read as one; binary_rows.cpp, mulx where the processor has it), or the
+// 16-bit transform convolution.
 // Its coefficients are below min(la, lb)·2^32 <= 2^56, so a word's column
 // sum c[2i] + c[2i+1]·2^16 is carried with the high part of c[2i+1] folded
 // straight into the next carry: every sum stays below 2^58. The transform
@@ -15,7 +16,8 @@
 // 16-bit transform at every length here and are left alone. Shifted sums
 // place one number at any bit of another.
 //
-// Allocation: words and scratch from nothrow new; a refused array answers code 3.
+// Allocation: words and scratch from nothrow new (schoolbook products of up
+// to 512 64-bit words in all on the stack); a refused array answers code 3.
 #include "bigint/binary_words.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Binary magnitudes on 32-bit words, least significant first, for the base
 // conversions that leave the decimal limbs.
 //
-// Products: schoolbook on pairs of words with 128-bit products below
+// Products: schoolbook on pairs of words as 64-bit words below
 // gFastThresholds.binaryNtt words of the shorter operand; above it the words
 // are cut into 16-bit halves for NttConvolve16, whose exact coefficients
 // (below 2^56) are carried back into words, unbalanced products in pieces

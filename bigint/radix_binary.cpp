@@ -14,7 +14,8 @@
 // S_i, and the shorter last block stays below 10^(4L) to the power of its
 // leaves, so it fits the words that remain. Besides that array the
 // conversion holds one power (with its square while that is made) and one
-// product, none longer than the number, plus the transform's buffers (and,
+// product (the last join two), none longer than the number, plus the
+// transform's buffers (and,
 // where a level's products share the power's transform over the 64-bit
 // primes, those 3n points).
 // Cost O(M(n) log n).
