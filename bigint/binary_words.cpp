@@ -245,6 +245,11 @@ int32_t Ntt64From() {
 
 }  // namespace
 
+int32_t WordsRowsBelow() {
+    const int32_t from64 = Ntt64From();
+    return from64 > 0 ? std::min(from64, gFastThresholds.binaryNtt) : gFastThresholds.binaryNtt;
+}
+
 Result WordsByFactor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa,
                               int64_t uses) {
     b_ = b;

@@ -45,6 +45,10 @@ int32_t WordsTrim(const uint32_t* a, int32_t n);
 Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p);
 
+// Products whose shorter factor has fewer words than this run on the
+// schoolbook rows alone (no transform, no state shared between threads).
+int32_t WordsRowsBelow();
+
 // Limbs a leaf of the decimal-to-binary tree (radix_binary.cpp) holds.
 int32_t BinaryLeafLimbs();
 

@@ -46,6 +46,9 @@ struct FastThresholds {
     // (50 bits a point): with 68, a block (29·2^i words) and its power (20·2^i)
     // make 31.2·2^i points, nearly filling 32·2^i.
     int32_t radixBinaryLeafVector = 68;
+    // Limbs from which the longer powers of 5 of that tree are squared on a
+    // helper thread while the leaves and the lower levels are made (0: never).
+    int32_t radixBinaryParallel = 16384;
     int32_t binaryNtt = 200;  // 32-bit words of the shorter factor for the transform product
     // 32-bit words of the shorter factor from which binary products may go to
     // the transform over three 64-bit primes instead, when its power-of-two
@@ -99,6 +102,7 @@ struct FastThresholds {
         t.radixBinary = 1;
         t.radixBinaryLeaf = 3;
         t.radixBinaryLeafVector = 3;
+        t.radixBinaryParallel = 1;
         t.binaryNtt = 4;
         t.binaryNtt64 = 8;
         t.binaryNtt64Plain = 8;

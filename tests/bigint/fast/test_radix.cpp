@@ -161,6 +161,7 @@ TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
     // polls by time), and the transform's root tables made beforehand.
     FastThresholds t = FastThresholds::Lowered();
     t.nttParallel = 0;
+    t.radixBinaryParallel = 0;
     ThresholdScope scope(t);
     // Base 8 takes its digits bit by bit, base 16 a byte at a time.
     for (int base : {8, 16}) {
