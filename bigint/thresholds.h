@@ -47,8 +47,12 @@ struct FastThresholds {
     // make 31.2·2^i points, nearly filling 32·2^i.
     int32_t radixBinaryLeafVector = 68;
     // Limbs from which the longer powers of 5 of that tree are squared on a
-    // helper thread while the leaves and the lower levels are made (0: never).
-    int32_t radixBinaryParallel = 16384;
+    // helper thread while the leaves and the lower levels are made (0:
+    // never). Off: it hides the squares and, in a fresh process, the 64-bit
+    // transform's tables (0.4 ms) behind the leaves, but with both cores
+    // busy the wait for the helper made a 300000-digit conversion up to
+    // twice as slow in bench/.
+    int32_t radixBinaryParallel = 0;
     int32_t binaryNtt = 200;  // 32-bit words of the shorter factor for the transform product
     // 32-bit words of the shorter factor from which binary products may go to
     // the transform over three 64-bit primes instead, when its power-of-two
