@@ -1,5 +1,6 @@
-// Products of binary words: schoolbook rows on 64-bit words with 128-bit
-// products (a·b + r + carry < 2^128), or the 16-bit transform convolution.
+// Products of binary words: schoolbook rows on 64-bit words (pairs of words
+// read as one; binary_rows.cpp, mulx where the processor has it), or the
+// 16-bit transform convolution.
 // Its coefficients are below min(la, lb)·2^32 <= 2^56, so a word's column
 // sum c[2i] + c[2i+1]·2^16 is carried with the high part of c[2i+1] folded
 // straight into the next carry: every sum stays below 2^58. The transform
@@ -15,15 +16,23 @@
 // 16-bit transform at every length here and are left alone. Shifted sums
 // place one number at any bit of another.
 //
-// Allocation: words and scratch from nothrow new; a refused array answers code 3.
+// Allocation: words and scratch from nothrow new (schoolbook products of up
+// to 512 64-bit words in all on the stack); a refused array answers code 3.
 #include "bigint/binary_words.h"
 
 #include <algorithm>
 #include <cassert>
+#include <cstring>
+#include <memory>
 #include <new>
 
+#include "bigint/binary_rows.h"
 #include "bigint/ntt64.h"
 #include "bigint/thresholds.h"
+
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
+#error "the schoolbook products read pairs of 32-bit words as 64-bit words"
+#endif
 
 bool Words::Allocate(int32_t n) {
     Release();
@@ -57,7 +66,20 @@ void WordsAddShifted(uint32_t* a, int32_t n, const uint32_t* b, int32_t m, int64
     uint64_t carry = 0;
     uint32_t below = 0;  // the previous word of b, whose top s bits move up
     int64_t k = at;
-    for (int32_t i = 0; i <= m && k < n; ++i, ++k) {
+    int32_t i = 0;
+    // Two words a turn as one 64-bit word while b and a have them.
+    for (; i + 2 <= m && k + 2 <= n; i += 2, k += 2) {
+        uint64_t v, x;
+        std::memcpy(&v, b + i, 8);
+        std::memcpy(&x, a + k, 8);
+        const uint64_t piece = s == 0 ? v : (v << s) | (below >> (32 - s));
+        below = static_cast<uint32_t>(v >> 32);
+        const unsigned __int128 t = static_cast<unsigned __int128>(x) + piece + carry;
+        x = static_cast<uint64_t>(t);
+        std::memcpy(a + k, &x, 8);
+        carry = static_cast<uint64_t>(t >> 64);
+    }
+    for (; i <= m && k < n; ++i, ++k) {
         const uint32_t v = i < m ? b[i] : 0;
         const uint32_t piece = s == 0 ? v : (v << s) | (below >> (32 - s));
         below = v;
@@ -74,38 +96,37 @@ using Wide = unsigned __int128;
 
 // Schoolbook on 64-bit words (pairs of words, a zero word added to an odd
 // length): one 64 x 64-bit product does the work of four 32-bit ones, and a
-// row is one carry chain, t = a·b + r + carry < 2^128. Polled per row so
-// that a long a cannot run on.
+// row is one carry chain (binary_rows.h). Polled per row so that a long a
+// cannot run on.
 Result WordsBasecase(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                      uint32_t* p) {
     const int32_t na = (la + 1) / 2, nb = (lb + 1) / 2;
-    Scratch<uint64_t> buf(2 * (int64_t(na) + nb));
-    if (!buf) return Result::kNoMemory;
-    uint64_t* x = buf.get();
+    // The tree's lower levels make hundreds of short products: theirs on the
+    // stack (4 KB).
+    const int64_t need = 2 * (int64_t(na) + nb);
+    uint64_t local[512];
+    std::unique_ptr<uint64_t[]> heap;
+    uint64_t* x = local;
+    if (need > 512) {
+        heap.reset(new (std::nothrow) uint64_t[size_t(need)]);
+        if (!heap) return Result::kNoMemory;
+        x = heap.get();
+    }
     uint64_t* y = x + na;
     uint64_t* r = y + nb;
-    const auto pack = [](const uint32_t* w, int32_t n, uint64_t* out) {
-        for (int32_t i = 0; 2 * i < n; ++i)
-            out[i] = w[2 * i] | (2 * i + 1 < n ? uint64_t(w[2 * i + 1]) << 32 : 0);
-    };
-    pack(a, la, x);
-    pack(b, lb, y);
-    std::fill(r, r + na + nb, uint64_t(0));
+    // Little-endian: two words are the 64-bit word they make.
+    x[na - 1] = 0;
+    y[nb - 1] = 0;
+    std::memcpy(x, a, 4 * size_t(la));
+    std::memcpy(y, b, 4 * size_t(lb));
+    std::fill(r, r + na, uint64_t(0));
+    const AddRowFn row = BinaryAddRow();
     for (int32_t i = 0; i < nb; ++i) {
-        const Wide yi = y[i];
-        uint64_t carry = 0;
-        uint64_t* ri = r + i;
-        for (int32_t j = 0; j < na; ++j) {
-            const Wide t = x[j] * yi + ri[j] + carry;
-            ri[j] = static_cast<uint64_t>(t);
-            carry = static_cast<uint64_t>(t >> 64);
-        }
-        ri[na] = carry;
+        r[i + na] = row(r + i, x, na, y[i]);
         if (clk.Tick(na)) return Result::kStopped;
     }
     // r has 2(na + nb) >= la + lb words; those past la + lb are zero.
-    for (int32_t k = 0; k < la + lb; ++k)
-        p[k] = static_cast<uint32_t>(k % 2 == 0 ? r[k / 2] : r[k / 2] >> 32);
+    std::memcpy(p, r, 4 * (size_t(la) + size_t(lb)));
     return Result::kOk;
 }
 
@@ -224,10 +245,16 @@ int32_t Ntt64From() {
 
 }  // namespace
 
+int32_t WordsRowsBelow() {
+    const int32_t from64 = Ntt64From();
+    return from64 > 0 ? std::min(from64, gFastThresholds.binaryNtt) : gFastThresholds.binaryNtt;
+}
+
 Result WordsByFactor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa,
                               int64_t uses) {
     b_ = b;
     lb_ = lb;
+    maxLa_ = maxLa;
     kept_ = false;
     const int32_t from64 = Ntt64From();
     if (from64 <= 0 || std::min(lb, maxLa) < from64 || uses < 2) return Result::kOk;
@@ -243,7 +270,10 @@ Result WordsByFactor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int
 }
 
 Result WordsByFactor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const {
-    if (kept_) return factor_.Mul(clk, a, la, p);
+    // A kept product costs six of the nine transforms of maxLa words by b;
+    // a shorter a may take a shorter product of its own.
+    if (kept_ && la <= maxLa_ && Ntt64Work(maxLa_, lb_, false) * 2 < 3 * Ntt64Work(la, lb_, false))
+        return factor_.Mul(clk, a, la, p);
     return WordsMul(clk, a, la, b_, lb_, p);
 }
 

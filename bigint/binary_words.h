@@ -1,7 +1,7 @@
 // Binary magnitudes on 32-bit words, least significant first, for the base
 // conversions that leave the decimal limbs.
 //
-// Products: schoolbook on pairs of words with 128-bit products below
+// Products: schoolbook on pairs of words as 64-bit words below
 // gFastThresholds.binaryNtt words of the shorter operand; above it the words
 // are cut into 16-bit halves for NttConvolve16, whose exact coefficients
 // (below 2^56) are carried back into words, unbalanced products in pieces
@@ -45,6 +45,10 @@ int32_t WordsTrim(const uint32_t* a, int32_t n);
 Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p);
 
+// Products whose shorter factor has fewer words than this run on the
+// schoolbook rows alone (no transform, no state shared between threads).
+int32_t WordsRowsBelow();
+
 // Limbs a leaf of the decimal-to-binary tree (radix_binary.cpp) holds.
 int32_t BinaryLeafLimbs();
 
@@ -55,13 +59,15 @@ class WordsByFactor {
 public:
     // kOk, kNoMemory, kStopped.
     Result Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa, int64_t uses);
-    // p[0..la + lb) = a·b for 1 <= la <= maxLa; same codes.
+    // p[0..la + lb) = a·b for la >= 1 (through the kept transform where
+    // la <= maxLa and that costs less); same codes.
     Result Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const;
 
 private:
     Ntt64Factor factor_;
     const uint32_t* b_ = nullptr;
     int32_t lb_ = 0;
+    int32_t maxLa_ = 0;
     bool kept_ = false;
 };
 

@@ -85,7 +85,24 @@ Result ConvertBase(CalcContext* ctx, int fromBase, int toBase, std::string* text
     s.erase(std::remove(s.begin(), s.end(), ' '), s.end());
     // One pass upper-cases and checks; ASCII letters are mapped inline, any
     // other byte through std::toupper as before (it is invalid either way).
+    const unsigned char digitsBelow = static_cast<unsigned char>(std::min(fromBase, 10));
     for (size_t i = 0; i < s.size(); ++i) {
+        // A chunk of plain digits, the usual text, in one pass that the
+        // compiler vectorises; any other chunk character by character.
+        if (i % kChunk == 0) {
+            const size_t end = std::min(s.size(), i + kChunk);
+            unsigned char* d = reinterpret_cast<unsigned char*>(&s[0]);
+            unsigned char other = 0;
+            for (size_t j = i; j < end; ++j)
+                other |= static_cast<unsigned char>(static_cast<unsigned char>(d[j] - '0') >=
+                                                    digitsBelow);
+            if (other == 0) {
+                for (size_t j = i; j < end; ++j) d[j] = static_cast<unsigned char>(d[j] - '0');
+                i = end - 1;
+                if (stopped(i)) return Result::kStopped;
+                continue;
+            }
+        }
         const unsigned char c = static_cast<unsigned char>(s[i]);
         const int upper = c >= 'a' && c <= 'z' ? c - 32 : c < 128 ? c : std::toupper(c);
         int value = upper - '0';

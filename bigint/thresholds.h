@@ -46,13 +46,21 @@ struct FastThresholds {
     // (50 bits a point): with 68, a block (29·2^i words) and its power (20·2^i)
     // make 31.2·2^i points, nearly filling 32·2^i.
     int32_t radixBinaryLeafVector = 68;
+    // Limbs from which the longer powers of 5 of that tree are squared on a
+    // helper thread while the leaves and the lower levels are made (0:
+    // never). Off: it hides the squares and, in a fresh process, the 64-bit
+    // transform's tables (0.4 ms) behind the leaves, but with both cores
+    // busy the wait for the helper made a 300000-digit conversion up to
+    // twice as slow in bench/.
+    int32_t radixBinaryParallel = 0;
     int32_t binaryNtt = 200;  // 32-bit words of the shorter factor for the transform product
     // 32-bit words of the shorter factor from which binary products may go to
     // the transform over three 64-bit primes instead, when its power-of-two
     // length costs less (0: never), with its vector butterflies and with the
     // plain ones (those were measured 2.3 times slower than the 16-bit
-    // transform: never).
-    int32_t binaryNtt64 = 150;
+    // transform: never). With 160 the products of the tree's level 3 (by a
+    // power of 158 words) stay on the mulx rows, measured faster.
+    int32_t binaryNtt64 = 160;
     int32_t binaryNtt64Plain = 0;
     // Its points from which those binary products run on two threads (0:
     // never): their thread starts cost more than they save below.
@@ -98,6 +106,7 @@ struct FastThresholds {
         t.radixBinary = 1;
         t.radixBinaryLeaf = 3;
         t.radixBinaryLeafVector = 3;
+        t.radixBinaryParallel = 1;
         t.binaryNtt = 4;
         t.binaryNtt64 = 8;
         t.binaryNtt64Plain = 8;

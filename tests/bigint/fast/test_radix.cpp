@@ -4,8 +4,10 @@
 // the powers of two less one).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 
+#include "bigint/binary_rows.h"
 #include "bigint/binary_words.h"
 #include "bigint/dispatch.h"
 #include "fast_support.h"
@@ -90,10 +92,12 @@ TEST(FastRadixBinary, ShiftedSumCarriesPastTheShiftedTop) {
 
 TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
     // The 64-bit primes' vector butterflies (where the processor has them)
-    // and the plain ones, which the products leave to the 16-bit transform.
+    // and the plain ones, which the products leave to the 16-bit transform;
+    // with them the schoolbook rows on mulx and in C++.
     for (const FastThresholds& t : ThresholdSets()) {
         for (bool portable : {false, true}) {
             UsePortableNtt64(portable);
+            UsePortableRows(portable);
             ThresholdScope scope(t);
             const int32_t leaf = BinaryLeafLimbs();
             std::vector<int32_t> sizes = {1, 2, 700};
@@ -112,6 +116,7 @@ TEST(FastRadixBinary, RandomValuesAroundEveryLevelOfTheTree) {
         }
     }
     UsePortableNtt64(false);
+    UsePortableRows(false);
 }
 
 TEST(FastRadixBinary, PowersOfTenAndOfTwoTheirNeighboursBelowAndZero) {
@@ -156,17 +161,21 @@ TEST(FastRadixBinary, QStopsEveryStageAndPollsNoMore) {
     // polls by time), and the transform's root tables made beforehand.
     FastThresholds t = FastThresholds::Lowered();
     t.nttParallel = 0;
+    t.radixBinaryParallel = 0;
     ThresholdScope scope(t);
-    QuitAtPoll warmUp, counting;
-    ASSERT_EQ(BigToRadixDispatch(&warmUp, &v.v, 8, &text), Result::kOk);
-    ASSERT_EQ(BigToRadixDispatch(&counting, &v.v, 8, &text), Result::kOk);
-    ASSERT_GE(counting.polls(), 10);
-    // First poll (leaves), the middle (products), the last (digits).
-    for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
-        QuitAtPoll stopping(stopAt);
-        EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, 8, &text), Result::kStopped)
-            << "stop at poll " << stopAt;
-        EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+    // Base 8 takes its digits bit by bit, base 16 a byte at a time.
+    for (int base : {8, 16}) {
+        QuitAtPoll warmUp, counting;
+        ASSERT_EQ(BigToRadixDispatch(&warmUp, &v.v, base, &text), Result::kOk);
+        ASSERT_EQ(BigToRadixDispatch(&counting, &v.v, base, &text), Result::kOk);
+        ASSERT_GE(counting.polls(), 10);
+        // First poll (leaves), the middle (products), the last (digits).
+        for (long stopAt : {1L, counting.polls() / 2, counting.polls()}) {
+            QuitAtPoll stopping(stopAt);
+            EXPECT_EQ(BigToRadixDispatch(&stopping, &v.v, base, &text), Result::kStopped)
+                << "base " << base << ", stop at poll " << stopAt;
+            EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
+        }
     }
 }
 
@@ -196,4 +205,32 @@ TEST(FastRadix, PowersOfTheBaseAndTheirNeighboursOutInOtherBases) {
             }
         }
     }
+}
+
+// Texts longer than the chunks that the first pass takes whole when they are
+// plain digits: digits only, letters in one chunk (read one by one), and a
+// digit too large for the base far on, which must leave the text as the
+// character-by-character pass leaves it.
+TEST(FastRadix, LongTextsChunkByChunk) {
+    CalcContext ctx;
+    const int32_t n = 150000;  // two full chunks of 2^16 and a part
+    for (int from : {8, 10, 16}) {
+        std::string text(size_t(n), '0');
+        for (char& c : text) c = static_cast<char>('0' + Rng()() % unsigned(std::min(from, 10)));
+        text[0] = '1';
+        if (from == 16) text[70000] = 'a';
+        const mpz_class z(text, from);
+        std::string got = text;
+        ASSERT_EQ(ConvertBase(&ctx, from, 16, &got), Result::kOk) << from;
+        std::string want = z.get_str(16);
+        for (char& c : want) c = static_cast<char>(std::toupper(c));
+        EXPECT_EQ(got, want) << "from base " << from;
+    }
+    std::string text(size_t(n), '7');
+    const size_t bad = 140000;
+    text[bad] = '9';
+    std::string want = text;
+    for (size_t j = 0; j < bad; ++j) want[j] = static_cast<char>(want[j] - '0' + 10);
+    EXPECT_EQ(ConvertBase(&ctx, 8, 16, &text), Result::kCannotUnderstand);
+    EXPECT_EQ(text, want);
 }
