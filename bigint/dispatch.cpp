@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "bigint/fast_ops.h"
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
 #include "bigint/thresholds.h"
@@ -55,7 +56,7 @@ struct DivisorCache {
             return code;
         }
         Release();
-        code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
+        code = FastCopyPolled(ctx, &d, dm);
         if (Ok(code)) code = NewtonDivisorStart(ctx, &d, &divisor);
         if (!Ok(code)) Release();
         return code;
