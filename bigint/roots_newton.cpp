@@ -19,11 +19,18 @@
 // which bound u from below; the full division runs only when that bound and
 // q's leading limbs cannot show r > 0 (exact cubes, about 1 in 10^8 others).
 //
+// Polls: the products and divisions poll; every copy, shift and sum between
+// them is charged to the clock after it is made (FastCharge), the long
+// differences poll within (FastSubPolled), and the parts of a that are only
+// read are views of its limbs, so that a root of 10^8 digits still polls
+// every few ms.
+//
 // Allocation: none of its own; its records come from the operations it
 // calls, which answer code 3 for a refused array.
 #include <initializer_list>
 
 #include "bigint/dispatch.h"
+#include "bigint/fast_ops.h"
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
 
@@ -39,6 +46,31 @@ Result Times3(BigInt* r, const BigInt* x) {
     BigTemp twice;
     const Result code = FastAdd(&twice.v, x, x);
     return !Ok(code) ? code : FastAdd(r, &twice.v, x);
+}
+
+// hi·β + lo for lo < β = B^l, in one pass.
+Result JoinBelow(CalcContext* ctx, BigInt* r, const BigInt* hi, const BigInt* lo, int32_t l) {
+    if (BigIsZero(hi)) return FastCharge(ctx, BigFromLimbs(r, lo->limbs, lo->top, 0), r);
+    LimbBuffer work(int64_t(hi->top) + l + 1);
+    if (!work.ok()) return Result::kNoMemory;
+    const int32_t low = BigIsZero(lo) ? 0 : lo->top + 1;
+    CopyLimbs(work.get(), lo->limbs, low);
+    ZeroLimbs(work.get() + low, l - low);
+    CopyLimbs(work.get() + l, hi->limbs, hi->top + 1);
+    r->limbs = work.Release();
+    r->top = hi->top + l;
+    r->negative = 0;
+    return FastCharge(ctx, Result::kOk, r);
+}
+
+// Whether a > b·B^shift, for canonical magnitudes, without forming the product.
+bool AboveShifted(const BigInt* a, const BigInt* b, int32_t shift) {
+    if (BigIsZero(b)) return !BigIsZero(a);
+    const int32_t top = b->top + shift;
+    if (a->top != top) return a->top > top;
+    for (int32_t i = b->top; i >= 0; --i)
+        if (a->limbs[i + shift] != b->limbs[i]) return a->limbs[i + shift] > b->limbs[i];
+    return LimbsTrimTop(a->limbs, shift - 1) > 0 || (shift > 0 && a->limbs[0] != 0);
 }
 
 // Leading limbs kept of each factor when a remainder's sign is bounded.
@@ -65,9 +97,7 @@ Result ShownAbove(CalcContext* ctx, const BigInt* a, std::initializer_list<const
         if (Ok(code)) BigReplace(&bound.v, &next.v);
         shift += drop;
     }
-    BigTemp full;
-    if (Ok(code)) code = FastShiftUp(&full.v, &bound.v, shift);
-    if (Ok(code)) *shown = BigCompareMag(a, &full.v) < 0;
+    if (Ok(code)) *shown = AboveShifted(a, &bound.v, shift);
     return code;
 }
 
@@ -80,26 +110,26 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
         BigTemp sq;
         Result code = SqrtSchool(ctx, a, s);
         if (Ok(code) || code == 1) code = FastMul(ctx, &sq.v, s, s);
-        return !Ok(code) ? code : FastSub(r, a, &sq.v);
+        return !Ok(code) ? code : FastSubPolled(ctx, r, a, &sq.v);
     }
-    BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
-    Result code = FastShiftDown(&top.v, a, 2 * l);
-    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v, true);
+    BigTemp s1, r1, num, two, q, u, qq, t1, rr, ss;
+    const BigInt top = FastViewDown(a, 2 * l);
+    Result code = SqrtRem(ctx, &top, &s1.v, &r1.v, true);
     // num = r'·β + a1, divided by 2s'
-    if (Ok(code)) code = FastShiftDown(&t.v, a, l);
-    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
-    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
-    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
-    if (Ok(code)) code = FastAdd(&two.v, &s1.v, &s1.v);
+    const BigInt mid = FastViewDown(a, l);
+    const BigInt a1 = FastViewLow(&mid, l);
+    if (Ok(code)) code = JoinBelow(ctx, &num.v, &r1.v, &a1, l);
+    BigFree(&r1.v);
+    if (Ok(code)) code = FastCharge(ctx, FastAdd(&two.v, &s1.v, &s1.v), &two.v);
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
+    BigFree(&num.v);
+    BigFree(&two.v);
     // s = s'·β + q;  r = u·β + a0 − q²
-    if (Ok(code)) code = FastShiftUp(&t1.v, &s1.v, l);
-    if (Ok(code)) code = FastAdd(&ss.v, &t1.v, &q.v);
-    if (Ok(code)) code = FastLowPart(&a0.v, a, l);
-    BigFree(&t.v);
-    if (Ok(code)) code = FastShiftUp(&t.v, &u.v, l);
+    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&t1.v, &s1.v, l), &t1.v);
+    if (Ok(code)) code = FastCharge(ctx, FastAdd(&ss.v, &t1.v, &q.v), &ss.v);
+    const BigInt a0 = FastViewLow(a, l);
     BigFree(&t1.v);
-    if (Ok(code)) code = FastAdd(&t1.v, &t.v, &a0.v);
+    if (Ok(code)) code = JoinBelow(ctx, &t1.v, &u.v, &a0, l);
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &t1.v, {&q.v, &q.v}, &shown);
     if (Ok(code) && shown) {
@@ -108,16 +138,16 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
         return code;
     }
     if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
-    if (Ok(code)) code = FastSub(&rr.v, &t1.v, &qq.v);
+    if (Ok(code)) code = FastSubPolled(ctx, &rr.v, &t1.v, &qq.v);
     // One correction suffices in theory; the loop also guards a remainder
     // that came out too large.
     while (Ok(code) && FastIsNegative(&rr.v)) {
         BigTemp s2, r2, r3;
-        code = FastAdd(&s2.v, &ss.v, &ss.v);                // 2s
-        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
-        if (Ok(code)) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
+        code = FastCharge(ctx, FastAdd(&s2.v, &ss.v, &ss.v), &s2.v);                // 2s
+        if (Ok(code)) code = FastCharge(ctx, FastAdd(&r2.v, &rr.v, &s2.v), &r2.v);  // r + 2s
+        if (Ok(code)) code = FastCharge(ctx, AddSmall(&r3.v, &r2.v, -1), &r3.v);    // r + 2s − 1
         BigFree(&s2.v);
-        if (Ok(code)) code = AddSmall(&s2.v, &ss.v, -1);
+        if (Ok(code)) code = FastCharge(ctx, AddSmall(&s2.v, &ss.v, -1), &s2.v);
         if (Ok(code)) {
             BigReplace(&rr.v, &r3.v);
             BigReplace(&ss.v, &s2.v);
