@@ -210,8 +210,6 @@ constexpr int32_t kPassSlice = 1 << 18;
 // Units of the poll clock a limb of such a pass.
 constexpr int64_t kPassLimb = 4;
 
-// p[0 … lp) += t[0 … lt) (LimbsAddInto) slice by slice; false when told to
-// stop. Each slice's carry runs on into p, so the sum is the same.
 bool AddIntoPolled(PollClock& clk, Limb* p, int32_t lp, const Limb* t, int32_t lt) {
     for (int32_t from = 0; from < lt; from += kPassSlice) {
         const int32_t n = std::min(kPassSlice, lt - from);
