@@ -42,10 +42,10 @@ Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     return !Ok(code) ? code : FastAdd(r, x, &t.v);
 }
 
-Result Times3(BigInt* r, const BigInt* x) {
+Result Times3(CalcContext* ctx, BigInt* r, const BigInt* x) {
     BigTemp twice;
-    const Result code = FastAdd(&twice.v, x, x);
-    return !Ok(code) ? code : FastAdd(r, &twice.v, x);
+    const Result code = FastCharge(ctx, FastAdd(&twice.v, x, x), &twice.v);
+    return !Ok(code) ? code : FastCharge(ctx, FastAdd(r, &twice.v, x), r);
 }
 
 // hi·β + lo for lo < β = B^l, in one pass.
@@ -176,11 +176,12 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     const int32_t m = d->top + 1 - (l + 8);
     const int32_t shift = m - kGuard;
     if (m < 2 || shift + 2 * l < 0) return Result::kOk;
-    BigTemp xt, dt, est, rem, q, frac, t, w, ss, lead, low, s3;
+    BigTemp xt, est, rem, q, frac, t, w, ss, lead, low, s3;
     Result code = shift >= 0 ? FastShiftDown(&xt.v, num, shift) : FastShiftUp(&xt.v, num, -shift);
-    if (Ok(code)) code = FastShiftDown(&dt.v, d, m);
-    if (Ok(code)) code = FastDivMod(ctx, &xt.v, &dt.v, &est.v, &rem.v);
-    if (Ok(code)) code = FastShiftDown(&q.v, &est.v, kGuard);
+    code = FastCharge(ctx, code, &xt.v);
+    const BigInt dt = FastViewDown(d, m);
+    if (Ok(code)) code = FastDivMod(ctx, &xt.v, &dt, &est.v, &rem.v);
+    if (Ok(code)) code = FastCharge(ctx, FastShiftDown(&q.v, &est.v, kGuard), &q.v);
     if (Ok(code)) code = FastLowPart(&frac.v, &est.v, kGuard);
     if (!Ok(code)) return code;
     // The fraction's two leading limbs f2: with T within three units of est,
@@ -191,14 +192,14 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     // u >= (f2 − 1)·dt·B^(m − 2).
     BigTemp fl;
     code = BigFromInt(&fl.v, f2 - 1);
-    if (Ok(code)) code = FastMul(ctx, &lead.v, &fl.v, &dt.v);
-    if (Ok(code)) code = FastShiftUp(&low.v, &lead.v, m - 2 + 2 * l);
-    if (Ok(code)) code = FastShiftUp(&t.v, s1, l);
-    if (Ok(code)) code = Times3(&s3.v, &t.v);
-    if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
+    if (Ok(code)) code = FastMul(ctx, &lead.v, &fl.v, &dt);
+    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&low.v, &lead.v, m - 2 + 2 * l), &low.v);
+    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&t.v, s1, l), &t.v);
+    if (Ok(code)) code = Times3(ctx, &s3.v, &t.v);
+    if (Ok(code)) code = FastCharge(ctx, FastAdd(&w.v, &s3.v, &q.v), &w.v);
     if (Ok(code)) code = ShownAbove(ctx, &low.v, {&q.v, &q.v, &w.v}, shown);
     if (Ok(code) && *shown) {
-        code = FastAdd(&ss.v, &t.v, &q.v);
+        code = FastCharge(ctx, FastAdd(&ss.v, &t.v, &q.v), &ss.v);
         if (Ok(code)) BigMove(s, &ss.v);
         if (!Ok(code)) *shown = false;
     }
@@ -218,34 +219,32 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
             code = FastMul(ctx, &sq.v, s, s);
         }
         if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, s);
-        return !Ok(code) ? code : FastSub(r, a, &cube.v);
+        return !Ok(code) ? code : FastSubPolled(ctx, r, a, &cube.v);
     }
-    BigTemp top, s1, r1, t, a1, num1, num, sq, d, q, u, ss, q2, s3, w, c, a0, ub, sum, rr;
-    Result code = FastShiftDown(&top.v, a, 3 * l);
-    if (Ok(code)) code = CbrtRem(ctx, &top.v, &s1.v, &r1.v, true);
-    BigFree(&top.v);
+    BigTemp s1, r1, t, num, sq, d, q, u, ss, q2, s3, w, c, sum, rr;
+    const BigInt top = FastViewDown(a, 3 * l);
+    Result code = CbrtRem(ctx, &top, &s1.v, &r1.v, true);
     // q, u = divmod(r'·β + a1, 3s'²), a1 the limbs [2l, 3l) of a.
-    if (Ok(code)) code = FastShiftDown(&t.v, a, 2 * l);
-    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
-    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
-    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
+    const BigInt mid = FastViewDown(a, 2 * l);
+    const BigInt a1 = FastViewLow(&mid, l);
+    if (Ok(code)) code = JoinBelow(ctx, &num.v, &r1.v, &a1, l);
+    BigFree(&r1.v);
     if (Ok(code)) code = FastMul(ctx, &sq.v, &s1.v, &s1.v);
-    if (Ok(code)) code = Times3(&d.v, &sq.v);
+    if (Ok(code)) code = Times3(ctx, &d.v, &sq.v);
     if (Ok(code) && !exact) {
         bool shown = false;
         code = TopQuotientShown(ctx, &num.v, &d.v, &s1.v, l, s, &shown);
         if (Ok(code) && shown) return BigFromInt(r, 1);
     }
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &d.v, &q.v, &u.v);
+    BigFree(&num.v);
     // s = s'·β + q;  r = u·β² + a0 − q²·(3s'·β + q)
-    BigFree(&t.v);
-    if (Ok(code)) code = FastShiftUp(&t.v, &s1.v, l);
-    if (Ok(code)) code = FastAdd(&ss.v, &t.v, &q.v);
-    if (Ok(code)) code = Times3(&s3.v, &t.v);
-    if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
-    if (Ok(code)) code = FastLowPart(&a0.v, a, 2 * l);
-    if (Ok(code)) code = FastShiftUp(&ub.v, &u.v, 2 * l);
-    if (Ok(code)) code = FastAdd(&sum.v, &ub.v, &a0.v);
+    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&t.v, &s1.v, l), &t.v);
+    if (Ok(code)) code = FastCharge(ctx, FastAdd(&ss.v, &t.v, &q.v), &ss.v);
+    if (Ok(code)) code = Times3(ctx, &s3.v, &t.v);
+    if (Ok(code)) code = FastCharge(ctx, FastAdd(&w.v, &s3.v, &q.v), &w.v);
+    const BigInt a0 = FastViewLow(a, 2 * l);
+    if (Ok(code)) code = JoinBelow(ctx, &sum.v, &u.v, &a0, 2 * l);
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &sum.v, {&q.v, &q.v, &w.v}, &shown);
     if (Ok(code) && shown) {
@@ -255,20 +254,21 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     }
     if (Ok(code)) code = FastMul(ctx, &q2.v, &q.v, &q.v);
     if (Ok(code)) code = FastMul(ctx, &c.v, &q2.v, &w.v);
-    if (Ok(code)) code = FastSub(&rr.v, &sum.v, &c.v);
+    if (Ok(code)) code = FastSubPolled(ctx, &rr.v, &sum.v, &c.v);
     // q = floor(num / 3s'²) never falls below the root's low part, and s'
     // has two limbs more than β, so it exceeds it by one at most, and rarely:
     // (s − 1)³ = s³ − (3s² − 3s + 1) then needs s² once.
     while (Ok(code) && FastIsNegative(&rr.v)) {
         BigTemp one, s0, sq0, t3, t3s, d1, d2, r2;
         code = BigFromInt(&one.v, 1);
-        if (Ok(code)) code = FastSub(&s0.v, &ss.v, &one.v);
+        if (Ok(code)) code = FastCharge(ctx, FastSub(&s0.v, &ss.v, &one.v), &s0.v);
         if (Ok(code)) code = FastMul(ctx, &sq0.v, &s0.v, &s0.v);
-        if (Ok(code)) code = Times3(&t3.v, &sq0.v);  // 3s0²
-        if (Ok(code)) code = Times3(&t3s.v, &s0.v);  // 3s0
-        if (Ok(code)) code = FastAdd(&d1.v, &t3.v, &t3s.v);
-        if (Ok(code)) code = FastAdd(&d2.v, &d1.v, &one.v);  // (s0 + 1)³ − s0³
-        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &d2.v);
+        if (Ok(code)) code = Times3(ctx, &t3.v, &sq0.v);  // 3s0²
+        if (Ok(code)) code = Times3(ctx, &t3s.v, &s0.v);  // 3s0
+        if (Ok(code)) code = FastCharge(ctx, FastAdd(&d1.v, &t3.v, &t3s.v), &d1.v);
+        if (Ok(code))
+            code = FastCharge(ctx, FastAdd(&d2.v, &d1.v, &one.v), &d2.v);  // (s0 + 1)³ − s0³
+        if (Ok(code)) code = FastCharge(ctx, FastAdd(&r2.v, &rr.v, &d2.v), &r2.v);
         if (Ok(code)) {
             BigReplace(&ss.v, &s0.v);
             BigReplace(&rr.v, &r2.v);
