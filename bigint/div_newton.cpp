@@ -270,10 +270,10 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
     }
     if (Ok(code))
         code = Charge(ctx, FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop), &corrShift.v);
-    if (Ok(code)) code = Charge(ctx, FastShiftUp(&r0.v, rh, k - h), &r0.v);
+    if (Ok(code)) code = FastJoinPolled(ctx, &r0.v, rh, nullptr, k - h);
     if (Ok(code)) {
-        corrShift.v.negative = FastIsNegative(&e.v) ? 1 : 0;
-        code = Charge(ctx, FastAdd(result, &r0.v, &corrShift.v), result);
+        code = FastIsNegative(&e.v) ? FastSubPolled(ctx, result, &r0.v, &corrShift.v)
+                                    : FastAddPolled(ctx, result, &r0.v, &corrShift.v);
     }
     return code;
 }

@@ -82,6 +82,49 @@ Result FastSubPolled(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt*
     return TakeOver(r, &work, int64_t(i) + 1, LimbsTrimTop(work.get(), i), less ? 1 : 0);
 }
 
+Result FastAddPolled(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y) {
+    PollClock clk(ctx);
+    const BigInt* big = x->top >= y->top ? x : y;
+    const BigInt* small = x->top >= y->top ? y : x;
+    const int64_t size = int64_t(big->top) + 2;
+    LimbBuffer work(size);
+    if (!work.ok()) return Result::kNoMemory;
+    int carry = 0;
+    for (int32_t from = 0; from <= big->top; from += kSliceLimbs) {
+        const int32_t n = std::min(kSliceLimbs, big->top + 1 - from);
+        const int32_t both = std::clamp(small->top + 1 - from, 0, n);
+        Limb* d = work.get() + from;
+        const Limb* a = big->limbs + from;
+        carry = LimbsAddCarryIn(a, small->limbs + from, d, both, carry);
+        int32_t j = both;
+        for (; j < n && carry != 0; ++j) {
+            carry = a[j] == kLimbBase - 1 ? 1 : 0;
+            d[j] = static_cast<Limb>(carry != 0 ? 0 : a[j] + 1);
+        }
+        CopyLimbs(d + j, a + j, n - j);
+        if (clk.Tick(kLinearLimb * n)) return Result::kStopped;
+    }
+    work[big->top + 1] = static_cast<Limb>(carry);
+    return TakeOver(r, &work, size, carry != 0 ? big->top + 1 : big->top, 0);
+}
+
+Result FastJoinPolled(CalcContext* ctx, BigInt* r, const BigInt* hi, const BigInt* lo, int32_t k) {
+    if (BigIsZero(hi)) return lo != nullptr ? FastCopyPolled(ctx, r, lo) : BigFromInt(r, 0);
+    const int64_t size = int64_t(hi->top) + k + 1;
+    LimbBuffer work(size);
+    if (!work.ok()) return Result::kNoMemory;
+    const int32_t low = lo == nullptr || BigIsZero(lo) ? 0 : lo->top + 1;
+    PollClock clk(ctx);
+    Result code = FastCopyLimbsPolled(ctx, work.get(), lo != nullptr ? lo->limbs : nullptr, low);
+    for (int32_t from = low; Ok(code) && from < k; from += kSliceLimbs) {
+        const int32_t n = std::min(kSliceLimbs, k - from);
+        ZeroLimbs(work.get() + from, n);
+        if (clk.Tick(kLinearLimb * n)) code = Result::kStopped;
+    }
+    if (Ok(code)) code = FastCopyLimbsPolled(ctx, work.get() + k, hi->limbs, hi->top + 1);
+    return !Ok(code) ? code : TakeOver(r, &work, size, hi->top + k, 0);
+}
+
 Result FastStepOne(BigInt* v, bool up) {
     v->negative = 0;
     Limb* a = v->limbs;

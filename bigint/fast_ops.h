@@ -41,6 +41,11 @@ BigInt FastViewLow(const BigInt* v, int32_t k);
 // scan for the highest differing limb sizes it, so a difference much shorter
 // than its operands (a remainder) costs its own length and a read of theirs.
 Result FastSubPolled(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y);
+// |x| + |y| for canonical x and y, in slices with ticks as FastSubPolled.
+Result FastAddPolled(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt* y);
+// |hi|·10000^k + |lo| for canonical hi and lo, lo < 10000^k (a null lo
+// for none), written in one pass in slices with ticks.
+Result FastJoinPolled(CalcContext* ctx, BigInt* r, const BigInt* hi, const BigInt* lo, int32_t k);
 // |v| + 1 (up) or |v| − 1 (|v| >= 1) in place, sign clear: a pass over the
 // limbs that carry, a new array only when |v| + 1 gains a limb.
 Result FastStepOne(BigInt* v, bool up);

@@ -44,23 +44,17 @@ Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
 
 Result Times3(CalcContext* ctx, BigInt* r, const BigInt* x) {
     BigTemp twice;
-    const Result code = FastCharge(ctx, FastAdd(&twice.v, x, x), &twice.v);
-    return !Ok(code) ? code : FastCharge(ctx, FastAdd(r, &twice.v, x), r);
+    const Result code = FastAddPolled(ctx, &twice.v, x, x);
+    return !Ok(code) ? code : FastAddPolled(ctx, r, &twice.v, x);
 }
 
-// hi·β + lo for lo < β = B^l, in one pass.
-Result JoinBelow(CalcContext* ctx, BigInt* r, const BigInt* hi, const BigInt* lo, int32_t l) {
-    if (BigIsZero(hi)) return FastCharge(ctx, BigFromLimbs(r, lo->limbs, lo->top, 0), r);
-    LimbBuffer work(int64_t(hi->top) + l + 1);
-    if (!work.ok()) return Result::kNoMemory;
-    const int32_t low = BigIsZero(lo) ? 0 : lo->top + 1;
-    CopyLimbs(work.get(), lo->limbs, low);
-    ZeroLimbs(work.get() + low, l - low);
-    CopyLimbs(work.get() + l, hi->limbs, hi->top + 1);
-    r->limbs = work.Release();
-    r->top = hi->top + l;
-    r->negative = 0;
-    return FastCharge(ctx, Result::kOk, r);
+// hi·B^l + lo for non-negative canonical hi and lo: one polled pass when lo
+// is below B^l, else the shift and a polled sum.
+Result ShiftAdd(CalcContext* ctx, BigInt* r, const BigInt* hi, const BigInt* lo, int32_t l) {
+    if (lo->top < l) return FastJoinPolled(ctx, r, hi, lo, l);
+    BigTemp shifted;
+    const Result code = FastJoinPolled(ctx, &shifted.v, hi, nullptr, l);
+    return !Ok(code) ? code : FastAddPolled(ctx, r, &shifted.v, lo);
 }
 
 // Whether a > b·B^shift, for canonical magnitudes, without forming the product.
@@ -118,18 +112,16 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     // num = r'·β + a1, divided by 2s'
     const BigInt mid = FastViewDown(a, l);
     const BigInt a1 = FastViewLow(&mid, l);
-    if (Ok(code)) code = JoinBelow(ctx, &num.v, &r1.v, &a1, l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &num.v, &r1.v, &a1, l);
     BigFree(&r1.v);
-    if (Ok(code)) code = FastCharge(ctx, FastAdd(&two.v, &s1.v, &s1.v), &two.v);
+    if (Ok(code)) code = FastAddPolled(ctx, &two.v, &s1.v, &s1.v);
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
     BigFree(&num.v);
     BigFree(&two.v);
     // s = s'·β + q;  r = u·β + a0 − q²
-    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&t1.v, &s1.v, l), &t1.v);
-    if (Ok(code)) code = FastCharge(ctx, FastAdd(&ss.v, &t1.v, &q.v), &ss.v);
+    if (Ok(code)) code = ShiftAdd(ctx, &ss.v, &s1.v, &q.v, l);
     const BigInt a0 = FastViewLow(a, l);
-    BigFree(&t1.v);
-    if (Ok(code)) code = JoinBelow(ctx, &t1.v, &u.v, &a0, l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &t1.v, &u.v, &a0, l);
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &t1.v, {&q.v, &q.v}, &shown);
     if (Ok(code) && shown) {
@@ -176,11 +168,14 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     const int32_t m = d->top + 1 - (l + 8);
     const int32_t shift = m - kGuard;
     if (m < 2 || shift + 2 * l < 0) return Result::kOk;
-    BigTemp xt, est, rem, q, frac, t, w, ss, lead, low, s3;
-    Result code = shift >= 0 ? FastShiftDown(&xt.v, num, shift) : FastShiftUp(&xt.v, num, -shift);
-    code = FastCharge(ctx, code, &xt.v);
+    BigTemp up, est, rem, q, frac, t, w, ss, lead, low, s3;
+    const bool view = shift >= 0 && shift <= num->top;
+    Result code = view        ? Result::kOk
+                  : shift < 0 ? FastJoinPolled(ctx, &up.v, num, nullptr, -shift)
+                              : BigFromInt(&up.v, 0);
+    const BigInt xt = view ? FastViewDown(num, shift) : up.v;
     const BigInt dt = FastViewDown(d, m);
-    if (Ok(code)) code = FastDivMod(ctx, &xt.v, &dt, &est.v, &rem.v);
+    if (Ok(code)) code = FastDivMod(ctx, &xt, &dt, &est.v, &rem.v);
     if (Ok(code)) code = FastCharge(ctx, FastShiftDown(&q.v, &est.v, kGuard), &q.v);
     if (Ok(code)) code = FastLowPart(&frac.v, &est.v, kGuard);
     if (!Ok(code)) return code;
@@ -193,13 +188,13 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     BigTemp fl;
     code = BigFromInt(&fl.v, f2 - 1);
     if (Ok(code)) code = FastMul(ctx, &lead.v, &fl.v, &dt);
-    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&low.v, &lead.v, m - 2 + 2 * l), &low.v);
-    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&t.v, s1, l), &t.v);
+    if (Ok(code)) code = FastJoinPolled(ctx, &low.v, &lead.v, nullptr, m - 2 + 2 * l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &t.v, s1, nullptr, l);
     if (Ok(code)) code = Times3(ctx, &s3.v, &t.v);
-    if (Ok(code)) code = FastCharge(ctx, FastAdd(&w.v, &s3.v, &q.v), &w.v);
+    if (Ok(code)) code = FastAddPolled(ctx, &w.v, &s3.v, &q.v);
     if (Ok(code)) code = ShownAbove(ctx, &low.v, {&q.v, &q.v, &w.v}, shown);
     if (Ok(code) && *shown) {
-        code = FastCharge(ctx, FastAdd(&ss.v, &t.v, &q.v), &ss.v);
+        code = FastAddPolled(ctx, &ss.v, &t.v, &q.v);
         if (Ok(code)) BigMove(s, &ss.v);
         if (!Ok(code)) *shown = false;
     }
@@ -227,7 +222,7 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     // q, u = divmod(r'·β + a1, 3s'²), a1 the limbs [2l, 3l) of a.
     const BigInt mid = FastViewDown(a, 2 * l);
     const BigInt a1 = FastViewLow(&mid, l);
-    if (Ok(code)) code = JoinBelow(ctx, &num.v, &r1.v, &a1, l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &num.v, &r1.v, &a1, l);
     BigFree(&r1.v);
     if (Ok(code)) code = FastMul(ctx, &sq.v, &s1.v, &s1.v);
     if (Ok(code)) code = Times3(ctx, &d.v, &sq.v);
@@ -239,12 +234,12 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &d.v, &q.v, &u.v);
     BigFree(&num.v);
     // s = s'·β + q;  r = u·β² + a0 − q²·(3s'·β + q)
-    if (Ok(code)) code = FastCharge(ctx, FastShiftUp(&t.v, &s1.v, l), &t.v);
-    if (Ok(code)) code = FastCharge(ctx, FastAdd(&ss.v, &t.v, &q.v), &ss.v);
+    if (Ok(code)) code = FastJoinPolled(ctx, &t.v, &s1.v, nullptr, l);
+    if (Ok(code)) code = FastAddPolled(ctx, &ss.v, &t.v, &q.v);
     if (Ok(code)) code = Times3(ctx, &s3.v, &t.v);
-    if (Ok(code)) code = FastCharge(ctx, FastAdd(&w.v, &s3.v, &q.v), &w.v);
+    if (Ok(code)) code = FastAddPolled(ctx, &w.v, &s3.v, &q.v);
     const BigInt a0 = FastViewLow(a, 2 * l);
-    if (Ok(code)) code = JoinBelow(ctx, &sum.v, &u.v, &a0, 2 * l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &sum.v, &u.v, &a0, 2 * l);
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &sum.v, {&q.v, &q.v, &w.v}, &shown);
     if (Ok(code) && shown) {

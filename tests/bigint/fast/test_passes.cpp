@@ -1,4 +1,4 @@
-// The linear passes that poll in slices of 2^18 limbs (differences, copies,
+// The linear passes that poll in slices of 2^18 limbs (sums, differences, copies,
 // schoolbook rows, the additions of x²·y) against their one-pass forms, on
 // operands over two slices long, so that borrows and carries cross the
 // slices' ends; and their stops.
@@ -25,7 +25,7 @@ void ExpectSameRecord(const BigInt* got, const BigInt* want) {
 
 }  // namespace
 
-TEST(FastPasses, PolledDifferenceAndCopyMatchThePlainOnes) {
+TEST(FastPasses, PolledSumsDifferencesAndCopiesMatchThePlainOnes) {
     const int32_t n = 2 * kSlice + 77;
     const std::vector<Limb> x = Operand(n, Shape::Random);
     std::vector<std::pair<std::vector<Limb>, std::vector<Limb>>> pairs = {
@@ -53,6 +53,19 @@ TEST(FastPasses, PolledDifferenceAndCopyMatchThePlainOnes) {
             ExpectSameRecord(&polled.v, &plain.v);
             ASSERT_EQ(FastCopyPolled(&ctx, &copy.v, &u.v), Result::kOk);
             ExpectSameRecord(&copy.v, &u.v);
+            Num sum, polledSum;
+            ASSERT_EQ(FastAdd(&sum.v, &u.v, &v.v), Result::kOk);
+            ASSERT_EQ(FastAddPolled(&ctx, &polledSum.v, &u.v, &v.v), Result::kOk);
+            ExpectSameRecord(&polledSum.v, &sum.v);
+            // u·B^k + (v mod B^k), the low part's zeros written in slices too.
+            for (const int32_t k : {1, kSlice + 3}) {
+                const BigInt low = FastViewLow(&v.v, k);
+                Num shifted, want, joined;
+                ASSERT_EQ(FastShiftUp(&shifted.v, &u.v, k), Result::kOk);
+                ASSERT_EQ(FastAdd(&want.v, &shifted.v, &low), Result::kOk);
+                ASSERT_EQ(FastJoinPolled(&ctx, &joined.v, &u.v, &low, k), Result::kOk);
+                ExpectSameRecord(&joined.v, &want.v);
+            }
         }
     }
 }
