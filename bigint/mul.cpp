@@ -1,4 +1,5 @@
-// Schoolbook multiplication, one poll per row so a long product can be stopped.
+// Schoolbook multiplication, one poll per row (and per 2^18 limbs of a
+// longer row) so a long product can be stopped.
 #include <cassert>
 
 #include "bigint/internal.h"
