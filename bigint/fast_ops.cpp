@@ -70,7 +70,7 @@ Result FastSubPolled(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt*
         const int32_t both = std::clamp(small->top + 1 - from, 0, n);
         Limb* d = work.get() + from;
         const Limb* a = big->limbs + from;
-        borrow = LimbsSubBorrow(a, small->limbs + from, d, both, borrow);
+        if (both > 0) borrow = LimbsSubBorrow(a, small->limbs + from, d, both, borrow);
         int32_t j = both;
         for (; j < n && borrow != 0; ++j) {
             borrow = a[j] == 0 ? 1 : 0;
@@ -95,7 +95,7 @@ Result FastAddPolled(CalcContext* ctx, BigInt* r, const BigInt* x, const BigInt*
         const int32_t both = std::clamp(small->top + 1 - from, 0, n);
         Limb* d = work.get() + from;
         const Limb* a = big->limbs + from;
-        carry = LimbsAddCarryIn(a, small->limbs + from, d, both, carry);
+        if (both > 0) carry = LimbsAddCarryIn(a, small->limbs + from, d, both, carry);
         int32_t j = both;
         for (; j < n && carry != 0; ++j) {
             carry = a[j] == kLimbBase - 1 ? 1 : 0;
