@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "bigint/fast_ops.h"
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
 #include "bigint/thresholds.h"
@@ -15,19 +16,27 @@ namespace {
 
 // |v| for the fast kernels, which take magnitudes with exact limb counts: a
 // view of v's limbs, or a canonical copy when v's top limb is 10000 (left by
-// LimbsAdd). The view is never released.
+// LimbsAdd), made in one polled pass (v may have 10^8 digits). The view is
+// never released.
 struct Magnitude {
     BigInt view = {};
     BigTemp copy;
     const BigInt* get() const { return copy.v.limbs ? &copy.v : &view; }
 };
 
-Result MakeMagnitude(const BigInt* v, Magnitude* m) {
+Result MakeMagnitude(CalcContext* ctx, const BigInt* v, Magnitude* m) {
     m->view = BigMagnitudeView(v);
-    m->view.top = LimbsTrimTop(v->limbs, v->top);
-    if (v->limbs[m->view.top] < kLimbBase) return Result::kOk;
-    const Result code = BigFromLimbs(&m->copy.v, v->limbs, v->top, 0);
-    return !Ok(code) ? code : FastCanonical(&m->copy.v);
+    const int32_t top = m->view.top = LimbsTrimTop(v->limbs, v->top);
+    if (v->limbs[top] < kLimbBase) return Result::kOk;
+    // The top limb carried into one more: the array is then exactly full.
+    LimbBuffer work(int64_t(top) + 2);
+    if (!work.ok()) return Result::kNoMemory;
+    const Result code = FastCopyLimbsPolled(ctx, work.get(), v->limbs, top + 1);
+    if (!Ok(code)) return code;
+    m->copy.v.top = LimbsNormalizeTop(work.get(), top);
+    m->copy.v.negative = 0;
+    m->copy.v.limbs = work.Release();
+    return Result::kOk;
 }
 
 // The reciprocal of the last long divisor, kept for the next division by the
@@ -55,7 +64,7 @@ struct DivisorCache {
             return code;
         }
         Release();
-        code = BigFromLimbs(&d, dm->limbs, dm->top, 0);
+        code = FastCopyPolled(ctx, &d, dm);
         if (Ok(code)) code = NewtonDivisorStart(ctx, &d, &divisor);
         if (!Ok(code)) Release();
         return code;
@@ -74,8 +83,8 @@ Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt
     const bool small = d->top <= 1;
     if (!small && (m < limit || x->top + 1 - m + 1 < limit)) return DivModSchool(ctx, x, d, q, r);
     Magnitude xm, dm;
-    Result code = MakeMagnitude(x, &xm);
-    if (Ok(code)) code = MakeMagnitude(d, &dm);
+    Result code = MakeMagnitude(ctx, x, &xm);
+    if (Ok(code)) code = MakeMagnitude(ctx, d, &dm);
     // A quotient as long as the divisor (a product reduced by a modulus)
     // goes through the cached reciprocal; others get one sized to them.
     const int32_t quotientLimbs = x->top - d->top + 1;
@@ -98,13 +107,13 @@ Result DivModDispatch(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt
 Result SqrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     if (x->top + 1 < gFastThresholds.sqrtRecursive) return SqrtSchool(ctx, x, result);
     Magnitude xm;
-    const Result code = MakeMagnitude(x, &xm);
+    const Result code = MakeMagnitude(ctx, x, &xm);
     return !Ok(code) ? code : SqrtRecursive(ctx, xm.get(), result);
 }
 Result CbrtDispatch(CalcContext* ctx, const BigInt* x, BigInt* result) {
     if (x->top + 1 < gFastThresholds.cbrtNewton) return CbrtSchool(ctx, x, result);
     Magnitude xm;
-    Result code = MakeMagnitude(x, &xm);
+    Result code = MakeMagnitude(ctx, x, &xm);
     if (Ok(code)) code = CbrtNewton(ctx, xm.get(), result);
     if (Ok(code) || code == 1) result->negative = x->negative;
     return code;
@@ -130,8 +139,8 @@ Result BinomialDispatch(CalcContext* ctx, int32_t n, int32_t k, BigInt* result) 
 Result GcdDispatch(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* result) {
     if (b->top + 1 < gFastThresholds.gcdLehmer) return GcdSchool(ctx, a, b, result);
     Magnitude am, bm;
-    Result code = MakeMagnitude(a, &am);
-    if (Ok(code)) code = MakeMagnitude(b, &bm);
+    Result code = MakeMagnitude(ctx, a, &am);
+    if (Ok(code)) code = MakeMagnitude(ctx, b, &bm);
     if (!Ok(code)) return code;
     if (b->top + 1 >= gFastThresholds.gcdHalf) return GcdHalf(ctx, am.get(), bm.get(), result);
     return GcdLehmer(ctx, am.get(), bm.get(), result);
@@ -142,8 +151,8 @@ Result ModInverseDispatch(CalcContext* ctx, const BigInt* a, const BigInt* m, Bi
     if (LimbsTrimTop(m->limbs, m->top) + 1 >= gFastThresholds.modInverse &&
         !BigIsZeroMagnitude(a)) {
         Magnitude am, mm;
-        Result code = MakeMagnitude(a, &am);
-        if (Ok(code)) code = MakeMagnitude(m, &mm);
+        Result code = MakeMagnitude(ctx, a, &am);
+        if (Ok(code)) code = MakeMagnitude(ctx, m, &mm);
         if (!Ok(code)) return code;
         if (BigCompareMag(am.get(), mm.get()) > 0)
             return ModInverseExtended(ctx, am.get(), mm.get(), result);
@@ -162,7 +171,7 @@ Result BigToRadixDispatch(CalcContext* ctx, const BigInt* value, int base, std::
     if (powerOfTwo ? limbs < gFastThresholds.radixBinary : limbs < gFastThresholds.radixDivide)
         return BigToRadixSchool(ctx, value, base, text);
     Magnitude vm;
-    const Result code = MakeMagnitude(value, &vm);
+    const Result code = MakeMagnitude(ctx, value, &vm);
     if (!Ok(code)) return code;
     return powerOfTwo ? BigToRadixBinary(ctx, vm.get(), base, text)
                       : BigToRadixSplit(ctx, vm.get(), base, text);

@@ -168,53 +168,53 @@ int32_t KeptPoints(int32_t la, int32_t lb) {
 }
 
 // The copies, shifts and additions between the products have no polls of
-// their own: each is charged after it is made, a few units a limb (its pages
-// first touched), so that a block of 10^7 limbs still polls every few ms.
-constexpr int64_t kLinearLimb = 4;
-
-// Charges the linear passes that made v; kStopped when told to stop.
-Result Charge(CalcContext* ctx, Result code, const BigInt* v) {
-    if (!Ok(code)) return code;
-    PollClock clk(ctx);
-    return clk.Tick(kLinearLimb * (int64_t(v->top) + 1)) ? Result::kStopped : Result::kOk;
-}
+// their own: each is charged after it is made (FastCharge), so that a block
+// of 10^7 limbs still polls every few ms; the differences as long as the
+// divisor poll within (FastSubPolled), and leading parts are views.
+Result Charge(CalcContext* ctx, Result code, const BigInt* v) { return FastCharge(ctx, code, v); }
 
 // The quotient of a block: X < d·B^L with L limbs of quotient (L <= m); R is
 // the reciprocal of d's leading k limbs. q and r written as new.
 Result DivideBlock(CalcContext* ctx, const BigInt* X, const BigInt* d, const BigInt* R, int32_t k,
                    const WrapDivisor& wrap, BigInt* q, BigInt* r) {
     const int32_t m = d->top + 1;
-    BigTemp xt, prod, qd;
-    Result code = Charge(ctx, FastShiftDown(&xt.v, X, m - 2), &xt.v);
-    if (Ok(code) && wrap.rn > 0 && KeptPoints(xt.v.top + 1, R->top + 1) == wrap.rn) {
-        code = MulTransformed(ctx, &xt.v, R, *wrap.rHat, wrap.rn, &prod.v);
+    BigTemp none, prod, qd;
+    Result code = m - 2 > X->top ? BigFromInt(&none.v, 0) : Result::kOk;
+    const BigInt xt = m - 2 > X->top ? none.v : FastViewDown(X, m - 2);
+    if (Ok(code) && wrap.rn > 0 && KeptPoints(xt.top + 1, R->top + 1) == wrap.rn) {
+        code = MulTransformed(ctx, &xt, R, *wrap.rHat, wrap.rn, &prod.v);
     } else if (Ok(code)) {
-        code = Charge(ctx, FastMul(ctx, &prod.v, &xt.v, R), &prod.v);
+        code = Charge(ctx, FastMul(ctx, &prod.v, &xt, R), &prod.v);
     }
-    if (Ok(code)) code = Charge(ctx, FastShiftDown(q, &prod.v, k + 2), q);
+    if (Ok(code) && k + 2 > prod.v.top) {
+        code = BigFromInt(q, 0);
+    } else if (Ok(code)) {
+        const BigInt high = FastViewDown(&prod.v, k + 2);
+        code = FastCopyPolled(ctx, q, &high);
+    }
     // q is within a few units of the quotient, so |X − q·d| < B^(m+2); a short
     // q (the first block) takes the linear product.
     if (Ok(code) && wrap.n > 0 && WrapPoints(q->top + 1, m, m + 2) == wrap.n) {
         code = SubWrapped(ctx, X, q, d, wrap.hat, wrap.n, r);
+        if (Ok(code)) code = Charge(ctx, code, X);
     } else {
         if (Ok(code)) code = Charge(ctx, FastMul(ctx, &qd.v, q, d), &qd.v);
-        if (Ok(code)) code = FastSub(r, X, &qd.v);
+        if (Ok(code)) code = FastSubPolled(ctx, r, X, &qd.v);
     }
-    if (Ok(code)) code = Charge(ctx, code, X);
     for (int i = 0; Ok(code); ++i) {
         const bool low = FastIsNegative(r);
         if (!low && BigCompareMag(r, d) > 0) break;  // 0 <= r < d
         if (i == kMaxCorrections || (ctx->ShouldStop() && (code = Result::kStopped))) break;
-        BigTemp nq, nr;
+        BigTemp nr;
         BigInt one = {};
         code = BigFromInt(&one, 1);
-        if (Ok(code)) code = low ? FastSub(&nq.v, q, &one) : FastAdd(&nq.v, q, &one);
-        if (Ok(code)) code = low ? FastAdd(&nr.v, r, d) : FastSub(&nr.v, r, d);
+        if (Ok(code)) code = FastStepOne(q, !low);
+        // r + d for r < 0 is d − |r|.
+        const BigInt rm = BigMagnitudeView(r);
+        if (Ok(code))
+            code = low ? FastSubPolled(ctx, &nr.v, d, &rm) : FastSubPolled(ctx, &nr.v, r, d);
         BigFree(&one);
-        if (Ok(code)) {
-            BigReplace(q, &nq.v);
-            BigReplace(r, &nr.v);
-        }
+        if (Ok(code)) BigReplace(r, &nr.v);
     }
     if (!Ok(code) || (!FastIsNegative(r) && BigCompareMag(r, d) > 0)) return code;
     // Too far off: long division of the block, right whatever the estimate.
@@ -257,8 +257,8 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
         code = NttForward(clk, rh->limbs, rh->top + 1, n, &rhHat);
         if (Ok(code)) code = SubWrapped(ctx, &power.v, D, rh, &rhHat, n, &e.v);
     } else {
-        if (Ok(code)) code = FastMul(ctx, &t.v, D, rh);
-        if (Ok(code)) code = FastSub(&e.v, &power.v, &t.v);
+        if (Ok(code)) code = Charge(ctx, FastMul(ctx, &t.v, D, rh), &power.v);
+        if (Ok(code)) code = FastSubPolled(ctx, &e.v, &power.v, &t.v);
     }
     // E's low h − 3 limbs move the correction by less than 1/B^2 of a unit.
     const int32_t drop = h - 3;
@@ -270,10 +270,10 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
     }
     if (Ok(code))
         code = Charge(ctx, FastShiftDown(&corrShift.v, &corr.v, 2 * h - drop), &corrShift.v);
-    if (Ok(code)) code = Charge(ctx, FastShiftUp(&r0.v, rh, k - h), &r0.v);
+    if (Ok(code)) code = FastJoinPolled(ctx, &r0.v, rh, nullptr, k - h);
     if (Ok(code)) {
-        corrShift.v.negative = FastIsNegative(&e.v) ? 1 : 0;
-        code = FastAdd(result, &r0.v, &corrShift.v);
+        code = FastIsNegative(&e.v) ? FastSubPolled(ctx, result, &r0.v, &corrShift.v)
+                                    : FastAddPolled(ctx, result, &r0.v, &corrShift.v);
     }
     return code;
 }
@@ -283,10 +283,10 @@ Result NewtonStep(CalcContext* ctx, const BigInt* D, int32_t k, const BigInt* rh
 Result Reciprocal(CalcContext* ctx, const BigInt* D, int32_t k, BigInt* result) {
     assert(D->top + 1 == k && k >= 2);
     if (k <= ReciprocalBaseLimit()) return ReciprocalBase(ctx, D, k, result);
-    BigTemp dh, rh;
+    BigTemp rh;
     const int32_t h = HalfPrecision(k);
-    Result code = FastShiftDown(&dh.v, D, k - h);
-    if (Ok(code)) code = Reciprocal(ctx, &dh.v, h, &rh.v);
+    const BigInt dh = FastViewDown(D, k - h);
+    const Result code = Reciprocal(ctx, &dh, h, &rh.v);
     return !Ok(code) ? code : NewtonStep(ctx, D, k, &rh.v, result);
 }
 
@@ -304,9 +304,8 @@ Result NewtonDivisorStart(CalcContext* ctx, const BigInt* d, NewtonDivisor* divi
     divisor->k = m;
     if (m <= ReciprocalBaseLimit()) return Reciprocal(ctx, d, m, &divisor->R);
     divisor->k = HalfPrecision(m);
-    BigTemp dh;
-    const Result code = FastShiftDown(&dh.v, d, m - divisor->k);
-    return !Ok(code) ? code : Reciprocal(ctx, &dh.v, divisor->k, &divisor->R);
+    const BigInt dh = FastViewDown(d, m - divisor->k);
+    return Reciprocal(ctx, &dh, divisor->k, &divisor->R);
 }
 
 Result NewtonDivisorComplete(CalcContext* ctx, NewtonDivisor* divisor) {
@@ -335,9 +334,8 @@ Result DivModNewton(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* 
     NewtonDivisor divisor;
     divisor.d = d;
     divisor.k = block + 2 < m ? block + 2 : m;
-    BigTemp dk;
-    Result code = FastShiftDown(&dk.v, d, m - divisor.k);
-    if (Ok(code)) code = Reciprocal(ctx, &dk.v, divisor.k, &divisor.R);
+    const BigInt dk = FastViewDown(d, m - divisor.k);
+    const Result code = Reciprocal(ctx, &dk, divisor.k, &divisor.R);
     return !Ok(code) ? code : DivModWithDivisor(ctx, x, &divisor, quotient, remainder);
 }
 
@@ -378,11 +376,11 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
     wrap.rHat = &divisor->rHat;
 
     // rem starts as x's leading m − 1 limbs (below d); each block appends the
-    // next c limbs of x and yields c limbs of quotient.
-    LimbBuffer q(int64_t(total) + 1, true);
+    // next c limbs of x and yields c limbs of quotient (those above the
+    // block's quotient zeroed as it lands).
+    LimbBuffer q(int64_t(total) + 1);
     if (!q.ok()) return Result::kNoMemory;
     BigInt rem = {};
-    code = FastShiftDown(&rem, x, total);
     int32_t done = 0;
     while (Ok(code) && done < total) {
         const int32_t c = done == 0 && total % block != 0 ? total % block : block;
@@ -390,30 +388,37 @@ Result DivModWithDivisor(CalcContext* ctx, const BigInt* x, const NewtonDivisor*
         BigTemp piece, qb, rb;
         // piece = rem·B^c + x's limbs [low, low + c), put together from the
         // c limbs and rem's, so that a block costs no more than its own size
-        // however long x is.
-        LimbBuffer joined(int64_t(c) + rem.top + 1);
-        if (!joined.ok()) code = Result::kNoMemory;
-        if (Ok(code)) {
-            CopyLimbs(joined.get(), x->limbs + low, c);
-            CopyLimbs(joined.get() + c, rem.limbs, rem.top + 1);
+        // however long x is. The first is x's leading part itself.
+        const BigInt lead = FastViewDown(x, low);
+        LimbBuffer joined(done == 0 ? 0 : int64_t(c) + rem.top + 1);
+        if (done > 0 && !joined.ok()) code = Result::kNoMemory;
+        if (Ok(code) && done > 0) code = FastCopyLimbsPolled(ctx, joined.get(), x->limbs + low, c);
+        if (Ok(code) && done > 0)
+            code = FastCopyLimbsPolled(ctx, joined.get() + c, rem.limbs, rem.top + 1);
+        if (Ok(code) && done > 0) {
             // The joined array becomes the piece's: one pass fewer.
             piece.v.top = LimbsTrimTop(joined.get(), c + rem.top);
             piece.v.negative = 0;
             piece.v.limbs = joined.Release();
-            code = Charge(ctx, code, &piece.v);
         }
-        if (Ok(code)) code = DivideBlock(ctx, &piece.v, d, R, k, wrap, &qb.v, &rb.v);
+        if (Ok(code))
+            code = DivideBlock(ctx, done == 0 ? &lead : &piece.v, d, R, k, wrap, &qb.v, &rb.v);
+        // The block's temporaries were released on the way out.
+        if (Ok(code)) code = Charge(ctx, code, &rb.v);
+        assert(!Ok(code) || qb.v.top < c || BigIsZero(&qb.v));
+        if (Ok(code)) code = FastCopyLimbsPolled(ctx, q.get() + low, qb.v.limbs, qb.v.top + 1);
         if (Ok(code)) {
-            assert(qb.v.top < c || BigIsZero(&qb.v));
-            CopyLimbs(q.get() + low, qb.v.limbs, qb.v.top + 1);
+            ZeroLimbs(q.get() + low + qb.v.top + 1, c - qb.v.top - 1);
             BigReplace(&rem, &rb.v);
             done += c;
-            code = Charge(ctx, code, &qb.v);
         }
     }
     if (!again) divisor->ForgetTransforms();
-    if (Ok(code)) code = BigFromLimbs(quotient, q.get(), LimbsTrimTop(q.get(), total - 1), 0);
     if (Ok(code)) {
+        // The quotient takes the block's array over: a spare limb or two, no copy.
+        quotient->top = LimbsTrimTop(q.get(), total - 1);
+        quotient->negative = 0;
+        quotient->limbs = q.Release();
         BigMove(remainder, &rem);
         remainder->negative = 0;
     } else {

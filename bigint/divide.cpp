@@ -4,6 +4,7 @@
 #include <cassert>
 
 #include "bigint/dispatch.h"
+#include "bigint/fast_ops.h"
 #include "bigint/internal.h"
 
 // A lower bound of the next quotient limb of span w (top tw) by d (top td):
@@ -95,7 +96,8 @@ Result DivModSchool(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* 
 // takes the dividend's sign (7 / -2 = -3 rest 1; -7 / 2 = -3 rest -1).
 // Division by zero answers 104 with both results 0; a zero read with more
 // than one limb counts as zero here, where it would otherwise stall the
-// long division.
+// long division. The copies of x (a divisor of 1, a dividend below the
+// divisor) are made in polled slices: x may have 10^8 digits.
 Result BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quotient,
                  BigInt* remainder) {
     BigInt q = {}, r = {};
@@ -105,7 +107,7 @@ Result BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
     } else if (BigIsZero(x)) {
         code = Result::kOk;
     } else if (BigIsOne(d)) {
-        code = BigCopy(&q, x);
+        code = FastCopyPolled(ctx, &q, x);
         q.negative = d->negative != x->negative;
     } else {
         const int order = BigCompareMag(x, d);
@@ -113,7 +115,8 @@ Result BigDivMod(CalcContext* ctx, const BigInt* x, const BigInt* d, BigInt* quo
             code = BigFromInt(&q, 1);
             q.negative = d->negative != x->negative;
         } else if (order > 0) {
-            code = BigCopy(&r, x);
+            code = FastCopyPolled(ctx, &r, x);
+            r.negative = x->negative;
         } else {
             code = DivModDispatch(ctx, x, d, &q, &r);
         }

@@ -52,6 +52,13 @@ Result BigFromLimbs(BigInt* v, const Limb* src, int32_t top, uint8_t negative);
 // out of the top limb, 0 or 1.
 int LimbsAddCarry(const Limb* a, const Limb* b, Limb* d, int32_t ta, int32_t tb);
 
+// d[0..n) := a + b + carry on limbs 0..9999 (d may be a, never b); the
+// carry out, 0 or 1.
+int LimbsAddCarryIn(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry);
+// d[0..n) := a − b − borrow on limbs 0..9999 (d may be a, never b); the
+// borrow out, 0 or 1.
+int LimbsSubBorrow(const Limb* a, const Limb* b, Limb* d, int32_t n, int borrow);
+
 // Lowers top past zero limbs, stopping at 0.
 inline int32_t LimbsTrimTop(const Limb* a, int32_t top) {
     while (top > 0 && a[top] == 0) --top;

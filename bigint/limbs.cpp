@@ -201,6 +201,36 @@ int32_t LimbsSub(Limb* a, const Limb* b, int32_t ta, int32_t tb) {
     return LimbsTrimTop(a, ta);
 }
 
+// d[0..n) := a + b + carry, every limb of a and b 0..9999; d may be a,
+// never b. Answers the carry out, 0 or 1.
+int LimbsAddCarryIn(const Limb* a, const Limb* b, Limb* d, int32_t n, int carry) {
+    int32_t done = 0;
+    if (const LaneKernels* wide = gLaneKernels) {
+        done = n & ~15;
+        carry = wide->add(a, b, d, done, carry);
+    }
+    for (int32_t i = done; i < n; ++i) {
+        const int32_t s = a[i] + b[i] + carry;
+        carry = s >= kLimbBase ? 1 : 0;
+        d[i] = static_cast<Limb>(s - carry * kLimbBase);
+    }
+    return carry;
+}
+
+// d[0..n) := a − b − borrow, every limb of a and b 0..9999; d may be a,
+// never b. Answers the borrow out, 0 or 1.
+int LimbsSubBorrow(const Limb* a, const Limb* b, Limb* d, int32_t n, int borrow) {
+    const LaneKernels* wide = gLaneKernels;
+    const int32_t done = wide != nullptr ? n & ~15 : 0;
+    if (done > 0) borrow = wide->sub(a, b, d, done, borrow);
+    for (int32_t i = done; i < n; ++i) {
+        const int32_t s = a[i] - b[i] - borrow;
+        borrow = s < 0 ? 1 : 0;
+        d[i] = static_cast<Limb>(s + borrow * kLimbBase);
+    }
+    return borrow;
+}
+
 // a := a * f in place, f 0..9999; a holds t + 2 limbs. Answers the new top.
 int32_t LimbsMulSmall(Limb* a, int32_t f, int32_t t) {
     if (f == 0) {

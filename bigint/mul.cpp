@@ -1,4 +1,5 @@
-// Schoolbook multiplication, one poll per row so a long product can be stopped.
+// Schoolbook multiplication, one poll per row (and per 2^18 limbs of a
+// longer row) so a long product can be stopped.
 #include <cassert>
 
 #include "bigint/internal.h"
@@ -9,7 +10,12 @@
 // (pairs below 10^8, so a pair's product and sum stay below 2^40) and puts
 // its carry in the limb above, which no earlier row has written. Answers the
 // product's top, or -1 when the context asks to stop (p then holds the
-// normalised sum of the rows done).
+// normalised sum of the rows done, or part of a row: a row of more than
+// kRowSlice limbs, milliseconds long, polls within too).
+namespace {
+constexpr int32_t kRowSlice = 1 << 18;  // even: slices end between pairs
+}  // namespace
+
 int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_t ta, int32_t tb) {
     assert(ta >= 0 && tb >= 0 && p != a && p != b);
     constexpr uint64_t kPair = uint64_t(kLimbBase) * kLimbBase;
@@ -20,13 +26,17 @@ int32_t LimbsMul(CalcContext* ctx, const Limb* a, const Limb* b, Limb* p, int32_
         Limb* row = p + i;
         uint64_t carry = 0;
         int32_t j = 0;
-        for (; j < ta; j += 2) {
-            const uint64_t v = (limb(a[j]) + limb(a[j + 1]) * kLimbBase) * bi + limb(row[j]) +
-                               limb(row[j + 1]) * kLimbBase + carry;
-            carry = v / kPair;
-            const uint32_t low = static_cast<uint32_t>(v - carry * kPair);
-            row[j] = static_cast<Limb>(low % kLimbBase);
-            row[j + 1] = static_cast<Limb>(low / kLimbBase);
+        while (j < ta) {
+            const int32_t end = ta - j > kRowSlice ? j + kRowSlice : ta;
+            for (; j < end; j += 2) {
+                const uint64_t v = (limb(a[j]) + limb(a[j + 1]) * kLimbBase) * bi + limb(row[j]) +
+                                   limb(row[j + 1]) * kLimbBase + carry;
+                carry = v / kPair;
+                const uint32_t low = static_cast<uint32_t>(v - carry * kPair);
+                row[j] = static_cast<Limb>(low % kLimbBase);
+                row[j + 1] = static_cast<Limb>(low / kLimbBase);
+            }
+            if (j < ta && ctx->ShouldStop()) return -1;
         }
         if (j == ta) {
             const uint64_t v = limb(a[ta]) * bi + limb(row[ta]) + carry;

@@ -202,6 +202,23 @@ Result ListProduct(PollClock& clk, const FactorList& list, BigInt* v) {
     return code;
 }
 
+// The passes between the products of x²·y (moving a piece out of the
+// square, adding its product back) run in slices of this many limbs with a
+// tick each: a piece can hold tens of millions of limbs.
+constexpr int32_t kPassSlice = 1 << 18;
+
+// Units of the poll clock a limb of such a pass.
+constexpr int64_t kPassLimb = 4;
+
+bool AddIntoPolled(PollClock& clk, Limb* p, int32_t lp, const Limb* t, int32_t lt) {
+    for (int32_t from = 0; from < lt; from += kPassSlice) {
+        const int32_t n = std::min(kPassSlice, lt - from);
+        LimbsAddInto(p + from, lp - from, t + from, n);
+        if (clk.Tick(kPassLimb * n)) return false;
+    }
+    return true;
+}
+
 // Squares from which x²·y multiplies in place even where one product would
 // cost a little less (8 MB of limbs).
 constexpr int32_t kInPlaceFrom = 1 << 22;
@@ -215,7 +232,11 @@ Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r) {
     BigFree(x);
     const int32_t ls = LimbsTrim(s.get(), 2 * lx);
     const int32_t total = ls + ly;
-    ZeroLimbs(s.get() + ls, ly);
+    for (int32_t from = 0; from < ly; from += kPassSlice) {
+        const int32_t n = std::min(kPassSlice, ly - from);
+        ZeroLimbs(s.get() + ls + from, n);
+        if (clk.Tick(kPassLimb * n)) return Result::kStopped;
+    }
     int32_t piece = PieceLength(ls, ly, ls >= kInPlaceFrom);
     if (piece >= ls && ly >= gFastThresholds.mulNtt) {
         // One product: the square and the result are both alive.
@@ -226,15 +247,17 @@ Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r) {
     if (!copy || !product) return Result::kNoMemory;
     for (int32_t off = (ls - 1) / piece * piece; Ok(code) && off >= 0; off -= piece) {
         const int32_t q = std::min(piece, ls - off);
-        CopyLimbs(copy.get(), s.get() + off, q);
-        ZeroLimbs(s.get() + off, q);
-        // The copy, the zeros and the last piece's addition poll nowhere else.
-        if (clk.Tick(4 * (int64_t(q) + ly))) return Result::kStopped;
+        for (int32_t from = 0; from < q; from += kPassSlice) {
+            const int32_t n = std::min(kPassSlice, q - from);
+            CopyLimbs(copy.get() + from, s.get() + off + from, n);
+            ZeroLimbs(s.get() + off + from, n);
+            if (clk.Tick(kPassLimb * n)) return Result::kStopped;
+        }
         code = q >= ly ? MulRec(clk, copy.get(), q, y->limbs, ly, product.get())
                        : MulRec(clk, y->limbs, ly, copy.get(), q, product.get());
-        if (Ok(code))
-            LimbsAddInto(s.get() + off, total - off, product.get(),
-                         LimbsTrim(product.get(), q + ly));
+        if (Ok(code) && !AddIntoPolled(clk, s.get() + off, total - off, product.get(),
+                                       LimbsTrim(product.get(), q + ly)))
+            code = Result::kStopped;
     }
     if (!Ok(code)) return code;
     r->top = LimbsTrimTop(s.get(), total - 1);

@@ -37,6 +37,11 @@ Result ListProduct(PollClock& clk, const FactorList& list, BigInt* v);
 // released).
 Result SquareTimes(PollClock& clk, BigInt* x, const BigInt* y, BigInt* r);
 
+// p[0 … lp) += t[0 … lt) as LimbsAddInto, in slices with a tick of clk
+// each; false when told to stop. Each slice's carry runs on into p, so the
+// sum is the same.
+bool AddIntoPolled(PollClock& clk, Limb* p, int32_t lp, const Limb* t, int32_t lt);
+
 // r := x·y for canonical x, y >= 1 (x == y squares), in r's own array
 // without a copy; x and y are left alone. kOk, kNoMemory, kStopped.
 Result ProductInto(PollClock& clk, const BigInt* x, const BigInt* y, BigInt* r);

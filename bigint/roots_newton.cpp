@@ -19,11 +19,18 @@
 // which bound u from below; the full division runs only when that bound and
 // q's leading limbs cannot show r > 0 (exact cubes, about 1 in 10^8 others).
 //
+// Polls: the products and divisions poll; every copy, shift and sum between
+// them is charged to the clock after it is made (FastCharge), the long
+// differences poll within (FastSubPolled), and the parts of a that are only
+// read are views of its limbs, so that a root of 10^8 digits still polls
+// every few ms.
+//
 // Allocation: none of its own; its records come from the operations it
 // calls, which answer code 3 for a refused array.
 #include <initializer_list>
 
 #include "bigint/dispatch.h"
+#include "bigint/fast_ops.h"
 #include "bigint/fast_paths.h"
 #include "bigint/thresholds.h"
 
@@ -35,10 +42,29 @@ Result AddSmall(BigInt* r, const BigInt* x, int32_t n) {
     return !Ok(code) ? code : FastAdd(r, x, &t.v);
 }
 
-Result Times3(BigInt* r, const BigInt* x) {
+Result Times3(CalcContext* ctx, BigInt* r, const BigInt* x) {
     BigTemp twice;
-    const Result code = FastAdd(&twice.v, x, x);
-    return !Ok(code) ? code : FastAdd(r, &twice.v, x);
+    const Result code = FastAddPolled(ctx, &twice.v, x, x);
+    return !Ok(code) ? code : FastAddPolled(ctx, r, &twice.v, x);
+}
+
+// hi·B^l + lo for non-negative canonical hi and lo: one polled pass when lo
+// is below B^l, else the shift and a polled sum.
+Result ShiftAdd(CalcContext* ctx, BigInt* r, const BigInt* hi, const BigInt* lo, int32_t l) {
+    if (lo->top < l) return FastJoinPolled(ctx, r, hi, lo, l);
+    BigTemp shifted;
+    const Result code = FastJoinPolled(ctx, &shifted.v, hi, nullptr, l);
+    return !Ok(code) ? code : FastAddPolled(ctx, r, &shifted.v, lo);
+}
+
+// Whether a > b·B^shift, for canonical magnitudes, without forming the product.
+bool AboveShifted(const BigInt* a, const BigInt* b, int32_t shift) {
+    if (BigIsZero(b)) return !BigIsZero(a);
+    const int32_t top = b->top + shift;
+    if (a->top != top) return a->top > top;
+    for (int32_t i = b->top; i >= 0; --i)
+        if (a->limbs[i + shift] != b->limbs[i]) return a->limbs[i + shift] > b->limbs[i];
+    return LimbsTrimTop(a->limbs, shift - 1) > 0 || (shift > 0 && a->limbs[0] != 0);
 }
 
 // Leading limbs kept of each factor when a remainder's sign is bounded.
@@ -65,9 +91,7 @@ Result ShownAbove(CalcContext* ctx, const BigInt* a, std::initializer_list<const
         if (Ok(code)) BigReplace(&bound.v, &next.v);
         shift += drop;
     }
-    BigTemp full;
-    if (Ok(code)) code = FastShiftUp(&full.v, &bound.v, shift);
-    if (Ok(code)) *shown = BigCompareMag(a, &full.v) < 0;
+    if (Ok(code)) *shown = AboveShifted(a, &bound.v, shift);
     return code;
 }
 
@@ -80,26 +104,24 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
         BigTemp sq;
         Result code = SqrtSchool(ctx, a, s);
         if (Ok(code) || code == 1) code = FastMul(ctx, &sq.v, s, s);
-        return !Ok(code) ? code : FastSub(r, a, &sq.v);
+        return !Ok(code) ? code : FastSubPolled(ctx, r, a, &sq.v);
     }
-    BigTemp top, s1, r1, a1, num, num1, two, q, u, qq, t, t1, a0, rr, ss;
-    Result code = FastShiftDown(&top.v, a, 2 * l);
-    if (Ok(code)) code = SqrtRem(ctx, &top.v, &s1.v, &r1.v, true);
+    BigTemp s1, r1, num, two, q, u, qq, t1, rr, ss;
+    const BigInt top = FastViewDown(a, 2 * l);
+    Result code = SqrtRem(ctx, &top, &s1.v, &r1.v, true);
     // num = r'·β + a1, divided by 2s'
-    if (Ok(code)) code = FastShiftDown(&t.v, a, l);
-    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
-    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
-    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
-    if (Ok(code)) code = FastAdd(&two.v, &s1.v, &s1.v);
+    const BigInt mid = FastViewDown(a, l);
+    const BigInt a1 = FastViewLow(&mid, l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &num.v, &r1.v, &a1, l);
+    BigFree(&r1.v);
+    if (Ok(code)) code = FastAddPolled(ctx, &two.v, &s1.v, &s1.v);
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &two.v, &q.v, &u.v);
+    BigFree(&num.v);
+    BigFree(&two.v);
     // s = s'·β + q;  r = u·β + a0 − q²
-    if (Ok(code)) code = FastShiftUp(&t1.v, &s1.v, l);
-    if (Ok(code)) code = FastAdd(&ss.v, &t1.v, &q.v);
-    if (Ok(code)) code = FastLowPart(&a0.v, a, l);
-    BigFree(&t.v);
-    if (Ok(code)) code = FastShiftUp(&t.v, &u.v, l);
-    BigFree(&t1.v);
-    if (Ok(code)) code = FastAdd(&t1.v, &t.v, &a0.v);
+    if (Ok(code)) code = ShiftAdd(ctx, &ss.v, &s1.v, &q.v, l);
+    const BigInt a0 = FastViewLow(a, l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &t1.v, &u.v, &a0, l);
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &t1.v, {&q.v, &q.v}, &shown);
     if (Ok(code) && shown) {
@@ -108,16 +130,16 @@ Result SqrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
         return code;
     }
     if (Ok(code)) code = FastMul(ctx, &qq.v, &q.v, &q.v);
-    if (Ok(code)) code = FastSub(&rr.v, &t1.v, &qq.v);
+    if (Ok(code)) code = FastSubPolled(ctx, &rr.v, &t1.v, &qq.v);
     // One correction suffices in theory; the loop also guards a remainder
     // that came out too large.
     while (Ok(code) && FastIsNegative(&rr.v)) {
         BigTemp s2, r2, r3;
-        code = FastAdd(&s2.v, &ss.v, &ss.v);                // 2s
-        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &s2.v);  // r + 2s
-        if (Ok(code)) code = AddSmall(&r3.v, &r2.v, -1);    // r + 2s − 1
+        code = FastCharge(ctx, FastAdd(&s2.v, &ss.v, &ss.v), &s2.v);                // 2s
+        if (Ok(code)) code = FastCharge(ctx, FastAdd(&r2.v, &rr.v, &s2.v), &r2.v);  // r + 2s
+        if (Ok(code)) code = FastCharge(ctx, AddSmall(&r3.v, &r2.v, -1), &r3.v);    // r + 2s − 1
         BigFree(&s2.v);
-        if (Ok(code)) code = AddSmall(&s2.v, &ss.v, -1);
+        if (Ok(code)) code = FastCharge(ctx, AddSmall(&s2.v, &ss.v, -1), &s2.v);
         if (Ok(code)) {
             BigReplace(&rr.v, &r3.v);
             BigReplace(&ss.v, &s2.v);
@@ -146,11 +168,15 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     const int32_t m = d->top + 1 - (l + 8);
     const int32_t shift = m - kGuard;
     if (m < 2 || shift + 2 * l < 0) return Result::kOk;
-    BigTemp xt, dt, est, rem, q, frac, t, w, ss, lead, low, s3;
-    Result code = shift >= 0 ? FastShiftDown(&xt.v, num, shift) : FastShiftUp(&xt.v, num, -shift);
-    if (Ok(code)) code = FastShiftDown(&dt.v, d, m);
-    if (Ok(code)) code = FastDivMod(ctx, &xt.v, &dt.v, &est.v, &rem.v);
-    if (Ok(code)) code = FastShiftDown(&q.v, &est.v, kGuard);
+    BigTemp up, est, rem, q, frac, t, w, ss, lead, low, s3;
+    const bool view = shift >= 0 && shift <= num->top;
+    Result code = view        ? Result::kOk
+                  : shift < 0 ? FastJoinPolled(ctx, &up.v, num, nullptr, -shift)
+                              : BigFromInt(&up.v, 0);
+    const BigInt xt = view ? FastViewDown(num, shift) : up.v;
+    const BigInt dt = FastViewDown(d, m);
+    if (Ok(code)) code = FastDivMod(ctx, &xt, &dt, &est.v, &rem.v);
+    if (Ok(code)) code = FastCharge(ctx, FastShiftDown(&q.v, &est.v, kGuard), &q.v);
     if (Ok(code)) code = FastLowPart(&frac.v, &est.v, kGuard);
     if (!Ok(code)) return code;
     // The fraction's two leading limbs f2: with T within three units of est,
@@ -161,14 +187,14 @@ Result TopQuotientShown(CalcContext* ctx, const BigInt* num, const BigInt* d, co
     // u >= (f2 − 1)·dt·B^(m − 2).
     BigTemp fl;
     code = BigFromInt(&fl.v, f2 - 1);
-    if (Ok(code)) code = FastMul(ctx, &lead.v, &fl.v, &dt.v);
-    if (Ok(code)) code = FastShiftUp(&low.v, &lead.v, m - 2 + 2 * l);
-    if (Ok(code)) code = FastShiftUp(&t.v, s1, l);
-    if (Ok(code)) code = Times3(&s3.v, &t.v);
-    if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
+    if (Ok(code)) code = FastMul(ctx, &lead.v, &fl.v, &dt);
+    if (Ok(code)) code = FastJoinPolled(ctx, &low.v, &lead.v, nullptr, m - 2 + 2 * l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &t.v, s1, nullptr, l);
+    if (Ok(code)) code = Times3(ctx, &s3.v, &t.v);
+    if (Ok(code)) code = FastAddPolled(ctx, &w.v, &s3.v, &q.v);
     if (Ok(code)) code = ShownAbove(ctx, &low.v, {&q.v, &q.v, &w.v}, shown);
     if (Ok(code) && *shown) {
-        code = FastAdd(&ss.v, &t.v, &q.v);
+        code = FastAddPolled(ctx, &ss.v, &t.v, &q.v);
         if (Ok(code)) BigMove(s, &ss.v);
         if (!Ok(code)) *shown = false;
     }
@@ -188,34 +214,32 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
             code = FastMul(ctx, &sq.v, s, s);
         }
         if (Ok(code)) code = FastMul(ctx, &cube.v, &sq.v, s);
-        return !Ok(code) ? code : FastSub(r, a, &cube.v);
+        return !Ok(code) ? code : FastSubPolled(ctx, r, a, &cube.v);
     }
-    BigTemp top, s1, r1, t, a1, num1, num, sq, d, q, u, ss, q2, s3, w, c, a0, ub, sum, rr;
-    Result code = FastShiftDown(&top.v, a, 3 * l);
-    if (Ok(code)) code = CbrtRem(ctx, &top.v, &s1.v, &r1.v, true);
-    BigFree(&top.v);
+    BigTemp s1, r1, t, num, sq, d, q, u, ss, q2, s3, w, c, sum, rr;
+    const BigInt top = FastViewDown(a, 3 * l);
+    Result code = CbrtRem(ctx, &top, &s1.v, &r1.v, true);
     // q, u = divmod(r'·β + a1, 3s'²), a1 the limbs [2l, 3l) of a.
-    if (Ok(code)) code = FastShiftDown(&t.v, a, 2 * l);
-    if (Ok(code)) code = FastLowPart(&a1.v, &t.v, l);
-    if (Ok(code)) code = FastShiftUp(&num1.v, &r1.v, l);
-    if (Ok(code)) code = FastAdd(&num.v, &num1.v, &a1.v);
+    const BigInt mid = FastViewDown(a, 2 * l);
+    const BigInt a1 = FastViewLow(&mid, l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &num.v, &r1.v, &a1, l);
+    BigFree(&r1.v);
     if (Ok(code)) code = FastMul(ctx, &sq.v, &s1.v, &s1.v);
-    if (Ok(code)) code = Times3(&d.v, &sq.v);
+    if (Ok(code)) code = Times3(ctx, &d.v, &sq.v);
     if (Ok(code) && !exact) {
         bool shown = false;
         code = TopQuotientShown(ctx, &num.v, &d.v, &s1.v, l, s, &shown);
         if (Ok(code) && shown) return BigFromInt(r, 1);
     }
     if (Ok(code)) code = FastDivMod(ctx, &num.v, &d.v, &q.v, &u.v);
+    BigFree(&num.v);
     // s = s'·β + q;  r = u·β² + a0 − q²·(3s'·β + q)
-    BigFree(&t.v);
-    if (Ok(code)) code = FastShiftUp(&t.v, &s1.v, l);
-    if (Ok(code)) code = FastAdd(&ss.v, &t.v, &q.v);
-    if (Ok(code)) code = Times3(&s3.v, &t.v);
-    if (Ok(code)) code = FastAdd(&w.v, &s3.v, &q.v);
-    if (Ok(code)) code = FastLowPart(&a0.v, a, 2 * l);
-    if (Ok(code)) code = FastShiftUp(&ub.v, &u.v, 2 * l);
-    if (Ok(code)) code = FastAdd(&sum.v, &ub.v, &a0.v);
+    if (Ok(code)) code = FastJoinPolled(ctx, &t.v, &s1.v, nullptr, l);
+    if (Ok(code)) code = FastAddPolled(ctx, &ss.v, &t.v, &q.v);
+    if (Ok(code)) code = Times3(ctx, &s3.v, &t.v);
+    if (Ok(code)) code = FastAddPolled(ctx, &w.v, &s3.v, &q.v);
+    const BigInt a0 = FastViewLow(a, 2 * l);
+    if (Ok(code)) code = FastJoinPolled(ctx, &sum.v, &u.v, &a0, 2 * l);
     bool shown = false;
     if (Ok(code) && !exact) code = ShownAbove(ctx, &sum.v, {&q.v, &q.v, &w.v}, &shown);
     if (Ok(code) && shown) {
@@ -225,20 +249,21 @@ Result CbrtRem(CalcContext* ctx, const BigInt* a, BigInt* s, BigInt* r, bool exa
     }
     if (Ok(code)) code = FastMul(ctx, &q2.v, &q.v, &q.v);
     if (Ok(code)) code = FastMul(ctx, &c.v, &q2.v, &w.v);
-    if (Ok(code)) code = FastSub(&rr.v, &sum.v, &c.v);
+    if (Ok(code)) code = FastSubPolled(ctx, &rr.v, &sum.v, &c.v);
     // q = floor(num / 3s'²) never falls below the root's low part, and s'
     // has two limbs more than β, so it exceeds it by one at most, and rarely:
     // (s − 1)³ = s³ − (3s² − 3s + 1) then needs s² once.
     while (Ok(code) && FastIsNegative(&rr.v)) {
         BigTemp one, s0, sq0, t3, t3s, d1, d2, r2;
         code = BigFromInt(&one.v, 1);
-        if (Ok(code)) code = FastSub(&s0.v, &ss.v, &one.v);
+        if (Ok(code)) code = FastCharge(ctx, FastSub(&s0.v, &ss.v, &one.v), &s0.v);
         if (Ok(code)) code = FastMul(ctx, &sq0.v, &s0.v, &s0.v);
-        if (Ok(code)) code = Times3(&t3.v, &sq0.v);  // 3s0²
-        if (Ok(code)) code = Times3(&t3s.v, &s0.v);  // 3s0
-        if (Ok(code)) code = FastAdd(&d1.v, &t3.v, &t3s.v);
-        if (Ok(code)) code = FastAdd(&d2.v, &d1.v, &one.v);  // (s0 + 1)³ − s0³
-        if (Ok(code)) code = FastAdd(&r2.v, &rr.v, &d2.v);
+        if (Ok(code)) code = Times3(ctx, &t3.v, &sq0.v);  // 3s0²
+        if (Ok(code)) code = Times3(ctx, &t3s.v, &s0.v);  // 3s0
+        if (Ok(code)) code = FastCharge(ctx, FastAdd(&d1.v, &t3.v, &t3s.v), &d1.v);
+        if (Ok(code))
+            code = FastCharge(ctx, FastAdd(&d2.v, &d1.v, &one.v), &d2.v);  // (s0 + 1)³ − s0³
+        if (Ok(code)) code = FastCharge(ctx, FastAdd(&r2.v, &rr.v, &d2.v), &r2.v);
         if (Ok(code)) {
             BigReplace(&ss.v, &s0.v);
             BigReplace(&rr.v, &r2.v);

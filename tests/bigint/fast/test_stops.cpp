@@ -54,20 +54,22 @@ TEST(FastStops, QStopsEveryFastPathAtAnyPoll) {
     }
 }
 
-// With a poll at every tick, a stop at any poll of a Newton division and of a
-// square root, the copies and shifts between their products included, ends
-// the operation there with nothing written.
+// With a poll at every tick, a stop at any poll of a Newton division, of a
+// square root and of a factorial from its primes, the copies, shifts and
+// sums between their products included, ends the operation there with
+// nothing written.
 TEST(FastStops, StopsAtEveryPollOfTheNewtonPasses) {
     FastThresholds t = FastThresholds::Lowered();
     t.nttParallel = 0;
     t.pollWork = 1;
     ThresholdScope scope(t);
-    Num x, d, rest;
+    Num x, d, rest, n("2000");
     RandomBig(&x.v, 900, true);
     RandomBig(&d.v, 300, true);
     const std::function<Result(CalcContext*, BigInt*)> ops[] = {
         [&](CalcContext* c, BigInt* r) { return BigDivMod(c, &x.v, &d.v, r, rest.Out()); },
         [&](CalcContext* c, BigInt* r) { return BigSqrt(c, &x.v, r); },
+        [&](CalcContext* c, BigInt* r) { return BigFact(c, r, &n.v); },
     };
     for (const auto& op : ops) {
         // The divisor cache keeps the reciprocal of the first run: count the
