@@ -377,16 +377,19 @@ bool Load(PollClock& clk, const Field& f, const Limb* a, int64_t la, int k, uint
     const uint64_t scaleR = f.ToMont(1000000000000u);
     const uint64_t p2 = 2 * f.p;
     auto limb = [&](int64_t i) { return i < la ? uint64_t(static_cast<uint16_t>(a[i])) : 0u; };
+    // The zeros past the operand are charged too: on fresh pages they cost
+    // as much as the points (a short factor of a 10^8-digit product leaves
+    // hundreds of MB of them).
     for (int64_t i = from; i < to; ++i) {
         const int64_t at = i * k;
-        if (at >= la) {
+        if (at < la) {
+            uint64_t low = 0, high = 0;
+            for (int t = std::min(k, 3) - 1; t >= 0; --t) low = low * 10000 + limb(at + t);
+            for (int t = k - 1; t >= 3; --t) high = high * 10000 + limb(at + t);
+            out[i] = Fold(low + f.Mul(high, scaleR), p2);
+        } else {
             out[i] = 0;
-            continue;
         }
-        uint64_t low = 0, high = 0;
-        for (int t = std::min(k, 3) - 1; t >= 0; --t) low = low * 10000 + limb(at + t);
-        for (int t = k - 1; t >= 3; --t) high = high * 10000 + limb(at + t);
-        out[i] = Fold(low + f.Mul(high, scaleR), p2);
         if ((i & 4095) == 4095 && clk.Tick(4096 * kLoadPoint)) return false;
     }
     return true;
@@ -680,15 +683,15 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
     for (int64_t i = from; i < to; ++i) {
         const int64_t bit = i * b;
         const int64_t w = bit >> 5;
-        if (w >= la) {
+        if (w < la) {
+            Wide x = a[w];
+            if (w + 1 < la) x |= Wide(a[w + 1]) << 32;
+            if (w + 2 < la) x |= Wide(a[w + 2]) << 64;
+            const uint64_t v = static_cast<uint64_t>(x >> (bit & 31)) & mask;
+            out[i] = vec ? v : v - (v >> 62) * f.p;
+        } else {
             out[i] = 0;
-            continue;
         }
-        Wide x = a[w];
-        if (w + 1 < la) x |= Wide(a[w + 1]) << 32;
-        if (w + 2 < la) x |= Wide(a[w + 2]) << 64;
-        const uint64_t v = static_cast<uint64_t>(x >> (bit & 31)) & mask;
-        out[i] = vec ? v : v - (v >> 62) * f.p;
         if ((i & 4095) == 4095 && clk.Tick(4096 * kLoadPoint / 4)) return false;
     }
     return true;
