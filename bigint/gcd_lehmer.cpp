@@ -41,9 +41,15 @@ double ToDouble(int64_t v) { return double(v); }
 template <typename T>
 bool Quotient(T num, T den, int64_t* q) {
     if (den <= 0 || num < 0) return false;
-    if (num < den) {
-        *q = 0;
-        return true;
+    // Two quotients in three are 1, 2 or 3 (Gauss–Kuzmin): subtractions
+    // find them for less than the conversions and the division below.
+    T rest = num;
+    for (int64_t k = 0; k < 4; ++k) {
+        if (rest < den) {
+            *q = k;
+            return true;
+        }
+        rest -= den;
     }
     const double estimate = ToDouble(num) / ToDouble(den);
     if (estimate > 1e15) return false;
