@@ -329,15 +329,18 @@ Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp&
 
 // Steps under the floor B^s on a >= b >= B^s while a has more than
 // stopLen limbs: Lehmer's step, or one division where the leading limbs
-// decide nothing. m receives the steps; *blocked tells that the next
-// remainder falls below B^s, so no step is left. Every array is allocated
-// once, in words of 10^8: the pair only shrinks, and the entries stay below
-// a / B^s.
+// decide nothing. With `onto` false m receives the steps; with it true m is
+// multiplied by them, each step carried to m's rows at once, which costs
+// less than a product by the steps' short matrix afterwards. *blocked tells
+// that the next remainder falls below B^s, so no step is left. Every array
+// is allocated once, in words of 10^8: the pair only shrinks, and the steps'
+// entries stay below a / B^s, so m's grow by fewer limbs than a has above s.
 Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
-            bool* blocked) {
+            bool* blocked, bool onto = false) {
     *moved = false;
     *blocked = false;
-    const int32_t room = (Len(a.v) + 1) / 2 + 4;
+    const int32_t grown = onto ? LongestEntry(*m) + std::max(Len(a.v) - s, 0) + 2 : 0;
+    const int32_t room = (std::max(Len(a.v), grown) + 1) / 2 + 4;
     WordSlot x, y, sx, sy, u[2][2], t0, t1;
     Result code = Result::kOk;
     for (WordSlot* w : {&x, &y, &sx, &sy, &u[0][0], &u[0][1], &u[1][0], &u[1][1], &t0, &t1})
@@ -345,8 +348,14 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
     if (!Ok(code)) return code;
     x.FromLimbs(a.v.limbs, Len(a.v));
     y.FromLimbs(b.v.limbs, Len(b.v));
-    for (int i = 0; i < 4; ++i) u[i / 2][i % 2].get()[0] = i == 0 || i == 3 ? 1 : 0;
-    int det = 1;
+    for (int i = 0; i < 4; ++i) {
+        WordSlot& e = u[i / 2][i % 2];
+        if (onto)
+            e.FromLimbs(m->u[i / 2][i % 2].v.limbs, Len(m->u[i / 2][i % 2].v));
+        else
+            e.get()[0] = i == 0 || i == 3 ? 1 : 0;
+    }
+    int det = onto ? m->det : 1;
     while (Ok(code) && x.Limbs() > stopLen) {
         if (run.clk.Tick(8 * int64_t(x.Limbs()))) return Result::kStopped;
         // Every step keeps y at least B^s; the test keeps a pair that broke
@@ -395,6 +404,8 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
     }
     if (Ok(code)) code = x.Store(&a.v);
     if (Ok(code)) code = y.Store(&b.v);
+    if (onto && !*moved) return code;
+    // A refusal here leaves m part old, part new: the callers then drop it.
     for (int i = 0; i < 4 && Ok(code); ++i) code = u[i / 2][i % 2].Store(&m->u[i / 2][i % 2].v);
     m->det = det;
     return code;
@@ -424,12 +435,10 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
 // Leaf steps on a >= b, taken on by m; *blocked as for Leaf.
 Result LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m,
                  bool* moved, bool* blocked) {
-    Matrix steps;
     bool stepped = false;
-    const Result code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
-    if (!Ok(code) || !stepped) return code;
-    *moved = true;
-    return MatMul(run, m, steps);
+    const Result code = Leaf(run, a, b, s, stopLen, m, &stepped, blocked, true);
+    if (stepped) *moved = true;
+    return code;
 }
 
 // B^n > a >= b, m the identity: reduces the pair while both stay at least
