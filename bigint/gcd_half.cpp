@@ -26,8 +26,9 @@
 // the transform in pieces (ntt_plan.h): each factor is transformed once and
 // each result is one inverse transform of a sum (or difference) of two
 // pointwise products, so M1·M2 costs 8 forward and 4 inverse transforms
-// (Strassen's seven products, 21) and the pair's update 6 and 2; the update
-// keeps M2's transforms for M1·M2 when the lengths agree. A sum of two
+// (Strassen's seven products, 21) and the pair's update 6 and 2; the
+// updates keep M1's and M2's transforms for M1·M2 when the lengths agree
+// (no Lehmer step came between the halves), leaving 4 inverse transforms. A sum of two
 // products per coefficient doubles the coefficient bound, still far below
 // what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
 // products go by MulRec, M1·M2 in Strassen's form past Karatsuba's size.
@@ -149,8 +150,10 @@ Result TakeSum(Run& run, NttVector* acc, int32_t count, BigInt* r) {
     return Result::kOk;
 }
 
-// m := m·n; nHat (or null) may hold n's transforms for the summed products.
-Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullptr) {
+// m := m·n; nHat (or null) may hold n's transforms for the summed products,
+// mHat (or null) m's.
+Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullptr,
+              const HgcdMatrixHat* mHat = nullptr) {
     Matrix r;
     if (IsIdentity(*m)) {
         Result code = Result::kOk;
@@ -168,7 +171,7 @@ Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullpt
                                        {&m->u[1][0].v, &m->u[1][1].v}};
         const BigInt* const b[2][2] = {{&n.u[0][0].v, &n.u[0][1].v}, {&n.u[1][0].v, &n.u[1][1].v}};
         BigInt* const c[2][2] = {{&r.u[0][0].v, &r.u[0][1].v}, {&r.u[1][0].v, &r.u[1][1].v}};
-        const Result code = HgcdMatMulNtt(run, 2, a, b, c, nHat != nullptr ? nHat : &own);
+        const Result code = HgcdMatMulNtt(run, 2, a, b, c, nHat != nullptr ? nHat : &own, mHat);
         if (!Ok(code)) return code;
         r.det = m->det * n.det;
         Exchange(m, &r);
@@ -415,7 +418,11 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
 
 // The tops a / B^p >= b / B^p (below B^n) reduced by Hgcd and carried to
 // the whole pair, a >= b again afterwards; m takes the call's matrix on.
-Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved) {
+// mHat (or null) holds m's transforms where it has some (n = 0: none) and
+// keeps m's afterwards when m was the identity (m is then the call's
+// matrix, transformed for the pair's update), none otherwise.
+Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved,
+                  HgcdMatrixHat* mHat = nullptr) {
     BigTemp A, B;
     Matrix top;
     bool topMoved = false;
@@ -424,10 +431,18 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
     if (Ok(code)) code = SetIdentity(&top);
     if (Ok(code)) code = Hgcd(run, A, B, n, &top, &topMoved);
     if (!Ok(code) || !topMoved) return code;
-    HgcdMatrixHat topHat;
-    code = Adjust(run, a, b, A, B, top, p, &topHat);
-    if (Ok(code)) code = MatMul(run, m, top, &topHat);
-    if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
+    HgcdMatrixHat own;
+    const bool first = mHat != nullptr && IsIdentity(*m);
+    HgcdMatrixHat* topHat = first ? mHat : &own;
+    if (first) mHat->n = 0;
+    code = Adjust(run, a, b, A, B, top, p, topHat);
+    if (Ok(code)) code = MatMul(run, m, top, topHat, first ? nullptr : mHat);
+    if (!first && mHat != nullptr) mHat->n = 0;
+    // The exchange swaps m's columns: its kept transforms no longer match.
+    if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) {
+        SwapPair(a, b, m);
+        if (mHat != nullptr) mHat->n = 0;
+    }
     *moved = true;
     return code;
 }
@@ -451,15 +466,22 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
     if (!AtLeastPower(b.v, s)) return Result::kOk;
     bool blocked = false;
     if (n < gFastThresholds.gcdHalfLeaf) return Leaf(run, a, b, s, 0, m, moved, &blocked);
-    Result code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
-    // About 3n/4 limbs are left, sometimes after one division more.
-    const int32_t n2 = 3 * n / 4 + 1;
-    if (Ok(code) && Len(a.v) > n2) code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
+    HgcdMatrixHat mHat;
+    Result code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved, &mHat);
+    // About 3n/4 limbs are left, sometimes after one division more. A few
+    // limbs more go to the second call, which then can take the first
+    // matrix's transforms for the product of the two.
+    const int32_t n2 = 3 * n / 4 + 4;
+    if (Ok(code) && Len(a.v) > n2) {
+        code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
+        mHat.n = 0;
+    }
     if (!Ok(code) || blocked) return code;
     // Split so that the call's floor lands at B^(s + 1): its top has
     // n' = 2·len − 2s − 1 limbs, odd, so n'/2 + 1 + p = s + 1.
     const int32_t len = Len(a.v);
-    if (len > s + 2) code = ReduceTops(run, a, b, 2 * s - len + 1, 2 * len - 2 * s - 1, m, moved);
+    if (len > s + 2)
+        code = ReduceTops(run, a, b, 2 * s - len + 1, 2 * len - 2 * s - 1, m, moved, &mHat);
     if (Ok(code)) code = LeafSteps(run, a, b, s, 0, m, moved, &blocked);
     return code;
 }
@@ -472,7 +494,8 @@ bool HgcdUseTransforms(int32_t shorter, int32_t longer) {
 }
 
 Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
-                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat) {
+                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat,
+                     const HgcdMatrixHat* aHat) {
     int32_t la = 1, lb = 1;
     for (int i = 0; i < 2; ++i)
         for (int t = 0; t < 2; ++t) {
@@ -494,12 +517,18 @@ Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
     }
     NttVector row[2], acc;
     if (!acc.Reset(n)) return Result::kNoMemory;
+    const bool kept = aHat != nullptr && aHat->n == n;
     for (int i = 0; i < rows && Ok(code); ++i) {
-        for (int t = 0; t < 2 && Ok(code); ++t)
-            code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        const NttVector* hat[2] = {&row[0], &row[1]};
+        for (int t = 0; t < 2 && Ok(code); ++t) {
+            if (kept)
+                hat[t] = &aHat->u[i][t];
+            else
+                code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        }
         for (int j = 0; j < 2 && Ok(code); ++j) {
-            NttMulAccumulate(&acc, row[0], bHat->u[0][j], NttAccumulate::kSet);
-            NttMulAccumulate(&acc, row[1], bHat->u[1][j], NttAccumulate::kAdd);
+            NttMulAccumulate(&acc, *hat[0], bHat->u[0][j], NttAccumulate::kSet);
+            NttMulAccumulate(&acc, *hat[1], bHat->u[1][j], NttAccumulate::kAdd);
             code = TakeSum(run, &acc, count, r[i][j]);
         }
     }

@@ -232,3 +232,36 @@ TEST(FastGcd, ShortOperandsAgreeWithGmpAndStop) {
     ExpectStopsAtEveryPoll(
         [&](CalcContext* c, BigInt* r) { return BigGcd(c, &big.v, &seven.v, r); });
 }
+
+// Pairs whose quotient sequences hold many long quotients (up to 40 digits,
+// one in twelve): the half-gcd's tops often stop short of their floor, so
+// Lehmer's steps run between the two halves and onto the matrix, and the
+// first half's matrix is exchanged or stepped after its transforms were kept
+// for the product with the second. Every product by transforms, or only the
+// long ones.
+TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
+    auto build = [](int32_t count, mpz_class* x, mpz_class* y) {
+        mpz_class a = 1, b = 0;
+        for (int32_t i = 0; i < count; ++i) {
+            mpz_class q = 1 + Rng()() % 6;
+            if (Rng()() % 12 == 0) mpz_ui_pow_ui(q.get_mpz_t(), 10, 4 + Rng()() % 36);
+            b += (q + int32_t(Rng()() % 1000)) * a;
+            swap(a, b);
+        }
+        *x = a;
+        *y = b;
+    };
+    FastThresholds lowered = FastThresholds::Lowered();
+    for (int32_t from : {1, 60}) {
+        lowered.gcdHalfLeaf = 8;
+        lowered.gcdMatrixNtt = from;
+        ThresholdScope scope(lowered);
+        for (int32_t count : {300, 1500}) {
+            mpz_class x, y;
+            build(count, &x, &y);
+            CheckGcd(FromMpz(x), FromMpz(y), false);
+            CheckGcd(FromMpz(x * 7919), FromMpz(y * 7919), false);
+            CheckInverse(FromMpz(y), FromMpz(x));
+        }
+    }
+}
