@@ -486,6 +486,22 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
     return code;
 }
 
+// The top's length for a round of the gcd on a pair of len limbs: the
+// longest n <= len of the form 2^k − 2^(k−6), or len − len/2 when that is
+// longer. A level of Hgcd on n limbs multiplies factors of about n/4 limbs
+// into products of n/2 plus a few, and its calls get about n/2 + 1 limbs:
+// from such an n, every level's products nearly fill their power-of-two
+// transforms (a few limbs of slack at each, 2^(k−7) at the top), where
+// len/2 often leaves a quarter of them empty.
+int32_t FittingTop(int32_t len) {
+    int32_t best = len - len / 2;
+    for (int k = 7; k < 31; ++k) {
+        const int64_t g = (int64_t(1) << k) - (int64_t(1) << (k - 6));
+        if (g <= len && g > best) best = int32_t(g);
+    }
+    return best;
+}
+
 }  // namespace
 
 bool HgcdUseTransforms(int32_t shorter, int32_t longer) {
@@ -551,7 +567,7 @@ Result GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* resul
         // move takes one division.
         Matrix m;
         bool moved = false;
-        code = HgcdRound(run, x, y, Len(x.v) / 2, &m, &moved);
+        code = HgcdRound(run, x, y, Len(x.v) - FittingTop(Len(x.v)), &m, &moved);
         if (Ok(code) && !moved) {
             BigTemp q, r;
             code = FastDivMod(ctx, &x.v, &y.v, &q.v, &r.v);

@@ -264,4 +264,10 @@ TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
             CheckInverse(FromMpz(y), FromMpz(x));
         }
     }
+    // The gcd's rounds take tops of 2^k − 2^(k−6) limbs: pairs of one limb
+    // less, exactly that length (the whole pair the top), and one limb more.
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t n : {125, 126, 127, 251, 252, 253})
+        CheckGcd(Operand(n, Shape::Random), Operand(n - 1 - int32_t(Rng()() % 3), Shape::Random),
+                 false);
 }
