@@ -28,13 +28,14 @@
 // pointwise products, so M1·M2 costs 8 forward and 4 inverse transforms
 // (Strassen's seven products, 21) and the pair's update 6 and 2; the
 // updates keep M1's and M2's transforms for M1·M2 when the lengths agree
-// (no Lehmer step came between the halves), leaving 4 inverse transforms. A sum of two
-// products per coefficient doubles the coefficient bound, still far below
-// what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
+// (no Lehmer step came between the halves), leaving 4 inverse transforms.
+// A sum of two products per coefficient doubles the coefficient bound,
+// still far below what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
 // products go by MulRec, M1·M2 in Strassen's form past Karatsuba's size.
 //
-// The gcd calls Hgcd on the top half of its pair and applies the matrix to
-// the whole pair, each round removing about a quarter of the limbs; when
+// The gcd calls Hgcd on the top n limbs of its pair, n the longest of the
+// form 2^k − 2^(k−6) that the pair holds (at least half of it), and applies
+// the matrix to the whole pair, each round removing about n/2 limbs; when
 // Hgcd cannot move (a huge quotient) one division step is taken. Below
 // gcdHalf limbs Lehmer's method takes over.
 //
