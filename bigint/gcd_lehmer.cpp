@@ -8,7 +8,9 @@
 // pass over their words. Each pass removes about fifteen to seventeen
 // digits, where long division removes one quotient limb per pass. When the
 // leading words cannot decide a quotient (a far longer than b, or a single
-// huge quotient) one full division step is taken instead.
+// huge quotient) one full division step is taken instead. From 16 common
+// words the combination pass runs its body eight words to a register where
+// the processor has AVX-512 (gcd_avx512.cpp), the words here otherwise.
 //
 // Allocation: work arrays from alloc.h (LimbBuffer); a refused one answers code 3.
 #include "bigint/gcd_lehmer.h"
@@ -135,7 +137,17 @@ Wide FloorInWindow(int32_t floorLimbs, int32_t k) {
     return least;
 }
 
+// The vector body of the combination pass, where the processor has one,
+// from this many common words (a shorter pass costs about the same either
+// way).
+constexpr int32_t kVectorWords = 16;
+LehmerCombineBody gCombineBody = Avx512LehmerCombine();
+
 }  // namespace
+
+void UsePortableLehmerCombine(bool portable) {
+    gCombineBody = portable ? nullptr : Avx512LehmerCombine();
+}
 
 // The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
 // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
@@ -186,6 +198,17 @@ void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx,
     };
     const int32_t n = std::max(lx, ly), common = std::min(lx, ly);
     int32_t i = 0;
+    const int32_t body = common & ~7;
+    if (gCombineBody != nullptr && body >= kVectorWords) {
+        const int64_t cofactors[8] = {Al, Bl, Ah, Bh, Cl, Dl, Ch, Dh};
+        int64_t carries[2];
+        gCombineBody(cofactors, x, y, body, s, t, carries);
+        q1 = uint64_t(carries[0] + kBiasCarry);
+        q2 = uint64_t(carries[1] + kBiasCarry);
+        px = x[body - 1];
+        py = y[body - 1];
+        i = body;
+    }
     for (; i < common; ++i) step(i, x[i], y[i]);
     for (; i < n; ++i) step(i, i < lx ? x[i] : 0, i < ly ? y[i] : 0);
     int64_t c1 = int64_t(q1) - kBiasCarry, c2 = int64_t(q2) - kBiasCarry;
