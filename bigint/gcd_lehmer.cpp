@@ -86,18 +86,22 @@ void LeadingSteps(T& xh, T& yh, T least, LehmerCofactors* c, bool* narrowed) {
             break;
         }
         // Knuth's test: the same quotient for (xh + A)/(yh + C) and
-        // (xh + B)/(yh + D), the second checked by its remainder. With
-        // |yh + D − (yh + C)| <= 2·10^18 the product q·(yh + D) stays in range.
+        // (xh + B)/(yh + D), the second checked by its remainder.
         int64_t q = 0;
         if (!Quotient<T>(xh + A, yh + C, &q)) break;
-        const Wide den2 = Wide(yh) + D, rest2 = Wide(xh) + B - Wide(q) * den2;
-        if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
-        const Wide wideC = Wide(A) - Wide(q) * C, wideD = Wide(B) - Wide(q) * D;
-        if (wideC > kCofactorLimit || wideC < -kCofactorLimit || wideD > kCofactorLimit ||
-            wideD < -kCofactorLimit)
+        // The next cofactors on 64-bit words (one past 10^18 ends the
+        // steps, and so does an overflow, far past it), and the second
+        // quotient's remainder (xh + B) − q·(yh + D) as nextY + nextD.
+        int64_t qC = 0, qD = 0, nextC = 0, nextD = 0;
+        if (__builtin_mul_overflow(q, C, &qC) || __builtin_mul_overflow(q, D, &qD) ||
+            __builtin_sub_overflow(A, qC, &nextC) || __builtin_sub_overflow(B, qD, &nextD))
             break;
-        const int64_t nextC = int64_t(wideC), nextD = int64_t(wideD);
+        if (nextC > kCofactorLimit || nextC < -kCofactorLimit || nextD > kCofactorLimit ||
+            nextD < -kCofactorLimit)
+            break;
         const T nextY = xh - T(q) * yh;
+        const T den2 = yh + D, rest2 = nextY + nextD;
+        if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
         if (least > 0 && nextY - std::max(std::abs(nextC), std::abs(nextD)) < least) break;
         A = C;
         C = nextC;
