@@ -30,8 +30,9 @@
 // updates keep M1's and M2's transforms for M1·M2 when the lengths agree
 // (no Lehmer step came between the halves), leaving 4 inverse transforms.
 // A sum of two products per coefficient doubles the coefficient bound,
-// still far below what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
-// products go by MulRec, M1·M2 in Strassen's form past Karatsuba's size.
+// still far below what the two primes determine (NttPlanFits). Below
+// gcdMatrixNtt the products go by MulRec, M1·M2 in Strassen's form past
+// Karatsuba's size.
 //
 // The gcd calls Hgcd on the top n limbs of its pair, n the longest of the
 // form 2^k − 2^(k−6) that the pair holds (at least half of it), and applies
