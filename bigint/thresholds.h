@@ -27,12 +27,10 @@ struct FastThresholds {
     // Limbs of the shorter factor from which the half-gcd's matrix products
     // and pair updates add products of transforms (each factor transformed once).
     int32_t gcdMatrixNtt = 150;
-    // Transform points from which the half-gcd's pair updates and matrix
-    // products run their independent halves, rows or outputs on two threads
-    // (0: never; below nttParallel only, and never when that is 0). From
-    // here a thread has about as many butterflies as the transform's own
-    // helper at nttParallel.
-    int32_t gcdParallel = 8192;
+    // Transform points from which the half-gcd's pair update runs the two
+    // halves of its low part on two threads (0: never; below nttParallel
+    // only, and never when that is 0).
+    int32_t gcdParallel = 4096;
     int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
