@@ -142,10 +142,10 @@ int32_t LongestEntry(const Matrix& m) {
 }
 
 // r := the non-negative sum in acc, below B^count, as a new record.
-Result TakeSum(PollClock& clk, NttVector* acc, int32_t count, BigInt* r) {
+Result TakeSum(Run& run, NttVector* acc, int32_t count, BigInt* r) {
     LimbBuffer p(int64_t(count) + 1);
     if (!p.ok()) return Result::kNoMemory;
-    const Result code = NttToLimbs(clk, acc, count, p.get());
+    const Result code = NttToLimbs(run.clk, acc, count, p.get());
     if (!Ok(code)) return code;
     r->top = LimbsTrimTop(p.get(), count);
     r->negative = 0;
@@ -217,15 +217,6 @@ BigInt Slice(const BigInt& v, int32_t from, int32_t len) {
     return r;
 }
 
-// Whether independent work on transforms of n points goes on two threads:
-// from gcdParallel points, not from nttParallel, where each transform has
-// both threads already, and never when nttParallel is 0 (no helper threads
-// at all).
-bool OnTwoThreadsFrom(int32_t n) {
-    const int32_t from = gFastThresholds.gcdParallel, upTo = gFastThresholds.nttParallel;
-    return from > 0 && upTo > 0 && n >= from && n < upTo;
-}
-
 // mHat := M's transforms at n points, unless it holds them.
 Result KeepTransforms(PollClock& clk, const Matrix& m, int32_t n, HgcdMatrixHat* mHat) {
     if (mHat->n == n) return Result::kOk;
@@ -241,46 +232,43 @@ Result KeepTransforms(PollClock& clk, const Matrix& m, int32_t n, HgcdMatrixHat*
 
 // e := det·(u11·al − u01·bl) and det·(u00·bl − u10·al) at n points, each
 // below B^count in magnitude, one inverse transform of a difference of
-// pointwise products each, the two on two threads when `twoThreads`; mHat
-// keeps M's transforms at n (when it holds them already, it is only read).
+// pointwise products each; mHat keeps M's transforms at n (when it holds
+// them already, it is only read).
 Result CorrectionsAt(PollClock& clk, const BigInt& al, const BigInt& bl, const Matrix& m,
-                     HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e,
-                     bool twoThreads = false) {
+                     HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e) {
     Result code = KeepTransforms(clk, m, n, mHat);
     if (!Ok(code)) return code;
-    NttVector alHat, blHat;
+    NttVector alHat, blHat, acc;
     code = NttForward(clk, al.limbs, Len(al), n, &alHat);
     if (Ok(code)) code = NttForward(clk, bl.limbs, Len(bl), n, &blHat);
-    if (!Ok(code)) return code;
+    if (Ok(code) && !acc.Reset(n)) code = Result::kNoMemory;
     const NttVector* terms[2][4] = {{&mHat->u[1][1], &alHat, &mHat->u[0][1], &blHat},
                                     {&mHat->u[0][0], &blHat, &mHat->u[1][0], &alHat}};
-    auto output = [&](int k, PollClock& c) {
-        NttVector acc;
-        LimbBuffer limbs(count);
-        if (!acc.Reset(n) || !limbs.ok()) return Result::kNoMemory;
+    for (int k = 0; k < 2 && Ok(code); ++k) {
         NttMulAccumulate(&acc, *terms[k][0], *terms[k][1], NttAccumulate::kSet);
         NttMulAccumulate(&acc, *terms[k][2], *terms[k][3], NttAccumulate::kSub);
+        LimbBuffer limbs(count);
         bool negative = false;
-        const Result rc = NttToLimbsSigned(c, &acc, count, limbs.get(), &negative);
-        if (!Ok(rc)) return rc;
+        if (!limbs.ok()) return Result::kNoMemory;
+        code = NttToLimbsSigned(clk, &acc, count, limbs.get(), &negative);
+        if (!Ok(code)) return code;
         BigInt& v = e[k].v;
         BigFree(&v);
         v.top = LimbsTrimTop(limbs.get(), count - 1);
         v.limbs = limbs.Release();
         v.negative = !BigIsZero(&v) && negative != (m.det < 0) ? 1 : 0;
-        return Result::kOk;
-    };
-    return OnTwoThreads(
-        clk, twoThreads, [&](PollClock& c) { return output(0, c); },
-        [&](PollClock& c) { return output(1, c); });
+    }
+    return code;
 }
 
 // The corrections of Adjust. Low parts about twice as long as M's entries
 // (the gcd's rounds, the first call of each level) go in two halves when
 // that is cheaper: 8 forward and 4 inverse transforms of lu + h points
 // against 6 and 2 of lu + 2h, which the powers of two often round up to
-// twice as many. The halves may run on two threads (OnTwoThreadsFrom), M's
-// transforms made first on this one.
+// twice as many. From gcdParallel points the halves run on two threads,
+// M's transforms made first on this one; not from nttParallel points, where
+// each transform has both threads already, and never when nttParallel is 0
+// (no helper threads at all).
 Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
                    HgcdMatrixHat* mHat, BigTemp* e) {
     // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
@@ -288,11 +276,13 @@ Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m
     const int32_t count = lu + low, h = (low + 1) / 2;
     const int32_t n = NttPoints(count), nHalf = NttPoints(lu + h);
     if (low < 2 || 12 * int64_t(nHalf) >= 8 * int64_t(n))
-        return CorrectionsAt(run.clk, al, bl, m, mHat, n, count, e, OnTwoThreadsFrom(n));
+        return CorrectionsAt(run.clk, al, bl, m, mHat, n, count, e);
     BigTemp high[2];
     const BigInt a1 = Slice(al, h, h), b1 = Slice(bl, h, h);
     const BigInt a0 = Slice(al, 0, h), b0 = Slice(bl, 0, h);
-    const bool parallel = OnTwoThreadsFrom(nHalf);
+    const int32_t from = gFastThresholds.gcdParallel;
+    const bool parallel = from > 0 && gFastThresholds.nttParallel > 0 && nHalf >= from &&
+                          nHalf < gFastThresholds.nttParallel;
     Result code = KeepTransforms(run.clk, m, nHalf, mHat);
     if (Ok(code))
         code = OnTwoThreads(
@@ -561,32 +551,24 @@ Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
         if (!Ok(code)) return code;
         bHat->n = n;
     }
+    NttVector row[2], acc;
+    if (!acc.Reset(n)) return Result::kNoMemory;
     const bool kept = aHat != nullptr && aHat->n == n;
-    // Row i of r, on its own vectors: the two rows may run on two threads.
-    auto rowOf = [&](int i, PollClock& clk) {
-        NttVector row[2], acc;
-        if (!acc.Reset(n)) return Result::kNoMemory;
+    for (int i = 0; i < rows && Ok(code); ++i) {
         const NttVector* hat[2] = {&row[0], &row[1]};
-        for (int t = 0; t < 2; ++t) {
-            if (kept) {
+        for (int t = 0; t < 2 && Ok(code); ++t) {
+            if (kept)
                 hat[t] = &aHat->u[i][t];
-                continue;
-            }
-            const Result rc = NttForward(clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
-            if (!Ok(rc)) return rc;
+            else
+                code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
         }
-        for (int j = 0; j < 2; ++j) {
+        for (int j = 0; j < 2 && Ok(code); ++j) {
             NttMulAccumulate(&acc, *hat[0], bHat->u[0][j], NttAccumulate::kSet);
             NttMulAccumulate(&acc, *hat[1], bHat->u[1][j], NttAccumulate::kAdd);
-            const Result rc = TakeSum(clk, &acc, count, r[i][j]);
-            if (!Ok(rc)) return rc;
+            code = TakeSum(run, &acc, count, r[i][j]);
         }
-        return Result::kOk;
-    };
-    if (rows == 1) return rowOf(0, run.clk);
-    return OnTwoThreads(
-        run.clk, OnTwoThreadsFrom(n), [&](PollClock& clk) { return rowOf(0, clk); },
-        [&](PollClock& clk) { return rowOf(1, clk); });
+    }
+    return code;
 }
 
 Result HgcdRound(HgcdRun& run, BigTemp& x, BigTemp& y, int32_t p, HgcdMatrix* m, bool* moved) {
