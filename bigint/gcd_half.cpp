@@ -53,7 +53,6 @@
 #include "bigint/gcd_lehmer.h"
 #include "bigint/mul_kernels.h"
 #include "bigint/thresholds.h"
-#include "bigint/two_threads.h"
 
 namespace {
 
@@ -217,30 +216,24 @@ BigInt Slice(const BigInt& v, int32_t from, int32_t len) {
     return r;
 }
 
-// mHat := M's transforms at n points, unless it holds them.
-Result KeepTransforms(PollClock& clk, const Matrix& m, int32_t n, HgcdMatrixHat* mHat) {
-    if (mHat->n == n) return Result::kOk;
-    mHat->n = 0;
-    for (int i = 0; i < 4; ++i) {
-        const BigInt& u = m.u[i / 2][i % 2].v;
-        const Result code = NttForward(clk, u.limbs, Len(u), n, &mHat->u[i / 2][i % 2]);
-        if (!Ok(code)) return code;
-    }
-    mHat->n = n;
-    return Result::kOk;
-}
-
 // e := det·(u11·al − u01·bl) and det·(u00·bl − u10·al) at n points, each
 // below B^count in magnitude, one inverse transform of a difference of
-// pointwise products each; mHat keeps M's transforms at n (when it holds
-// them already, it is only read).
-Result CorrectionsAt(PollClock& clk, const BigInt& al, const BigInt& bl, const Matrix& m,
+// pointwise products each; mHat keeps M's transforms at n.
+Result CorrectionsAt(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
                      HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e) {
-    Result code = KeepTransforms(clk, m, n, mHat);
-    if (!Ok(code)) return code;
+    Result code = Result::kOk;
+    if (mHat->n != n) {
+        mHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = m.u[i / 2][i % 2].v;
+            code = NttForward(run.clk, u.limbs, Len(u), n, &mHat->u[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        mHat->n = n;
+    }
     NttVector alHat, blHat, acc;
-    code = NttForward(clk, al.limbs, Len(al), n, &alHat);
-    if (Ok(code)) code = NttForward(clk, bl.limbs, Len(bl), n, &blHat);
+    code = NttForward(run.clk, al.limbs, Len(al), n, &alHat);
+    if (Ok(code)) code = NttForward(run.clk, bl.limbs, Len(bl), n, &blHat);
     if (Ok(code) && !acc.Reset(n)) code = Result::kNoMemory;
     const NttVector* terms[2][4] = {{&mHat->u[1][1], &alHat, &mHat->u[0][1], &blHat},
                                     {&mHat->u[0][0], &blHat, &mHat->u[1][0], &alHat}};
@@ -250,7 +243,7 @@ Result CorrectionsAt(PollClock& clk, const BigInt& al, const BigInt& bl, const M
         LimbBuffer limbs(count);
         bool negative = false;
         if (!limbs.ok()) return Result::kNoMemory;
-        code = NttToLimbsSigned(clk, &acc, count, limbs.get(), &negative);
+        code = NttToLimbsSigned(run.clk, &acc, count, limbs.get(), &negative);
         if (!Ok(code)) return code;
         BigInt& v = e[k].v;
         BigFree(&v);
@@ -265,10 +258,7 @@ Result CorrectionsAt(PollClock& clk, const BigInt& al, const BigInt& bl, const M
 // (the gcd's rounds, the first call of each level) go in two halves when
 // that is cheaper: 8 forward and 4 inverse transforms of lu + h points
 // against 6 and 2 of lu + 2h, which the powers of two often round up to
-// twice as many. From gcdParallel points the halves run on two threads,
-// M's transforms made first on this one; not from nttParallel points, where
-// each transform has both threads already, and never when nttParallel is 0
-// (no helper threads at all).
+// twice as many.
 Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
                    HgcdMatrixHat* mHat, BigTemp* e) {
     // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
@@ -276,21 +266,13 @@ Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m
     const int32_t count = lu + low, h = (low + 1) / 2;
     const int32_t n = NttPoints(count), nHalf = NttPoints(lu + h);
     if (low < 2 || 12 * int64_t(nHalf) >= 8 * int64_t(n))
-        return CorrectionsAt(run.clk, al, bl, m, mHat, n, count, e);
+        return CorrectionsAt(run, al, bl, m, mHat, n, count, e);
+    Result code = Result::kOk;
     BigTemp high[2];
-    const BigInt a1 = Slice(al, h, h), b1 = Slice(bl, h, h);
-    const BigInt a0 = Slice(al, 0, h), b0 = Slice(bl, 0, h);
-    const int32_t from = gFastThresholds.gcdParallel;
-    const bool parallel = from > 0 && gFastThresholds.nttParallel > 0 && nHalf >= from &&
-                          nHalf < gFastThresholds.nttParallel;
-    Result code = KeepTransforms(run.clk, m, nHalf, mHat);
-    if (Ok(code))
-        code = OnTwoThreads(
-            run.clk, parallel,
-            [&](PollClock& clk) {
-                return CorrectionsAt(clk, a1, b1, m, mHat, nHalf, lu + h, high);
-            },
-            [&](PollClock& clk) { return CorrectionsAt(clk, a0, b0, m, mHat, nHalf, lu + h, e); });
+    for (int j = 1; j >= 0 && Ok(code); --j) {
+        const BigInt aj = Slice(al, j * h, h), bj = Slice(bl, j * h, h);
+        code = CorrectionsAt(run, aj, bj, m, mHat, nHalf, lu + h, j == 1 ? high : e);
+    }
     // e := e + high·B^h.
     for (int k = 0; k < 2 && Ok(code); ++k) {
         BigTemp shifted, sum;

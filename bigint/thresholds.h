@@ -27,10 +27,6 @@ struct FastThresholds {
     // Limbs of the shorter factor from which the half-gcd's matrix products
     // and pair updates add products of transforms (each factor transformed once).
     int32_t gcdMatrixNtt = 150;
-    // Transform points from which the half-gcd's pair update runs the two
-    // halves of its low part on two threads (0: never; below nttParallel
-    // only, and never when that is 0).
-    int32_t gcdParallel = 4096;
     int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
@@ -96,7 +92,6 @@ struct FastThresholds {
         t.gcdHalf = 6;
         t.gcdHalfLeaf = 5;
         t.gcdMatrixNtt = 4;
-        t.gcdParallel = 64;
         t.modInverse = 1;
         t.modInverseHalf = 6;
         t.radixDivide = 8;

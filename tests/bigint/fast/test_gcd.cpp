@@ -239,7 +239,7 @@ TEST(FastGcd, ShortOperandsAgreeWithGmpAndStop) {
 // Lehmer's steps run between the two halves and onto the matrix, and the
 // first half's matrix is exchanged or stepped after its transforms were kept
 // for the product with the second. Every product by transforms, or only the
-// long ones; the pair updates' halves on two threads, or on one.
+// long ones.
 TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
     auto build = [](int32_t count, mpz_class* x, mpz_class* y) {
         mpz_class a = 1, b = 0;
@@ -256,8 +256,6 @@ TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
     for (int32_t from : {1, 60}) {
         lowered.gcdHalfLeaf = from == 1 ? 8 : 60;
         lowered.gcdMatrixNtt = from;
-        // The pair updates' halves on two threads from 64 points, or never.
-        lowered.nttParallel = from == 1 ? 1 << 20 : 0;
         ThresholdScope scope(lowered);
         // The leaves' combination pass by vector registers or by words.
         UsePortableLehmerCombine(from == 60);
@@ -269,21 +267,6 @@ TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
             CheckInverse(FromMpz(y), FromMpz(x));
         }
         UsePortableLehmerCombine(false);
-    }
-    // A stop while the halves run on two threads: the helper is cancelled.
-    {
-        lowered.nttParallel = 1 << 20;
-        ThresholdScope scope(lowered);
-        mpz_class x, y;
-        build(1500, &x, &y);
-        Num a, b;
-        SetLimbs(&a.v, FromMpz(x), false);
-        SetLimbs(&b.v, FromMpz(y), false);
-        for (long at : {1, 7, 40}) {
-            QuitAtPoll stop(at);
-            Num r;
-            EXPECT_EQ(BigGcd(&stop, &a.v, &b.v, r.Out()), Result::kStopped) << at;
-        }
     }
     // The gcd's rounds take tops of 2^k − 2^(k−6) limbs: pairs of one limb
     // less, exactly that length (the whole pair the top), and one limb more.
