@@ -26,14 +26,17 @@
 // the transform in pieces (ntt_plan.h): each factor is transformed once and
 // each result is one inverse transform of a sum (or difference) of two
 // pointwise products, so M1·M2 costs 8 forward and 4 inverse transforms
-// (Strassen's seven products, 21) and the pair's update 6 and 2; the update
-// keeps M2's transforms for M1·M2 when the lengths agree. A sum of two
-// products per coefficient doubles the coefficient bound, still far below
-// what the two primes determine (NttPlanFits). Below gcdMatrixNtt the
-// products go by MulRec, M1·M2 in Strassen's form past Karatsuba's size.
+// (Strassen's seven products, 21) and the pair's update 6 and 2; the
+// updates keep M1's and M2's transforms for M1·M2 when the lengths agree
+// (no Lehmer step came between the halves), leaving 4 inverse transforms.
+// A sum of two products per coefficient doubles the coefficient bound,
+// still far below what the two primes determine (NttPlanFits). Below
+// gcdMatrixNtt the products go by MulRec, M1·M2 in Strassen's form past
+// Karatsuba's size.
 //
-// The gcd calls Hgcd on the top half of its pair and applies the matrix to
-// the whole pair, each round removing about a quarter of the limbs; when
+// The gcd calls Hgcd on the top n limbs of its pair, n the longest of the
+// form 2^k − 2^(k−6) that the pair holds (at least half of it), and applies
+// the matrix to the whole pair, each round removing about n/2 limbs; when
 // Hgcd cannot move (a huge quotient) one division step is taken. Below
 // gcdHalf limbs Lehmer's method takes over.
 //
@@ -149,8 +152,10 @@ Result TakeSum(Run& run, NttVector* acc, int32_t count, BigInt* r) {
     return Result::kOk;
 }
 
-// m := m·n; nHat (or null) may hold n's transforms for the summed products.
-Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullptr) {
+// m := m·n; nHat (or null) may hold n's transforms for the summed products,
+// mHat (or null) m's.
+Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullptr,
+              const HgcdMatrixHat* mHat = nullptr) {
     Matrix r;
     if (IsIdentity(*m)) {
         Result code = Result::kOk;
@@ -168,7 +173,7 @@ Result MatMul(Run& run, Matrix* m, const Matrix& n, HgcdMatrixHat* nHat = nullpt
                                        {&m->u[1][0].v, &m->u[1][1].v}};
         const BigInt* const b[2][2] = {{&n.u[0][0].v, &n.u[0][1].v}, {&n.u[1][0].v, &n.u[1][1].v}};
         BigInt* const c[2][2] = {{&r.u[0][0].v, &r.u[0][1].v}, {&r.u[1][0].v, &r.u[1][1].v}};
-        const Result code = HgcdMatMulNtt(run, 2, a, b, c, nHat != nullptr ? nHat : &own);
+        const Result code = HgcdMatMulNtt(run, 2, a, b, c, nHat != nullptr ? nHat : &own, mHat);
         if (!Ok(code)) return code;
         r.det = m->det * n.det;
         Exchange(m, &r);
@@ -329,15 +334,18 @@ Result Adjust(Run& run, BigTemp& a, BigTemp& b, const BigTemp& A, const BigTemp&
 
 // Steps under the floor B^s on a >= b >= B^s while a has more than
 // stopLen limbs: Lehmer's step, or one division where the leading limbs
-// decide nothing. m receives the steps; *blocked tells that the next
-// remainder falls below B^s, so no step is left. Every array is allocated
-// once, in words of 10^8: the pair only shrinks, and the entries stay below
-// a / B^s.
+// decide nothing. With `onto` false m receives the steps; with it true m is
+// multiplied by them, each step carried to m's rows at once, which costs
+// less than a product by the steps' short matrix afterwards. *blocked tells
+// that the next remainder falls below B^s, so no step is left. Every array
+// is allocated once, in words of 10^8: the pair only shrinks, and the steps'
+// entries stay below a / B^s, so m's grow by fewer limbs than a has above s.
 Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m, bool* moved,
-            bool* blocked) {
+            bool* blocked, bool onto = false) {
     *moved = false;
     *blocked = false;
-    const int32_t room = (Len(a.v) + 1) / 2 + 4;
+    const int32_t grown = onto ? LongestEntry(*m) + std::max(Len(a.v) - s, 0) + 2 : 0;
+    const int32_t room = (std::max(Len(a.v), grown) + 1) / 2 + 4;
     WordSlot x, y, sx, sy, u[2][2], t0, t1;
     Result code = Result::kOk;
     for (WordSlot* w : {&x, &y, &sx, &sy, &u[0][0], &u[0][1], &u[1][0], &u[1][1], &t0, &t1})
@@ -345,8 +353,14 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
     if (!Ok(code)) return code;
     x.FromLimbs(a.v.limbs, Len(a.v));
     y.FromLimbs(b.v.limbs, Len(b.v));
-    for (int i = 0; i < 4; ++i) u[i / 2][i % 2].get()[0] = i == 0 || i == 3 ? 1 : 0;
-    int det = 1;
+    for (int i = 0; i < 4; ++i) {
+        WordSlot& e = u[i / 2][i % 2];
+        if (onto)
+            e.FromLimbs(m->u[i / 2][i % 2].v.limbs, Len(m->u[i / 2][i % 2].v));
+        else
+            e.get()[0] = i == 0 || i == 3 ? 1 : 0;
+    }
+    int det = onto ? m->det : 1;
     while (Ok(code) && x.Limbs() > stopLen) {
         if (run.clk.Tick(8 * int64_t(x.Limbs()))) return Result::kStopped;
         // Every step keeps y at least B^s; the test keeps a pair that broke
@@ -395,6 +409,8 @@ Result Leaf(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix
     }
     if (Ok(code)) code = x.Store(&a.v);
     if (Ok(code)) code = y.Store(&b.v);
+    if (onto && !*moved) return code;
+    // A refusal here leaves m part old, part new: the callers then drop it.
     for (int i = 0; i < 4 && Ok(code); ++i) code = u[i / 2][i % 2].Store(&m->u[i / 2][i % 2].v);
     m->det = det;
     return code;
@@ -404,7 +420,11 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
 
 // The tops a / B^p >= b / B^p (below B^n) reduced by Hgcd and carried to
 // the whole pair, a >= b again afterwards; m takes the call's matrix on.
-Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved) {
+// mHat (or null) holds m's transforms where it has some (n = 0: none) and
+// keeps m's afterwards when m was the identity (m is then the call's
+// matrix, transformed for the pair's update), none otherwise.
+Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix* m, bool* moved,
+                  HgcdMatrixHat* mHat = nullptr) {
     BigTemp A, B;
     Matrix top;
     bool topMoved = false;
@@ -413,10 +433,18 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
     if (Ok(code)) code = SetIdentity(&top);
     if (Ok(code)) code = Hgcd(run, A, B, n, &top, &topMoved);
     if (!Ok(code) || !topMoved) return code;
-    HgcdMatrixHat topHat;
-    code = Adjust(run, a, b, A, B, top, p, &topHat);
-    if (Ok(code)) code = MatMul(run, m, top, &topHat);
-    if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) SwapPair(a, b, m);
+    HgcdMatrixHat own;
+    const bool first = mHat != nullptr && IsIdentity(*m);
+    HgcdMatrixHat* topHat = first ? mHat : &own;
+    if (first) mHat->n = 0;
+    code = Adjust(run, a, b, A, B, top, p, topHat);
+    if (Ok(code)) code = MatMul(run, m, top, topHat, first ? nullptr : mHat);
+    if (!first && mHat != nullptr) mHat->n = 0;
+    // The exchange swaps m's columns: its kept transforms no longer match.
+    if (Ok(code) && BigCompareMag(&a.v, &b.v) > 0) {
+        SwapPair(a, b, m);
+        if (mHat != nullptr) mHat->n = 0;
+    }
     *moved = true;
     return code;
 }
@@ -424,12 +452,10 @@ Result ReduceTops(Run& run, BigTemp& a, BigTemp& b, int32_t p, int32_t n, Matrix
 // Leaf steps on a >= b, taken on by m; *blocked as for Leaf.
 Result LeafSteps(Run& run, BigTemp& a, BigTemp& b, int32_t s, int32_t stopLen, Matrix* m,
                  bool* moved, bool* blocked) {
-    Matrix steps;
     bool stepped = false;
-    const Result code = Leaf(run, a, b, s, stopLen, &steps, &stepped, blocked);
-    if (!Ok(code) || !stepped) return code;
-    *moved = true;
-    return MatMul(run, m, steps);
+    const Result code = Leaf(run, a, b, s, stopLen, m, &stepped, blocked, true);
+    if (stepped) *moved = true;
+    return code;
 }
 
 // B^n > a >= b, m the identity: reduces the pair while both stay at least
@@ -442,17 +468,40 @@ Result Hgcd(Run& run, BigTemp& a, BigTemp& b, int32_t n, Matrix* m, bool* moved)
     if (!AtLeastPower(b.v, s)) return Result::kOk;
     bool blocked = false;
     if (n < gFastThresholds.gcdHalfLeaf) return Leaf(run, a, b, s, 0, m, moved, &blocked);
-    Result code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved);
-    // About 3n/4 limbs are left, sometimes after one division more.
-    const int32_t n2 = 3 * n / 4 + 1;
-    if (Ok(code) && Len(a.v) > n2) code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
+    HgcdMatrixHat mHat;
+    Result code = ReduceTops(run, a, b, n / 2, n - n / 2, m, moved, &mHat);
+    // About 3n/4 limbs are left, sometimes after one division more. A few
+    // limbs more go to the second call, which then can take the first
+    // matrix's transforms for the product of the two.
+    const int32_t n2 = 3 * n / 4 + 4;
+    if (Ok(code) && Len(a.v) > n2) {
+        code = LeafSteps(run, a, b, s, n2, m, moved, &blocked);
+        mHat.n = 0;
+    }
     if (!Ok(code) || blocked) return code;
     // Split so that the call's floor lands at B^(s + 1): its top has
     // n' = 2·len − 2s − 1 limbs, odd, so n'/2 + 1 + p = s + 1.
     const int32_t len = Len(a.v);
-    if (len > s + 2) code = ReduceTops(run, a, b, 2 * s - len + 1, 2 * len - 2 * s - 1, m, moved);
+    if (len > s + 2)
+        code = ReduceTops(run, a, b, 2 * s - len + 1, 2 * len - 2 * s - 1, m, moved, &mHat);
     if (Ok(code)) code = LeafSteps(run, a, b, s, 0, m, moved, &blocked);
     return code;
+}
+
+// The top's length for a round of the gcd on a pair of len limbs: the
+// longest n <= len of the form 2^k − 2^(k−6), or len − len/2 when that is
+// longer. A level of Hgcd on n limbs multiplies factors of about n/4 limbs
+// into products of n/2 plus a few, and its calls get about n/2 + 1 limbs:
+// from such an n, every level's products nearly fill their power-of-two
+// transforms (a few limbs of slack at each, 2^(k−7) at the top), where
+// len/2 often leaves a quarter of them empty.
+int32_t FittingTop(int32_t len) {
+    int32_t best = len - len / 2;
+    for (int k = 7; k < 31; ++k) {
+        const int64_t g = (int64_t(1) << k) - (int64_t(1) << (k - 6));
+        if (g <= len && g > best) best = int32_t(g);
+    }
+    return best;
 }
 
 }  // namespace
@@ -463,7 +512,8 @@ bool HgcdUseTransforms(int32_t shorter, int32_t longer) {
 }
 
 Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
-                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat) {
+                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat,
+                     const HgcdMatrixHat* aHat) {
     int32_t la = 1, lb = 1;
     for (int i = 0; i < 2; ++i)
         for (int t = 0; t < 2; ++t) {
@@ -485,12 +535,18 @@ Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
     }
     NttVector row[2], acc;
     if (!acc.Reset(n)) return Result::kNoMemory;
+    const bool kept = aHat != nullptr && aHat->n == n;
     for (int i = 0; i < rows && Ok(code); ++i) {
-        for (int t = 0; t < 2 && Ok(code); ++t)
-            code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        const NttVector* hat[2] = {&row[0], &row[1]};
+        for (int t = 0; t < 2 && Ok(code); ++t) {
+            if (kept)
+                hat[t] = &aHat->u[i][t];
+            else
+                code = NttForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        }
         for (int j = 0; j < 2 && Ok(code); ++j) {
-            NttMulAccumulate(&acc, row[0], bHat->u[0][j], NttAccumulate::kSet);
-            NttMulAccumulate(&acc, row[1], bHat->u[1][j], NttAccumulate::kAdd);
+            NttMulAccumulate(&acc, *hat[0], bHat->u[0][j], NttAccumulate::kSet);
+            NttMulAccumulate(&acc, *hat[1], bHat->u[1][j], NttAccumulate::kAdd);
             code = TakeSum(run, &acc, count, r[i][j]);
         }
     }
@@ -513,7 +569,7 @@ Result GcdHalf(CalcContext* ctx, const BigInt* a, const BigInt* b, BigInt* resul
         // move takes one division.
         Matrix m;
         bool moved = false;
-        code = HgcdRound(run, x, y, Len(x.v) / 2, &m, &moved);
+        code = HgcdRound(run, x, y, Len(x.v) - FittingTop(Len(x.v)), &m, &moved);
         if (Ok(code) && !moved) {
             BigTemp q, r;
             code = FastDivMod(ctx, &x.v, &y.v, &q.v, &r.v);

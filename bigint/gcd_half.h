@@ -60,10 +60,12 @@ bool HgcdUseTransforms(int32_t shorter, int32_t longer);
 // r := a·b (rows 2), or r's top row := a's top row · b (rows 1), for
 // non-negative entries, each entry of r one inverse transform of a sum of
 // two pointwise products. bHat holds b's transforms and is reused when it
-// has the length this product needs, refreshed otherwise. r's entries are
+// has the length this product needs, refreshed otherwise; aHat (or null)
+// may hold a's, which are used when they have that length. r's entries are
 // written as new. kOk, kNoMemory, kStopped.
 Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
-                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat);
+                     const BigInt* const b[2][2], BigInt* const r[2][2], HgcdMatrixHat* bHat,
+                     const HgcdMatrixHat* aHat = nullptr);
 
 // (r0, r1) := (|D|·r0 + |C|·r1, |B|·r0 + |A|·r1) for the cofactors of some
 // Lehmer steps: a row of cofactors times the steps' quotient matrices

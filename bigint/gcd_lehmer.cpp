@@ -8,7 +8,9 @@
 // pass over their words. Each pass removes about fifteen to seventeen
 // digits, where long division removes one quotient limb per pass. When the
 // leading words cannot decide a quotient (a far longer than b, or a single
-// huge quotient) one full division step is taken instead.
+// huge quotient) one full division step is taken instead. From 16 common
+// words the combination pass runs its body eight words to a register where
+// the processor has AVX-512 (gcd_avx512.cpp), the words here otherwise.
 //
 // Allocation: work arrays from alloc.h (LimbBuffer); a refused one answers code 3.
 #include "bigint/gcd_lehmer.h"
@@ -41,9 +43,15 @@ double ToDouble(int64_t v) { return double(v); }
 template <typename T>
 bool Quotient(T num, T den, int64_t* q) {
     if (den <= 0 || num < 0) return false;
-    if (num < den) {
-        *q = 0;
-        return true;
+    // Two quotients in three are 1, 2 or 3 (Gauss–Kuzmin): subtractions
+    // find them for less than the conversions and the division below.
+    T rest = num;
+    for (int64_t k = 0; k < 4; ++k) {
+        if (rest < den) {
+            *q = k;
+            return true;
+        }
+        rest -= den;
     }
     const double estimate = ToDouble(num) / ToDouble(den);
     if (estimate > 1e15) return false;
@@ -78,18 +86,22 @@ void LeadingSteps(T& xh, T& yh, T least, LehmerCofactors* c, bool* narrowed) {
             break;
         }
         // Knuth's test: the same quotient for (xh + A)/(yh + C) and
-        // (xh + B)/(yh + D), the second checked by its remainder. With
-        // |yh + D − (yh + C)| <= 2·10^18 the product q·(yh + D) stays in range.
+        // (xh + B)/(yh + D), the second checked by its remainder.
         int64_t q = 0;
         if (!Quotient<T>(xh + A, yh + C, &q)) break;
-        const Wide den2 = Wide(yh) + D, rest2 = Wide(xh) + B - Wide(q) * den2;
-        if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
-        const Wide wideC = Wide(A) - Wide(q) * C, wideD = Wide(B) - Wide(q) * D;
-        if (wideC > kCofactorLimit || wideC < -kCofactorLimit || wideD > kCofactorLimit ||
-            wideD < -kCofactorLimit)
+        // The next cofactors on 64-bit words (one past 10^18 ends the
+        // steps, and so does an overflow, far past it), and the second
+        // quotient's remainder (xh + B) − q·(yh + D) as nextY + nextD.
+        int64_t qC = 0, qD = 0, nextC = 0, nextD = 0;
+        if (__builtin_mul_overflow(q, C, &qC) || __builtin_mul_overflow(q, D, &qD) ||
+            __builtin_sub_overflow(A, qC, &nextC) || __builtin_sub_overflow(B, qD, &nextD))
             break;
-        const int64_t nextC = int64_t(wideC), nextD = int64_t(wideD);
+        if (nextC > kCofactorLimit || nextC < -kCofactorLimit || nextD > kCofactorLimit ||
+            nextD < -kCofactorLimit)
+            break;
         const T nextY = xh - T(q) * yh;
+        const T den2 = yh + D, rest2 = nextY + nextD;
+        if (den2 <= 0 || rest2 < 0 || rest2 >= den2) break;
         if (least > 0 && nextY - std::max(std::abs(nextC), std::abs(nextD)) < least) break;
         A = C;
         C = nextC;
@@ -129,7 +141,17 @@ Wide FloorInWindow(int32_t floorLimbs, int32_t k) {
     return least;
 }
 
+// The vector body of the combination pass, where the processor has one,
+// from this many common words (a shorter pass costs about the same either
+// way).
+constexpr int32_t kVectorWords = 16;
+LehmerCombineBody gCombineBody = Avx512LehmerCombine();
+
 }  // namespace
+
+void UsePortableLehmerCombine(bool portable) {
+    gCombineBody = portable ? nullptr : Avx512LehmerCombine();
+}
 
 // The full remainder C·x + D·y is yh·B^k plus C·(x mod B^k) + D·(y mod
 // B^k), which differs from yh·B^k by less than max(|C|, |D|)·B^k
@@ -180,6 +202,17 @@ void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx,
     };
     const int32_t n = std::max(lx, ly), common = std::min(lx, ly);
     int32_t i = 0;
+    const int32_t body = common & ~7;
+    if (gCombineBody != nullptr && body >= kVectorWords) {
+        const int64_t cofactors[8] = {Al, Bl, Ah, Bh, Cl, Dl, Ch, Dh};
+        int64_t carries[2];
+        gCombineBody(cofactors, x, y, body, s, t, carries);
+        q1 = uint64_t(carries[0] + kBiasCarry);
+        q2 = uint64_t(carries[1] + kBiasCarry);
+        px = x[body - 1];
+        py = y[body - 1];
+        i = body;
+    }
     for (; i < common; ++i) step(i, x[i], y[i]);
     for (; i < n; ++i) step(i, i < lx ? x[i] : 0, i < ly ? y[i] : 0);
     int64_t c1 = int64_t(q1) - kBiasCarry, c2 = int64_t(q2) - kBiasCarry;

@@ -39,6 +39,18 @@ LehmerCofactors LehmerLeadingWords(const uint32_t* x, int32_t lx, const uint32_t
 void LehmerCombineWords(const LehmerCofactors& c, const uint32_t* x, int32_t lx, const uint32_t* y,
                         int32_t ly, uint32_t* s, int32_t* ls, uint32_t* t, int32_t* lt);
 
+// The combination pass's body on vector registers: s and t take words
+// 0 … k − 1 of the two combinations of x and y (k a multiple of 8, both
+// inputs at least k words), cofactors {Al, Bl, Ah, Bh, Cl, Dl, Ch, Dh} split
+// into two base-10^8 digits as the scalar pass splits them; carries[0] and
+// carries[1] receive the signed carries into word k.
+using LehmerCombineBody = void (*)(const int64_t* cofactors, const uint32_t* x, const uint32_t* y,
+                                   int32_t k, uint32_t* s, uint32_t* t, int64_t* carries);
+// Null where the processor or the compiler has no AVX-512 (gcd_avx512.cpp).
+LehmerCombineBody Avx512LehmerCombine();
+// The scalar pass even where the vector body could run; for tests.
+void UsePortableLehmerCombine(bool portable);
+
 // A number in base 10^8 in a work array of fixed room (nothrow new, as
 // every array of the folder).
 class WordSlot {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "bigint/dispatch.h"
+#include "bigint/gcd_lehmer.h"
 #include "fast_support.h"
 
 using namespace fasttest;
@@ -231,4 +232,102 @@ TEST(FastGcd, ShortOperandsAgreeWithGmpAndStop) {
     RandomBig(big.Out(), 300000, false);
     ExpectStopsAtEveryPoll(
         [&](CalcContext* c, BigInt* r) { return BigGcd(c, &big.v, &seven.v, r); });
+}
+
+// Pairs whose quotient sequences hold many long quotients (up to 40 digits,
+// one in twelve): the half-gcd's tops often stop short of their floor, so
+// Lehmer's steps run between the two halves and onto the matrix, and the
+// first half's matrix is exchanged or stepped after its transforms were kept
+// for the product with the second. Every product by transforms, or only the
+// long ones.
+TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
+    auto build = [](int32_t count, mpz_class* x, mpz_class* y) {
+        mpz_class a = 1, b = 0;
+        for (int32_t i = 0; i < count; ++i) {
+            mpz_class q = 1 + Rng()() % 6;
+            if (Rng()() % 12 == 0) mpz_ui_pow_ui(q.get_mpz_t(), 10, 4 + Rng()() % 36);
+            b += (q + int32_t(Rng()() % 1000)) * a;
+            swap(a, b);
+        }
+        *x = a;
+        *y = b;
+    };
+    FastThresholds lowered = FastThresholds::Lowered();
+    for (int32_t from : {1, 60}) {
+        lowered.gcdHalfLeaf = from == 1 ? 8 : 60;
+        lowered.gcdMatrixNtt = from;
+        ThresholdScope scope(lowered);
+        // The leaves' combination pass by vector registers or by words.
+        UsePortableLehmerCombine(from == 60);
+        for (int32_t count : {300, 1500}) {
+            mpz_class x, y;
+            build(count, &x, &y);
+            CheckGcd(FromMpz(x), FromMpz(y), false);
+            CheckGcd(FromMpz(x * 7919), FromMpz(y * 7919), false);
+            CheckInverse(FromMpz(y), FromMpz(x));
+        }
+        UsePortableLehmerCombine(false);
+    }
+    // The gcd's rounds take tops of 2^k − 2^(k−6) limbs: pairs of one limb
+    // less, exactly that length (the whole pair the top), and one limb more.
+    ThresholdScope scope(FastThresholds::Lowered());
+    for (int32_t n : {125, 126, 127, 251, 252, 253})
+        CheckGcd(Operand(n, Shape::Random), Operand(n - 1 - int32_t(Rng()() % 3), Shape::Random),
+                 false);
+}
+
+// The combination pass on vector registers against the pass on words, which
+// the gcds above check: cofactors of Lehmer's steps on random words and on
+// runs of 99999999 and 0, and combinations that cancel to a small multiple
+// of a run of nines, whose words carry from register to register.
+TEST(FastLehmer, CombinationPassOnRegistersMatchesThePassOnWords) {
+    constexpr uint32_t kWord = 100000000;
+    auto words = [](int32_t n, int shape) {
+        std::vector<uint32_t> w(size_t(n) + 8);
+        for (int32_t i = 0; i < n; ++i)
+            w[size_t(i)] = shape == 0   ? uint32_t(Rng()() % kWord)
+                           : shape == 1 ? kWord - 1
+                                        : (Rng()() % 4 == 0 ? 0 : kWord - 1);
+        w[size_t(n) - 1] = std::max<uint32_t>(w[size_t(n) - 1], 1);
+        return w;
+    };
+    auto combine = [](const LehmerCofactors& c, const std::vector<uint32_t>& x, int32_t lx,
+                      const std::vector<uint32_t>& y, int32_t ly, bool portable) {
+        UsePortableLehmerCombine(portable);
+        std::vector<uint32_t> s(size_t(std::max(lx, ly)) + 3), t(s.size());
+        int32_t ls = 0, lt = 0;
+        LehmerCombineWords(c, x.data(), lx, y.data(), ly, s.data(), &ls, t.data(), &lt);
+        s.resize(size_t(ls));
+        t.resize(size_t(lt));
+        s.insert(s.end(), t.begin(), t.end());
+        return s;
+    };
+    for (int trial = 0; trial < 300; ++trial) {
+        const int32_t n = 8 + int32_t(Rng()() % 90), shape = int(Rng()() % 3);
+        std::vector<uint32_t> x = words(n, shape), y = words(n, int(Rng()() % 3));
+        LehmerCofactors c;
+        int32_t ly = n;
+        if (trial % 2 == 0) {
+            // y a little below x: Lehmer's steps on them.
+            y = x;
+            y[size_t(n) - 1] = std::max<uint32_t>(1, uint32_t(Rng()() % (x[size_t(n) - 1] + 1)));
+            for (int32_t i = 0; i + 1 < n; ++i) y[size_t(i)] = uint32_t(Rng()() % kWord);
+            if (Rng()() % 4 == 0) ly = n - 1;
+            c = LehmerLeadingWords(x.data(), n, y.data(), ly, -1);
+            if (c.steps == 0) continue;
+        } else {
+            // A·x + B·y = e·x and C·x + D·y = f·x for y = x, the cofactors near 10^18.
+            y = x;
+            const int64_t a = 999999999999999999 - int64_t(Rng()() % 1000000000);
+            const int64_t e = int64_t(Rng()() % 3), f = int64_t(Rng()() % 3);
+            c.A = a;
+            c.B = e - a;
+            c.C = f - a + 1;
+            c.D = a - 1;
+            c.steps = 1;
+        }
+        EXPECT_EQ(combine(c, x, n, y, ly, false), combine(c, x, n, y, ly, true))
+            << n << " words, shape " << shape << ", trial " << trial;
+    }
+    UsePortableLehmerCombine(false);
 }
