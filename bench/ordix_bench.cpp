@@ -109,6 +109,7 @@ bool SetThreshold(const char* arg) {
                  {"modInverse", &t.modInverse},
                  {"modInverseHalf", &t.modInverseHalf},
                  {"powMontgomery", &t.powMontgomery},
+                 {"powPlan", &t.powPlan},
                  {"radixDivide", &t.radixDivide},
                  {"radixBinary", &t.radixBinary},
                  {"radixBinaryLeaf", &t.radixBinaryLeaf},

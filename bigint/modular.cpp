@@ -4,6 +4,7 @@
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
 #include "bigint/mul_dispatch.h"
+#include "bigint/ntt64_plan.h"
 #include "bigint/thresholds.h"
 
 // x reduced by m. For x >= 0 the truncated remainder as it stands (7 mod -3
@@ -216,9 +217,11 @@ Result ModPow(CalcContext* ctx, const BigInt* base, const BigInt* exponent, BigI
     const bool twoOrMore = Ok(code) && (e.v.top > 0 || e.v.limbs[0] >= 2);
     if (Ok(code) && twoOrMore && !BigIsZeroMagnitude(m)) {
         BigTemp fast;
-        code = m->top < gFastThresholds.powMontgomery
-                   ? ModPowMontgomery(ctx, &b.v, &e.v, m, &fast.v)
-                   : ModPowLong(ctx, &b.v, &e.v, m, &fast.v);
+        const FastThresholds& t = gFastThresholds;
+        const bool words =
+            m->top < t.powMontgomery && (m->top < t.powPlan || !Ntt64PlanAvailable());
+        code = words ? ModPowMontgomery(ctx, &b.v, &e.v, m, &fast.v)
+                     : ModPowLong(ctx, &b.v, &e.v, m, &fast.v);
         if (Ok(code)) BigReplace(&r.v, &fast.v);
     } else if (Ok(code)) {
         code = SquareAndMultiply(ctx, &r.v, &b.v, &e.v, m);

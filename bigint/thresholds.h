@@ -31,6 +31,11 @@ struct FastThresholds {
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
     int32_t powMontgomery = 1800;  // limbs of a modulus below which powers run on words
+    // Limbs of a modulus from which powers take the long path all the same
+    // where it runs on the 64-bit transform (AVX-512 IFMA): there the words'
+    // vector products end at 16638 bits, about 1252 limbs, and the long path
+    // beats the scalar words beyond.
+    int32_t powPlan = 1250;
     // 64-bit words of a modulus's odd part from which those powers take the
     // 52-bit vector products, where the processor has them
     int32_t powVector = 10;
