@@ -24,10 +24,7 @@
 #include <string>
 #include <vector>
 
-#if defined(__GNUC__) && defined(__x86_64__)
-#include <cpuid.h>
-#endif
-
+#include "bigint/binary_rows.h"
 #include "bigint/dispatch.h"
 #include "bigint/fast_paths.h"
 #include "bigint/internal.h"
@@ -114,65 +111,6 @@ Word AddMulPortable(Word* t, const Word* a, size_t n, Word b) {
     return carry;
 }
 
-#if defined(__GNUC__) && defined(__x86_64__)
-// The same with mulx and two carry chains, adcx for the product's high word
-// and adox for t, two words a turn (an odd first word goes alone); lea and
-// jrcxz leave the flags alone. Needs BMI2 and ADX.
-Word AddMulAdx(Word* t, const Word* a, size_t n, Word b) {
-    Word carry = 0;
-    if (n & 1) {
-        const Wide s = Wide(a[0]) * b + t[0];
-        t[0] = Word(s);
-        carry = Word(s >> 64);
-        ++t;
-        ++a;
-        --n;
-    }
-    if (n == 0) return carry;
-    Word lo, hi;
-    auto i = -static_cast<int64_t>(n);
-    __asm__ volatile(
-        "xor %k[lo], %k[lo]\n\t"  // clears CF and OF
-        "1:\n\t"
-        "mulx (%[a],%[i],8), %[lo], %[hi]\n\t"
-        "adcx %[c], %[lo]\n\t"
-        "adox (%[t],%[i],8), %[lo]\n\t"
-        "mov %[lo], (%[t],%[i],8)\n\t"
-        "mulx 8(%[a],%[i],8), %[lo], %[c]\n\t"
-        "adcx %[hi], %[lo]\n\t"
-        "adox 8(%[t],%[i],8), %[lo]\n\t"
-        "mov %[lo], 8(%[t],%[i],8)\n\t"
-        "lea 2(%[i]), %[i]\n\t"
-        "jrcxz 2f\n\t"
-        "jmp 1b\n\t"
-        "2:\n\t"
-        "mov $0, %k[lo]\n\t"
-        "adcx %[lo], %[c]\n\t"
-        "adox %[lo], %[c]\n\t"
-        : [c] "+&r"(carry), [lo] "=&r"(lo), [hi] "=&r"(hi), [i] "+c"(i)
-        : [a] "r"(a + n), [t] "r"(t + n), "d"(b)
-        : "cc", "memory");
-    return carry;
-}
-#endif
-
-using AddMulFn = Word (*)(Word* t, const Word* a, size_t n, Word b);
-
-// The row product for this processor, chosen once.
-AddMulFn RowProduct() {
-    static const AddMulFn chosen = [] {
-#if defined(__GNUC__) && defined(__x86_64__)
-        unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
-        if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) && (ebx & (1u << 8)) != 0 &&
-            (ebx & (1u << 19)) != 0) {
-            return AddMulAdx;  // BMI2 (bit 8) and ADX (bit 19)
-        }
-#endif
-        return AddMulPortable;
-    }();
-    return chosen;
-}
-
 // Work units charged for a product beyond its word products: with short
 // moduli the call itself is most of the time, and the polls keep their
 // pace.
@@ -195,7 +133,7 @@ uint64_t SmallQuotient(double aTop, uint64_t s, double mTopInverse) {
 class Montgomery {
 public:
     Montgomery(std::vector<Word> m, PollClock* clk)
-        : m_(std::move(m)), n_(m_.size()), clk_(clk), addMul_(RowProduct()) {
+        : m_(std::move(m)), n_(m_.size()), clk_(clk), addMul_(BinaryAddRow()) {
         Word x = m_[0];  // m0 x ≡ 1 (mod 8); each step doubles the good bits
         for (int i = 0; i < 5; ++i) x *= 2 - m_[0] * x;
         negInverse_ = ~x + 1;
@@ -293,7 +231,7 @@ private:
     // The rows of short moduli stay inline: a call would cost more than the
     // carry chains save.
     Word AddMul(Word* t, const Word* a, size_t n, Word b) const {
-        return n_ < 6 ? AddMulPortable(t, a, n, b) : addMul_(t, a, n, b);
+        return n_ < 6 ? AddMulPortable(t, a, n, b) : addMul_(t, a, static_cast<int32_t>(n), b);
     }
 
     // r := t / R mod m for t[0..2n) < m R: Montgomery's reduction row by
@@ -336,7 +274,7 @@ private:
     std::vector<Word> m_;
     size_t n_;
     PollClock* clk_;
-    AddMulFn addMul_;
+    AddRowFn addMul_;
     Word negInverse_ = 0;  // -1 / m mod 2^64
     double mTopInverse_ = 0;
     std::vector<Word> t_, t2_;
