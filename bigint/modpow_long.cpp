@@ -83,15 +83,16 @@ bool AtLeast(const Limb* a, int32_t n, const Limb* b, int32_t lb) {
 // points: c[j] for j < w comes from the low product, c[j + nW] is the
 // cyclic coefficient less it. Worth it while nL <= nW / 2; otherwise nW is
 // the whole transform and nL 0.
-struct SplitPlan {
+struct SplitShape {
     int32_t count = 0, nW = 0, w = 0, nL = 0;
-    NttVector wrap, low;  // the left factor's transforms, or the square's
 
-    void Make(int32_t coefficients) {
+    // points(k): the transform's points for k coefficients.
+    template <typename Points>
+    void Make(int32_t coefficients, Points points) {
         count = coefficients;
-        const int32_t n = NttPoints(count);
+        const int32_t n = points(count);
         w = count - n / 2;
-        nL = w > 0 ? NttPoints(2 * w - 1) : n;
+        nL = w > 0 ? points(2 * w - 1) : n;
         nW = n / 2;
         if (nL > nW / 2) {
             nW = n;
@@ -101,23 +102,22 @@ struct SplitPlan {
     }
 };
 
+struct SplitPlan : SplitShape {
+    NttVector wrap, low;  // the left factor's transforms, or the square's
+
+    void Make(int32_t coefficients) {
+        SplitShape::Make(coefficients, [](int32_t k) { return NttPoints(k); });
+    }
+};
+
 // The same on the 64-bit transform, in its points; `joined` takes the two
 // parts' coefficients.
-struct SplitPlan64 {
-    int32_t count = 0, nW = 0, w = 0, nL = 0;
+struct SplitPlan64 : SplitShape {
     Ntt64Vector wrap, low, joined;
 
     void Make(int64_t coefficients) {
-        count = static_cast<int32_t>(coefficients);
-        const int32_t n = Ntt64PlanPoints(count);
-        w = count - n / 2;
-        nL = w > 0 ? Ntt64PlanPoints(2 * int64_t(w) - 1) : n;
-        nW = n / 2;
-        if (nL > nW / 2) {
-            nW = n;
-            nL = 0;
-            w = 0;
-        }
+        SplitShape::Make(static_cast<int32_t>(coefficients),
+                         [](int32_t k) { return Ntt64PlanPoints(k); });
     }
 };
 
