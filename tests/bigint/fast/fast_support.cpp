@@ -111,6 +111,12 @@ void FromDecimal(BigInt* v, const std::string& s) {
     ASSERT_EQ(BigFromText(&copy[0], v), Result::kOk);
 }
 
+mpz_class FromLimbs(const Limb* p, int32_t n) {
+    mpz_class z = 0;
+    for (int32_t i = n - 1; i >= 0; --i) z = z * 10000 + p[i];
+    return z;
+}
+
 std::vector<Limb> FromMpz(const mpz_class& z) {
     Num v;
     FromDecimal(&v.v, z.get_str());

@@ -53,6 +53,12 @@ void FromDecimal(BigInt* v, const std::string& s);
 // A record's value in GMP, and back to limbs, through decimal text.
 inline mpz_class Gmp(const BigInt* v) { return mpz_class(ToDecimal(v)); }
 std::vector<Limb> FromMpz(const mpz_class& z);
+// The value of limbs p[0 … n) read in base 10000, without our own
+// conversions (limbs of 10000 and more are welcome).
+mpz_class FromLimbs(const Limb* p, int32_t n);
+inline mpz_class FromLimbs(const std::vector<Limb>& v) {
+    return FromLimbs(v.data(), int32_t(v.size()));
+}
 // GMP's inverse of a modulo m, 0 where there is none; b^e mod m (of b's
 // inverse for e < 0).
 inline mpz_class GmpInverse(const mpz_class& a, const mpz_class& m) {

@@ -13,13 +13,6 @@ using namespace fasttest;
 
 namespace {
 
-// The value of limbs read in base 10000, without our own conversions.
-mpz_class Value(const std::vector<Limb>& limbs) {
-    mpz_class z = 0;
-    for (auto i = limbs.size(); i-- > 0;) z = z * 10000 + limbs[i];
-    return z;
-}
-
 int Below(int n) { return static_cast<int>(Rng()() % static_cast<unsigned>(n)); }
 
 class AddVector : public ::testing::TestWithParam<int> {
@@ -35,7 +28,7 @@ protected:
     // x + y and x - y by the public operations, and x + y by LimbsAdd written
     // over a copy of x, all against GMP.
     static void Check(const std::vector<Limb>& x, const std::vector<Limb>& y, bool negative) {
-        const mpz_class zx = negative ? mpz_class(-Value(x)) : Value(x), zy = Value(y);
+        const mpz_class zx = negative ? mpz_class(-FromLimbs(x)) : FromLimbs(x), zy = FromLimbs(y);
         Num a, b, r;
         SetLimbs(&a.v, x, negative);
         SetLimbs(&b.v, y, false);
@@ -52,7 +45,8 @@ protected:
         d.resize(std::max(x.size(), y.size()) + 1);
         const auto tx = static_cast<int32_t>(x.size()) - 1, ty = static_cast<int32_t>(y.size()) - 1;
         d.resize(static_cast<size_t>(LimbsAdd(d.data(), y.data(), d.data(), tx, ty)) + 1);
-        EXPECT_EQ(Value(d).get_str(), mpz_class(Value(x) + zy).get_str()) << "in place " << what;
+        EXPECT_EQ(FromLimbs(d).get_str(), mpz_class(FromLimbs(x) + zy).get_str())
+            << "in place " << what;
     }
 };
 

@@ -16,12 +16,6 @@ using namespace fasttest;
 
 namespace {
 
-mpz_class FromLimbs(const Limb* p, int32_t n) {
-    mpz_class z = 0;
-    for (int32_t i = n - 1; i >= 0; --i) z = z * 10000 + p[i];
-    return z;
-}
-
 mpz_class PowerOfB(int64_t e) {
     mpz_class z;
     mpz_ui_pow_ui(z.get_mpz_t(), 10000, static_cast<unsigned long>(e));

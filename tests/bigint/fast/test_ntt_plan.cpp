@@ -14,13 +14,6 @@ using namespace fasttest;
 
 namespace {
 
-mpz_class FromLimbs(const Limb* p, int32_t n) {
-    mpz_class z = 0;
-    for (int32_t i = n - 1; i >= 0; --i) z = z * 10000 + p[i];
-    return z;
-}
-mpz_class FromLimbs(const std::vector<Limb>& v) { return FromLimbs(v.data(), int32_t(v.size())); }
-
 std::vector<Limb> AnyOperand(int32_t n) { return Operand(n, kShapes[Rng()() % 5]); }
 
 // Forward transforms of a, b, c, d at n points, then a·b + sign·c·d.
