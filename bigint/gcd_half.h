@@ -14,6 +14,7 @@
 #include "bigint/fast_ops.h"
 #include "bigint/gcd_lehmer.h"
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt64_plan.h"
 #include "bigint/ntt_plan.h"
 
 struct HgcdMatrix {
@@ -48,10 +49,16 @@ struct HgcdRun {
 // The transforms of a matrix's entries at one length, kept so that a
 // matrix used twice (the pair's update, then the product of matrices) is
 // transformed once.
+// Where the 64-bit transform is present (HgcdWide) the entries are kept in w.
 struct HgcdMatrixHat {
     NttVector u[2][2];
-    int32_t n = 0;  // 0: none kept
+    Ntt64Vector w[2][2];
+    int32_t n = 0;  // points kept, negative for w's; 0: none kept
 };
+
+// Whether summed products of `count` limbs go by the 64-bit transform (four
+// limbs a point on the vector primes) rather than the two-prime one.
+bool HgcdWide(int32_t count);
 
 // Whether products with factors of these lengths go by summed transforms:
 // both at least gcdMatrixNtt limbs, and within the transform's length.

@@ -270,3 +270,107 @@ Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p) {
     }
     return Result::kOk;
 }
+
+Result Ntt64PlanMulAccumulate(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& a,
+                              const Ntt64Vector& b, Ntt64Accumulate how, Ntt64Vector* scratch) {
+    const int32_t n = a.points();
+    Ntt64Vector* into = how == Ntt64Accumulate::kSet ? acc : scratch;
+    if (!into->Reset(n)) return Result::kNoMemory;
+    std::copy(a.prime(0), a.prime(0) + 3 * int64_t(n), into->prime(0));
+    Ntt64PlanMul(clk, into, b);
+    if (how == Ntt64Accumulate::kSet) return Result::kOk;
+    // Residues below 2p on both sides: the sum or difference is brought back below 2p.
+    const Ntt64Vec* c = Ntt64VecPrimes();
+    for (int i = 0; i < 3; ++i) {
+        const uint64_t p2 = 2 * c[i].p;
+        uint64_t* x = acc->prime(i);
+        const uint64_t* y = scratch->prime(i);
+        if (how == Ntt64Accumulate::kAdd) {
+            for (int32_t j = 0; j < n; ++j) {
+                const uint64_t s = x[j] + y[j];
+                x[j] = s >= p2 ? s - p2 : s;
+            }
+        } else {
+            for (int32_t j = 0; j < n; ++j) {
+                const uint64_t s = x[j] - y[j] + p2;
+                x[j] = s >= p2 ? s - p2 : s;
+            }
+        }
+    }
+    return Result::kOk;
+}
+
+Result Ntt64PlanToLimbsSigned(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p,
+                              bool* negative) {
+    if (!Inverse(clk, acc)) return Result::kStopped;
+    const Ntt64Vec* c = Ntt64VecPrimes();
+    static const JoinConstants jc(c);
+    const int64_t count = std::min<int64_t>(acc->points(), (len + kNtt64PlanLimbs - 1) / 4);
+    uint64_t* r[3] = {acc->prime(0), acc->prime(1), acc->prime(2)};
+    // A coefficient v1 + p1·v2 + p1·p2·v3 in the upper half of [0, P) (v3 >
+    // p3/2: the magnitudes stay far below P/2) stands for v − P = −(P − v),
+    // whose mixed-radix digits (p1 − v1, p2 − 1 − v2, p3 − 1 − v3) are
+    // subtracted. Pending base-10^8 digits are then signed, each below
+    // 10^17 in magnitude, and carried down by floor division: the limbs are
+    // the sum modulo B^len, its complement when negative.
+    int64_t w[6] = {};
+    const int64_t digit = int64_t(kDigit);
+    auto settle = [&](int64_t at, int64_t v, int64_t* carry) {
+        int64_t q = v / digit;
+        int64_t d = v - q * digit;
+        if (d < 0) {
+            d += digit;
+            --q;
+        }
+        PutLimb(p, at, len, static_cast<uint64_t>(d % 10000));
+        PutLimb(p, at + 1, len, static_cast<uint64_t>(d / 10000));
+        *carry = q;
+    };
+    for (int64_t from = 0; from < count; from += kJoinBlock) {
+        const int64_t to = std::min(count, from + kJoinBlock);
+        Ntt64VecGarner(c, jc.k, r[0] + from, r[1] + from, r[2] + from, to - from);
+        for (int64_t i = from; i < to; ++i) {
+            uint64_t v1 = r[0][i], v2 = r[1][i], v3 = r[2][i];
+            const bool minus = v3 > c[2].p / 2;
+            if (minus) {
+                v1 = c[0].p - v1;
+                v2 = c[1].p - 1 - v2;
+                v3 = c[2].p - 1 - v3;
+            }
+            const int64_t a1 = int64_t(v1 / kDigit), a0 = int64_t(v1 % kDigit);
+            const int64_t b1 = int64_t(v2 / kDigit), b0 = int64_t(v2 % kDigit);
+            const int64_t c1 = int64_t(v3 / kDigit), c0 = int64_t(v3 % kDigit);
+            const auto p10 = int64_t(jc.p1[0]), p11 = int64_t(jc.p1[1]);
+            const auto q0 = int64_t(jc.p12[0]), q1 = int64_t(jc.p12[1]);
+            const auto q2 = int64_t(jc.p12[2]), q3 = int64_t(jc.p12[3]);
+            const int64_t s = minus ? -1 : 1;
+            w[0] += s * (a0 + p10 * b0 + q0 * c0);
+            w[1] += s * (a1 + p10 * b1 + p11 * b0 + q0 * c1 + q1 * c0);
+            w[2] += s * (p11 * b1 + q1 * c1 + q2 * c0);
+            w[3] += s * (q2 * c1 + q3 * c0);
+            w[4] += s * (q3 * c1);
+            int64_t carry = 0;
+            settle(4 * i, w[0], &carry);
+            settle(4 * i + 2, w[1] + carry, &carry);
+            w[0] = w[2] + carry;
+            w[1] = w[3];
+            w[2] = w[4];
+            w[3] = w[4] = 0;
+        }
+        if (clk.Tick((to - from) * kJoinPoint)) return Result::kStopped;
+    }
+    int64_t carry = 0;
+    for (int s = 0; s < 6; ++s) settle(4 * count + 2 * s, w[s] + carry, &carry);
+    if (4 * count + 12 < len) std::fill(p + 4 * count + 12, p + len, Limb(0));
+    // A negative sum leaves B^len − |sum|, whose top limb is 9999.
+    *negative = p[len - 1] != 0;
+    if (*negative) {
+        int borrow = 0;
+        for (int32_t i = 0; i < len; ++i) {
+            const int v = -p[i] - borrow;
+            borrow = v < 0 ? 1 : 0;
+            p[i] = static_cast<Limb>(v + 10000 * borrow);
+        }
+    }
+    return Result::kOk;
+}
