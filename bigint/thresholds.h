@@ -29,7 +29,7 @@ struct FastThresholds {
     int32_t gcdMatrixNtt = 150;
     // Limbs of those sums from which they take the 64-bit transform, where
     // the processor has its vector products.
-    int32_t gcdMatrixNtt64 = 600;
+    int32_t gcdMatrixNtt64 = 400;
     int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
