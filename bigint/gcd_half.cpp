@@ -238,7 +238,9 @@ Result CorrectionsAtWide(Run& run, const BigInt& al, const BigInt& bl, const Mat
         if (!Ok(code)) return code;
         mHat->n = -n;
     }
-    Ntt64Vector alHat, blHat, acc, scratch;
+    Ntt64Vector own[4];
+    Ntt64Vector* work = run.Work(n, own);
+    Ntt64Vector &alHat = work[0], &blHat = work[1], &acc = work[2], &scratch = work[3];
     code = Ntt64PlanForward(run.clk, al.limbs, Len(al), n, &alHat);
     if (Ok(code)) code = Ntt64PlanForward(run.clk, bl.limbs, Len(bl), n, &blHat);
     const Ntt64Vector* terms[2][4] = {{&mHat->w[1][1], &alHat, &mHat->w[0][1], &blHat},
@@ -568,7 +570,9 @@ Result MatMulWide(HgcdRun& run, int rows, const BigInt* const a[2][2], const Big
         if (!Ok(code)) return code;
         bHat->n = -n;
     }
-    Ntt64Vector row[2], acc, scratch;
+    Ntt64Vector own[4];
+    Ntt64Vector* work = run.Work(n, own);
+    Ntt64Vector *row = work, &acc = work[2], &scratch = work[3];
     const bool kept = aHat != nullptr && aHat->n == -n;
     for (int i = 0; i < rows && Ok(code); ++i) {
         const Ntt64Vector* hat[2] = {&row[0], &row[1]};

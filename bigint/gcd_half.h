@@ -30,6 +30,18 @@ struct HgcdRun {
     PollClock clk;
     explicit HgcdRun(CalcContext* c) : ctx(c), clk(c) {}
 
+    // Work vectors of the 64-bit sums of products, kept for transforms up to
+    // 2^kKeptLog points (a few MB in all): the many short sums near the
+    // leaves then do not take fresh pages at every call. Longer ones use
+    // own, freed by the caller.
+    static constexpr int kKeptLog = 16;
+    Ntt64Vector kept[kKeptLog + 1][4];
+    Ntt64Vector* Work(int32_t n, Ntt64Vector* own) {
+        for (int k = 6; k <= kKeptLog; ++k)
+            if (n == int32_t(1) << k) return kept[k];
+        return own;
+    }
+
     // r := x·y, written as new.
     Result Mul(BigInt* r, const BigInt* x, const BigInt* y) {
         if (x->top < y->top) std::swap(x, y);
