@@ -30,7 +30,11 @@
 // updates keep M1's and M2's transforms for M1·M2 when the lengths agree
 // (no Lehmer step came between the halves), leaving 4 inverse transforms.
 // A sum of two products per coefficient doubles the coefficient bound,
-// still far below what the two primes determine (NttPlanFits). Below
+// still far below what the two primes determine (NttPlanFits). Where the
+// vector products are present, sums from gcdMatrixNtt64 limbs take the
+// 64-bit transform (ntt64_plan.h) instead: four limbs a point on three
+// primes, a quarter of the points, coefficients below 2·n·10^32 against the
+// primes' 2^149, the corrections' signed sums joined with their sign. Below
 // gcdMatrixNtt the products go by MulRec, M1·M2 in Strassen's form past
 // Karatsuba's size.
 //
