@@ -14,7 +14,10 @@
 #include <algorithm>
 #include <new>
 
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
+#define ORDIX_NTT64_PLAN_AVX512 1
 #include <immintrin.h>
+#endif
 
 #include "bigint/ntt64.h"
 #include "bigint/ntt64_kernels.h"
@@ -276,11 +279,15 @@ Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p) {
 namespace {
 
 // x := x + y or x − y modulo p, residues below 2p on both sides and after;
-// eight at a time on AVX-512, which the vector primes imply.
-__attribute__((target("avx512f"))) void AddResidues(uint64_t* x, const uint64_t* y, uint64_t p2,
-                                                    int32_t n, bool subtract) {
-    const __m512i twoP = _mm512_set1_epi64(static_cast<long long>(p2));
+// eight at a time on AVX-512, which the vector primes imply (this runs only
+// where they are present).
+#ifdef ORDIX_NTT64_PLAN_AVX512
+__attribute__((target("avx512f")))
+#endif
+void AddResidues(uint64_t* x, const uint64_t* y, uint64_t p2, int32_t n, bool subtract) {
     int32_t j = 0;
+#ifdef ORDIX_NTT64_PLAN_AVX512
+    const __m512i twoP = _mm512_set1_epi64(static_cast<long long>(p2));
     for (; j + 8 <= n; j += 8) {
         const __m512i a = _mm512_loadu_si512(x + j), b = _mm512_loadu_si512(y + j);
         const __m512i t =
@@ -288,6 +295,7 @@ __attribute__((target("avx512f"))) void AddResidues(uint64_t* x, const uint64_t*
         _mm512_storeu_si512(x + j,
                             _mm512_mask_sub_epi64(t, _mm512_cmpge_epu64_mask(t, twoP), t, twoP));
     }
+#endif
     for (; j < n; ++j) {
         const uint64_t t = subtract ? x[j] - y[j] + p2 : x[j] + y[j];
         x[j] = t >= p2 ? t - p2 : t;
