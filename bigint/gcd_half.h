@@ -31,7 +31,7 @@ struct HgcdRun {
     explicit HgcdRun(CalcContext* c) : ctx(c), clk(c) {}
 
     // Work vectors of the 64-bit sums of products, kept for transforms up to
-    // 2^kKeptLog points (a few MB in all): the many short sums near the
+    // 2^kKeptLog points (at most 12 MB in all): the many short sums near the
     // leaves then do not take fresh pages at every call. Longer ones use
     // own, freed by the caller.
     static constexpr int kKeptLog = 16;
