@@ -30,7 +30,11 @@
 // updates keep M1's and M2's transforms for M1·M2 when the lengths agree
 // (no Lehmer step came between the halves), leaving 4 inverse transforms.
 // A sum of two products per coefficient doubles the coefficient bound,
-// still far below what the two primes determine (NttPlanFits). Below
+// still far below what the two primes determine (NttPlanFits). Where the
+// vector products are present, sums from gcdMatrixNtt64 limbs take the
+// 64-bit transform (ntt64_plan.h) instead: four limbs a point on three
+// primes, a quarter of the points, coefficients below 2·n·10^32 against the
+// primes' 2^149, the corrections' signed sums joined with their sign. Below
 // gcdMatrixNtt the products go by MulRec, M1·M2 in Strassen's form past
 // Karatsuba's size.
 //
@@ -216,11 +220,62 @@ BigInt Slice(const BigInt& v, int32_t from, int32_t len) {
     return r;
 }
 
+// Points of the transform that takes a sum of `count` limbs, in units of
+// the two-prime transform's points (limbs) for comparing costs: a 64-bit
+// point costs about as much as four of those.
+int32_t PlanPoints(int32_t count) {
+    return HgcdWide(count) ? 4 * Ntt64PlanPoints((int64_t(count) + 3) / 4) : NttPoints(count);
+}
+
 // e := det·(u11·al − u01·bl) and det·(u00·bl − u10·al) at n points, each
 // below B^count in magnitude, one inverse transform of a difference of
 // pointwise products each; mHat keeps M's transforms at n.
+Result CorrectionsAtWide(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
+                         HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e) {
+    Result code = Result::kOk;
+    if (mHat->n != -n) {
+        mHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = m.u[i / 2][i % 2].v;
+            code = Ntt64PlanForward(run.clk, u.limbs, Len(u), n, &mHat->w[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        mHat->n = -n;
+    }
+    Ntt64Vector own[4];
+    Ntt64Vector* work = run.Work(n, own);
+    Ntt64Vector &alHat = work[0], &blHat = work[1], &acc = work[2], &scratch = work[3];
+    code = Ntt64PlanForward(run.clk, al.limbs, Len(al), n, &alHat);
+    if (Ok(code)) code = Ntt64PlanForward(run.clk, bl.limbs, Len(bl), n, &blHat);
+    const Ntt64Vector* terms[2][4] = {{&mHat->w[1][1], &alHat, &mHat->w[0][1], &blHat},
+                                      {&mHat->w[0][0], &blHat, &mHat->w[1][0], &alHat}};
+    for (int k = 0; k < 2 && Ok(code); ++k) {
+        code = Ntt64PlanMulAccumulate(run.clk, &acc, *terms[k][0], *terms[k][1],
+                                      Ntt64Accumulate::kSet, &scratch);
+        if (Ok(code))
+            code = Ntt64PlanMulAccumulate(run.clk, &acc, *terms[k][2], *terms[k][3],
+                                          Ntt64Accumulate::kSub, &scratch);
+        if (!Ok(code)) return code;
+        // One limb above the bound tells the sign.
+        LimbBuffer limbs(int64_t(count) + 1);
+        bool negative = false;
+        if (!limbs.ok()) return Result::kNoMemory;
+        code = Ntt64PlanToLimbsSigned(run.clk, &acc, count + 1, limbs.get(), &negative);
+        if (!Ok(code)) return code;
+        BigInt& v = e[k].v;
+        BigFree(&v);
+        v.top = LimbsTrimTop(limbs.get(), count - 1);
+        v.limbs = limbs.Release();
+        v.negative = !BigIsZero(&v) && negative != (m.det < 0) ? 1 : 0;
+    }
+    return code;
+}
+
 Result CorrectionsAt(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m,
                      HgcdMatrixHat* mHat, int32_t n, int32_t count, BigTemp* e) {
+    if (HgcdWide(count))
+        return CorrectionsAtWide(run, al, bl, m, mHat, Ntt64PlanPoints((int64_t(count) + 3) / 4),
+                                 count, e);
     Result code = Result::kOk;
     if (mHat->n != n) {
         mHat->n = 0;
@@ -264,7 +319,7 @@ Result Corrections(Run& run, const BigInt& al, const BigInt& bl, const Matrix& m
     // |u11·al − u01·bl| < max(u11·al, u01·bl) < B^count, and likewise.
     const int32_t lu = LongestEntry(m), low = std::max(Len(al), Len(bl));
     const int32_t count = lu + low, h = (low + 1) / 2;
-    const int32_t n = NttPoints(count), nHalf = NttPoints(lu + h);
+    const int32_t n = PlanPoints(count), nHalf = PlanPoints(lu + h);
     if (low < 2 || 12 * int64_t(nHalf) >= 8 * int64_t(n))
         return CorrectionsAt(run, al, bl, m, mHat, n, count, e);
     Result code = Result::kOk;
@@ -504,7 +559,58 @@ int32_t FittingTop(int32_t len) {
     return best;
 }
 
+// HgcdMatMulNtt on the 64-bit transform: each entry below 2·B^count.
+Result MatMulWide(HgcdRun& run, int rows, const BigInt* const a[2][2], const BigInt* const b[2][2],
+                  BigInt* const r[2][2], HgcdMatrixHat* bHat, const HgcdMatrixHat* aHat,
+                  int32_t count) {
+    const int32_t n = Ntt64PlanPoints((int64_t(count) + 3) / 4);
+    Result code = Result::kOk;
+    if (bHat->n != -n) {
+        bHat->n = 0;
+        for (int i = 0; i < 4 && Ok(code); ++i) {
+            const BigInt& u = *b[i / 2][i % 2];
+            code = Ntt64PlanForward(run.clk, u.limbs, Len(u), n, &bHat->w[i / 2][i % 2]);
+        }
+        if (!Ok(code)) return code;
+        bHat->n = -n;
+    }
+    Ntt64Vector own[4];
+    Ntt64Vector* work = run.Work(n, own);
+    Ntt64Vector *row = work, &acc = work[2], &scratch = work[3];
+    const bool kept = aHat != nullptr && aHat->n == -n;
+    for (int i = 0; i < rows && Ok(code); ++i) {
+        const Ntt64Vector* hat[2] = {&row[0], &row[1]};
+        for (int t = 0; t < 2 && Ok(code); ++t) {
+            if (kept)
+                hat[t] = &aHat->w[i][t];
+            else
+                code = Ntt64PlanForward(run.clk, a[i][t]->limbs, Len(*a[i][t]), n, &row[t]);
+        }
+        for (int j = 0; j < 2 && Ok(code); ++j) {
+            code = Ntt64PlanMulAccumulate(run.clk, &acc, *hat[0], bHat->w[0][j],
+                                          Ntt64Accumulate::kSet, &scratch);
+            if (Ok(code))
+                code = Ntt64PlanMulAccumulate(run.clk, &acc, *hat[1], bHat->w[1][j],
+                                              Ntt64Accumulate::kAdd, &scratch);
+            // The top limb takes the sum's carry.
+            LimbBuffer p(int64_t(count) + 1);
+            if (Ok(code) && !p.ok()) code = Result::kNoMemory;
+            if (Ok(code)) code = Ntt64PlanToLimbs(run.clk, &acc, count + 1, p.get());
+            if (!Ok(code)) break;
+            BigInt* e = r[i][j];
+            e->top = LimbsTrimTop(p.get(), count);
+            e->negative = 0;
+            e->limbs = p.Release();
+        }
+    }
+    return code;
+}
+
 }  // namespace
+
+bool HgcdWide(int32_t count) {
+    return count >= gFastThresholds.gcdMatrixNtt64 && Ntt64PlanAvailable();
+}
 
 bool HgcdUseTransforms(int32_t shorter, int32_t longer) {
     return shorter >= gFastThresholds.gcdMatrixNtt &&
@@ -520,8 +626,9 @@ Result HgcdMatMulNtt(HgcdRun& run, int rows, const BigInt* const a[2][2],
             if (i < rows) la = std::max(la, Len(*a[i][t]));
             lb = std::max(lb, Len(*b[i][t]));
         }
-    // A sum of two products is below 2·B^(la + lb − 1) <= B^(la + lb).
+    // A sum of two products is below 2·B^(la + lb): count limbs and a carry.
     const int32_t count = la + lb;
+    if (HgcdWide(count)) return MatMulWide(run, rows, a, b, r, bHat, aHat, count);
     const int32_t n = NttPoints(count);
     Result code = Result::kOk;
     if (bHat->n != n) {

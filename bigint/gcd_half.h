@@ -14,6 +14,7 @@
 #include "bigint/fast_ops.h"
 #include "bigint/gcd_lehmer.h"
 #include "bigint/mul_kernels.h"
+#include "bigint/ntt64_plan.h"
 #include "bigint/ntt_plan.h"
 
 struct HgcdMatrix {
@@ -28,6 +29,18 @@ struct HgcdRun {
     CalcContext* ctx;
     PollClock clk;
     explicit HgcdRun(CalcContext* c) : ctx(c), clk(c) {}
+
+    // Work vectors of the 64-bit sums of products, kept for transforms up to
+    // 2^kKeptLog points (at most 12 MB in all): the many short sums near the
+    // leaves then do not take fresh pages at every call. Longer ones use
+    // own, freed by the caller.
+    static constexpr int kKeptLog = 16;
+    Ntt64Vector kept[kKeptLog + 1][4];
+    Ntt64Vector* Work(int32_t n, Ntt64Vector* own) {
+        for (int k = 6; k <= kKeptLog; ++k)
+            if (n == int32_t(1) << k) return kept[k];
+        return own;
+    }
 
     // r := x·y, written as new.
     Result Mul(BigInt* r, const BigInt* x, const BigInt* y) {
@@ -48,10 +61,16 @@ struct HgcdRun {
 // The transforms of a matrix's entries at one length, kept so that a
 // matrix used twice (the pair's update, then the product of matrices) is
 // transformed once.
+// Where the 64-bit transform is present (HgcdWide) the entries are kept in w.
 struct HgcdMatrixHat {
     NttVector u[2][2];
-    int32_t n = 0;  // 0: none kept
+    Ntt64Vector w[2][2];
+    int32_t n = 0;  // points kept, negative for w's; 0: none kept
 };
+
+// Whether summed products of `count` limbs go by the 64-bit transform (four
+// limbs a point on the vector primes) rather than the two-prime one.
+bool HgcdWide(int32_t count);
 
 // Whether products with factors of these lengths go by summed transforms:
 // both at least gcdMatrixNtt limbs, and within the transform's length.

@@ -14,6 +14,11 @@
 #include <algorithm>
 #include <new>
 
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
+#define ORDIX_NTT64_PLAN_AVX512 1
+#include <immintrin.h>
+#endif
+
 #include "bigint/ntt64.h"
 #include "bigint/ntt64_kernels.h"
 
@@ -267,6 +272,135 @@ Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p) {
         const int v = p[i] + 1;
         carry = v >= 10000 ? 1 : 0;
         p[i] = static_cast<Limb>(v - carry * 10000);
+    }
+    return Result::kOk;
+}
+
+namespace {
+
+// x := x + y or x − y modulo p, residues below 2p on both sides and after;
+// eight at a time on AVX-512, which the vector primes imply (this runs only
+// where they are present).
+#ifdef ORDIX_NTT64_PLAN_AVX512
+__attribute__((target("avx512f")))
+#endif
+void AddResidues(uint64_t* x, const uint64_t* y, uint64_t p2, int32_t n, bool subtract) {
+    int32_t j = 0;
+#ifdef ORDIX_NTT64_PLAN_AVX512
+    const __m512i twoP = _mm512_set1_epi64(static_cast<long long>(p2));
+    for (; j + 8 <= n; j += 8) {
+        const __m512i a = _mm512_loadu_si512(x + j), b = _mm512_loadu_si512(y + j);
+        const __m512i t =
+            subtract ? _mm512_add_epi64(_mm512_sub_epi64(a, b), twoP) : _mm512_add_epi64(a, b);
+        _mm512_storeu_si512(x + j,
+                            _mm512_mask_sub_epi64(t, _mm512_cmpge_epu64_mask(t, twoP), t, twoP));
+    }
+#endif
+    for (; j < n; ++j) {
+        const uint64_t t = subtract ? x[j] - y[j] + p2 : x[j] + y[j];
+        x[j] = t >= p2 ? t - p2 : t;
+    }
+}
+
+}  // namespace
+
+Result Ntt64PlanMulAccumulate(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& a,
+                              const Ntt64Vector& b, Ntt64Accumulate how, Ntt64Vector* scratch) {
+    const int32_t n = a.points();
+    Ntt64Vector* into = how == Ntt64Accumulate::kSet ? acc : scratch;
+    if (!into->Reset(n)) return Result::kNoMemory;
+    std::copy(a.prime(0), a.prime(0) + 3 * int64_t(n), into->prime(0));
+    Ntt64PlanMul(clk, into, b);
+    if (how == Ntt64Accumulate::kSet) return Result::kOk;
+    const Ntt64Vec* c = Ntt64VecPrimes();
+    for (int i = 0; i < 3; ++i)
+        AddResidues(acc->prime(i), scratch->prime(i), 2 * c[i].p, n, how == Ntt64Accumulate::kSub);
+    return Result::kOk;
+}
+
+Result Ntt64PlanToLimbsSigned(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p,
+                              bool* negative) {
+    if (!Inverse(clk, acc)) return Result::kStopped;
+    const Ntt64Vec* c = Ntt64VecPrimes();
+    static const JoinConstants jc(c);
+    const int64_t count = std::min<int64_t>(acc->points(), (len + kNtt64PlanLimbs - 1) / 4);
+    uint64_t* r[3] = {acc->prime(0), acc->prime(1), acc->prime(2)};
+    // A coefficient v1 + p1·v2 + p1·p2·v3 in the upper half of [0, P) (v3 >
+    // p3/2: the magnitudes stay far below P/2) stands for v − P = −(P − v),
+    // whose mixed-radix digits (p1 − v1, p2 − 1 − v2, p3 − 1 − v3) are
+    // subtracted. Pending base-10^8 digits are then signed, each below
+    // 10^17 in magnitude, and carried down by floor division (of the digit
+    // plus 10^18, unsigned, without branches): the limbs are the sum modulo
+    // B^len, its complement when negative.
+    constexpr uint64_t kShift = 10000000000u;  // 10^18 / 10^8
+    int64_t w[6] = {};
+    const auto p10 = int64_t(jc.p1[0]), p11 = int64_t(jc.p1[1]);
+    const auto q0 = int64_t(jc.p12[0]), q1 = int64_t(jc.p12[1]);
+    const auto q2 = int64_t(jc.p12[2]), q3 = int64_t(jc.p12[3]);
+    auto split = [](int64_t v, uint64_t* d) {
+        const uint64_t u = static_cast<uint64_t>(v) + kShift * kDigit;
+        const uint64_t q = u / kDigit;
+        *d = u - q * kDigit;
+        return static_cast<int64_t>(q) - static_cast<int64_t>(kShift);
+    };
+    auto settle = [&](int64_t at, int64_t v, int64_t* carry) {
+        uint64_t d = 0;
+        *carry = split(v, &d);
+        PutLimb(p, at, len, d % 10000);
+        PutLimb(p, at + 1, len, d / 10000);
+    };
+    for (int64_t from = 0; from < count; from += kJoinBlock) {
+        const int64_t to = std::min(count, from + kJoinBlock);
+        Ntt64VecGarner(c, jc.k, r[0] + from, r[1] + from, r[2] + from, to - from);
+        for (int64_t i = from; i < to; ++i) {
+            const uint64_t v1 = r[0][i], v2 = r[1][i], v3 = r[2][i];
+            const bool minus = v3 > c[2].p / 2;
+            const uint64_t x1 = minus ? c[0].p - v1 : v1;
+            const uint64_t x2 = minus ? c[1].p - 1 - v2 : v2;
+            const uint64_t x3 = minus ? c[2].p - 1 - v3 : v3;
+            const int64_t a1 = int64_t(x1 / kDigit), a0 = int64_t(x1 % kDigit);
+            const int64_t b1 = int64_t(x2 / kDigit), b0 = int64_t(x2 % kDigit);
+            const int64_t c1 = int64_t(x3 / kDigit), c0 = int64_t(x3 % kDigit);
+            const int64_t sg = 1 - 2 * int64_t(minus);
+            w[0] += sg * (a0 + p10 * b0 + q0 * c0);
+            w[1] += sg * (a1 + p10 * b1 + p11 * b0 + q0 * c1 + q1 * c0);
+            w[2] += sg * (p11 * b1 + q1 * c1 + q2 * c0);
+            w[3] += sg * (q2 * c1 + q3 * c0);
+            w[4] += sg * (q3 * c1);
+            const int64_t at = 4 * i;
+            uint64_t d0 = 0, d1 = 0;
+            const int64_t k0 = split(w[0], &d0);
+            const int64_t k1 = split(w[1] + k0, &d1);
+            if (at + 3 < len) {
+                p[at] = static_cast<Limb>(d0 % 10000);
+                p[at + 1] = static_cast<Limb>(d0 / 10000);
+                p[at + 2] = static_cast<Limb>(d1 % 10000);
+                p[at + 3] = static_cast<Limb>(d1 / 10000);
+            } else {
+                PutLimb(p, at, len, d0 % 10000);
+                PutLimb(p, at + 1, len, d0 / 10000);
+                PutLimb(p, at + 2, len, d1 % 10000);
+                PutLimb(p, at + 3, len, d1 / 10000);
+            }
+            w[0] = w[2] + k1;
+            w[1] = w[3];
+            w[2] = w[4];
+            w[3] = w[4] = 0;
+        }
+        if (clk.Tick((to - from) * kJoinPoint)) return Result::kStopped;
+    }
+    int64_t carry = 0;
+    for (int s = 0; s < 6; ++s) settle(4 * count + 2 * s, w[s] + carry, &carry);
+    if (4 * count + 12 < len) std::fill(p + 4 * count + 12, p + len, Limb(0));
+    // A negative sum leaves B^len − |sum|, whose top limb is 9999.
+    *negative = p[len - 1] != 0;
+    if (*negative) {
+        int borrow = 0;
+        for (int32_t i = 0; i < len; ++i) {
+            const int v = -p[i] - borrow;
+            borrow = v < 0 ? 1 : 0;
+            p[i] = static_cast<Limb>(v + 10000 * borrow);
+        }
     }
     return Result::kOk;
 }

@@ -71,3 +71,18 @@ Result Ntt64PlanToLimbsSplit(PollClock& clk, Ntt64Vector* wrap, Ntt64Vector* low
 // The cyclic variant: for operands of at most 4n limbs, p[0 … 4n) := the
 // product modulo B^4n − 1, as a value in [0, B^4n − 1]. kOk or kStopped.
 Result Ntt64PlanToLimbsCyclic(PollClock& clk, Ntt64Vector* acc, Limb* p);
+
+// For sums of products (the half-gcd's matrices and pair updates): acc :=
+// a·b, acc += a·b or acc −= a·b point by point, with the inverse's 1/n;
+// scratch holds a·b for the last two. acc, a and b have the same points.
+enum class Ntt64Accumulate { kSet, kAdd, kSub };
+Result Ntt64PlanMulAccumulate(PollClock& clk, Ntt64Vector* acc, const Ntt64Vector& a,
+                              const Ntt64Vector& b, Ntt64Accumulate how, Ntt64Vector* scratch);
+
+// The inverse transform of a sum of products of either sign whose
+// coefficients may be negative (each below 2^148 in magnitude), joined and
+// carried: p[0 … len) := |sum| mod B^len, *negative its sign; exact when
+// |sum| < B^(len − 1), which leaves the top limb to tell the sign. acc is
+// destroyed. kOk or kStopped.
+Result Ntt64PlanToLimbsSigned(PollClock& clk, Ntt64Vector* acc, int32_t len, Limb* p,
+                              bool* negative);

@@ -27,6 +27,9 @@ struct FastThresholds {
     // Limbs of the shorter factor from which the half-gcd's matrix products
     // and pair updates add products of transforms (each factor transformed once).
     int32_t gcdMatrixNtt = 150;
+    // Limbs of those sums from which they take the 64-bit transform, where
+    // the processor has its vector products.
+    int32_t gcdMatrixNtt64 = 400;
     int32_t modInverse = 2;  // limbs of the modulus from which inverses go by the extended gcd
     int32_t modInverseHalf =
         200;  // limbs of the smaller number: half-gcd rounds of the extended gcd
@@ -105,6 +108,7 @@ struct FastThresholds {
         t.gcdHalf = 6;
         t.gcdHalfLeaf = 5;
         t.gcdMatrixNtt = 4;
+        t.gcdMatrixNtt64 = 8;
         t.modInverse = 1;
         t.modInverseHalf = 6;
         t.radixDivide = 8;

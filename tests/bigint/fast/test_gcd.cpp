@@ -7,6 +7,7 @@
 
 #include "bigint/dispatch.h"
 #include "bigint/gcd_lehmer.h"
+#include "bigint/ntt64.h"
 #include "fast_support.h"
 
 using namespace fasttest;
@@ -94,16 +95,22 @@ TEST(FastGcd, SizesAroundTheThresholdsAgreeWithGmp) {
             CheckGcd(Operand(n, Shape::Random), Operand(n - 1, Shape::Random), false);
     }
     // Matrices and pair updates by summed transforms from every size, from
-    // some, or never; the inverse's row likewise.
-    for (int32_t from : {1, 30, 1 << 30}) {
-        lowered.gcdHalfLeaf = 8;
-        lowered.gcdMatrixNtt = from;
-        ThresholdScope scope(lowered);
-        for (const Shape shape : {Shape::Random, Shape::Nines}) {
-            CheckGcd(Operand(500, shape), Operand(499, Shape::Random), false);
-            CheckInverse(Operand(499, Shape::Random), Operand(500, shape));
+    // some, or never; the inverse's row likewise. The 64-bit transform takes
+    // them from every size, from some, or (switched off) never.
+    for (const int32_t wide : {8, 400, 0}) {
+        UsePortableNtt64(wide == 0);
+        lowered.gcdMatrixNtt64 = wide;
+        for (int32_t from : {1, 30, 1 << 30}) {
+            lowered.gcdHalfLeaf = 8;
+            lowered.gcdMatrixNtt = from;
+            ThresholdScope scope(lowered);
+            for (const Shape shape : {Shape::Random, Shape::Nines}) {
+                CheckGcd(Operand(500, shape), Operand(499, Shape::Random), false);
+                CheckInverse(Operand(499, Shape::Random), Operand(500, shape));
+            }
         }
     }
+    UsePortableNtt64(false);
 }
 
 TEST(FastModInverse, RandomPairsAroundTheThresholdsMatchGmp) {
@@ -257,8 +264,10 @@ TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
         lowered.gcdHalfLeaf = from == 1 ? 8 : 60;
         lowered.gcdMatrixNtt = from;
         ThresholdScope scope(lowered);
-        // The leaves' combination pass by vector registers or by words.
+        // The leaves' combination pass by vector registers or by words, the
+        // sums of products on the 64-bit transform or the two-prime one.
         UsePortableLehmerCombine(from == 60);
+        UsePortableNtt64(from == 60);
         for (int32_t count : {300, 1500}) {
             mpz_class x, y;
             build(count, &x, &y);
@@ -267,6 +276,7 @@ TEST(FastGcdAndInverse, LongQuotientsBetweenTheHalvesAgreeWithGmp) {
             CheckInverse(FromMpz(y), FromMpz(x));
         }
         UsePortableLehmerCombine(false);
+        UsePortableNtt64(false);
     }
     // The gcd's rounds take tops of 2^k − 2^(k−6) limbs: pairs of one limb
     // less, exactly that length (the whole pair the top), and one limb more.
