@@ -110,6 +110,8 @@ bool SetThreshold(const char* arg) {
                  {"modInverseHalf", &t.modInverseHalf},
                  {"powMontgomery", &t.powMontgomery},
                  {"powPlan", &t.powPlan},
+                 {"gcdMatrixNtt", &t.gcdMatrixNtt},
+                 {"gcdMatrixNtt64", &t.gcdMatrixNtt64},
                  {"radixDivide", &t.radixDivide},
                  {"radixBinary", &t.radixBinary},
                  {"radixBinaryLeaf", &t.radixBinaryLeaf},

@@ -11,16 +11,6 @@
 
 using namespace fasttest;
 
-namespace {
-
-mpz_class FromLimbs(const Limb* p, int32_t n) {
-    mpz_class z = 0;
-    for (int32_t i = n - 1; i >= 0; --i) z = z * 10000 + p[i];
-    return z;
-}
-
-}  // namespace
-
 TEST(FastGcdWide, SignedSumsOfProductsMatchGmp) {
     if (!Ntt64VecAvailable()) GTEST_SKIP() << "no AVX-512 IFMA here";
     PollClock clk(nullptr);
