@@ -828,13 +828,11 @@ uint64_t Scale52(const PrimeData& d, int64_t n) {
     return static_cast<uint64_t>((Wide(once) << 52) % f.p);
 }
 
-// x := x·y/n pointwise (y already divided by n when kept), then the inverse
-// transform. Plain primes: two Montgomery products with R^2/n (R for kept
-// points); vector ones: products with R = 2^52, by 2^104/n.
-Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
-                   const uint64_t* y, bool kept) {
+// x := x·y·scale pointwise (the products of Field::Mul, or Mul52's for the
+// vector primes, scale 0 there for none), then the inverse transform.
+Result PointwiseInverse(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                        const uint64_t* y, uint64_t scale) {
     const Field& f = d.f;
-    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
     const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
         for (int64_t j = from; j < to; j += 4096) {
             const int64_t end = std::min(to, j + 4096);
@@ -848,6 +846,16 @@ Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64
         return true;
     });
     return Ok(rc) ? InverseTop(clk, q.parallel, d, x, q.n) : rc;
+}
+
+// x := x·y/n pointwise (y already divided by n when kept), then the inverse
+// transform. Plain primes: two Montgomery products with R^2/n (R for kept
+// points); vector ones: products with R = 2^52, by 2^104/n.
+Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                   const uint64_t* y, bool kept) {
+    const Field& f = d.f;
+    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
+    return PointwiseInverse(clk, q, d, x, y, scale);
 }
 
 // a·b, or a·(the kept transform of b) when kept is not null (its plan q).
@@ -950,4 +958,29 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
 Result Ntt64Factor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const {
     assert(points_ != nullptr && la <= maxLa_);
     return RunBits(clk, PlanBits(maxLa_, lb_), a, la, nullptr, lb_, points_, p);
+}
+
+Result Ntt64Factor::Square(PollClock& clk, uint32_t* p) const {
+    assert(points_ != nullptr);
+    BitsPlan q = PlanBits(maxLa_, lb_);
+    // maxLa >= lb: the square's coefficients fit the kept n points.
+    q.count = 2 * ((32 * int64_t(lb_) + q.bits - 1) / q.bits) - 1;
+    assert(q.count <= q.n);
+    const PrimeData* primes = gPrime[q.set];
+    if (clk.Tick(q.n)) return Result::kStopped;
+    Scratch<uint64_t> buf(2 * q.count + q.n);
+    if (!buf) return Result::kNoMemory;
+    uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
+    Result rc = Result::kOk;
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = primes[i];
+        std::memcpy(r[i], points_ + i * q.n, size_t(q.n) * sizeof(uint64_t));
+        // The kept points carry R/n (R = 2^52 on the vector primes, 2^64 on
+        // the others); the product of two takes one R, the product by n
+        // another: 1/n as in a product.
+        rc = PointwiseInverse(clk, q, d, r[i], r[i], uint64_t(q.n));
+    }
+    if (!Ok(rc)) return rc;
+    return JoinBits(clk, primes, r, q.count, q.bits, p, 2 * int64_t(lb_)) ? Result::kOk
+                                                                          : Result::kStopped;
 }
