@@ -709,31 +709,31 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const Garner g(primes);
     const uint64_t inv1R = g.inv1R, p1m3R = g.p1m3R, inv12R = g.inv12R;
     uint64_t acc[3] = {0, 0, 0};
-    // The settled bits of each coefficient are ORed into p, zeroed first: at
-    // bit pos as eight bytes from pos/8 (up to 56 bits, while inside p), else
-    // word by word.
-    std::fill(p, p + len, 0u);
-    unsigned char* bytes = reinterpret_cast<unsigned char*>(p);
-    auto put = [&](int64_t pos, uint64_t v, int bits) {
-        if (bits <= 56 && (pos >> 3) + 8 <= 4 * len) {
-            uint64_t x;
-            std::memcpy(&x, bytes + (pos >> 3), 8);
-            x |= v << (pos & 7);
-            std::memcpy(bytes + (pos >> 3), &x, 8);
-            return;
+    // The settled bits go to p in order through a 64-bit buffer (out, have
+    // bits of it), stored a whole word at a time: no store is read back.
+    uint64_t out = 0;
+    int have = 0;
+    int64_t word = 0;  // 64-bit words stored
+    auto store = [&](uint64_t x) {
+        const int64_t at = 2 * word++;
+        if (at + 1 < len) {
+            std::memcpy(p + at, &x, 8);
+        } else {
+            if (at < len) {
+                p[at] = static_cast<uint32_t>(x);
+                x >>= 32;
+            }
+            assert(x == 0);
         }
-        while (bits > 0) {
-            const int64_t w = pos >> 5;
-            const int s = static_cast<int>(pos & 31);
-            const int take = std::min(bits, 32 - s);
-            const uint64_t piece = (v & ((uint64_t(1) << take) - 1)) << s;
-            if (w < len)
-                p[w] |= static_cast<uint32_t>(piece);
-            else
-                assert(piece == 0);
-            v >>= take;
-            pos += take;
-            bits -= take;
+    };
+    auto put = [&](uint64_t v, int bits) {  // v below 2^bits
+        out |= v << have;
+        if (have + bits >= 64) {
+            store(out);
+            out = have == 0 ? 0 : v >> (64 - have);
+            have += bits - 64;
+        } else {
+            have += bits;
         }
     };
     const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
@@ -765,7 +765,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
             sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
             acc[1] = static_cast<uint64_t>(sum);
             acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(sum >> 64);
-            put(i * b, acc[0] & mask, b);
+            put(acc[0] & mask, b);
             if (b == 64) {
                 acc[0] = acc[1];
                 acc[1] = acc[2];
@@ -778,7 +778,9 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
         }
         if (clk.Tick((to - from) * kJoinPoint)) return false;
     }
-    for (int j = 0; j < 3; ++j) put(count * b + 64 * j, acc[j], 64);
+    for (int j = 0; j < 3; ++j) put(acc[j], 64);
+    if (have > 0) store(out);
+    if (2 * word < len) std::fill(p + 2 * word, p + len, 0u);
     return true;
 }
 
