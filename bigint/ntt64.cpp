@@ -941,7 +941,7 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
         // The scale goes with the kept points: one product fewer a point.
         if (d.vec) {
             const uint64_t scale = Scale52(d, q.n);
-            for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = Mul52(x[e], scale, d.v.p, d.v.pinv);
+            if (Ok(rc)) Ntt64VecScale(d.v, x, scale, q.n);
         } else {
             const uint64_t scale = Scale(d.f, q.n);
             for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = d.f.Mul(x[e], scale);

@@ -178,6 +178,14 @@ void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64
     }
 }
 
+void Ntt64VecScale(const Ntt64Vec& c, uint64_t* x, uint64_t scale, int64_t n) {
+    const V v(c);
+    const __m512i sc = Splat(scale);
+    int64_t i = 0;
+    for (; i + 8 <= n; i += 8) Store(x + i, v.Mul(Load(x + i), sc));
+    for (; i < n; ++i) x[i] = Mul52(x[i], scale, c.p, c.pinv);
+}
+
 void Ntt64VecGarner(const Ntt64Vec* c, const uint64_t* k, uint64_t* r1, uint64_t* r2, uint64_t* r3,
                     int64_t n) {
     const V v1(c[0]), v2(c[1]), v3(c[2]);
@@ -221,6 +229,7 @@ void Ntt64VecInverse(const Ntt64Vec&, uint64_t*, int64_t) {}
 void Ntt64VecStage(const Ntt64Vec&, bool, const uint64_t*, uint64_t, uint64_t*, int64_t, int64_t,
                    int64_t) {}
 void Ntt64VecPointwise(const Ntt64Vec&, uint64_t*, const uint64_t*, uint64_t, int64_t) {}
+void Ntt64VecScale(const Ntt64Vec&, uint64_t*, uint64_t, int64_t) {}
 void Ntt64VecGarner(const Ntt64Vec*, const uint64_t*, uint64_t*, uint64_t*, uint64_t*, int64_t) {}
 
 #endif

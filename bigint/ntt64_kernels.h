@@ -49,6 +49,8 @@ void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint6
 // scale·2^−52 unless scale is 0.
 void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64_t scale,
                        int64_t n);
+// x[i] := x[i]·scale·2^−52 mod p in [0, 2p) for x below 2p.
+void Ntt64VecScale(const Ntt64Vec& c, uint64_t* x, uint64_t scale, int64_t n);
 // Garner's first steps on residues r1, r2, r3 below 2p_i of three vector
 // primes (c[0..3)): r1 := v1 = r1 mod p1, r2 := v2 = (r2 − v1)/p1 mod p2, r3 :=
 // v3 = (r3 − v1 − p1·v2)/(p1·p2) mod p3, so that the value is v1 + p1·v2 +
