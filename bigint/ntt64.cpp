@@ -698,8 +698,11 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
 }
 
 // Garner's join of the residues into the bits of p[0..len): x = v1 + p1·(v2 +
-// p2·v3) below P < 2^186 in three words; the running sum of the coefficients,
-// each b bits above the last, stays below 2^187 and gives up b bits each time.
+// p2·v3) below P < 2^186 in three words. With b = 64 the running sum of the
+// coefficients, each b bits above the last, stays below 2^187 and gives up b
+// bits each time; with b = 50 (P < 2^150) each x is cut into three b-bit
+// pieces added into the sums of the coefficient positions they fall on, so
+// the sum carried is one word.
 bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64_t count, int b,
               uint32_t* p, int64_t len) {
     const Field& f1 = primes[0].f;
@@ -760,23 +763,36 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
             const Wide q = Wide(v3) * p2 + v2;  // below 2^124
             const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
             const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
+            if (b < 64) {
+                // x below 2^(3b): its b-bit pieces are due at coefficients i,
+                // i + 1 and i + 2. acc: the carry, the pieces due at i, those
+                // due at i + 1 so far; each below 2^(b + 2).
+                const uint64_t l = static_cast<uint64_t>(lo);
+                const uint64_t x1 = ((l >> b) | (static_cast<uint64_t>(hi) << (64 - b))) & mask;
+                const uint64_t s = acc[0] + (l & mask) + acc[1];
+                put(s & mask, b);
+                acc[0] = s >> b;
+                acc[1] = acc[2] + x1;
+                acc[2] = static_cast<uint64_t>(hi >> (2 * b - 64));
+                continue;
+            }
             Wide sum = Wide(acc[0]) + static_cast<uint64_t>(lo);
             acc[0] = static_cast<uint64_t>(sum);
             sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
             acc[1] = static_cast<uint64_t>(sum);
             acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(sum >> 64);
-            put(acc[0] & mask, b);
-            if (b == 64) {
-                acc[0] = acc[1];
-                acc[1] = acc[2];
-                acc[2] = 0;
-            } else {
-                acc[0] = (acc[0] >> b) | (acc[1] << (64 - b));
-                acc[1] = (acc[1] >> b) | (acc[2] << (64 - b));
-                acc[2] >>= b;
-            }
+            put(acc[0], 64);
+            acc[0] = acc[1];
+            acc[1] = acc[2];
+            acc[2] = 0;
         }
         if (clk.Tick((to - from) * kJoinPoint)) return false;
+    }
+    if (b < 64) {
+        const Wide rest = (Wide(acc[2]) << b) + acc[0] + acc[1];
+        acc[0] = static_cast<uint64_t>(rest);
+        acc[1] = static_cast<uint64_t>(rest >> 64);
+        acc[2] = 0;
     }
     for (int j = 0; j < 3; ++j) put(acc[j], 64);
     if (have > 0) store(out);
