@@ -729,9 +729,10 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
 // Garner's join of the residues into the bits of p[0..len): x = v1 + p1·(v2 +
 // p2·v3) below P < 2^186 in three words. With b = 64 the running sum of the
 // coefficients, each b bits above the last, stays below 2^187 and gives up b
-// bits each time; with b = 50 (P < 2^150) each x is cut into three b-bit
-// pieces added into the sums of the coefficient positions they fall on, so
-// the sum carried is one word.
+// bits each time; on the vector primes (b = 50, P < 2^150) each x is cut
+// into three pieces at 50 and 100 bits (each below 2^52) added into the sums
+// of the coefficient positions they fall on, so the sum carried is one word
+// (below 2^54).
 bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64_t count, int b,
               uint32_t* p, int64_t len) {
     const Field& f1 = primes[0].f;
@@ -776,35 +777,36 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const Ntt64Vec c[3] = {primes[0].v, primes[1].v, primes[2].v};
     const uint64_t k[3] = {to52(f2.FromMont(inv1R), p2), to52(p1 % p3, p3),
                            to52(f3.FromMont(inv12R), p3)};
+    const Wide p12 = Wide(p1) * p2;
+    const uint64_t k4[3] = {4 * p1, 4 * (static_cast<uint64_t>(p12) & ((uint64_t(1) << 50) - 1)),
+                            4 * static_cast<uint64_t>(p12 >> 50)};
     for (int64_t from = 0; from < count; from += 1024) {
         const int64_t to = std::min(count, from + 1024);
-        if (vec) Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
-        for (int64_t i = from; i < to; ++i) {
-            uint64_t v1 = r[0][i], v2 = r[1][i], v3 = r[2][i];
-            if (!vec) {
-                v1 = f1.Reduce(v1);
-                const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
-                v2 = f2.Reduce(f2.Mul(f2.Reduce(v2) - v1m2 + p2, inv1R));
-                uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
-                t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
-                v3 = f3.Reduce(f3.Mul(f3.Reduce(v3) - t + p3, inv12R));
+        if (vec) {
+            Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
+            Ntt64VecPieces(k4, r[0] + from, r[1] + from, r[2] + from, to - from);
+            // The pieces are due at coefficients i, i + 1 and i + 2. acc: the
+            // carry, the pieces due at i, those due at i + 1 so far.
+            for (int64_t i = from; i < to; ++i) {
+                const uint64_t s = acc[0] + r[0][i] + acc[1];
+                put(s & mask, b);
+                acc[0] = s >> b;
+                acc[1] = acc[2] + r[1][i];
+                acc[2] = r[2][i];
             }
+            if (clk.Tick((to - from) * kJoinPoint)) return false;
+            continue;
+        }
+        for (int64_t i = from; i < to; ++i) {
+            const uint64_t v1 = f1.Reduce(r[0][i]);
+            const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+            const uint64_t v2 = f2.Reduce(f2.Mul(f2.Reduce(r[1][i]) - v1m2 + p2, inv1R));
+            uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
+            t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+            const uint64_t v3 = f3.Reduce(f3.Mul(f3.Reduce(r[2][i]) - t + p3, inv12R));
             const Wide q = Wide(v3) * p2 + v2;  // below 2^124
             const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
             const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
-            if (b < 64) {
-                // x below 2^(3b): its b-bit pieces are due at coefficients i,
-                // i + 1 and i + 2. acc: the carry, the pieces due at i, those
-                // due at i + 1 so far; each below 2^(b + 2).
-                const uint64_t l = static_cast<uint64_t>(lo);
-                const uint64_t x1 = ((l >> b) | (static_cast<uint64_t>(hi) << (64 - b))) & mask;
-                const uint64_t s = acc[0] + (l & mask) + acc[1];
-                put(s & mask, b);
-                acc[0] = s >> b;
-                acc[1] = acc[2] + x1;
-                acc[2] = static_cast<uint64_t>(hi >> (2 * b - 64));
-                continue;
-            }
             Wide sum = Wide(acc[0]) + static_cast<uint64_t>(lo);
             acc[0] = static_cast<uint64_t>(sum);
             sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
