@@ -10,6 +10,9 @@
 //
 // The stages of half length 4, 2 and 1 run on 64-point tiles transposed as
 // 8×8, each register then holding one point of eight blocks.
+//
+// Also the pointwise products, Garner's first steps and the cut of its
+// values into 50-bit pieces (52-bit products of factors taken times 4).
 #include "bigint/ntt64_kernels.h"
 
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)

@@ -19,6 +19,9 @@
 // from gFastThresholds.radixBinaryParallel limbs, on a helper thread while
 // the leaves and the levels that take only the rows are made (the two share
 // nothing; a cold process also makes the 64-bit transform's tables there).
+// Without the helper thread each level squares its power for the next one
+// from the transform it keeps for its products: three inverse transforms
+// instead of a square's six.
 // Besides the array the conversion holds the powers (together below twice
 // the longest, a level's power released after it), one product (the last
 // join two), none longer than the number, and the transform's buffers (and,
