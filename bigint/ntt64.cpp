@@ -786,8 +786,26 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
             Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
             Ntt64VecPieces(k4, r[0] + from, r[1] + from, r[2] + from, to - from);
             // The pieces are due at coefficients i, i + 1 and i + 2. acc: the
-            // carry, the pieces due at i, those due at i + 1 so far.
-            for (int64_t i = from; i < to; ++i) {
+            // carry, the pieces due at i, those due at i + 1 so far. 32
+            // coefficients fill 25 words: whole groups straight into p.
+            int64_t i = from;
+            for (; i + 32 <= to && have == 0 && 2 * (word + 25) <= len; i += 32) {
+                uint64_t w[26] = {};
+#pragma GCC unroll 32
+                for (int j = 0; j < 32; ++j) {
+                    const uint64_t s = acc[0] + r[0][i + j] + acc[1];
+                    const uint64_t v = s & mask;
+                    acc[0] = s >> 50;
+                    acc[1] = acc[2] + r[1][i + j];
+                    acc[2] = r[2][i + j];
+                    const int at = 50 * j;
+                    w[at / 64] |= v << (at % 64);
+                    if (at % 64 > 14) w[at / 64 + 1] |= v >> (64 - at % 64);
+                }
+                std::memcpy(p + 2 * word, w, 25 * sizeof(uint64_t));
+                word += 25;
+            }
+            for (; i < to; ++i) {
                 const uint64_t s = acc[0] + r[0][i] + acc[1];
                 put(s & mask, b);
                 acc[0] = s >> b;
