@@ -279,7 +279,7 @@ Result WordsByFactor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_
 
 Result WordsByFactor::Square(PollClock& clk, uint32_t* p) const {
     // Kept: three of the nine transforms of maxLa words by b.
-    if (kept_ && Ntt64Work(maxLa_, lb_, false) < 3 * Ntt64Work(lb_, lb_, true))
+    if (kept_ && maxLa_ >= lb_ && Ntt64Work(maxLa_, lb_, false) < 3 * Ntt64Work(lb_, lb_, true))
         return factor_.Square(clk, p);
     return WordsMul(clk, b_, lb_, nullptr, lb_, p);
 }
