@@ -277,6 +277,13 @@ Result WordsByFactor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_
     return WordsMul(clk, a, la, b_, lb_, p);
 }
 
+Result WordsByFactor::Square(PollClock& clk, uint32_t* p) const {
+    // Kept: three of the nine transforms of maxLa words by b.
+    if (kept_ && maxLa_ >= lb_ && Ntt64Work(maxLa_, lb_, false) < 3 * Ntt64Work(lb_, lb_, true))
+        return factor_.Square(clk, p);
+    return WordsMul(clk, b_, lb_, nullptr, lb_, p);
+}
+
 Result WordsMul(PollClock& clk, const uint32_t* a, int32_t la, const uint32_t* b, int32_t lb,
                 uint32_t* p) {
     if (b == nullptr || (b == a && lb == la)) return MulOrdered(clk, a, la, nullptr, la, p);

@@ -62,6 +62,9 @@ public:
     // p[0..la + lb) = a·b for la >= 1 (through the kept transform where
     // la <= maxLa and that costs less); same codes.
     Result Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const;
+    // p[0..2·lb) = b·b, from the kept transform where that costs less than
+    // a square of its own; same codes.
+    Result Square(PollClock& clk, uint32_t* p) const;
 
 private:
     Ntt64Factor factor_;

@@ -149,14 +149,26 @@ uint64_t To52(const Field& f, uint64_t x) {
 // The vector form's powers are stepped in that form (R = 2^52), not
 // converted one by one: a 128-bit remainder per entry made the tables cost
 // a third of a millisecond, a tenth of a short base conversion.
+// Eight chains of steps w^8 run side by side, not one of steps w. Entries
+// reduced below p. The rows of lower m: every other entry of the one above.
 void FillRow(const Field& f, uint64_t w, bool vec, uint64_t* t) {
     const uint64_t pinv52 = f.pinv & ((uint64_t(1) << 52) - 1);
+    const auto mul = [&](uint64_t x, uint64_t y) {
+        return f.Reduce(vec ? Mul52(x, y, f.p, pinv52) : f.Mul(x, y));
+    };
     const uint64_t step = vec ? To52(f, w) : w;
-    uint64_t x = vec ? To52(f, f.One()) : f.One();
-    for (int64_t j = 0; j < kRow; ++j) {
-        t[kRow + j] = x;
-        x = f.Reduce(vec ? Mul52(x, step, f.p, pinv52) : f.Mul(x, step));
-    }
+    t[kRow] = vec ? To52(f, f.One()) : f.One();
+    for (int64_t j = 1; j < 8; ++j) t[kRow + j] = mul(t[kRow + j - 1], step);
+    const uint64_t step8 = mul(t[kRow + 7], step);
+    for (int64_t j = 8; j < kRow; ++j) t[kRow + j] = mul(t[kRow + j - 8], step8);
+    for (int64_t m = kRow / 2; m >= 1; m >>= 1)
+        for (int64_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
+}
+
+// The inverse row from the row of w, of order 2·kRow: w^−j = −w^(kRow − j).
+void MirrorRow(uint64_t p, const uint64_t* row, uint64_t* t) {
+    t[kRow] = row[kRow];
+    for (int64_t j = 1; j < kRow; ++j) t[kRow + j] = p - row[2 * kRow - j];
     for (int64_t m = kRow / 2; m >= 1; m >>= 1)
         for (int64_t j = 0; j < m; ++j) t[m + j] = t[2 * m + 2 * j];
 }
@@ -183,7 +195,7 @@ Result EnsureTables(int set) {
             d.rootInv[l] = d.vec ? To52(d.f, wi) : wi;
             if (l == CeilLog2(2 * kRow)) {
                 FillRow(d.f, w, d.vec, d.row);
-                FillRow(d.f, wi, d.vec, d.rowInv);
+                MirrorRow(p, d.row, d.rowInv);
             }
             w = d.f.Reduce(d.f.Mul(w, w));
             wi = d.f.Reduce(d.f.Mul(wi, wi));
@@ -672,6 +684,23 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
     // Up to 56 bits a point: eight bytes from the one holding its first bit,
     // while they lie within the words.
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(a);
+    if (b == 50) {
+        // Four points (25 bytes) at a time, from bytes 0, 6, 12 and 18 of
+        // their group; polled at the same points as one at a time.
+        for (; from < to && (from & 3) != 0 && (from * b) / 8 + 8 <= 4 * la; ++from) {
+            uint64_t x;
+            std::memcpy(&x, bytes + (from * b) / 8, 8);
+            out[from] = (x >> ((from * b) & 7)) & mask;
+            if ((from & 4095) == 4095 && clk.Tick(4096 * kLoadPoint / 4)) return false;
+        }
+        for (; from + 4 <= to && (from / 4) * 25 + 26 <= 4 * la; from += 4) {
+            const unsigned char* g = bytes + (from / 4) * 25;
+            uint64_t x[4];
+            for (int j = 0; j < 4; ++j) std::memcpy(&x[j], g + 6 * j, 8);
+            for (int j = 0; j < 4; ++j) out[from + j] = (x[j] >> (2 * j)) & mask;
+            if ((from & 4095) == 4092 && clk.Tick(4096 * kLoadPoint / 4)) return false;
+        }
+    }
     if (b <= 56) {
         for (; from < to && (from * b) / 8 + 8 <= 4 * la; ++from) {
             uint64_t x;
@@ -698,8 +727,12 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
 }
 
 // Garner's join of the residues into the bits of p[0..len): x = v1 + p1·(v2 +
-// p2·v3) below P < 2^186 in three words; the running sum of the coefficients,
-// each b bits above the last, stays below 2^187 and gives up b bits each time.
+// p2·v3) below P < 2^186 in three words. With b = 64 the running sum of the
+// coefficients, each b bits above the last, stays below 2^187 and gives up b
+// bits each time; on the vector primes (b = 50, P < 2^150) each x is cut
+// into three pieces at 50 and 100 bits (each below 2^52) added into the sums
+// of the coefficient positions they fall on, so the sum carried is one word
+// (below 2^54).
 bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64_t count, int b,
               uint32_t* p, int64_t len) {
     const Field& f1 = primes[0].f;
@@ -709,31 +742,31 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const Garner g(primes);
     const uint64_t inv1R = g.inv1R, p1m3R = g.p1m3R, inv12R = g.inv12R;
     uint64_t acc[3] = {0, 0, 0};
-    // The settled bits of each coefficient are ORed into p, zeroed first: at
-    // bit pos as eight bytes from pos/8 (up to 56 bits, while inside p), else
-    // word by word.
-    std::fill(p, p + len, 0u);
-    unsigned char* bytes = reinterpret_cast<unsigned char*>(p);
-    auto put = [&](int64_t pos, uint64_t v, int bits) {
-        if (bits <= 56 && (pos >> 3) + 8 <= 4 * len) {
-            uint64_t x;
-            std::memcpy(&x, bytes + (pos >> 3), 8);
-            x |= v << (pos & 7);
-            std::memcpy(bytes + (pos >> 3), &x, 8);
-            return;
+    // The settled bits go to p in order through a 64-bit buffer (out, have
+    // bits of it), stored a whole word at a time: no store is read back.
+    uint64_t out = 0;
+    int have = 0;
+    int64_t word = 0;  // 64-bit words stored
+    auto store = [&](uint64_t x) {
+        const int64_t at = 2 * word++;
+        if (at + 1 < len) {
+            std::memcpy(p + at, &x, 8);
+        } else {
+            if (at < len) {
+                p[at] = static_cast<uint32_t>(x);
+                x >>= 32;
+            }
+            assert(x == 0);
         }
-        while (bits > 0) {
-            const int64_t w = pos >> 5;
-            const int s = static_cast<int>(pos & 31);
-            const int take = std::min(bits, 32 - s);
-            const uint64_t piece = (v & ((uint64_t(1) << take) - 1)) << s;
-            if (w < len)
-                p[w] |= static_cast<uint32_t>(piece);
-            else
-                assert(piece == 0);
-            v >>= take;
-            pos += take;
-            bits -= take;
+    };
+    auto put = [&](uint64_t v, int bits) {  // v below 2^bits
+        out |= v << have;
+        if (have + bits >= 64) {
+            store(out);
+            out = have == 0 ? 0 : v >> (64 - have);
+            have += bits - 64;
+        } else {
+            have += bits;
         }
     };
     const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
@@ -744,19 +777,51 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const Ntt64Vec c[3] = {primes[0].v, primes[1].v, primes[2].v};
     const uint64_t k[3] = {to52(f2.FromMont(inv1R), p2), to52(p1 % p3, p3),
                            to52(f3.FromMont(inv12R), p3)};
+    const Wide p12 = Wide(p1) * p2;
+    const uint64_t k4[3] = {4 * p1, 4 * (static_cast<uint64_t>(p12) & ((uint64_t(1) << 50) - 1)),
+                            4 * static_cast<uint64_t>(p12 >> 50)};
     for (int64_t from = 0; from < count; from += 1024) {
         const int64_t to = std::min(count, from + 1024);
-        if (vec) Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
-        for (int64_t i = from; i < to; ++i) {
-            uint64_t v1 = r[0][i], v2 = r[1][i], v3 = r[2][i];
-            if (!vec) {
-                v1 = f1.Reduce(v1);
-                const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
-                v2 = f2.Reduce(f2.Mul(f2.Reduce(v2) - v1m2 + p2, inv1R));
-                uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
-                t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
-                v3 = f3.Reduce(f3.Mul(f3.Reduce(v3) - t + p3, inv12R));
+        if (vec) {
+            Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
+            Ntt64VecPieces(k4, r[0] + from, r[1] + from, r[2] + from, to - from);
+            // The pieces are due at coefficients i, i + 1 and i + 2. acc: the
+            // carry, the pieces due at i, those due at i + 1 so far. 32
+            // coefficients fill 25 words: whole groups straight into p.
+            int64_t i = from;
+            for (; i + 32 <= to && have == 0 && 2 * (word + 25) <= len; i += 32) {
+                uint64_t w[26] = {};
+#pragma GCC unroll 32
+                for (int j = 0; j < 32; ++j) {
+                    const uint64_t s = acc[0] + r[0][i + j] + acc[1];
+                    const uint64_t v = s & mask;
+                    acc[0] = s >> 50;
+                    acc[1] = acc[2] + r[1][i + j];
+                    acc[2] = r[2][i + j];
+                    const int at = 50 * j;
+                    w[at / 64] |= v << (at % 64);
+                    if (at % 64 > 14) w[at / 64 + 1] |= v >> (64 - at % 64);
+                }
+                std::memcpy(p + 2 * word, w, 25 * sizeof(uint64_t));
+                word += 25;
             }
+            for (; i < to; ++i) {
+                const uint64_t s = acc[0] + r[0][i] + acc[1];
+                put(s & mask, b);
+                acc[0] = s >> b;
+                acc[1] = acc[2] + r[1][i];
+                acc[2] = r[2][i];
+            }
+            if (clk.Tick((to - from) * kJoinPoint)) return false;
+            continue;
+        }
+        for (int64_t i = from; i < to; ++i) {
+            const uint64_t v1 = f1.Reduce(r[0][i]);
+            const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
+            const uint64_t v2 = f2.Reduce(f2.Mul(f2.Reduce(r[1][i]) - v1m2 + p2, inv1R));
+            uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
+            t = t >= 2 * p3 ? t - 2 * p3 : f3.Reduce(t);
+            const uint64_t v3 = f3.Reduce(f3.Mul(f3.Reduce(r[2][i]) - t + p3, inv12R));
             const Wide q = Wide(v3) * p2 + v2;  // below 2^124
             const Wide lo = Wide(p1) * static_cast<uint64_t>(q) + v1;
             const Wide hi = Wide(p1) * static_cast<uint64_t>(q >> 64) + (lo >> 64);
@@ -765,20 +830,22 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
             sum = Wide(acc[1]) + static_cast<uint64_t>(hi) + (sum >> 64);
             acc[1] = static_cast<uint64_t>(sum);
             acc[2] += static_cast<uint64_t>(hi >> 64) + static_cast<uint64_t>(sum >> 64);
-            put(i * b, acc[0] & mask, b);
-            if (b == 64) {
-                acc[0] = acc[1];
-                acc[1] = acc[2];
-                acc[2] = 0;
-            } else {
-                acc[0] = (acc[0] >> b) | (acc[1] << (64 - b));
-                acc[1] = (acc[1] >> b) | (acc[2] << (64 - b));
-                acc[2] >>= b;
-            }
+            put(acc[0], 64);
+            acc[0] = acc[1];
+            acc[1] = acc[2];
+            acc[2] = 0;
         }
         if (clk.Tick((to - from) * kJoinPoint)) return false;
     }
-    for (int j = 0; j < 3; ++j) put(count * b + 64 * j, acc[j], 64);
+    if (b < 64) {
+        const Wide rest = (Wide(acc[2]) << b) + acc[0] + acc[1];
+        acc[0] = static_cast<uint64_t>(rest);
+        acc[1] = static_cast<uint64_t>(rest >> 64);
+        acc[2] = 0;
+    }
+    for (int j = 0; j < 3; ++j) put(acc[j], 64);
+    if (have > 0) store(out);
+    if (2 * word < len) std::fill(p + 2 * word, p + len, 0u);
     return true;
 }
 
@@ -828,13 +895,11 @@ uint64_t Scale52(const PrimeData& d, int64_t n) {
     return static_cast<uint64_t>((Wide(once) << 52) % f.p);
 }
 
-// x := x·y/n pointwise (y already divided by n when kept), then the inverse
-// transform. Plain primes: two Montgomery products with R^2/n (R for kept
-// points); vector ones: products with R = 2^52, by 2^104/n.
-Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
-                   const uint64_t* y, bool kept) {
+// x := x·y·scale pointwise (the products of Field::Mul, or Mul52's for the
+// vector primes, scale 0 there for none), then the inverse transform.
+Result PointwiseInverse(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                        const uint64_t* y, uint64_t scale) {
     const Field& f = d.f;
-    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
     const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
         for (int64_t j = from; j < to; j += 4096) {
             const int64_t end = std::min(to, j + 4096);
@@ -848,6 +913,16 @@ Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64
         return true;
     });
     return Ok(rc) ? InverseTop(clk, q.parallel, d, x, q.n) : rc;
+}
+
+// x := x·y/n pointwise (y already divided by n when kept), then the inverse
+// transform. Plain primes: two Montgomery products with R^2/n (R for kept
+// points); vector ones: products with R = 2^52, by 2^104/n.
+Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
+                   const uint64_t* y, bool kept) {
+    const Field& f = d.f;
+    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
+    return PointwiseInverse(clk, q, d, x, y, scale);
 }
 
 // a·b, or a·(the kept transform of b) when kept is not null (its plan q).
@@ -931,7 +1006,7 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
         // The scale goes with the kept points: one product fewer a point.
         if (d.vec) {
             const uint64_t scale = Scale52(d, q.n);
-            for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = Mul52(x[e], scale, d.v.p, d.v.pinv);
+            if (Ok(rc)) Ntt64VecScale(d.v, x, scale, q.n);
         } else {
             const uint64_t scale = Scale(d.f, q.n);
             for (int64_t e = 0; Ok(rc) && e < q.n; ++e) x[e] = d.f.Mul(x[e], scale);
@@ -950,4 +1025,29 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
 Result Ntt64Factor::Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const {
     assert(points_ != nullptr && la <= maxLa_);
     return RunBits(clk, PlanBits(maxLa_, lb_), a, la, nullptr, lb_, points_, p);
+}
+
+Result Ntt64Factor::Square(PollClock& clk, uint32_t* p) const {
+    assert(points_ != nullptr);
+    BitsPlan q = PlanBits(maxLa_, lb_);
+    // maxLa >= lb: the square's coefficients fit the kept n points.
+    q.count = 2 * ((32 * int64_t(lb_) + q.bits - 1) / q.bits) - 1;
+    assert(q.count <= q.n);
+    const PrimeData* primes = gPrime[q.set];
+    if (clk.Tick(q.n)) return Result::kStopped;
+    Scratch<uint64_t> buf(2 * q.count + q.n);
+    if (!buf) return Result::kNoMemory;
+    uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
+    Result rc = Result::kOk;
+    for (int i = 0; i < 3 && Ok(rc); ++i) {
+        const PrimeData& d = primes[i];
+        std::memcpy(r[i], points_ + i * q.n, size_t(q.n) * sizeof(uint64_t));
+        // The kept points carry R/n (R = 2^52 on the vector primes, 2^64 on
+        // the others); the product of two takes one R, the product by n
+        // another: 1/n as in a product.
+        rc = PointwiseInverse(clk, q, d, r[i], r[i], uint64_t(q.n));
+    }
+    if (!Ok(rc)) return rc;
+    return JoinBits(clk, primes, r, q.count, q.bits, p, 2 * int64_t(lb_)) ? Result::kOk
+                                                                          : Result::kStopped;
 }

@@ -30,6 +30,9 @@ public:
     Result Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32_t maxLa);
     // p[0..la + lb) = a·b for 1 <= la <= maxLa; kOk, kNoMemory, kStopped.
     Result Mul(PollClock& clk, const uint32_t* a, int32_t la, uint32_t* p) const;
+    // p[0..2·lb) = b·b from the kept transform (three inverse transforms),
+    // for a factor prepared with maxLa >= lb; kOk, kNoMemory, kStopped.
+    Result Square(PollClock& clk, uint32_t* p) const;
 
 private:
     uint64_t* points_ = nullptr;  // three primes' n points each, times 1/n

@@ -10,6 +10,9 @@
 //
 // The stages of half length 4, 2 and 1 run on 64-point tiles transposed as
 // 8×8, each register then holding one point of eight blocks.
+//
+// Also the pointwise products, Garner's first steps and the cut of its
+// values into 50-bit pieces (52-bit products of factors taken times 4).
 #include "bigint/ntt64_kernels.h"
 
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
@@ -178,6 +181,41 @@ void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64
     }
 }
 
+// With a factor 4·a below 2^52, the low 52 bits of 4·a·b are lo50(a·b)·4
+// and the high ones a·b >> 50.
+void Ntt64VecPieces(const uint64_t* k, uint64_t* r1, uint64_t* r2, uint64_t* r3, int64_t n) {
+    const __m512i zero = _mm512_setzero_si512();
+    const __m512i a = Splat(k[0]), c0 = Splat(k[1]), c1 = Splat(k[2]);
+    int64_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m512i v1 = Load(r1 + i), v2 = Load(r2 + i), v3 = Load(r3 + i);
+        __m512i lo = _mm512_madd52lo_epu64(zero, a, v2);
+        lo = _mm512_madd52lo_epu64(lo, c0, v3);
+        __m512i mid = _mm512_madd52hi_epu64(zero, a, v2);
+        mid = _mm512_madd52hi_epu64(mid, c0, v3);
+        const __m512i c1v3 = _mm512_madd52lo_epu64(zero, c1, v3);
+        Store(r1 + i, _mm512_add_epi64(v1, _mm512_maskz_srli_epi64(0xFF, lo, 2)));
+        Store(r2 + i, _mm512_add_epi64(mid, _mm512_maskz_srli_epi64(0xFF, c1v3, 2)));
+        Store(r3 + i, _mm512_madd52hi_epu64(zero, c1, v3));
+    }
+    const uint64_t m50 = (uint64_t(1) << 50) - 1;
+    for (; i < n; ++i) {
+        using W = unsigned __int128;
+        const W x = W(k[0] >> 2) * r2[i], y = W(k[1] >> 2) * r3[i], z = W(k[2] >> 2) * r3[i];
+        r1[i] += (uint64_t(x) & m50) + (uint64_t(y) & m50);
+        r2[i] = uint64_t(x >> 50) + uint64_t(y >> 50) + (uint64_t(z) & m50);
+        r3[i] = uint64_t(z >> 50);
+    }
+}
+
+void Ntt64VecScale(const Ntt64Vec& c, uint64_t* x, uint64_t scale, int64_t n) {
+    const V v(c);
+    const __m512i sc = Splat(scale);
+    int64_t i = 0;
+    for (; i + 8 <= n; i += 8) Store(x + i, v.Mul(Load(x + i), sc));
+    for (; i < n; ++i) x[i] = Mul52(x[i], scale, c.p, c.pinv);
+}
+
 void Ntt64VecGarner(const Ntt64Vec* c, const uint64_t* k, uint64_t* r1, uint64_t* r2, uint64_t* r3,
                     int64_t n) {
     const V v1(c[0]), v2(c[1]), v3(c[2]);
@@ -221,6 +259,8 @@ void Ntt64VecInverse(const Ntt64Vec&, uint64_t*, int64_t) {}
 void Ntt64VecStage(const Ntt64Vec&, bool, const uint64_t*, uint64_t, uint64_t*, int64_t, int64_t,
                    int64_t) {}
 void Ntt64VecPointwise(const Ntt64Vec&, uint64_t*, const uint64_t*, uint64_t, int64_t) {}
+void Ntt64VecScale(const Ntt64Vec&, uint64_t*, uint64_t, int64_t) {}
+void Ntt64VecPieces(const uint64_t*, uint64_t*, uint64_t*, uint64_t*, int64_t) {}
 void Ntt64VecGarner(const Ntt64Vec*, const uint64_t*, uint64_t*, uint64_t*, uint64_t*, int64_t) {}
 
 #endif

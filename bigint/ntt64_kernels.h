@@ -49,6 +49,14 @@ void Ntt64VecStage(const Ntt64Vec& c, bool inverse, const uint64_t* first, uint6
 // scale·2^−52 unless scale is 0.
 void Ntt64VecPointwise(const Ntt64Vec& c, uint64_t* x, const uint64_t* y, uint64_t scale,
                        int64_t n);
+// Garner's values v1 + p1·v2 + p1·p2·v3 (the residues below p_i, as
+// Ntt64VecGarner leaves them; p1·p2 below 2^100) cut at 50 and 100 bits
+// without carries: r1 := v1 + lo50(p1·v2) + lo50(c0·v3), r2 := hi(p1·v2) +
+// hi(c0·v3) + lo50(c1·v3), r3 := hi(c1·v3), with hi = bits 50 up and
+// p1·p2 = c0 + c1·2^50; each below 2^52. k holds 4·p1, 4·c0 and 4·c1.
+void Ntt64VecPieces(const uint64_t* k, uint64_t* r1, uint64_t* r2, uint64_t* r3, int64_t n);
+// x[i] := x[i]·scale·2^−52 mod p in [0, 2p) for x below 2p.
+void Ntt64VecScale(const Ntt64Vec& c, uint64_t* x, uint64_t scale, int64_t n);
 // Garner's first steps on residues r1, r2, r3 below 2p_i of three vector
 // primes (c[0..3)): r1 := v1 = r1 mod p1, r2 := v2 = (r2 − v1)/p1 mod p2, r3 :=
 // v3 = (r3 − v1 − p1·v2)/(p1·p2) mod p3, so that the value is v1 + p1·v2 +

@@ -19,6 +19,9 @@
 // from gFastThresholds.radixBinaryParallel limbs, on a helper thread while
 // the leaves and the levels that take only the rows are made (the two share
 // nothing; a cold process also makes the 64-bit transform's tables there).
+// Without the helper thread each level squares its power for the next one
+// from the transform it keeps for its products: three inverse transforms
+// instead of a square's six.
 // Besides the array the conversion holds the powers (together below twice
 // the longest, a level's power released after it), one product (the last
 // join two), none longer than the number, and the transform's buffers (and,
@@ -162,9 +165,11 @@ Result JoinLast(PollClock& clk, const WordsByFactor& by, int32_t powerWords, uin
 
 // Level i of the tree on the array w of total words: its blocks (slots of
 // slot words) joined in pairs by power = 5^shift. Answers in *blocks the
-// count left, 1 after the last join of three.
+// count left, 1 after the last join of three. A next not null gets the
+// square of the power, from its kept transform where it has one (its length
+// is that of a level's product, which is at least twice the power's).
 Result JoinLevel(PollClock& clk, uint32_t* w, int64_t total, int64_t slot, int64_t shift,
-                 const Words& power, int64_t* blocks) {
+                 const Words& power, Words* next, int64_t* blocks) {
     // A high block has at most min(slot, total - slot) words.
     Words product;
     if (!product.Allocate(int32_t(power.size() + std::min(slot, total - slot))))
@@ -172,8 +177,13 @@ Result JoinLevel(PollClock& clk, uint32_t* w, int64_t total, int64_t slot, int64
     WordsByFactor by;
     // Three blocks: the last one is multiplied by this power twice (below).
     Result rc = by.Prepare(clk, power.data(), power.size(), int32_t(std::min(slot, total - slot)),
-                           *blocks == 3 ? 3 : *blocks / 2);
+                           (*blocks == 3 ? 3 : *blocks / 2) + (next != nullptr));
     if (!Ok(rc)) return rc;
+    if (next != nullptr) {
+        if (!next->Allocate(2 * power.size())) return Result::kNoMemory;
+        if ((rc = by.Square(clk, next->data())) != 0) return rc;
+        next->Trim();
+    }
     for (int64_t j = 0; 2 * j + 1 < *blocks; ++j) {
         uint32_t* low = w + 2 * j * slot;
         uint32_t* high = low + slot;
@@ -243,20 +253,25 @@ Result LimbsToWords(PollClock& clk, const Limb* l, int32_t n, Words* out) {
         }
         Result r = Result::kOk;
         for (int i = 0; i < rows && Ok(r); ++i)
-            r = JoinLevel(c, w, total, slot0 << i, (4 * int64_t(leaf)) << i, powers[i], &blocks);
-        return r;
-    };
-    const auto upper = [&](PollClock& c) {
-        Result r = Result::kOk;
-        for (int i = std::max(rows, 1); i < levels && Ok(r); ++i)
-            if (powers[i].size() == 0) r = SquareInto(c, powers[i - 1], &powers[i]);
+            r = JoinLevel(c, w, total, slot0 << i, (4 * int64_t(leaf)) << i, powers[i], nullptr,
+                          &blocks);
         return r;
     };
     const int32_t parallelFrom = gFastThresholds.radixBinaryParallel;
     const bool parallel = parallelFrom > 0 && n >= parallelFrom && rows + 1 < levels;
+    // Without the helper thread the level that takes a power makes the next
+    // one from its kept transform.
+    const auto upper = [&](PollClock& c) {
+        Result r = Result::kOk;
+        for (int i = std::max(rows, 1); parallel && i < levels && Ok(r); ++i)
+            if (powers[i].size() == 0) r = SquareInto(c, powers[i - 1], &powers[i]);
+        return r;
+    };
     if ((rc = OnTwoThreads(clk, parallel, lower, upper)) != 0) return rc;
     for (int i = rows; i < levels && Ok(rc); ++i) {
-        rc = JoinLevel(clk, w, total, slot0 << i, (4 * int64_t(leaf)) << i, powers[i], &blocks);
+        Words* next = i + 1 < levels && powers[i + 1].size() == 0 ? &powers[i + 1] : nullptr;
+        rc = JoinLevel(clk, w, total, slot0 << i, (4 * int64_t(leaf)) << i, powers[i], next,
+                       &blocks);
         powers[i].Release();
     }
     if (!Ok(rc)) return rc;

@@ -225,14 +225,20 @@ TEST(Ntt64, BinaryProductsAroundThePointCountsOnBothButterfliesAndThreads) {
                     }
                 }
             }
+            // The kept factor's square too, also where it fills the points.
             const auto b = WordOperand(700, true, 3);
-            Ntt64Factor kept;
-            ASSERT_EQ(kept.Prepare(clk, b.data(), 700, 1000), Result::kOk);
-            for (int32_t la : {1, 500, 999, 1000}) {
-                const auto a = WordOperand(la, la % 2 == 0, 4);
-                std::vector<uint32_t> p(size_t(la + 700));
-                ASSERT_EQ(kept.Mul(clk, a.data(), la, p.data()), Result::kOk);
-                EXPECT_TRUE(FromWords(p) == FromWords(a) * FromWords(b)) << "kept, " << la;
+            for (int32_t maxLa : {700, 1000}) {
+                Ntt64Factor kept;
+                ASSERT_EQ(kept.Prepare(clk, b.data(), 700, maxLa), Result::kOk);
+                for (int32_t la : {1, 500, maxLa - 1, maxLa}) {
+                    const auto a = WordOperand(la, la % 2 == 0, 4);
+                    std::vector<uint32_t> p(size_t(la + 700));
+                    ASSERT_EQ(kept.Mul(clk, a.data(), la, p.data()), Result::kOk);
+                    EXPECT_TRUE(FromWords(p) == FromWords(a) * FromWords(b)) << "kept, " << la;
+                }
+                std::vector<uint32_t> sq(1400);
+                ASSERT_EQ(kept.Square(clk, sq.data()), Result::kOk);
+                EXPECT_TRUE(FromWords(sq) == FromWords(b) * FromWords(b)) << "kept square";
             }
         }
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 
 #include "bigint/binary_rows.h"
 #include "bigint/binary_words.h"
@@ -32,11 +33,15 @@ void CheckDigits(const BigInt* v, bool withSchool, const std::string& what) {
 }
 
 // Leaves of 1, 2 and 3 limbs (powers of one word and of two), transforms
-// from one word on; then the shipped values.
+// from one word on, the powers made on the helper thread; leaves of 2 also
+// with each power squared from the kept transform of the one before; then
+// the shipped values.
 std::vector<FastThresholds> ThresholdSets() {
     std::vector<FastThresholds> sets;
-    for (int32_t leaf : {1, 2, 3}) {
+    for (int32_t leaf : {1, 2, 3, -2}) {
         FastThresholds t = FastThresholds::Lowered();
+        if (leaf < 0) t.radixBinaryParallel = 0;
+        leaf = std::abs(leaf);
         t.radixBinaryLeaf = leaf;
         t.radixBinaryLeafVector = leaf;
         t.binaryNtt = leaf == 3 ? 4 : 1;
