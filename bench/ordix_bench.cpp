@@ -115,6 +115,8 @@ bool SetThreshold(const char* arg) {
                  {"radixDivide", &t.radixDivide},
                  {"radixBinary", &t.radixBinary},
                  {"radixBinaryLeaf", &t.radixBinaryLeaf},
+                 {"radixBinaryLeafVector", &t.radixBinaryLeafVector},
+                 {"radixBinaryParallel", &t.radixBinaryParallel},
                  {"binaryNtt", &t.binaryNtt},
                  {"productLeaf", &t.productLeaf},
                  {"rangePrimesSieve", &t.rangePrimesSieve},
