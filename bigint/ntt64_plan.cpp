@@ -69,6 +69,22 @@ inline void PutLimb(Limb* p, int64_t i, int64_t len, uint64_t v) {
     if (i < len) p[i] = static_cast<Limb>(v);
 }
 
+// Limbs at … at + 3 get the base-10^8 digits d0, d1 (low first), those at
+// and above len dropped.
+inline void PutDigits(Limb* p, int64_t at, int64_t len, uint64_t d0, uint64_t d1) {
+    if (at + 3 < len) {
+        p[at] = static_cast<Limb>(d0 % 10000);
+        p[at + 1] = static_cast<Limb>(d0 / 10000);
+        p[at + 2] = static_cast<Limb>(d1 % 10000);
+        p[at + 3] = static_cast<Limb>(d1 / 10000);
+    } else {
+        PutLimb(p, at, len, d0 % 10000);
+        PutLimb(p, at + 1, len, d0 / 10000);
+        PutLimb(p, at + 2, len, d1 % 10000);
+        PutLimb(p, at + 3, len, d1 / 10000);
+    }
+}
+
 // Coefficients first … count − 1 (after Garner's steps, in r[0..3)) summed
 // into limbs, each two base-10^8 digits above the last; the limbs below
 // coefficient first are zeros. Limbs at and above len are
@@ -94,26 +110,11 @@ bool JoinDigits(PollClock& clk, const Ntt64Vec* c, uint64_t* const* r, int64_t f
             w[2] += jc.p1[1] * b1 + jc.p12[1] * c1 + jc.p12[2] * c0;
             w[3] += jc.p12[2] * c1 + jc.p12[3] * c0;
             w[4] += jc.p12[3] * c1;
-            const int64_t at = 4 * i;
-            uint64_t q = w[0] / kDigit;
-            uint64_t d = w[0] - q * kDigit;
-            w[1] += q;
-            if (at + 3 < len) {
-                p[at] = static_cast<Limb>(d % 10000);
-                p[at + 1] = static_cast<Limb>(d / 10000);
-                q = w[1] / kDigit;
-                d = w[1] - q * kDigit;
-                p[at + 2] = static_cast<Limb>(d % 10000);
-                p[at + 3] = static_cast<Limb>(d / 10000);
-            } else {
-                PutLimb(p, at, len, d % 10000);
-                PutLimb(p, at + 1, len, d / 10000);
-                q = w[1] / kDigit;
-                d = w[1] - q * kDigit;
-                PutLimb(p, at + 2, len, d % 10000);
-                PutLimb(p, at + 3, len, d / 10000);
-            }
-            w[0] = w[2] + q;
+            const uint64_t q0 = w[0] / kDigit, d0 = w[0] - q0 * kDigit;
+            w[1] += q0;
+            const uint64_t q1 = w[1] / kDigit, d1 = w[1] - q1 * kDigit;
+            PutDigits(p, 4 * i, len, d0, d1);
+            w[0] = w[2] + q1;
             w[1] = w[3];
             w[2] = w[4];
             w[3] = w[4] = 0;
@@ -367,21 +368,10 @@ Result Ntt64PlanToLimbsSigned(PollClock& clk, Ntt64Vector* acc, int32_t len, Lim
             w[2] += sg * (p11 * b1 + q1 * c1 + q2 * c0);
             w[3] += sg * (q2 * c1 + q3 * c0);
             w[4] += sg * (q3 * c1);
-            const int64_t at = 4 * i;
             uint64_t d0 = 0, d1 = 0;
             const int64_t k0 = split(w[0], &d0);
             const int64_t k1 = split(w[1] + k0, &d1);
-            if (at + 3 < len) {
-                p[at] = static_cast<Limb>(d0 % 10000);
-                p[at + 1] = static_cast<Limb>(d0 / 10000);
-                p[at + 2] = static_cast<Limb>(d1 % 10000);
-                p[at + 3] = static_cast<Limb>(d1 / 10000);
-            } else {
-                PutLimb(p, at, len, d0 % 10000);
-                PutLimb(p, at + 1, len, d0 / 10000);
-                PutLimb(p, at + 2, len, d1 % 10000);
-                PutLimb(p, at + 3, len, d1 / 10000);
-            }
+            PutDigits(p, 4 * i, len, d0, d1);
             w[0] = w[2] + k1;
             w[1] = w[3];
             w[2] = w[4];
