@@ -48,6 +48,7 @@
 #endif
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cstring>
 #include <new>
@@ -771,12 +772,8 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     };
     const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
     const bool vec = primes[0].vec;
-    const auto to52 = [](uint64_t x, uint64_t q) {
-        return static_cast<uint64_t>((Wide(x) << 52) % q);
-    };
     const Ntt64Vec c[3] = {primes[0].v, primes[1].v, primes[2].v};
-    const uint64_t k[3] = {to52(f2.FromMont(inv1R), p2), to52(p1 % p3, p3),
-                           to52(f3.FromMont(inv12R), p3)};
+    const uint64_t* k = vec ? Ntt64VecGarnerConstants() : nullptr;
     const Wide p12 = Wide(p1) * p2;
     const uint64_t k4[3] = {4 * p1, 4 * (static_cast<uint64_t>(p12) & ((uint64_t(1) << 50) - 1)),
                             4 * static_cast<uint64_t>(p12 >> 50)};
@@ -978,6 +975,23 @@ const Ntt64Vec* Ntt64VecPrimes() {
         for (int i = 0; i < 3; ++i) primes[i] = gPrime[1][i].v;
     }
     return primes;
+}
+
+const uint64_t* Ntt64VecGarnerConstants() {
+    // Garner's inverses in the vector butterflies' form (R = 2^52).
+    static const std::array<uint64_t, 3> k = [] {
+        const PrimeData* primes = gPrime[1];
+        const Garner g(primes);
+        const Field& f2 = primes[1].f;
+        const Field& f3 = primes[2].f;
+        const auto to52 = [](uint64_t x, uint64_t q) {
+            return static_cast<uint64_t>((Wide(x) << 52) % q);
+        };
+        return std::array<uint64_t, 3>{to52(f2.FromMont(g.inv1R), f2.p),
+                                       to52(primes[0].f.p % f3.p, f3.p),
+                                       to52(f3.FromMont(g.inv12R), f3.p)};
+    }();
+    return k.data();
 }
 
 bool Ntt64VecTransform(PollClock& clk, int i, bool inverse, uint64_t* a, int64_t n) {

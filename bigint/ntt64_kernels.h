@@ -35,6 +35,9 @@ bool Ntt64VecAvailable();
 // points in its own order, which the inverse takes back.
 class PollClock;
 const Ntt64Vec* Ntt64VecPrimes();
+// Garner's constants of those primes for Ntt64VecGarner, made once; call
+// after Ntt64VecPrimes() has made the tables.
+const uint64_t* Ntt64VecGarnerConstants();
 bool Ntt64VecTransform(PollClock& clk, int i, bool inverse, uint64_t* a, int64_t n);
 // All stages of a transform of 64 <= n points, n a power of two within the
 // tables. The forward transform leaves each 64-point tile transposed (as 8×8)

@@ -33,27 +33,15 @@ constexpr int64_t kJoinPoint = 24;
 constexpr int32_t kJoinBlock = 1024;
 constexpr uint64_t kDigit = 100000000u;  // 10^8: two limbs
 
-uint64_t PowMod(uint64_t b, uint64_t e, uint64_t p) {
-    uint64_t r = 1;
-    for (; e > 0; e >>= 1) {
-        if (e & 1) r = static_cast<uint64_t>(Wide(r) * b % p);
-        b = static_cast<uint64_t>(Wide(b) * b % p);
-    }
-    return r;
-}
 uint64_t Times2To52(uint64_t x, uint64_t p) { return static_cast<uint64_t>((Wide(x) << 52) % p); }
 
 // Garner's constants (ntt64_kernels.h) and the base-10^8 digits of p1 and
 // p1·p2 for the join.
 struct JoinConstants {
-    uint64_t k[3];
+    const uint64_t* k = Ntt64VecGarnerConstants();
     uint64_t p1[2], p12[4];
     explicit JoinConstants(const Ntt64Vec* c) {
-        const uint64_t p1v = c[0].p, p2v = c[1].p, p3v = c[2].p;
-        k[0] = Times2To52(PowMod(p1v % p2v, p2v - 2, p2v), p2v);
-        k[1] = Times2To52(p1v % p3v, p3v);
-        const uint64_t p12m3 = static_cast<uint64_t>(Wide(p1v % p3v) * (p2v % p3v) % p3v);
-        k[2] = Times2To52(PowMod(p12m3, p3v - 2, p3v), p3v);
+        const uint64_t p1v = c[0].p, p2v = c[1].p;
         p1[0] = p1v % kDigit;
         p1[1] = p1v / kDigit;
         Wide p12v = Wide(p1v) * p2v;
