@@ -37,10 +37,14 @@
 // tables and whole transforms are also lent to the piece-wise interface of
 // ntt64_plan.cpp (Ntt64VecPrimes, Ntt64VecTransform).
 //
-// Allocation: one buffer of 2·count + 2n words (count coefficients of the
-// product; squares 2·count + n) and the root tables (kept between products)
-// from nothrow new, code 3 when refused; a helper thread
-// that cannot be started leaves both halves to the calling thread.
+// Allocation: one buffer (count coefficients of the product, n points):
+// count + 1.5n words with four limbs a point, whose first prime's residues
+// wait in the product's own limbs, 2·count + 1.5n with six; squares n
+// fewer; binary products 2·count + 1.5n (Run and RunBits say why). Beyond
+// kCacheBlock points the shorter factor's transform is made a half at a
+// time (ForwardByHalves), n/2 words. The root tables are kept between
+// products. All from nothrow new, code 3 when refused; a helper thread that
+// cannot be started leaves both halves to the calling thread.
 #include "bigint/ntt64.h"
 
 #ifdef __linux__
@@ -122,6 +126,7 @@ constexpr int64_t kVecStreamed = 16;  // the same from and to memory, bandwidth-
 constexpr int64_t kLoadPoint = 64;    // packing limbs into fresh pages (their faults)
 constexpr int64_t kJoinPoint = 80;    // Garner's join and the carries
 constexpr int64_t kPointwise = 8;
+constexpr int64_t kTwistPoint = 10;  // a point times w^j and the next power
 
 inline uint64_t Fold(uint64_t x, uint64_t twoP) { return x >= twoP ? x - twoP : x; }
 
@@ -131,6 +136,9 @@ struct PrimeData {
     // vector butterflies).
     uint64_t root[kMaxLog + 1];
     uint64_t rootInv[kMaxLog + 1];
+    // The same roots in the form of Field (R = 2^64) for both sets, for the
+    // first stage folded into a load (ForwardByHalves).
+    uint64_t twist[kMaxLog + 1];
     // row[m + j] = w_2m^j (inverse: w_2m^−j), m = 1, 2, 4 … kRow.
     uint64_t* row = nullptr;
     uint64_t* rowInv = nullptr;
@@ -194,6 +202,7 @@ Result EnsureTables(int set) {
         for (int l = kMaxLog; l >= 0; --l) {
             d.root[l] = d.vec ? To52(d.f, w) : w;
             d.rootInv[l] = d.vec ? To52(d.f, wi) : wi;
+            d.twist[l] = w;
             if (l == CeilLog2(2 * kRow)) {
                 FillRow(d.f, w, d.vec, d.row);
                 MirrorRow(p, d.row, d.rowInv);
@@ -383,6 +392,144 @@ Result InverseTop(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* a
     });
 }
 
+// Writes points from … to − 1 of an operand into out; false when told to
+// stop. Borrows the callable it is made from (no allocation: a refused one
+// must come back as a code), which must outlive it.
+class Loader {
+public:
+    template <typename F>
+    explicit Loader(const F& f)
+        : f_(&f), call_([](const void* g, PollClock& c, uint64_t* out, int64_t from, int64_t to) {
+              return (*static_cast<const F*>(g))(c, out, from, to);
+          }) {}
+    bool operator()(PollClock& c, uint64_t* out, int64_t from, int64_t to) const {
+        return call_(f_, c, out, from, to);
+    }
+
+private:
+    const void* f_;
+    bool (*call_)(const void*, PollClock&, uint64_t*, int64_t, int64_t);
+};
+
+// out[0..n) := the transform of the points load writes.
+Result Transform(PollClock& clk, bool parallel, const PrimeData& d, int64_t n, const Loader& load,
+                 uint64_t* out) {
+    const Result rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
+        return load(c, out, from, to);
+    });
+    return Ok(rc) ? ForwardTop(clk, parallel, d, out, n) : rc;
+}
+
+// 1/n times R^2, for the two Montgomery products of a point.
+uint64_t Scale(const Field& f, int64_t n) {
+    return f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+}
+
+// The same for the vector primes' products: 2^104/n mod p.
+uint64_t Scale52(const PrimeData& d, int64_t n) {
+    const Field& f = d.f;
+    const uint64_t inv = f.FromMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
+    const uint64_t once = static_cast<uint64_t>((Wide(inv) << 52) % f.p);
+    return static_cast<uint64_t>((Wide(once) << 52) % f.p);
+}
+
+// x[0..count) := x·y·scale pointwise (the products of Field::Mul, or Mul52's
+// for the vector primes, scale 0 there for none).
+Result Pointwise(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* x, const uint64_t* y,
+                 int64_t count, uint64_t scale) {
+    const Field& f = d.f;
+    return Halves(clk, parallel, count, [&](PollClock& c, int64_t from, int64_t to) {
+        for (int64_t j = from; j < to; j += 4096) {
+            const int64_t end = std::min(to, j + 4096);
+            if (d.vec) {
+                Ntt64VecPointwise(d.v, x + j, y + j, scale, end - j);
+            } else {
+                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
+            }
+            if (c.Tick(kPointwise * (end - j))) return false;
+        }
+        return true;
+    });
+}
+
+// y[from..to) (a multiple of 8 long) times w^j: x[i] = w^(from + i) on
+// entry, w^(to + i) on return, stepped by w8 = w^8.
+void Twist(const Field& f, uint64_t w8, uint64_t* y, int64_t from, int64_t to, uint64_t* x) {
+    for (int64_t e = from; e < to; e += 8) {
+        for (int i = 0; i < 8; ++i) {
+            y[e + i] = f.Mul(y[e + i], x[i]);
+            x[i] = f.Reduce(f.Mul(x[i], w8));
+        }
+    }
+}
+
+// The transform of n points (beyond kCacheBlock) of which only the lower n/2
+// can be nonzero, one half at a time in y[0..n/2): the forward transform's
+// first stage leaves those points themselves in the lower half and the points
+// times w^j in the upper one, so each half of the transform is a transform of
+// n/2 points of one of them, the product w^j folded into the load. use(half)
+// takes each half in turn: a factor's transform never needs n words.
+template <typename Use>
+Result ForwardByHalves(PollClock& clk, bool parallel, const PrimeData& d, int64_t n,
+                       const Loader& load, uint64_t* y, Use&& use) {
+    constexpr int64_t kChunk = 4096;  // loaded, then twisted in the cache
+    const Field& f = d.f;
+    const uint64_t w = d.twist[CeilLog2(n)];
+    const uint64_t w8 = f.Pow(w, 8);
+    const int64_t h = n / 2;
+    const auto half = [&](Result rc, int which) {
+        if (Ok(rc)) rc = ForwardTop(clk, parallel, d, y, h);
+        return Ok(rc) ? use(which) : rc;
+    };
+    Result rc =
+        half(Halves(clk, parallel, h,
+                    [&](PollClock& c, int64_t from, int64_t to) { return load(c, y, from, to); }),
+             0);
+    if (!Ok(rc)) return rc;
+    rc = Halves(clk, parallel, h, [&](PollClock& c, int64_t from, int64_t to) {
+        // w^(j + i), eight chains stepped by w^8. Each starts from a power of
+        // its own: GCC 12 at -O3 made the last start wrong when they were
+        // stepped from one another here (x[7] off by −1; caught by the tests).
+        uint64_t x[8];
+        for (int i = 0; i < 8; ++i) x[i] = f.Pow(w, uint64_t(from + i));
+        for (int64_t j = from; j < to; j += kChunk) {
+            const int64_t end = std::min(to, j + kChunk);
+            if (!load(c, y, j, end)) return false;
+            Twist(f, w8, y, j, end, x);
+            if (c.Tick(kTwistPoint * (end - j))) return false;
+        }
+        return true;
+    });
+    return half(rc, 1);
+}
+
+// Room for the second factor's transform in CyclicProduct: n words, n/2
+// beyond kCacheBlock points.
+int64_t FactorWords(int64_t n) { return n > kCacheBlock ? n / 2 : n; }
+
+// x[0..n) := the cyclic product modulo d's prime of the points loadA writes
+// by those loadB writes (null: by themselves), or by the kept transform
+// `kept` (with 1/n folded in) when given. y: FactorWords(n) words of room for
+// b's transform; beyond kCacheBlock points b's must lie below n/2.
+Result CyclicProduct(PollClock& clk, bool parallel, const PrimeData& d, int64_t n,
+                     const Loader& loadA, const Loader* loadB, const uint64_t* kept, uint64_t* x,
+                     uint64_t* y) {
+    Result rc = Transform(clk, parallel, d, n, loadA, x);
+    if (!Ok(rc)) return rc;
+    const uint64_t scale = kept ? (d.vec ? 0 : d.f.One()) : d.vec ? Scale52(d, n) : Scale(d.f, n);
+    if (loadB == nullptr) {
+        rc = Pointwise(clk, parallel, d, x, kept ? kept : x, n, scale);
+    } else if (FactorWords(n) == n) {
+        rc = Transform(clk, parallel, d, n, *loadB, y);
+        if (Ok(rc)) rc = Pointwise(clk, parallel, d, x, y, n, scale);
+    } else {
+        rc = ForwardByHalves(clk, parallel, d, n, *loadB, y, [&](int half) {
+            return Pointwise(clk, parallel, d, x + half * (n / 2), y, n / 2, scale);
+        });
+    }
+    return Ok(rc) ? InverseTop(clk, parallel, d, x, n) : rc;
+}
+
 // Points from … to − 1 of the operand packed k limbs a point, reduced below
 // 2p: the low three limbs (below 2.1·10^12 < p) plus the others times 10^12.
 bool Load(PollClock& clk, const Field& f, const Limb* a, int64_t la, int k, uint64_t* out,
@@ -439,11 +586,26 @@ struct Garner {
 // D digits of 10^8 each for v_i (D = 3 for primes below 2^62, 2 below 2^50):
 // at most 3D + 1 digits below 10^17 into a window of pending digits; each
 // coefficient then settles k/2 digits.
+// The first prime's residues: the first inP over p's limbs (word i on limbs
+// 4i … 4i + 3), the others in rest.
+struct FirstResidues {
+    const Limb* p = nullptr;
+    int64_t inP = 0;
+    const uint64_t* rest = nullptr;
+    uint64_t operator[](int64_t i) const {
+        if (i >= inP) return rest[i - inP];
+        uint64_t v;
+        std::memcpy(&v, p + 4 * i, sizeof v);
+        return v;
+    }
+};
+static_assert(sizeof(Limb) * 4 == sizeof(uint64_t), "a residue word over four limbs");
+
 class Join {
 public:
-    Join(const PrimeData* primes, const uint64_t* r1, const uint64_t* r2, const uint64_t* r3, int k,
+    Join(const PrimeData* primes, FirstResidues r1, const uint64_t* r2, const uint64_t* r3, int k,
          Limb* p, int64_t len)
-        : primes_(primes), r_{r1, r2, r3}, half_(k / 2), p_(p), len_(len), garner_(primes) {
+        : primes_(primes), r1_(r1), r_{r2, r3}, half_(k / 2), p_(p), len_(len), garner_(primes) {
         const uint64_t p1 = primes[0].f.p, p2 = primes[1].f.p;
         Digits<3>(p1, p1d_);
         Wide prod = Wide(p1) * p2;
@@ -476,9 +638,9 @@ private:
         uint64_t w[10] = {};
         uint64_t top = 0;
         for (int64_t i = from; i < to; ++i) {
-            const uint64_t v1 = f1.Reduce(r_[0][i]);
-            const uint64_t u2 = f2.Reduce(r_[1][i]);
-            const uint64_t u3 = f3.Reduce(r_[2][i]);
+            const uint64_t v1 = f1.Reduce(r1_[i]);
+            const uint64_t u2 = f2.Reduce(r_[0][i]);
+            const uint64_t u3 = f3.Reduce(r_[1][i]);
             const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
             const uint64_t v2 = f2.Reduce(f2.Mul(u2 - v1m2 + p2, garner_.inv1R));
             uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, garner_.p1m3R);
@@ -561,7 +723,8 @@ private:
     }
 
     const PrimeData* primes_;
-    const uint64_t* r_[3];
+    FirstResidues r1_;  // read before the limbs over them are written
+    const uint64_t* r_[2];
     int half_;
     Limb* p_;
     int64_t len_;
@@ -592,7 +755,34 @@ bool Release(PollClock& clk, uint64_t* a, int64_t count) {
     return true;
 }
 
+// Moves x[0..count) to the first residues' places: over p's limbs, the rest
+// to rest. False when told to stop.
+bool MoveToP(PollClock& clk, const uint64_t* x, int64_t count, const FirstResidues& to,
+             uint64_t* rest) {
+    constexpr int64_t kSlice = int64_t(1) << 16;  // words; p's pages are fresh
+    for (int64_t i = 0; i < to.inP; i += kSlice) {
+        const int64_t end = std::min(to.inP, i + kSlice);
+        std::memcpy(const_cast<Limb*>(to.p) + 4 * i, x + i, size_t(end - i) * sizeof(uint64_t));
+        if (clk.Tick(kLoadPoint / 4 * (end - i))) return false;
+    }
+    std::copy(x + to.inP, x + count, rest);
+    return true;
+}
+
+// Memory beyond the operands and p: the residues of the primes kept for the
+// join (count words each) and one prime's work, n words and FactorWords(n)
+// for the second factor. With four limbs a point the first prime's
+// residues move into p itself (count words take at most p's limbs and
+// two more); the join writes word i of p only after reading it. So a
+// product of 10^8 digits by as many takes count + 1.5n words, about three
+// times its operands, where three primes' residues and two transforms
+// took 2·count + 2n.
 Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
+    // The shorter factor second: its points lie below n/2 (ca + cb − 1 <= n).
+    if (b != nullptr && lb > la) {
+        std::swap(a, b);
+        std::swap(la, lb);
+    }
     const int64_t len = int64_t(la) + lb;
     auto points = [&](int k) { return (la + k - 1) / k + (lb + k - 1) / k - 1; };
     // The vector primes take four limbs a point.
@@ -612,46 +802,42 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     const PrimeData* primes = gPrime[set];
     if (clk.Tick(n)) return Result::kStopped;
     const bool square = b == nullptr;
-    // Prime i works at buf + i·count (b's points n further on): the residues
-    // of the primes before it keep only their count coefficients.
-    Scratch<uint64_t> buf(2 * count + (square ? 1 : 2) * n);
+    // Word i of p covers limbs 4i … 4i + 3; the top limb stays out (it is
+    // cleared before the join).
+    FirstResidues first;
+    if (k == 4) first = FirstResidues{p, std::min(count, (len - 1) / 4), nullptr};
+    const int64_t kept = first.inP > 0 ? 1 : 2;  // residues kept in buf
+    const int64_t work = n + (square ? 0 : FactorWords(n));
+    const int64_t words = kept * count + work + (count - first.inP) * (kept == 1);
+    Scratch<uint64_t> buf(words);
     if (!buf) return Result::kNoMemory;
-    uint64_t* r[3] = {buf.get(), buf.get() + count, buf.get() + 2 * count};
+    // Prime i works at r[i] (the second factor n further on): the residues of
+    // the primes before it keep only their count words.
+    uint64_t* r[3] = {buf.get(), buf.get() + (kept - 1) * count, buf.get() + kept * count};
     const int32_t parallelFrom = gFastThresholds.ntt64Parallel;
     const bool parallel = parallelFrom > 0 && n >= parallelFrom;
 
     for (int i = 0; i < 3 && Ok(rc); ++i) {
-        const PrimeData& d = primes[i];
-        uint64_t* s = r[i] + n;
-        const Field& f = d.f;
-        rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
-            return Load(c, f, a, la, k, r[i], from, to);
-        });
-        if (Ok(rc)) rc = ForwardTop(clk, parallel, d, r[i], n);
-        if (Ok(rc) && !square) {
-            rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
-                return Load(c, f, b, lb, k, s, from, to);
-            });
-            if (Ok(rc)) rc = ForwardTop(clk, parallel, d, s, n);
+        const Field& f = primes[i].f;
+        const auto loadA = [&](PollClock& c, uint64_t* out, int64_t from, int64_t to) {
+            return Load(c, f, a, la, k, out, from, to);
+        };
+        const auto loadB = [&](PollClock& c, uint64_t* out, int64_t from, int64_t to) {
+            return Load(c, f, b, lb, k, out, from, to);
+        };
+        const Loader fromB(loadB);
+        rc = CyclicProduct(clk, parallel, primes[i], n, Loader(loadA), square ? nullptr : &fromB,
+                           nullptr, r[i], r[i] + n);
+        if (i == 0 && Ok(rc) && kept == 1) {
+            uint64_t* rest = buf.get() + count + work;
+            if (!MoveToP(clk, r[0], count, first, rest)) rc = Result::kStopped;
+            first.rest = rest;
         }
-        if (!Ok(rc)) break;
-        // Points times 1/n, and R^2 for the two Montgomery products.
-        const uint64_t scale = f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
-        const uint64_t* other = square ? r[i] : s;
-        rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
-            uint64_t* x = r[i];
-            for (int64_t j = from; j < to; j += 4096) {
-                const int64_t end = std::min(to, j + 4096);
-                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], other[e]), scale);
-                if (c.Tick(kPointwise * (end - j))) return false;
-            }
-            return true;
-        });
-        if (Ok(rc)) rc = InverseTop(clk, parallel, d, r[i], n);
     }
     if (!Ok(rc)) return rc;
+    if (kept == 2) first.rest = r[0];
 
-    const Join join(primes, r[0], r[1], r[2], k, p, len);
+    const Join join(primes, first, r[1], r[2], k, p, len);
     const int64_t assigned = std::min(count * k, len - 1);
     std::fill(p + assigned, p + len, Limb(0));
     const int64_t mid = parallel ? count / 2 : count;
@@ -665,8 +851,7 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     join.Settle(left[1], &top);
     assert(top < 32768);
     p[len - 1] = static_cast<Limb>(top);
-    return Release(clk, buf.get(), 2 * count + (square ? 1 : 2) * n) ? Result::kOk
-                                                                     : Result::kStopped;
+    return Release(clk, buf.get(), words) ? Result::kOk : Result::kStopped;
 }
 
 // Binary products: bits [b·i, b·(i + 1)) of a word array make point i, b =
@@ -870,84 +1055,46 @@ BitsPlan PlanBits(int64_t la, int64_t lb) {
     return q;
 }
 
-// The transform of a's pieces modulo prime d into out[0..n).
-Result ForwardBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, const uint32_t* a,
-                   int32_t la, uint64_t* out) {
-    const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
+// Loads the pieces of words a[0..la) for plan q and prime d.
+struct BitsLoad {
+    const BitsPlan& q;
+    const PrimeData& d;
+    const uint32_t* a;
+    int32_t la;
+    bool operator()(PollClock& c, uint64_t* out, int64_t from, int64_t to) const {
         return LoadBits(c, d.f, d.vec, a, la, q.bits, out, from, to);
-    });
-    return Ok(rc) ? ForwardTop(clk, q.parallel, d, out, q.n) : rc;
-}
-
-// 1/n times R^2, for the two Montgomery products of a point.
-uint64_t Scale(const Field& f, int64_t n) {
-    return f.ToMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
-}
-
-// The same for the vector primes' products: 2^104/n mod p.
-uint64_t Scale52(const PrimeData& d, int64_t n) {
-    const Field& f = d.f;
-    const uint64_t inv = f.FromMont(f.Pow(f.ToMont(uint64_t(n)), f.p - 2));
-    const uint64_t once = static_cast<uint64_t>((Wide(inv) << 52) % f.p);
-    return static_cast<uint64_t>((Wide(once) << 52) % f.p);
-}
-
-// x := x·y·scale pointwise (the products of Field::Mul, or Mul52's for the
-// vector primes, scale 0 there for none), then the inverse transform.
-Result PointwiseInverse(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
-                        const uint64_t* y, uint64_t scale) {
-    const Field& f = d.f;
-    const Result rc = Halves(clk, q.parallel, q.n, [&](PollClock& c, int64_t from, int64_t to) {
-        for (int64_t j = from; j < to; j += 4096) {
-            const int64_t end = std::min(to, j + 4096);
-            if (d.vec) {
-                Ntt64VecPointwise(d.v, x + j, y + j, scale, end - j);
-            } else {
-                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
-            }
-            if (c.Tick(kPointwise * (end - j))) return false;
-        }
-        return true;
-    });
-    return Ok(rc) ? InverseTop(clk, q.parallel, d, x, q.n) : rc;
-}
-
-// x := x·y/n pointwise (y already divided by n when kept), then the inverse
-// transform. Plain primes: two Montgomery products with R^2/n (R for kept
-// points); vector ones: products with R = 2^52, by 2^104/n.
-Result ProductBits(PollClock& clk, const BitsPlan& q, const PrimeData& d, uint64_t* x,
-                   const uint64_t* y, bool kept) {
-    const Field& f = d.f;
-    const uint64_t scale = d.vec ? (kept ? 0 : Scale52(d, q.n)) : kept ? f.One() : Scale(f, q.n);
-    return PointwiseInverse(clk, q, d, x, y, scale);
-}
+    }
+};
 
 // a·b, or a·(the kept transform of b) when kept is not null (its plan q).
+// Memory: the residues of two primes and one prime's work, 2·count + n +
+// FactorWords(n) words.
 Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la, const uint32_t* b,
                int32_t lb, const uint64_t* kept, uint32_t* p) {
-    const bool square = b == nullptr && kept == nullptr;
+    const int64_t len = int64_t(la) + lb;
+    // The shorter factor second: its points lie below n/2.
+    if (b != nullptr && lb > la) {
+        std::swap(a, b);
+        std::swap(la, lb);
+    }
     Result rc = EnsureTables(q.set);
     if (!Ok(rc)) return rc;
     const PrimeData* primes = gPrime[q.set];
     if (clk.Tick(q.n)) return Result::kStopped;
     // Prime i works at buf + i·count (b's points n further on): the residues
     // of the primes before it keep only their count coefficients.
-    const bool withB = !square && kept == nullptr;
-    Scratch<uint64_t> buf(2 * q.count + (withB ? 2 : 1) * q.n);
+    Scratch<uint64_t> buf(2 * q.count + q.n + (b != nullptr ? FactorWords(q.n) : 0));
     if (!buf) return Result::kNoMemory;
     uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
     for (int i = 0; i < 3 && Ok(rc); ++i) {
         const PrimeData& d = primes[i];
-        uint64_t* s = r[i] + q.n;
-        rc = ForwardBits(clk, q, d, a, la, r[i]);
-        if (Ok(rc) && withB) rc = ForwardBits(clk, q, d, b, lb, s);
-        if (!Ok(rc)) break;
-        const uint64_t* other = kept ? kept + i * q.n : square ? r[i] : s;
-        rc = ProductBits(clk, q, d, r[i], other, kept != nullptr);
+        const BitsLoad loadA{q, d, a, la}, loadB{q, d, b, lb};
+        const Loader fromB(loadB);
+        rc = CyclicProduct(clk, q.parallel, d, q.n, Loader(loadA), b != nullptr ? &fromB : nullptr,
+                           kept ? kept + i * q.n : nullptr, r[i], r[i] + q.n);
     }
     if (!Ok(rc)) return rc;
-    return JoinBits(clk, primes, r, q.count, q.bits, p, int64_t(la) + lb) ? Result::kOk
-                                                                          : Result::kStopped;
+    return JoinBits(clk, primes, r, q.count, q.bits, p, len) ? Result::kOk : Result::kStopped;
 }
 
 }  // namespace
@@ -1016,7 +1163,8 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
     for (int i = 0; i < 3 && Ok(rc); ++i) {
         const PrimeData& d = gPrime[q.set][i];
         uint64_t* x = points_ + i * q.n;
-        rc = ForwardBits(clk, q, d, b, lb, x);
+        const BitsLoad load{q, d, b, lb};
+        rc = Transform(clk, q.parallel, d, q.n, Loader(load), x);
         // The scale goes with the kept points: one product fewer a point.
         if (d.vec) {
             const uint64_t scale = Scale52(d, q.n);
@@ -1059,7 +1207,8 @@ Result Ntt64Factor::Square(PollClock& clk, uint32_t* p) const {
         // The kept points carry R/n (R = 2^52 on the vector primes, 2^64 on
         // the others); the product of two takes one R, the product by n
         // another: 1/n as in a product.
-        rc = PointwiseInverse(clk, q, d, r[i], r[i], uint64_t(q.n));
+        rc = Pointwise(clk, q.parallel, d, r[i], r[i], q.n, uint64_t(q.n));
+        if (Ok(rc)) rc = InverseTop(clk, q.parallel, d, r[i], q.n);
     }
     if (!Ok(rc)) return rc;
     return JoinBits(clk, primes, r, q.count, q.bits, p, 2 * int64_t(lb_)) ? Result::kOk

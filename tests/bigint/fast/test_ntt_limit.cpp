@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "bigint/mul_dispatch.h"
 #include "bigint/mul_kernels.h"
@@ -137,7 +138,9 @@ TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
     // 2^15 points: stages beyond the cache block (2^14), their twiddles made
     // as they go, cut in halves between the threads; coefficients of nines
     // close to their bound. The plain butterflies (six limbs a point) and the
-    // vector ones where the processor has them (four).
+    // vector ones where the processor has them (four: the first prime's
+    // residues kept in the product's own limbs, a tail beyond them). The
+    // shorter factor is transformed a half at a time.
     CalcContext ctx;
     for (bool portable : {true, false}) {
         UsePortableNtt64(portable);
@@ -146,6 +149,8 @@ TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
             ExpectProduct(&ctx, Operand(60000, Shape::Nines), Operand(50000, Shape::Nines));
             ExpectProduct(&ctx, Operand(100000, Shape::Random),
                           Operand(700, Shape::TopTenThousand));
+            ExpectProduct(&ctx, Operand(35001, Shape::TopTenThousand),
+                          Operand(34999, Shape::Random));
             ExpectProduct(&ctx, Operand(56000, Shape::Nines), {});
         }
     }
@@ -224,6 +229,15 @@ TEST(Ntt64, BinaryProductsAroundThePointCountsOnBothButterfliesAndThreads) {
                         EXPECT_TRUE(FromWords(sq) == FromWords(a) * FromWords(a)) << la;
                     }
                 }
+            }
+            // Beyond the cache block: the shorter factor transformed a half
+            // at a time, also when it comes first.
+            for (const auto& [la, lb] : {std::pair{20000, 9000}, std::pair{9000, 20000}}) {
+                const auto a = WordOperand(la, false, 5), b = WordOperand(lb, true, 6);
+                std::vector<uint32_t> p(size_t(la + lb));
+                ASSERT_EQ(Ntt64ConvolveBits(clk, a.data(), la, b.data(), lb, p.data()),
+                          Result::kOk);
+                EXPECT_TRUE(FromWords(p) == FromWords(a) * FromWords(b)) << la << " x " << lb;
             }
             // The kept factor's square too, also where it fills the points.
             const auto b = WordOperand(700, true, 3);
