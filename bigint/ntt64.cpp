@@ -503,6 +503,16 @@ Result ForwardByHalves(PollClock& clk, bool parallel, const PrimeData& d, int64_
     return half(rc, 1);
 }
 
+// Puts the shorter factor second (b null: a square, left as it is): its
+// points then lie below n/2, since ca + cb − 1 <= n (ForwardByHalves).
+template <typename T>
+void ShorterSecond(const T*& a, int32_t& la, const T*& b, int32_t& lb) {
+    if (b != nullptr && lb > la) {
+        std::swap(a, b);
+        std::swap(la, lb);
+    }
+}
+
 // Room for the second factor's transform in CyclicProduct: n words, n/2
 // beyond kCacheBlock points.
 int64_t FactorWords(int64_t n) { return n > kCacheBlock ? n / 2 : n; }
@@ -757,12 +767,12 @@ bool Release(PollClock& clk, uint64_t* a, int64_t count) {
 
 // Moves x[0..count) to the first residues' places: over p's limbs, the rest
 // to rest. False when told to stop.
-bool MoveToP(PollClock& clk, const uint64_t* x, int64_t count, const FirstResidues& to,
+bool MoveToP(PollClock& clk, const uint64_t* x, int64_t count, Limb* p, const FirstResidues& to,
              uint64_t* rest) {
     constexpr int64_t kSlice = int64_t(1) << 16;  // words; p's pages are fresh
     for (int64_t i = 0; i < to.inP; i += kSlice) {
         const int64_t end = std::min(to.inP, i + kSlice);
-        std::memcpy(const_cast<Limb*>(to.p) + 4 * i, x + i, size_t(end - i) * sizeof(uint64_t));
+        std::memcpy(p + 4 * i, x + i, size_t(end - i) * sizeof(uint64_t));
         if (clk.Tick(kLoadPoint / 4 * (end - i))) return false;
     }
     std::copy(x + to.inP, x + count, rest);
@@ -778,11 +788,7 @@ bool MoveToP(PollClock& clk, const uint64_t* x, int64_t count, const FirstResidu
 // times its operands, where three primes' residues and two transforms
 // took 2·count + 2n.
 Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
-    // The shorter factor second: its points lie below n/2 (ca + cb − 1 <= n).
-    if (b != nullptr && lb > la) {
-        std::swap(a, b);
-        std::swap(la, lb);
-    }
+    ShorterSecond(a, la, b, lb);
     const int64_t len = int64_t(la) + lb;
     auto points = [&](int k) { return (la + k - 1) / k + (lb + k - 1) / k - 1; };
     // The vector primes take four limbs a point.
@@ -830,7 +836,7 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
                            nullptr, r[i], r[i] + n);
         if (i == 0 && Ok(rc) && kept == 1) {
             uint64_t* rest = buf.get() + count + work;
-            if (!MoveToP(clk, r[0], count, first, rest)) rc = Result::kStopped;
+            if (!MoveToP(clk, r[0], count, p, first, rest)) rc = Result::kStopped;
             first.rest = rest;
         }
     }
@@ -1072,11 +1078,7 @@ struct BitsLoad {
 Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la, const uint32_t* b,
                int32_t lb, const uint64_t* kept, uint32_t* p) {
     const int64_t len = int64_t(la) + lb;
-    // The shorter factor second: its points lie below n/2.
-    if (b != nullptr && lb > la) {
-        std::swap(a, b);
-        std::swap(la, lb);
-    }
+    ShorterSecond(a, la, b, lb);
     Result rc = EnsureTables(q.set);
     if (!Ok(rc)) return rc;
     const PrimeData* primes = gPrime[q.set];
