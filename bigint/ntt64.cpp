@@ -37,13 +37,14 @@
 // tables and whole transforms are also lent to the piece-wise interface of
 // ntt64_plan.cpp (Ntt64VecPrimes, Ntt64VecTransform).
 //
-// Allocation: one buffer (count coefficients of the product, n points):
-// count + 1.5n words with four limbs a point, whose first prime's residues
-// wait in the product's own limbs, 2·count + 1.5n with six; squares n
-// fewer; binary products 2·count + 1.5n (Run and RunBits say why). Beyond
-// kCacheBlock points the shorter factor's transform is made a half at a
-// time (ForwardByHalves), n/2 words. The root tables are kept between
-// products. All from nothrow new, code 3 when refused; a helper thread that
+// Allocation: one buffer, for count coefficients of the product the
+// residues of the primes kept for the join and one prime's work
+// (ProductShape: a product of at most 3n/4 points is split into a cyclic
+// one of n/2 points and a short one; beyond kCacheBlock points the shorter
+// factor's transform is made a half at a time, ForwardByHalves). With four
+// limbs a point the first prime's residues wait in the product's own limbs:
+// count + work words, at most three times the operands. Run and RunBits say
+// more. The root tables are kept between products. All from nothrow new, code 3 when refused; a helper thread that
 // cannot be started leaves both halves to the calling thread.
 #include "bigint/ntt64.h"
 
@@ -411,12 +412,20 @@ private:
     bool (*call_)(const void*, PollClock&, uint64_t*, int64_t, int64_t);
 };
 
-// out[0..n) := the transform of the points load writes.
-Result Transform(PollClock& clk, bool parallel, const PrimeData& d, int64_t n, const Loader& load,
-                 uint64_t* out) {
-    const Result rc = Halves(clk, parallel, n, [&](PollClock& c, int64_t from, int64_t to) {
-        return load(c, out, from, to);
-    });
+// out[0..n) := the transform of the points load writes, `points` of them
+// (zeros beyond): more than n are folded modulo x^n − 1 (point i + n added to
+// point i), and out has room for them all.
+Result Transform(PollClock& clk, bool parallel, const PrimeData& d, int64_t n, int64_t points,
+                 const Loader& load, uint64_t* out) {
+    Result rc =
+        Halves(clk, parallel, std::max(n, points),
+               [&](PollClock& c, int64_t from, int64_t to) { return load(c, out, from, to); });
+    const uint64_t p2 = 2 * d.f.p;
+    for (int64_t i = n; Ok(rc) && i < points; i += 4096) {
+        const int64_t end = std::min(points, i + 4096);
+        for (int64_t j = i; j < end; ++j) out[j - n] = Fold(out[j - n] + out[j], p2);
+        if (clk.Tick(kPointwise * (end - i))) rc = Result::kStopped;
+    }
     return Ok(rc) ? ForwardTop(clk, parallel, d, out, n) : rc;
 }
 
@@ -514,23 +523,24 @@ void ShorterSecond(const T*& a, int32_t& la, const T*& b, int32_t& lb) {
 }
 
 // Room for the second factor's transform in CyclicProduct: n words, n/2
-// beyond kCacheBlock points.
-int64_t FactorWords(int64_t n) { return n > kCacheBlock ? n / 2 : n; }
+// beyond kCacheBlock points when its points lie below n/2.
+int64_t FactorWords(int64_t n, int64_t cb) { return n > kCacheBlock && 2 * cb <= n ? n / 2 : n; }
 
-// x[0..n) := the cyclic product modulo d's prime of the points loadA writes
-// by those loadB writes (null: by themselves), or by the kept transform
-// `kept` (with 1/n folded in) when given. y: FactorWords(n) words of room for
-// b's transform; beyond kCacheBlock points b's must lie below n/2.
-Result CyclicProduct(PollClock& clk, bool parallel, const PrimeData& d, int64_t n,
-                     const Loader& loadA, const Loader* loadB, const uint64_t* kept, uint64_t* x,
-                     uint64_t* y) {
-    Result rc = Transform(clk, parallel, d, n, loadA, x);
+// x[0..n) := the cyclic product modulo d's prime of the ca points loadA
+// writes (x has room for them when there are more than n) by those loadB
+// writes (null: by themselves), or by the kept transform `kept` (with 1/n
+// folded in) when given. y: FactorWords(n, cb) words of room for b's
+// transform, cb its points.
+Result CyclicProduct(PollClock& clk, bool parallel, const PrimeData& d, int64_t n, int64_t ca,
+                     const Loader& loadA, const Loader* loadB, int64_t cb, const uint64_t* kept,
+                     uint64_t* x, uint64_t* y) {
+    Result rc = Transform(clk, parallel, d, n, ca, loadA, x);
     if (!Ok(rc)) return rc;
     const uint64_t scale = kept ? (d.vec ? 0 : d.f.One()) : d.vec ? Scale52(d, n) : Scale(d.f, n);
     if (loadB == nullptr) {
         rc = Pointwise(clk, parallel, d, x, kept ? kept : x, n, scale);
-    } else if (FactorWords(n) == n) {
-        rc = Transform(clk, parallel, d, n, *loadB, y);
+    } else if (FactorWords(n, cb) == n) {
+        rc = Transform(clk, parallel, d, n, cb, *loadB, y);
         if (Ok(rc)) rc = Pointwise(clk, parallel, d, x, y, n, scale);
     } else {
         rc = ForwardByHalves(clk, parallel, d, n, *loadB, y, [&](int half) {
@@ -538,6 +548,90 @@ Result CyclicProduct(PollClock& clk, bool parallel, const PrimeData& d, int64_t 
         });
     }
     return Ok(rc) ? InverseTop(clk, parallel, d, x, n) : rc;
+}
+
+// The points of a linear product's count = ca + cb − 1 coefficients (ca >= cb
+// points of its factors; cb = ca for a square) and the work they take. Just
+// above a power of two a cyclic product of n >= count points would be nearly
+// twice as long as the product, so up to count <= 3n/4 it is split: a cyclic
+// product of h = n/2 points gives c_i + c_(i+h) for i < m = count − h, the
+// low m coefficients come from a product of the low m points of each factor
+// (lowN >= 2m points, at most h), and their difference gives the rest.
+// Memory: count + FactorWords(h, cb) words split (the longer factor's points
+// folded in place), n + FactorWords(n, cb) whole; a square no FactorWords.
+// So a product's work stays within three times count, where one of n points
+// took up to four.
+struct ProductShape {
+    int64_t ca = 0, cb = 0, count = 0, n = 0;
+    int64_t h = 0, m = 0, lowN = 0;  // h = 0: not split
+    int64_t yWords = 0;              // room for the second factor's transform
+    int64_t work = 0;                // words of a prime's work, its residues first
+
+    ProductShape(int64_t a, int64_t b, bool square, bool splittable) : ca(a), cb(b) {
+        count = ca + cb - 1;
+        n = int64_t(1) << CeilLog2(count);
+        if (splittable && n / 2 >= kCacheBlock && 4 * count <= 3 * n) {
+            h = n / 2;
+            m = count - h;
+            lowN = std::max(kVecFrom, int64_t(1) << CeilLog2(2 * m));
+        }
+        const int64_t len = h > 0 ? h : n;
+        yWords = square ? 0 : FactorWords(len, cb);
+        work = (h > 0 ? count : n) + yWords;
+    }
+};
+
+// Points from … to − 1 of those `load` writes, the first m kept, zeros beyond.
+struct LowPoints {
+    const Loader& load;
+    int64_t m;
+    bool operator()(PollClock& c, uint64_t* out, int64_t from, int64_t to) const {
+        const int64_t kept = std::clamp(m, from, to);
+        if (from < kept && !load(c, out, from, kept)) return false;
+        for (int64_t i = kept; i < to; i += 4096) {
+            const int64_t end = std::min(to, i + 4096);
+            std::fill(out + i, out + end, uint64_t(0));
+            if (c.Tick(kPointwise * (end - i))) return false;
+        }
+        return true;
+    }
+};
+
+// r[0..s.count) := the residues modulo d's prime of the linear product's
+// coefficients, as ProductShape says; r has s.work words.
+Result LinearProduct(PollClock& clk, bool parallel, const PrimeData& d, const ProductShape& s,
+                     const Loader& loadA, const Loader* loadB, uint64_t* r) {
+    if (s.h == 0)
+        return CyclicProduct(clk, parallel, d, s.n, s.ca, loadA, loadB, s.cb, nullptr, r, r + s.n);
+    // The low product works at r[0..lowN + its factor's room) and leaves its
+    // m coefficients past the cyclic product's two factors, at low; the
+    // longer factor's ca points fit below low (ca + m <= h + yWords).
+    const LowPoints lowA{loadA, s.m};
+    const LowPoints lowB{loadB ? *loadB : loadA, s.m};
+    const Loader fromLowB(lowB);
+    Result rc = CyclicProduct(clk, parallel, d, s.lowN, s.lowN, Loader(lowA),
+                              loadB ? &fromLowB : nullptr, s.m, nullptr, r, r + s.lowN);
+    uint64_t* low = r + s.h + s.yWords;
+    for (int64_t i = 0; Ok(rc) && i < s.m; i += 4096) {
+        const int64_t end = std::min(s.m, i + 4096);
+        std::copy(r + i, r + end, low + i);
+        if (clk.Tick(kPointwise * (end - i))) rc = Result::kStopped;
+    }
+    if (Ok(rc))
+        rc = CyclicProduct(clk, parallel, d, s.h, s.ca, loadA, loadB, s.cb, nullptr, r, r + s.h);
+    // c_i = low_i and c_(i+h) = r_i − low_i below m; r[h + i] lies in the
+    // second factor's room or is low_i itself (a square), read first.
+    const Field& f = d.f;
+    for (int64_t i = 0; Ok(rc) && i < s.m; i += 4096) {
+        const int64_t end = std::min(s.m, i + 4096);
+        for (int64_t j = i; j < end; ++j) {
+            const uint64_t c = f.Reduce(Fold(r[j], 2 * f.p)), l = f.Reduce(Fold(low[j], 2 * f.p));
+            r[j] = l;
+            r[s.h + j] = c >= l ? c - l : c - l + f.p;
+        }
+        if (clk.Tick(kPointwise * (end - i))) rc = Result::kStopped;
+    }
+    return rc;
 }
 
 // Points from … to − 1 of the operand packed k limbs a point, reduced below
@@ -780,13 +874,12 @@ bool MoveToP(PollClock& clk, const uint64_t* x, int64_t count, Limb* p, const Fi
 }
 
 // Memory beyond the operands and p: the residues of the primes kept for the
-// join (count words each) and one prime's work, n words and FactorWords(n)
-// for the second factor. With four limbs a point the first prime's
-// residues move into p itself (count words take at most p's limbs and
-// two more); the join writes word i of p only after reading it. So a
-// product of 10^8 digits by as many takes count + 1.5n words, about three
-// times its operands, where three primes' residues and two transforms
-// took 2·count + 2n.
+// join (count words each) and one prime's work (ProductShape). With four
+// limbs a point the first prime's residues move into p itself (count words
+// take at most p's limbs and two more); the join writes word i of p only
+// after reading it. So a product takes count + work words: 2.3 to 3 times
+// its operands (count words), where three primes' residues and two whole
+// transforms took 2·count + 2n, up to six times.
 Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb, Limb* p) {
     ShorterSecond(a, la, b, lb);
     const int64_t len = int64_t(la) + lb;
@@ -813,12 +906,13 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
     FirstResidues first;
     if (k == 4) first = FirstResidues{p, std::min(count, (len - 1) / 4), nullptr};
     const int64_t kept = first.inP > 0 ? 1 : 2;  // residues kept in buf
-    const int64_t work = n + (square ? 0 : FactorWords(n));
+    const ProductShape shape((la + k - 1) / k, (lb + k - 1) / k, square, true);
+    const int64_t work = shape.work;
     const int64_t words = kept * count + work + (count - first.inP) * (kept == 1);
     Scratch<uint64_t> buf(words);
     if (!buf) return Result::kNoMemory;
-    // Prime i works at r[i] (the second factor n further on): the residues of
-    // the primes before it keep only their count words.
+    // Prime i works at r[i]: the residues of the primes before it keep only
+    // their count words.
     uint64_t* r[3] = {buf.get(), buf.get() + (kept - 1) * count, buf.get() + kept * count};
     const int32_t parallelFrom = gFastThresholds.ntt64Parallel;
     const bool parallel = parallelFrom > 0 && n >= parallelFrom;
@@ -832,8 +926,8 @@ Result Run(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_t lb,
             return Load(c, f, b, lb, k, out, from, to);
         };
         const Loader fromB(loadB);
-        rc = CyclicProduct(clk, parallel, primes[i], n, Loader(loadA), square ? nullptr : &fromB,
-                           nullptr, r[i], r[i] + n);
+        rc = LinearProduct(clk, parallel, primes[i], shape, Loader(loadA),
+                           square ? nullptr : &fromB, r[i]);
         if (i == 0 && Ok(rc) && kept == 1) {
             uint64_t* rest = buf.get() + count + work;
             if (!MoveToP(clk, r[0], count, p, first, rest)) rc = Result::kStopped;
@@ -1072,9 +1166,9 @@ struct BitsLoad {
     }
 };
 
-// a·b, or a·(the kept transform of b) when kept is not null (its plan q).
-// Memory: the residues of two primes and one prime's work, 2·count + n +
-// FactorWords(n) words.
+// a·b, or a·(the kept transform of b) when kept is not null (its plan q, of
+// q.n points whatever la is). Memory: the residues of two primes and one
+// prime's work, 2·count + ProductShape's work.
 Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la, const uint32_t* b,
                int32_t lb, const uint64_t* kept, uint32_t* p) {
     const int64_t len = int64_t(la) + lb;
@@ -1083,17 +1177,22 @@ Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la,
     if (!Ok(rc)) return rc;
     const PrimeData* primes = gPrime[q.set];
     if (clk.Tick(q.n)) return Result::kStopped;
-    // Prime i works at buf + i·count (b's points n further on): the residues
-    // of the primes before it keep only their count coefficients.
-    Scratch<uint64_t> buf(2 * q.count + q.n + (b != nullptr ? FactorWords(q.n) : 0));
+    const auto pieces = [&](int64_t words) { return (32 * words + q.bits - 1) / q.bits; };
+    const bool square = b == nullptr && kept == nullptr;
+    const ProductShape shape(pieces(la), pieces(square ? la : lb), square, kept == nullptr);
+    // Prime i works at buf + i·count: the residues of the primes before it
+    // keep only their count coefficients.
+    Scratch<uint64_t> buf(2 * q.count + (kept ? q.n : shape.work));
     if (!buf) return Result::kNoMemory;
     uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
     for (int i = 0; i < 3 && Ok(rc); ++i) {
         const PrimeData& d = primes[i];
         const BitsLoad loadA{q, d, a, la}, loadB{q, d, b, lb};
         const Loader fromB(loadB);
-        rc = CyclicProduct(clk, q.parallel, d, q.n, Loader(loadA), b != nullptr ? &fromB : nullptr,
-                           kept ? kept + i * q.n : nullptr, r[i], r[i] + q.n);
+        rc = kept ? CyclicProduct(clk, q.parallel, d, q.n, q.n, Loader(loadA), nullptr, 0,
+                                  kept + i * q.n, r[i], nullptr)
+                  : LinearProduct(clk, q.parallel, d, shape, Loader(loadA),
+                                  b != nullptr ? &fromB : nullptr, r[i]);
     }
     if (!Ok(rc)) return rc;
     return JoinBits(clk, primes, r, q.count, q.bits, p, len) ? Result::kOk : Result::kStopped;
@@ -1166,7 +1265,7 @@ Result Ntt64Factor::Prepare(PollClock& clk, const uint32_t* b, int32_t lb, int32
         const PrimeData& d = gPrime[q.set][i];
         uint64_t* x = points_ + i * q.n;
         const BitsLoad load{q, d, b, lb};
-        rc = Transform(clk, q.parallel, d, q.n, Loader(load), x);
+        rc = Transform(clk, q.parallel, d, q.n, q.n, Loader(load), x);
         // The scale goes with the kept points: one product fewer a point.
         if (d.vec) {
             const uint64_t scale = Scale52(d, q.n);

@@ -140,7 +140,12 @@ TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
     // close to their bound. The plain butterflies (six limbs a point) and the
     // vector ones where the processor has them (four: the first prime's
     // residues kept in the product's own limbs, a tail beyond them). The
-    // shorter factor is transformed a half at a time.
+    // shorter factor is transformed a half at a time. Point counts up to 3/4
+    // of a power of two split the product: a cyclic one of half the points
+    // (the longer factor folded into it when longer than that) and the low
+    // coefficients on their own (35001 by 34999, 60000 by 50000, 100000 by
+    // 700 plain; beyond the cache block 90000 by 90000, the second factor
+    // whole, 240000 by 40000, by halves, and 170000 squared).
     CalcContext ctx;
     for (bool portable : {true, false}) {
         UsePortableNtt64(portable);
@@ -152,6 +157,9 @@ TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
             ExpectProduct(&ctx, Operand(35001, Shape::TopTenThousand),
                           Operand(34999, Shape::Random));
             ExpectProduct(&ctx, Operand(56000, Shape::Nines), {});
+            ExpectProduct(&ctx, Operand(90000, Shape::Nines), Operand(90000, Shape::Random));
+            ExpectProduct(&ctx, Operand(240000, Shape::Random), Operand(40000, Shape::Nines));
+            ExpectProduct(&ctx, Operand(170000, Shape::TopTenThousand), {});
         }
     }
     UsePortableNtt64(false);
@@ -159,20 +167,26 @@ TEST(Ntt64, LongTransformsOnOneAndTwoThreadsPlainAndVector) {
 
 TEST(Ntt64, StopsAtItsFirstMiddleAndLastPollAndOnTwoThreads) {
     // One thread: the polls of a product repeat, so the last one (in the
-    // join) can be hit; two threads: the helper is cancelled.
-    const std::vector<Limb> a = Operand(60000, Shape::Random), b = Operand(50000, Shape::Random);
+    // join) can be hit, and a dozen between (a split product: the low
+    // coefficients, the cyclic half and their difference); two threads: the
+    // helper is cancelled.
+    const std::vector<Limb> a = Operand(56000, Shape::Random), b = Operand(40000, Shape::Random);
     std::vector<Limb> p(a.size() + b.size(), 0);
     for (int32_t parallel : {0, 1024}) {
         FastThresholds t = Wide64(parallel);
         t.pollWork = 1 << 14;
         ThresholdScope scope(t);
         QuitAtPoll counting;
-        ASSERT_GE(MulLimbs(&counting, a.data(), 59999, b.data(), 49999, p.data()), 0);
+        ASSERT_GE(MulLimbs(&counting, a.data(), 55999, b.data(), 39999, p.data()), 0);
         std::vector<long> stops = {1, 2, 7};
-        if (parallel == 0) stops = {1, counting.polls() / 2, counting.polls()};
+        if (parallel == 0) {
+            for (long at = 1; at <= counting.polls(); at += std::max(1L, counting.polls() / 12))
+                stops.push_back(at);
+            stops.push_back(counting.polls());
+        }
         for (long stopAt : stops) {
             QuitAtPoll stopping(stopAt);
-            EXPECT_EQ(MulLimbs(&stopping, a.data(), 59999, b.data(), 49999, p.data()), -1);
+            EXPECT_EQ(MulLimbs(&stopping, a.data(), 55999, b.data(), 39999, p.data()), -1);
             EXPECT_EQ(stopping.polls(), stopAt) << "no poll after the stop";
         }
         CalcContext ctx;
