@@ -42,9 +42,10 @@
 // (ProductShape: a product of at most 3n/4 points is split into a cyclic
 // one of n/2 points and a short one; beyond kCacheBlock points the shorter
 // factor's transform is made a half at a time, ForwardByHalves). With four
-// limbs a point the first prime's residues wait in the product's own limbs:
-// count + work words, at most three times the operands. Run and RunBits say
-// more. The root tables are kept between products. All from nothrow new, code 3 when refused; a helper thread that
+// limbs a point, and in binary products, the first prime's residues wait in
+// the product's own words: count + work words, at most three times the
+// operands' points. Run and RunBits say more. The root tables are kept
+// between products. All from nothrow new, code 3 when refused; a helper thread that
 // cannot be started leaves both halves to the calling thread.
 #include "bigint/ntt64.h"
 
@@ -1012,15 +1013,121 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
     return true;
 }
 
+// A group of residues packed B bits each into whole words and back: 32 of
+// 50 bits fill 25 words, one of 64 one.
+template <int B>
+constexpr int kGroup = B == 64 ? 1 : 32;
+template <int B>
+void PackGroup(const Field& f, const uint64_t* x, uint64_t* w) {
+    static_assert(kGroup<B> * B % 64 == 0, "whole words");
+    std::fill(w, w + kGroup<B> * B / 64, uint64_t(0));
+#pragma GCC unroll 32
+    for (int j = 0; j < kGroup<B>; ++j) {
+        const uint64_t v = f.Reduce(x[j]);
+        const int at = B * j;
+        w[at / 64] |= v << (at % 64);
+        if (at % 64 + B > 64) w[at / 64 + 1] |= v >> (64 - at % 64);
+    }
+}
+template <int B>
+void UnpackGroup(const uint64_t* w, uint64_t* out) {
+    constexpr uint64_t kMask = B == 64 ? ~uint64_t(0) : (uint64_t(1) << B) - 1;
+#pragma GCC unroll 32
+    for (int j = 0; j < kGroup<B>; ++j) {
+        const int at = B * j;
+        uint64_t v = w[at / 64] >> (at % 64);
+        if (at % 64 + B > 64) v |= w[at / 64 + 1] << (64 - at % 64);
+        out[j] = v & kMask;
+    }
+}
+
+// The first prime's residues of a binary product: in an array of their own,
+// or packed b bits each into the product's own words p (the first inP; the
+// rest in `rest`), whose bits the join writes only after reading them: with
+// b bits a point the product has room for all but the last one or two.
+struct FirstBits {
+    const uint64_t* words = nullptr;  // the array, or null when packed
+    const uint32_t* p = nullptr;
+    int64_t len = 0;  // p's words
+    int b = 64;
+    int64_t inP = 0;
+    const uint64_t* rest = nullptr;
+
+    // out[0..to − from) := residues from … to − 1.
+    void Get(int64_t from, int64_t to, uint64_t* out) const {
+        if (words != nullptr) {
+            std::copy(words + from, words + to, out);
+            return;
+        }
+        const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+        // Whole groups (from is a multiple of theirs), then the last few
+        // word by word.
+        const int group = b == 64 ? kGroup<64> : kGroup<50>;
+        const int64_t groupWords = group * b / 64;
+        int64_t i = from;
+        for (; i + group <= std::min(to, inP) && 2 * (i / group + 1) * groupWords <= len;
+             i += group) {
+            uint64_t w[25];
+            std::memcpy(w, p + 2 * (i / group) * groupWords, sizeof(uint64_t) * size_t(groupWords));
+            if (b == 64)
+                UnpackGroup<64>(w, out + (i - from));
+            else
+                UnpackGroup<50>(w, out + (i - from));
+        }
+        for (; i < std::min(to, inP); ++i) {
+            const int64_t bit = i * b, w = bit >> 5;
+            Wide x = p[w];
+            if (w + 1 < len) x |= Wide(p[w + 1]) << 32;
+            if (w + 2 < len) x |= Wide(p[w + 2]) << 64;
+            out[i - from] = static_cast<uint64_t>(x >> (bit & 31)) & mask;
+        }
+        for (; i < to; ++i) out[i - from] = rest[i - inP];
+    }
+};
+
+// Packs x[0..count) (below 2p) reduced into `to`'s places: the first to.inP
+// into p, b bits each (whole groups on both threads when parallel), the
+// others into rest.
+Result PackToP(PollClock& clk, bool parallel, const Field& f, const uint64_t* x, int64_t count,
+               uint32_t* p, const FirstBits& to, uint64_t* rest) {
+    const int b = to.b;
+    const int group = b == 64 ? kGroup<64> : kGroup<50>;
+    const int64_t groupWords = group * b / 64;
+    const int64_t groups = std::min(to.inP / group, to.len / (2 * groupWords));
+    const Result rc = Halves(clk, parallel, groups, [&](PollClock& c, int64_t from, int64_t end) {
+        for (int64_t g = from; g < end; ++g) {
+            uint64_t w[25];
+            if (b == 64)
+                PackGroup<64>(f, x + g * group, w);
+            else
+                PackGroup<50>(f, x + g * group, w);
+            std::memcpy(p + 2 * g * groupWords, w, sizeof(uint64_t) * size_t(groupWords));
+            if ((g & 1023) == 1023 && c.Tick(kLoadPoint / 4 * 1024 * group)) return false;
+        }
+        return true;
+    });
+    if (!Ok(rc)) return rc;
+    Wide acc = 0;
+    int have = 0;
+    for (int64_t i = groups * group, w = 2 * groups * groupWords; i < to.inP; ++i) {
+        acc |= Wide(f.Reduce(x[i])) << have;
+        for (have += b; have >= 32; have -= 32, acc >>= 32) p[w++] = static_cast<uint32_t>(acc);
+        if (i + 1 == to.inP && have > 0) p[w] = static_cast<uint32_t>(acc);
+    }
+    for (int64_t i = to.inP; i < count; ++i) rest[i - to.inP] = f.Reduce(x[i]);
+    return Result::kOk;
+}
+
 // Garner's join of the residues into the bits of p[0..len): x = v1 + p1·(v2 +
 // p2·v3) below P < 2^186 in three words. With b = 64 the running sum of the
 // coefficients, each b bits above the last, stays below 2^187 and gives up b
 // bits each time; on the vector primes (b = 50, P < 2^150) each x is cut
 // into three pieces at 50 and 100 bits (each below 2^52) added into the sums
 // of the coefficient positions they fall on, so the sum carried is one word
-// (below 2^54).
-bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64_t count, int b,
-              uint32_t* p, int64_t len) {
+// (below 2^54). The first prime's residues come from r0, the others' from
+// r[1] and r[2].
+bool JoinBits(PollClock& clk, const PrimeData* primes, const FirstBits& r0, uint64_t* const* r,
+              int64_t count, int b, uint32_t* p, int64_t len) {
     const Field& f1 = primes[0].f;
     const Field& f2 = primes[1].f;
     const Field& f3 = primes[2].f;
@@ -1062,11 +1169,13 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
     const Wide p12 = Wide(p1) * p2;
     const uint64_t k4[3] = {4 * p1, 4 * (static_cast<uint64_t>(p12) & ((uint64_t(1) << 50) - 1)),
                             4 * static_cast<uint64_t>(p12 >> 50)};
+    uint64_t first[1024];  // the first prime's residues of a chunk
     for (int64_t from = 0; from < count; from += 1024) {
         const int64_t to = std::min(count, from + 1024);
+        r0.Get(from, to, first);
         if (vec) {
-            Ntt64VecGarner(c, k, r[0] + from, r[1] + from, r[2] + from, to - from);
-            Ntt64VecPieces(k4, r[0] + from, r[1] + from, r[2] + from, to - from);
+            Ntt64VecGarner(c, k, first, r[1] + from, r[2] + from, to - from);
+            Ntt64VecPieces(k4, first, r[1] + from, r[2] + from, to - from);
             // The pieces are due at coefficients i, i + 1 and i + 2. acc: the
             // carry, the pieces due at i, those due at i + 1 so far. 32
             // coefficients fill 25 words: whole groups straight into p.
@@ -1075,7 +1184,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
                 uint64_t w[26] = {};
 #pragma GCC unroll 32
                 for (int j = 0; j < 32; ++j) {
-                    const uint64_t s = acc[0] + r[0][i + j] + acc[1];
+                    const uint64_t s = acc[0] + first[i - from + j] + acc[1];
                     const uint64_t v = s & mask;
                     acc[0] = s >> 50;
                     acc[1] = acc[2] + r[1][i + j];
@@ -1088,7 +1197,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
                 word += 25;
             }
             for (; i < to; ++i) {
-                const uint64_t s = acc[0] + r[0][i] + acc[1];
+                const uint64_t s = acc[0] + first[i - from] + acc[1];
                 put(s & mask, b);
                 acc[0] = s >> b;
                 acc[1] = acc[2] + r[1][i];
@@ -1098,7 +1207,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, uint64_t* const* r, int64
             continue;
         }
         for (int64_t i = from; i < to; ++i) {
-            const uint64_t v1 = f1.Reduce(r[0][i]);
+            const uint64_t v1 = f1.Reduce(first[i - from]);
             const uint64_t v1m2 = v1 >= p2 ? v1 - p2 : v1;
             const uint64_t v2 = f2.Reduce(f2.Mul(f2.Reduce(r[1][i]) - v1m2 + p2, inv1R));
             uint64_t t = (v1 >= p3 ? v1 - p3 : v1) + f3.Mul(v2, p1m3R);
@@ -1167,8 +1276,9 @@ struct BitsLoad {
 };
 
 // a·b, or a·(the kept transform of b) when kept is not null (its plan q, of
-// q.n points whatever la is). Memory: the residues of two primes and one
-// prime's work, 2·count + ProductShape's work.
+// q.n points whatever la is). Memory: the second prime's residues and one
+// prime's work (ProductShape's, or q.n words with a kept factor); the first
+// prime's residues wait in p (FirstBits).
 Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la, const uint32_t* b,
                int32_t lb, const uint64_t* kept, uint32_t* p) {
     const int64_t len = int64_t(la) + lb;
@@ -1180,11 +1290,17 @@ Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la,
     const auto pieces = [&](int64_t words) { return (32 * words + q.bits - 1) / q.bits; };
     const bool square = b == nullptr && kept == nullptr;
     const ProductShape shape(pieces(la), pieces(square ? la : lb), square, kept == nullptr);
-    // Prime i works at buf + i·count: the residues of the primes before it
-    // keep only their count coefficients.
-    Scratch<uint64_t> buf(2 * q.count + (kept ? q.n : shape.work));
+    const int64_t work = kept ? q.n : shape.work;
+    FirstBits first;
+    first.p = p;
+    first.len = len;
+    first.b = q.bits;
+    first.inP = std::min(q.count, 32 * len / q.bits);
+    // Prime i works at r[i]: the second's residues keep only their count
+    // words; the first's beyond p go last.
+    Scratch<uint64_t> buf(q.count + work + (q.count - first.inP));
     if (!buf) return Result::kNoMemory;
-    uint64_t* r[3] = {buf.get(), buf.get() + q.count, buf.get() + 2 * q.count};
+    uint64_t* r[3] = {buf.get(), buf.get(), buf.get() + q.count};
     for (int i = 0; i < 3 && Ok(rc); ++i) {
         const PrimeData& d = primes[i];
         const BitsLoad loadA{q, d, a, la}, loadB{q, d, b, lb};
@@ -1193,9 +1309,15 @@ Result RunBits(PollClock& clk, const BitsPlan& q, const uint32_t* a, int32_t la,
                                   kept + i * q.n, r[i], nullptr)
                   : LinearProduct(clk, q.parallel, d, shape, Loader(loadA),
                                   b != nullptr ? &fromB : nullptr, r[i]);
+        if (i == 0 && Ok(rc)) {
+            uint64_t* rest = buf.get() + q.count + work;
+            rc = PackToP(clk, q.parallel, d.f, r[0], q.count, p, first, rest);
+            first.rest = rest;
+        }
     }
     if (!Ok(rc)) return rc;
-    return JoinBits(clk, primes, r, q.count, q.bits, p, len) ? Result::kOk : Result::kStopped;
+    return JoinBits(clk, primes, first, r, q.count, q.bits, p, len) ? Result::kOk
+                                                                    : Result::kStopped;
 }
 
 }  // namespace
@@ -1312,6 +1434,8 @@ Result Ntt64Factor::Square(PollClock& clk, uint32_t* p) const {
         if (Ok(rc)) rc = InverseTop(clk, q.parallel, d, r[i], q.n);
     }
     if (!Ok(rc)) return rc;
-    return JoinBits(clk, primes, r, q.count, q.bits, p, 2 * int64_t(lb_)) ? Result::kOk
-                                                                          : Result::kStopped;
+    FirstBits first;
+    first.words = r[0];
+    return JoinBits(clk, primes, first, r, q.count, q.bits, p, 2 * int64_t(lb_)) ? Result::kOk
+                                                                                 : Result::kStopped;
 }

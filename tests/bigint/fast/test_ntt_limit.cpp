@@ -105,6 +105,19 @@ FastThresholds Wide64(int32_t parallel) {
 
 }  // namespace
 
+TEST(Ntt64, AProductLongerThanAValueCanHoldAnswersLowMemoryAtOnce) {
+    // A value's top is a signed 32-bit index: factors of 2^30 limbs would
+    // make one of 2^31. Their limbs are never read (the product's array is
+    // refused first), so a record that only claims the length will do.
+    // ordix_largest_product (bench/) computes the longest that fits.
+    Limb one[1] = {1};
+    const BigInt huge = {one, int32_t(1) << 30, {}, 0};
+    Num product;
+    CalcContext ctx;
+    EXPECT_EQ(BigMul(&ctx, &product.v, &huge, &huge), Result::kNoMemory);
+    EXPECT_EQ(ToDecimal(&product.v), "1");
+}
+
 TEST(Ntt64, ProductsAroundThePackingAndThePointCounts) {
     // Six limbs a point up to 64 points, four beyond (the vector butterflies:
     // four from 256 points): every remainder of the
@@ -252,6 +265,27 @@ TEST(Ntt64, BinaryProductsAroundThePointCountsOnBothButterfliesAndThreads) {
                 ASSERT_EQ(Ntt64ConvolveBits(clk, a.data(), la, b.data(), lb, p.data()),
                           Result::kOk);
                 EXPECT_TRUE(FromWords(p) == FromWords(a) * FromWords(b)) << la << " x " << lb;
+            }
+            // Stops at a dozen polls of a split product with its first
+            // residues packed into the product, polling no more.
+            if (parallel == 0) {
+                const auto a = WordOperand(20000, false, 7), b = WordOperand(9000, false, 8);
+                std::vector<uint32_t> p(29000);
+                FastThresholds slow = t;
+                slow.pollWork = 1 << 12;
+                ThresholdScope often(slow);
+                QuitAtPoll counting;
+                PollClock counted(&counting);
+                ASSERT_EQ(Ntt64ConvolveBits(counted, a.data(), 20000, b.data(), 9000, p.data()),
+                          Result::kOk);
+                ASSERT_GE(counting.polls(), 12);
+                for (long at = 1; at <= counting.polls(); at += counting.polls() / 12 + 1) {
+                    QuitAtPoll stopping(at);
+                    PollClock stopped(&stopping);
+                    EXPECT_EQ(Ntt64ConvolveBits(stopped, a.data(), 20000, b.data(), 9000, p.data()),
+                              Result::kStopped);
+                    EXPECT_EQ(stopping.polls(), at) << "no poll after the stop";
+                }
             }
             // The kept factor's square too, also where it fills the points.
             const auto b = WordOperand(700, true, 3);
