@@ -5,6 +5,10 @@
 // checked by its remainders modulo 2^61 − 1 and 2^31 − 1 against those of its
 // factors. About 19 GB and a minute on two cores, so it is run by hand:
 //   ordix_largest_product [limbs of each factor, default 2^30 − 8]
+// The transform itself has room for 2^32 points; with --transform LOG it
+// runs forward and back over 2^LOG points (8·2^LOG bytes) on the first
+// vector prime, where the processor has them, and checks that each point
+// came back times 2^LOG.
 #include <sys/resource.h>
 
 #include <chrono>
@@ -12,8 +16,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <cstring>
+
 #include "bigint/alloc.h"
 #include "bigint/bigint.h"
+#include "bigint/ntt64_kernels.h"
+#include "bigint/poll_clock.h"
 
 namespace {
 
@@ -55,9 +63,55 @@ bool RandomValue(BigInt* v, int64_t limbs, uint64_t seed) {
     return true;
 }
 
+// Points j (below p) forward and back over 2^log points: each must come back
+// as 2^log·j mod p.
+int RoundTrip(int log) {
+    if (!Ntt64VecAvailable() || Ntt64VecPrimes() == nullptr) {
+        std::fprintf(stderr, "no vector butterflies here\n");
+        return 2;
+    }
+    const uint64_t p = Ntt64VecPrimes()[0].p;
+    const int64_t n = int64_t(1) << log;
+    uint64_t* a = new (std::nothrow) uint64_t[size_t(n)];
+    if (a == nullptr) {
+        std::fprintf(stderr, "no memory for 2^%d points\n", log);
+        return 3;
+    }
+    for (int64_t j = 0; j < n; ++j) a[j] = uint64_t(j) % p;
+    CalcContext ctx;
+    PollClock clk(&ctx);
+    const auto start = std::chrono::steady_clock::now();
+    const bool done =
+        Ntt64VecTransform(clk, 0, false, a, n) && Ntt64VecTransform(clk, 0, true, a, n);
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    int64_t wrong = 0;
+    const uint64_t step = uint64_t(n) % p;
+    for (int64_t j = 0, want = 0; done && j < n; ++j) {
+        const uint64_t got = a[j] >= p ? a[j] - p : a[j];
+        wrong += got != uint64_t(want);
+        want += step;
+        if (uint64_t(want) >= p) want -= p;
+    }
+    rusage ru = {};
+    getrusage(RUSAGE_SELF, &ru);
+    std::printf("2^%d points forward and back: %.2f s, peak %ld MB, %" PRId64 " wrong\n", log,
+                seconds, ru.ru_maxrss / 1024, wrong);
+    delete[] a;
+    return done && wrong == 0 ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 2 && std::strcmp(argv[1], "--transform") == 0) {
+        const int log = std::atoi(argv[2]);
+        if (log < 6 || log > 32) {
+            std::fprintf(stderr, "--transform 6 to 32\n");
+            return 2;
+        }
+        return RoundTrip(log);
+    }
     const int64_t limbs = argc > 1 ? std::atoll(argv[1]) : (int64_t(1) << 30) - 8;
     if (limbs < 1 || 2 * limbs > INT32_MAX) {
         std::fprintf(stderr, "factors of 1 to %d limbs\n", INT32_MAX / 2);
