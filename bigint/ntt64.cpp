@@ -45,8 +45,8 @@
 // limbs a point, and in binary products, the first prime's residues wait in
 // the product's own words: count + work words, at most three times the
 // operands' points. Run and RunBits say more. The root tables are kept
-// between products. All from nothrow new, code 3 when refused; a helper thread that
-// cannot be started leaves both halves to the calling thread.
+// between products. All from nothrow new, code 3 when refused; a helper
+// thread that cannot be started leaves both halves to the calling thread.
 #include "bigint/ntt64.h"
 
 #ifdef __linux__
@@ -560,8 +560,9 @@ Result CyclicProduct(PollClock& clk, bool parallel, const PrimeData& d, int64_t 
 // (lowN >= 2m points, at most h), and their difference gives the rest.
 // Memory: count + FactorWords(h, cb) words split (the longer factor's points
 // folded in place), n + FactorWords(n, cb) whole; a square no FactorWords.
-// So a product's work stays within three times count, where one of n points
-// took up to four.
+// So count + work, what a product takes whose first residues wait in its
+// own words, stays within three times count, where a whole cyclic product of
+// n points took up to four.
 struct ProductShape {
     int64_t ca = 0, cb = 0, count = 0, n = 0;
     int64_t h = 0, m = 0, lowN = 0;  // h = 0: not split
@@ -626,7 +627,7 @@ Result LinearProduct(PollClock& clk, bool parallel, const PrimeData& d, const Pr
     for (int64_t i = 0; Ok(rc) && i < s.m; i += 4096) {
         const int64_t end = std::min(s.m, i + 4096);
         for (int64_t j = i; j < end; ++j) {
-            const uint64_t c = f.Reduce(Fold(r[j], 2 * f.p)), l = f.Reduce(Fold(low[j], 2 * f.p));
+            const uint64_t c = f.Reduce(r[j]), l = f.Reduce(low[j]);  // both below 2p
             r[j] = l;
             r[s.h + j] = c >= l ? c - l : c - l + f.p;
         }
