@@ -113,8 +113,9 @@ int main(int argc, char** argv) {
         return RoundTrip(log);
     }
     const int64_t limbs = argc > 1 ? std::atoll(argv[1]) : (int64_t(1) << 30) - 8;
-    if (limbs < 1 || 2 * limbs > INT32_MAX) {
-        std::fprintf(stderr, "factors of 1 to %d limbs\n", INT32_MAX / 2);
+    // The product's array holds both tops and ten limbs more (BigMul).
+    if (limbs < 1 || 2 * limbs + 8 > INT32_MAX) {
+        std::fprintf(stderr, "factors of 1 to %d limbs\n", (INT32_MAX - 8) / 2);
         return 2;
     }
     BigInt a = {}, b = {}, p = {};
