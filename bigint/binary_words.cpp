@@ -9,11 +9,11 @@
 // fill one of half the points, when a cost model of the transforms says so;
 // operands too long for one transform are halved until they fit. From
 // gFastThresholds.binaryNtt64 words the transform over three 64-bit primes
-// (ntt64.cpp, 50 bits a point on its vector butterflies) takes the product
-// instead when its own power-of-two length costs less by the same model; a
-// factor shared by several products (WordsByFactor) is transformed once when
-// that pays. The plain 64-bit butterflies were measured slower than the
-// 16-bit transform at every length here and are left alone. Shifted sums
+// (ntt64_bits.cpp, 50 bits a point on its vector butterflies) takes the
+// product instead when its own power-of-two length costs less by the same
+// model; a factor shared by several products (WordsByFactor) is transformed
+// once when that pays. The plain 64-bit butterflies were measured slower
+// than the 16-bit transform at every length here and are left alone. Shifted sums
 // place one number at any bit of another.
 //
 // Allocation: words and scratch from nothrow new (schoolbook products of up

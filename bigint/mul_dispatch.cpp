@@ -6,7 +6,7 @@
 //                                lb limbs when la >= 2·lb
 //   la + lb < ntt64Length        the two-prime 32-bit transform, up to its
 //                                longest length NttMaxLength()
-//   otherwise                    the three-prime 64-bit transform (ntt64.cpp),
+//   otherwise                    the three-prime 64-bit transform (ntt64.h),
 //                                any length
 // Squares have their own ladder. MulLimbs keeps LimbsMul (with its row polls)
 // below the Karatsuba threshold, and falls back to it when scratch memory

@@ -1,6 +1,8 @@
-// Products by the transform over three 64-bit primes (ntt64.cpp), for the
-// lengths the 32-bit transform cannot reach or is slower at. Same contract as
-// the kernels of mul_kernels.h, with no limit on la + lb beyond memory.
+// Products by the transform over three 64-bit primes (ntt64.cpp, with the
+// products of limbs in ntt64_decimal.cpp and of binary words in
+// ntt64_bits.cpp), for the lengths the 32-bit transform cannot reach or is
+// slower at. Same contract as the kernels of mul_kernels.h, with no limit on
+// la + lb beyond memory.
 #pragma once
 
 #include "bigint/mul_kernels.h"
@@ -9,8 +11,8 @@ Result MulNtt64(PollClock& clk, const Limb* a, int32_t la, const Limb* b, int32_
 Result SqrNtt64(PollClock& clk, const Limb* a, int32_t la, Limb* p);
 
 // Limbs packed into one coefficient for a transform of n points: 6 up to
-// gFastThresholds.ntt64SixLimbs points (at most 2^26, the bound in ntt64.cpp),
-// 4 beyond.
+// gFastThresholds.ntt64SixLimbs points (at most 2^26, the bound in
+// ntt64_decimal.cpp), 4 beyond.
 int Ntt64LimbsPerPoint(int64_t n);
 
 // p[0..la + lb) = a·b on binary 32-bit words (la, lb >= 1; b null: the

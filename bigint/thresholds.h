@@ -78,8 +78,8 @@ struct FastThresholds {
     // transform; clamped to 2^25 + 1 where it is read.
     int32_t nttMaxLength = (1 << 25) + 1;
     // Limbs of a product (la + lb) from which it goes to the transform over
-    // three 64-bit primes (ntt64.cpp), which has no length limit; products
-    // beyond nttMaxLength go there in any case. Below 2^20 limbs its thread
+    // three 64-bit primes (ntt64_decimal.cpp), which has no length limit;
+    // products beyond nttMaxLength go there in any case. Below 2^20 limbs its thread
     // starts (two dozen a product) cost more than its vector butterflies save.
     int32_t ntt64Length = 1 << 20;
     // Its points up to which six limbs make one point, four beyond; clamped
