@@ -96,6 +96,16 @@ std::string ConfigFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).toStdString();
 }
 
+// Answers only the Q key of the context it wraps.
+class QuitKeyOnly : public CalcContext {
+public:
+    explicit QuitKeyOnly(CalcContext* ctx) : ctx_(ctx) {}
+    int PollQuitKey() override { return ctx_->PollQuitKey(); }
+
+private:
+    CalcContext* ctx_;
+};
+
 // A value record over limbs read from a file: StoreValue copies it.
 BigInt ViewOf(NumLimbs& l) {
     BigInt v = {};
@@ -431,12 +441,13 @@ void TCalcFrame::showDialog(int id) {
     showWindow(d);
 }
 
-Result TCalcFrame::openNumberFile(const QString& path, bool watched) {
+Result TCalcFrame::openNumberFile(const QString& path, bool onlyQ) {
     NumFile file;
     const std::string name = QFile::encodeName(path).toStdString();
+    QuitKeyOnly quitKey(&ctx_);
+    CalcContext* poll = onlyQ ? static_cast<CalcContext*>(&quitKey) : &ctx_;
     const Result read =
-        watched ? RunCaptioned([&] { return ReadNumFile(name, &file, kMaxNumFileBytes, &ctx_); })
-                : ReadNumFile(name, &file);
+        RunCaptioned([&] { return ReadNumFile(name, &file, kMaxNumFileBytes, poll); });
     if (read == Result::kStopped) return read;
     if (!Ok(read)) return Result::kCannotOpenFile;
     bool inUse[kLabelCount];
@@ -460,7 +471,8 @@ Result TCalcFrame::openNumberFile(const QString& path, bool watched) {
 
 void TCalcFrame::openFiles(const QStringList& paths) {
     for (const QString& path : paths) {
-        const Result code = openNumberFile(path, false);
+        const Result code = openNumberFile(path, true);
+        if (code == Result::kStopped) return;  // quietly, as File|Open
         if (!Ok(code)) ShowError(this, code);
     }
 }

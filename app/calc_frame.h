@@ -77,14 +77,15 @@ public:
     bool commandEnabled(int id) override;
     bool commandChecked(int id) override;
 
-    // Reads a number file into the label it names, or the first free one.
-    // kOk, kNoMoreRoom (no label free), kCannotOpenFile, or the store's code;
-    // kStopped when Q stopped a watched read.
-    Result openNumberFile(const QString& path, bool watched = true);
+    // Reads a number file into the label it names, or the first free one,
+    // watched: Q stops a long read, and so do interrupting actions unless
+    // onlyQ. kOk, kNoMoreRoom (no label free), kCannotOpenFile, or the
+    // store's code; kStopped when the read was stopped.
+    Result openNumberFile(const QString& path, bool onlyQ = false);
     // The files named when the program starts (a file manager opening .num
-    // files with it): each opens as File|Open would, a refusal shown. They
-    // are read unwatched: the window manager placing the new frame would
-    // read as an interrupt.
+    // files with it): each opens as File|Open would, a refusal shown; Q
+    // stops the one being read and those after it. Only Q: the window
+    // manager placing the new frame would read as an interrupt.
     void openFiles(const QStringList& paths);
     // Clipboard text as an integer into the first free label.
     Result pasteNumber(const QString& text);

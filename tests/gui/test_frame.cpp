@@ -32,6 +32,7 @@
 #include "dialogs/heron_dlg.h"
 #include "dialogs/quads_dlg.h"
 #include "dialogs/recur_dlg.h"
+#include "io/num_file.h"
 #include "io/settings.h"
 #include "resources/menus_frame.h"
 #include "scripted_modal.h"
@@ -44,7 +45,7 @@
 
 namespace {
 
-constexpr int kA = 1, kB = 2, kC = 3, kN = 14;
+constexpr int kA = 1, kB = 2, kC = 3, kD = 4, kN = 14;
 
 // The decimal text of a label's numerator ("" when empty).
 std::string Text(TCalcFrame& f, int label) {
@@ -208,6 +209,29 @@ private slots:
         g.openFiles({dir_.filePath("absent.num"), path});
         QCOMPARE(modal.count("error"), 2);
         QCOMPARE(Text(g, kB), std::string("-7"));
+    }
+
+    // Files named at start-up are read while the window manager places the
+    // new frame: its moves must not stop them, Q must, quietly, and leave
+    // the files after it unopened. 32M limbs take far longer than the polls'
+    // interval to read.
+    void startUpFilesStopForQAlone() {
+        ScriptedModal modal;
+        const QString path = dir_.filePath("long.num");
+        NumFile file;
+        file.label = 4;
+        file.numerator.limbs.assign(std::size_t(1) << 25, 1234);
+        QCOMPARE(WriteNumFile(QFile::encodeName(path).toStdString(), file), 0);
+        TCalcFrame f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        QCoreApplication::postEvent(&f, new QMoveEvent(f.pos() + QPoint(30, 30), f.pos()));
+        f.openFiles({path});
+        QVERIFY(f.numWin(kD));
+        PostQ(&f);
+        f.openFiles({path, dir_.filePath("absent.num")});
+        QCOMPARE(modal.count("error"), 0);
+        QVERIFY(!f.numWin(kA));  // where a second copy would go
     }
 
     void settingsAreWrittenAtCloseAndReadAtStart() {
