@@ -152,6 +152,18 @@ Result FastCopyLimbsPolled(CalcContext* ctx, Limb* dst, const Limb* src, int32_t
     return Result::kOk;
 }
 
+Result FastEqualLimbsPolled(CalcContext* ctx, const Limb* a, const Limb* b, int32_t count,
+                            bool* equal) {
+    PollClock clk(ctx);
+    *equal = true;
+    for (int32_t from = 0; *equal && from < count; from += kSliceLimbs) {
+        const int32_t n = std::min(kSliceLimbs, count - from);
+        *equal = std::equal(a + from, a + from + n, b + from);
+        if (clk.Tick(kLinearLimb / 2 * n)) return Result::kStopped;
+    }
+    return Result::kOk;
+}
+
 Result FastCopyPolled(CalcContext* ctx, BigInt* r, const BigInt* v) {
     LimbBuffer work(int64_t(v->top) + 1);
     if (!work.ok()) return Result::kNoMemory;

@@ -53,5 +53,9 @@ Result FastStepOne(BigInt* v, bool up);
 // copied so (kOk or kStopped).
 Result FastCopyPolled(CalcContext* ctx, BigInt* r, const BigInt* v);
 Result FastCopyLimbsPolled(CalcContext* ctx, Limb* dst, const Limb* src, int32_t count);
+// *equal := whether a[0..count) and b[0..count) are the same limbs, compared
+// in slices with ticks as FastSubPolled (kOk or kStopped).
+Result FastEqualLimbsPolled(CalcContext* ctx, const Limb* a, const Limb* b, int32_t count,
+                            bool* equal);
 // Whether v is negative in value.
 inline bool FastIsNegative(const BigInt* v) { return BigIsNegative(v); }
