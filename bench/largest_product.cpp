@@ -15,7 +15,6 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
-
 #include <cstring>
 
 #include "bigint/alloc.h"
@@ -25,26 +24,32 @@
 
 namespace {
 
-// The value of limbs[0..count) modulo 2^bits − 1 (bits 61 or 31), by Horner's
-// rule from the top: r·10^4 + limb stays below 2^75.
-uint64_t Residue(const Limb* limbs, int64_t count, int bits) {
+// x modulo m = 2^bits − 1 (bits 61 or 31) for x below 2^(2·bits): two folds
+// leave it below m + 3.
+uint64_t Reduce(unsigned __int128 x, int bits) {
     const uint64_t m = (uint64_t(1) << bits) - 1;
-    uint64_t r = 0;
-    for (int64_t i = count - 1; i >= 0; --i) {
-        const unsigned __int128 x = (unsigned __int128)r * kLimbBase + uint16_t(limbs[i]);
-        uint64_t s = uint64_t(x & m) + uint64_t(x >> bits);
-        s = (s & m) + (s >> bits);
-        r = s >= m ? s - m : s;
-    }
-    return r;
-}
-
-uint64_t MulMod(uint64_t a, uint64_t b, int bits) {
-    const uint64_t m = (uint64_t(1) << bits) - 1;
-    const unsigned __int128 x = (unsigned __int128)a * b;
     uint64_t s = uint64_t(x & m) + uint64_t(x >> bits);
     s = (s & m) + (s >> bits);
     return s >= m ? s - m : s;
+}
+
+// The value of limbs[0..count) modulo 2^bits − 1, by Horner's rule from the
+// top: r·10^4 + limb stays below 2^(bits + 14).
+uint64_t Residue(const Limb* limbs, int64_t count, int bits) {
+    uint64_t r = 0;
+    for (int64_t i = count - 1; i >= 0; --i)
+        r = Reduce((unsigned __int128)r * kLimbBase + uint16_t(limbs[i]), bits);
+    return r;
+}
+
+double SecondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+long PeakMb() {
+    rusage ru = {};
+    getrusage(RUSAGE_SELF, &ru);
+    return ru.ru_maxrss / 1024;
 }
 
 bool RandomValue(BigInt* v, int64_t limbs, uint64_t seed) {
@@ -83,8 +88,7 @@ int RoundTrip(int log) {
     const auto start = std::chrono::steady_clock::now();
     const bool done =
         Ntt64VecTransform(clk, 0, false, a, n) && Ntt64VecTransform(clk, 0, true, a, n);
-    const double seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const double seconds = SecondsSince(start);
     int64_t wrong = 0;
     const uint64_t step = uint64_t(n) % p;
     for (int64_t j = 0, want = 0; done && j < n; ++j) {
@@ -93,10 +97,8 @@ int RoundTrip(int log) {
         want += step;
         if (uint64_t(want) >= p) want -= p;
     }
-    rusage ru = {};
-    getrusage(RUSAGE_SELF, &ru);
     std::printf("2^%d points forward and back: %.2f s, peak %ld MB, %" PRId64 " wrong\n", log,
-                seconds, ru.ru_maxrss / 1024, wrong);
+                seconds, PeakMb(), wrong);
     delete[] a;
     return done && wrong == 0 ? 0 : 1;
 }
@@ -126,18 +128,15 @@ int main(int argc, char** argv) {
     CalcContext ctx;
     const auto start = std::chrono::steady_clock::now();
     const Result rc = BigMul(&ctx, &p, &a, &b);
-    const double seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    rusage ru = {};
-    getrusage(RUSAGE_SELF, &ru);
+    const double seconds = SecondsSince(start);
     std::printf("%" PRId64 " by %" PRId64 " limbs (%" PRId64
                 " digits each): code %d, %.2f s, peak %ld MB\n",
-                limbs, limbs, 4 * limbs, int(rc), seconds, ru.ru_maxrss / 1024);
+                limbs, limbs, 4 * limbs, int(rc), seconds, PeakMb());
     if (!Ok(rc)) return 1;
     bool same = true;
     for (int bits : {61, 31}) {
-        const uint64_t want =
-            MulMod(Residue(a.limbs, limbs, bits), Residue(b.limbs, limbs, bits), bits);
+        const uint64_t want = Reduce(
+            (unsigned __int128)Residue(a.limbs, limbs, bits) * Residue(b.limbs, limbs, bits), bits);
         const uint64_t got = Residue(p.limbs, int64_t(p.top) + 1, bits);
         std::printf("modulo 2^%d - 1: %s\n", bits, got == want ? "agrees" : "DIFFERS");
         same = same && got == want;
