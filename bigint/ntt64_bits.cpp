@@ -27,10 +27,23 @@ namespace {
 // (p > 2^49.99); below 2^62 a 64-bit x is x − (x >> 62)·p < 2^62 + 3·2^37.
 constexpr int kBits[2] = {64, 50};
 
+// The low b bits (b <= 64).
+constexpr uint64_t Mask(int b) { return b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1; }
+
+// Bits bit … bit + 63 of the words a[0..la) (bit below 32·la), masked; zeros
+// past the end.
+inline uint64_t BitsAt(const uint32_t* a, int64_t la, int64_t bit, uint64_t mask) {
+    const int64_t w = bit >> 5;
+    Wide x = a[w];
+    if (w + 1 < la) x |= Wide(a[w + 1]) << 32;
+    if (w + 2 < la) x |= Wide(a[w + 2]) << 64;
+    return static_cast<uint64_t>(x >> (bit & 31)) & mask;
+}
+
 // Points from … to − 1 of the words a[0..la) cut b bits a point.
 bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64_t la, int b,
               uint64_t* out, int64_t from, int64_t to) {
-    const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    const uint64_t mask = Mask(b);
     // Up to 56 bits a point: eight bytes from the one holding its first bit,
     // while they lie within the words.
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(a);
@@ -60,13 +73,8 @@ bool LoadBits(PollClock& clk, const Field& f, bool vec, const uint32_t* a, int64
         }
     }
     for (int64_t i = from; i < to; ++i) {
-        const int64_t bit = i * b;
-        const int64_t w = bit >> 5;
-        if (w < la) {
-            Wide x = a[w];
-            if (w + 1 < la) x |= Wide(a[w + 1]) << 32;
-            if (w + 2 < la) x |= Wide(a[w + 2]) << 64;
-            const uint64_t v = static_cast<uint64_t>(x >> (bit & 31)) & mask;
+        if (((i * b) >> 5) < la) {
+            const uint64_t v = BitsAt(a, la, i * b, mask);
             out[i] = vec ? v : v - (v >> 62) * f.p;
         } else {
             out[i] = 0;
@@ -94,7 +102,7 @@ void PackGroup(const Field& f, const uint64_t* x, uint64_t* w) {
 }
 template <int B>
 void UnpackGroup(const uint64_t* w, uint64_t* out) {
-    constexpr uint64_t kMask = B == 64 ? ~uint64_t(0) : (uint64_t(1) << B) - 1;
+    constexpr uint64_t kMask = Mask(B);
 #pragma GCC unroll 32
     for (int j = 0; j < kGroup<B>; ++j) {
         const int at = B * j;
@@ -116,20 +124,24 @@ struct FirstBits {
     int64_t inP = 0;
     const uint64_t* rest = nullptr;
 
+    int group() const { return b == 64 ? kGroup<64> : kGroup<50>; }
+    int64_t groupWords() const { return group() * b / 64; }
+    // Groups packed whole into p; the residues after them up to inP go
+    // bit by bit.
+    int64_t groups() const { return std::min(inP / group(), len / (2 * groupWords())); }
+
     // out[0..to − from) := residues from … to − 1.
     void Get(int64_t from, int64_t to, uint64_t* out) const {
         if (words != nullptr) {
             std::copy(words + from, words + to, out);
             return;
         }
-        const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
         // Whole groups (from is a multiple of theirs), then the last few
-        // word by word.
-        const int group = b == 64 ? kGroup<64> : kGroup<50>;
-        const int64_t groupWords = group * b / 64;
+        // bit by bit.
+        const int group = this->group();
+        const int64_t groupWords = this->groupWords();
         int64_t i = from;
-        for (; i + group <= std::min(to, inP) && 2 * (i / group + 1) * groupWords <= len;
-             i += group) {
+        for (; i + group <= std::min(to, groups() * group); i += group) {
             uint64_t w[25];
             std::memcpy(w, p + 2 * (i / group) * groupWords, sizeof(uint64_t) * size_t(groupWords));
             if (b == 64)
@@ -137,13 +149,7 @@ struct FirstBits {
             else
                 UnpackGroup<50>(w, out + (i - from));
         }
-        for (; i < std::min(to, inP); ++i) {
-            const int64_t bit = i * b, w = bit >> 5;
-            Wide x = p[w];
-            if (w + 1 < len) x |= Wide(p[w + 1]) << 32;
-            if (w + 2 < len) x |= Wide(p[w + 2]) << 64;
-            out[i - from] = static_cast<uint64_t>(x >> (bit & 31)) & mask;
-        }
+        for (; i < std::min(to, inP); ++i) out[i - from] = BitsAt(p, len, i * b, Mask(b));
         for (; i < to; ++i) out[i - from] = rest[i - inP];
     }
 };
@@ -154,9 +160,9 @@ struct FirstBits {
 Result PackToP(PollClock& clk, bool parallel, const Field& f, const uint64_t* x, int64_t count,
                uint32_t* p, const FirstBits& to, uint64_t* rest) {
     const int b = to.b;
-    const int group = b == 64 ? kGroup<64> : kGroup<50>;
-    const int64_t groupWords = group * b / 64;
-    const int64_t groups = std::min(to.inP / group, to.len / (2 * groupWords));
+    const int group = to.group();
+    const int64_t groupWords = to.groupWords();
+    const int64_t groups = to.groups();
     const Result rc = Halves(clk, parallel, groups, [&](PollClock& c, int64_t from, int64_t end) {
         for (int64_t g = from; g < end; ++g) {
             uint64_t w[25];
@@ -225,7 +231,7 @@ bool JoinBits(PollClock& clk, const PrimeData* primes, const FirstBits& r0, uint
             have += bits;
         }
     };
-    const uint64_t mask = b == 64 ? ~uint64_t(0) : (uint64_t(1) << b) - 1;
+    const uint64_t mask = Mask(b);
     const bool vec = primes[0].vec;
     const Ntt64Vec c[3] = {primes[0].v, primes[1].v, primes[2].v};
     const uint64_t* k = vec ? Ntt64VecGarnerConstants() : nullptr;
