@@ -266,6 +266,18 @@ Result ForwardByHalves(PollClock& clk, bool parallel, const PrimeData& d, int64_
     return half(rc, 1);
 }
 
+// f(i, end) over [from, to) in chunks of 4096 points, a tick of the clock
+// after each (kPointwise a point); false when told to stop.
+template <typename F>
+bool InChunks(PollClock& clk, int64_t from, int64_t to, F&& f) {
+    for (int64_t i = from; i < to; i += 4096) {
+        const int64_t end = std::min(to, i + 4096);
+        f(i, end);
+        if (clk.Tick(kPointwise * (end - i))) return false;
+    }
+    return true;
+}
+
 // Points from … to − 1 of those `load` writes, the first m kept, zeros beyond.
 struct LowPoints {
     const Loader& load;
@@ -273,12 +285,9 @@ struct LowPoints {
     bool operator()(PollClock& c, uint64_t* out, int64_t from, int64_t to) const {
         const int64_t kept = std::clamp(m, from, to);
         if (from < kept && !load(c, out, from, kept)) return false;
-        for (int64_t i = kept; i < to; i += 4096) {
-            const int64_t end = std::min(to, i + 4096);
+        return InChunks(c, kept, to, [&](int64_t i, int64_t end) {
             std::fill(out + i, out + end, uint64_t(0));
-            if (c.Tick(kPointwise * (end - i))) return false;
-        }
-        return true;
+        });
     }
 };
 
@@ -350,11 +359,10 @@ Result Transform(PollClock& clk, bool parallel, const PrimeData& d, int64_t n, i
         Halves(clk, parallel, std::max(n, points),
                [&](PollClock& c, int64_t from, int64_t to) { return load(c, out, from, to); });
     const uint64_t p2 = 2 * d.f.p;
-    for (int64_t i = n; Ok(rc) && i < points; i += 4096) {
-        const int64_t end = std::min(points, i + 4096);
+    const auto fold = [&](int64_t i, int64_t end) {
         for (int64_t j = i; j < end; ++j) out[j - n] = Fold(out[j - n] + out[j], p2);
-        if (clk.Tick(kPointwise * (end - i))) rc = Result::kStopped;
-    }
+    };
+    if (Ok(rc) && !InChunks(clk, n, points, fold)) rc = Result::kStopped;
     return Ok(rc) ? ForwardTop(clk, parallel, d, out, n) : rc;
 }
 
@@ -372,17 +380,15 @@ uint64_t Scale52(const PrimeData& d, int64_t n) {
 Result Pointwise(PollClock& clk, bool parallel, const PrimeData& d, uint64_t* x, const uint64_t* y,
                  int64_t count, uint64_t scale) {
     const Field& f = d.f;
-    return Halves(clk, parallel, count, [&](PollClock& c, int64_t from, int64_t to) {
-        for (int64_t j = from; j < to; j += 4096) {
-            const int64_t end = std::min(to, j + 4096);
-            if (d.vec) {
-                Ntt64VecPointwise(d.v, x + j, y + j, scale, end - j);
-            } else {
-                for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
-            }
-            if (c.Tick(kPointwise * (end - j))) return false;
+    const auto product = [&](int64_t j, int64_t end) {
+        if (d.vec) {
+            Ntt64VecPointwise(d.v, x + j, y + j, scale, end - j);
+        } else {
+            for (int64_t e = j; e < end; ++e) x[e] = f.Mul(f.Mul(x[e], y[e]), scale);
         }
-        return true;
+    };
+    return Halves(clk, parallel, count, [&](PollClock& c, int64_t from, int64_t to) {
+        return InChunks(c, from, to, product);
     });
 }
 
@@ -433,25 +439,21 @@ Result LinearProduct(PollClock& clk, bool parallel, const PrimeData& d, const Pr
     Result rc = CyclicProduct(clk, parallel, d, s.lowN, s.lowN, Loader(lowA),
                               loadB ? &fromLowB : nullptr, s.m, nullptr, r, r + s.lowN);
     uint64_t* low = r + s.h + s.yWords;
-    for (int64_t i = 0; Ok(rc) && i < s.m; i += 4096) {
-        const int64_t end = std::min(s.m, i + 4096);
-        std::copy(r + i, r + end, low + i);
-        if (clk.Tick(kPointwise * (end - i))) rc = Result::kStopped;
-    }
+    const auto keepLow = [&](int64_t i, int64_t end) { std::copy(r + i, r + end, low + i); };
+    if (Ok(rc) && !InChunks(clk, 0, s.m, keepLow)) rc = Result::kStopped;
     if (Ok(rc))
         rc = CyclicProduct(clk, parallel, d, s.h, s.ca, loadA, loadB, s.cb, nullptr, r, r + s.h);
     // c_i = low_i and c_(i+h) = r_i − low_i below m; r[h + i] lies in the
     // second factor's room or is low_i itself (a square), read first.
     const Field& f = d.f;
-    for (int64_t i = 0; Ok(rc) && i < s.m; i += 4096) {
-        const int64_t end = std::min(s.m, i + 4096);
+    const auto difference = [&](int64_t i, int64_t end) {
         for (int64_t j = i; j < end; ++j) {
             const uint64_t c = f.Reduce(r[j]), l = f.Reduce(low[j]);  // both below 2p
             r[j] = l;
             r[s.h + j] = c >= l ? c - l : c - l + f.p;
         }
-        if (clk.Tick(kPointwise * (end - i))) rc = Result::kStopped;
-    }
+    };
+    if (Ok(rc) && !InChunks(clk, 0, s.m, difference)) rc = Result::kStopped;
     return rc;
 }
 
